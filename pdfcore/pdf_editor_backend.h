@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QMetaType>
+#include <QSize>
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+
+/// Why an operation of the engine failed. The values are stable.
+enum class PdfBackendError : qint32 {
+    None = 0,             ///< No error.
+    FileNotFound = 1,     ///< The source file does not exist or cannot be opened.
+    PasswordRequired = 2, ///< The file is encrypted and the password is empty.
+    InvalidPassword = 3,  ///< The file is encrypted and the given password is wrong.
+    InvalidDocument = 4,  ///< The file is damaged or of a kind that is not supported.
+    RenderFailed = 5,     ///< A page could not be rendered.
+    WriteFailed = 6,      ///< The target file could not be written.
+};
+Q_DECLARE_METATYPE(PdfBackendError)
+
+/// One page of a document that is shown or assembled, described by where it comes from.
+struct PdfSourcePage
+{
+    /// Full path of the source file; empty for a blank page.
+    QString filePath;
+    /// Password that opens the source file; empty if it needs none.
+    QString password;
+    /// Zero-based index of the page in the source file; -1 for a blank page.
+    qint32 pageIndex = -1;
+    /// Clockwise rotation in degrees on top of the source page's own: 0, 90, 180 or 270.
+    qint32 rotation = 0;
+    /// Size in points (1/72 inch) before `rotation`; for a blank page the size to create.
+    QSizeF pageSize;
+    /// True for a page that is created empty instead of copied from a file.
+    bool isBlank = false;
+};
+
+/// What the engine found in a file.
+struct PdfDocumentInfo
+{
+    /// One size per page, in page order, in points: what a reader sees before any extra rotation.
+    ///
+    /// That is the crop box cut to the media box, scaled by the page's user unit and turned by the
+    /// page's own rotation.
+    QList<QSizeF> pageSizes;
+};
+
+/// The PDF engine: reads, renders and writes PDF files.
+///
+/// All operations are static, keep no state that a caller could notice and may be called from any
+/// thread, also at the same time. None throws, and none prints anything. Output arguments may be
+/// null. On success `error` is `PdfBackendError::None` and `message` is empty; on failure `message`
+/// is a short sentence with the engine's own reason, never a password.
+class PdfEditorBackend final
+{
+public:
+    PdfEditorBackend() = delete;
+
+    /// Reads the page sizes of the file at `path`.
+    ///
+    /// `password` may be the user or the owner password. A file that opens with the empty user
+    /// password needs none. On failure `info` is left as it was.
+    /// Errors: FileNotFound, PasswordRequired, InvalidPassword, InvalidDocument.
+    static bool inspectDocument(const QString &path, const QString &password, PdfDocumentInfo *info,
+                                PdfBackendError *error, QString *message);
+
+    /// Renders one page with its annotations and form fields on white, as an opaque image.
+    ///
+    /// `targetSize` is in device pixels and is the size of the rotated page; the page is stretched
+    /// to it. Returns a null image on failure. A page that takes too long or too much memory fails.
+    /// Errors: RenderFailed, or those of inspectDocument() when the file does not open.
+    static QImage renderPage(const PdfSourcePage &page, QSize targetSize, PdfBackendError *error,
+                             QString *message);
+
+    /// Renders page i at size i, in order. Both lists have the same length.
+    ///
+    /// A page that fails gives a null image and its reason in element i of `errors`; the others are
+    /// rendered all the same. `errors` gets one element per page, empty where the page succeeded.
+    static QList<QImage> renderPages(const QList<PdfSourcePage> &pages,
+                                     const QList<QSize> &targetSizes, QStringList *errors);
+
+    /// Writes a new, unencrypted PDF whose page i is element i of `pages`.
+    ///
+    /// The document is written to a temporary file in the target's folder, checked by reopening it
+    /// and then moved over `path` in one step; the target's permissions are kept. On failure the
+    /// target is as it was before and no temporary file remains. The target may be one of the
+    /// sources. Errors: WriteFailed, or those of inspectDocument() for a source.
+    static bool saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
+                             PdfBackendError *error, QString *message);
+};

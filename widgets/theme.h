@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QColor>
+
+/// The colours of the interface.
+///
+/// Widgets take their colours from here; a colour that has a name here is never spelled again.
+/// The values are opaque sRGB and may be read from any thread.
+namespace Theme {
+
+/// The one accent: what matters most on a screen, and its states.
+inline constexpr QColor accent{0x4F, 0x46, 0xE5};
+inline constexpr QColor accentHover{0x63, 0x66, 0xF1};
+inline constexpr QColor accentPressed{0x43, 0x38, 0xCA};
+inline constexpr QColor accentTint{0xEE, 0xF2, 0xFF};
+inline constexpr QColor accentTintLight{0xF7, 0xF7, 0xFF};
+
+/// Text.
+inline constexpr QColor ink{0x17, 0x20, 0x33};
+inline constexpr QColor textSecondary{0x47, 0x55, 0x69};
+inline constexpr QColor textMuted{0x84, 0x90, 0xA3};
+inline constexpr QColor textDisabled{0xC5, 0xCB, 0xD5};
+
+/// Lines.
+inline constexpr QColor border{0xE2, 0xE7, 0xEF};
+inline constexpr QColor borderStrong{0xCB, 0xD3, 0xDF};
+inline constexpr QColor borderSubtle{0xED, 0xF0, 0xF5};
+
+/// Surfaces.
+inline constexpr QColor white{0xFF, 0xFF, 0xFF};
+inline constexpr QColor windowBackground{0xF7, 0xF8, 0xFC};
+inline constexpr QColor hover{0xF1, 0xF3, 0xF8};
+inline constexpr QColor pressed{0xE8, 0xEB, 0xF2};
+inline constexpr QColor canvas{0xE9, 0xED, 0xF4};
+
+/// States.
+inline constexpr QColor success{0x20, 0xA6, 0x6A};
+inline constexpr QColor warning{0xE8, 0x9A, 0x3C};
+inline constexpr QColor danger{0xE0, 0x52, 0x52};
+inline constexpr QColor dangerStrong{0xD9, 0x4B, 0x4B};
+
+/// Hues that tell kinds of tools and files apart.
+inline constexpr QColor blue{0x3B, 0x6D, 0xB3};
+inline constexpr QColor green{0x2F, 0x85, 0x5A};
+inline constexpr QColor orange{0xD7, 0x67, 0x3F};
+inline constexpr QColor violet{0x7C, 0x5C, 0xE7};
+
+} // namespace Theme
