@@ -1,0 +1,49 @@
+#include "pdf/core/page_render_job.h"
+
+#include "pdf/core/pdf_render_manager.h"
+
+#include <utility>
+
+void PageRenderChannel::post(PageRenderResult result)
+{
+    // The lock is kept while the call is queued, so that the receiver cannot go in between.
+    const std::lock_guard lock(m_mutex);
+    if (!m_receiver) {
+        return;
+    }
+    m_results.push_back(std::move(result));
+    QMetaObject::invokeMethod(m_receiver, &PdfRenderManager::deliverResult, Qt::QueuedConnection);
+}
+
+std::optional<PageRenderResult> PageRenderChannel::take()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_results.empty()) {
+        return std::nullopt;
+    }
+    PageRenderResult result = std::move(m_results.front());
+    m_results.pop_front();
+    return result;
+}
+
+void PageRenderChannel::close()
+{
+    const std::lock_guard lock(m_mutex);
+    m_receiver = nullptr;
+    m_results.clear();
+}
+
+PageRenderJob::PageRenderJob(PageRenderBatch batch, PdfPageRenderFunction render,
+                             std::shared_ptr<PageRenderChannel> channel)
+    : m_batch(std::move(batch))
+    , m_render(std::move(render))
+    , m_channel(std::move(channel))
+{}
+
+void PageRenderJob::run()
+{
+    PageRenderResult result;
+    result.images = m_render(m_batch.sources, m_batch.targetSizes, &result.messages);
+    result.batch = std::move(m_batch);
+    m_channel->post(std::move(result));
+}

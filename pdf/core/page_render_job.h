@@ -1,0 +1,82 @@
+#pragma once
+
+#include "pdf/core/pdf_page_record.h"
+
+#include <QImage>
+#include <QList>
+#include <QRunnable>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+class PdfRenderManager;
+enum class PdfRenderPurpose : qint32;
+
+/// Renders page i at size i; has the contract of PdfEditorBackend::renderPages().
+using PdfPageRenderFunction = std::function<QList<QImage>(
+    const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes, QStringList *errors)>;
+
+/// The pages of one request that were not in the cache. All lists have the same length.
+struct PageRenderBatch
+{
+    QList<PdfSourcePage> sources;
+    QList<QSize> targetSizes;
+    QList<PdfPageId> pageIds;
+    QList<quint64> requestIds;
+    QList<QString> cacheKeys;
+    PdfRenderPurpose purpose{};
+    quint64 documentRevision = 0;
+    /// The manager's generation when the batch was started.
+    quint64 generation = 0;
+};
+
+/// A batch with what the engine made of it; both lists may be shorter than the batch.
+struct PageRenderResult
+{
+    PageRenderBatch batch;
+    QList<QImage> images;
+    QStringList messages;
+};
+
+/// The way of results from the pool threads to the manager, and the weak reference of the jobs to
+/// it: shared by the manager and its jobs, and closed when the manager goes.
+class PageRenderChannel final
+{
+public:
+    explicit PageRenderChannel(PdfRenderManager *receiver)
+        : m_receiver(receiver)
+    {}
+
+    /// Hands a result over by a queued call to the receiver; drops it after close(). Any thread.
+    void post(PageRenderResult result);
+    /// The oldest result not yet taken.
+    [[nodiscard]] std::optional<PageRenderResult> take();
+    /// Drops the results not yet taken and all that come later.
+    void close();
+
+private:
+    std::mutex m_mutex;
+    PdfRenderManager *m_receiver;
+    std::deque<PageRenderResult> m_results;
+};
+
+/// Renders one batch on a pool thread. Touches nothing but its own copy of the batch.
+class PageRenderJob final : public QRunnable
+{
+public:
+    PageRenderJob(PageRenderBatch batch, PdfPageRenderFunction render,
+                  std::shared_ptr<PageRenderChannel> channel);
+
+    void run() override;
+
+private:
+    PageRenderBatch m_batch;
+    PdfPageRenderFunction m_render;
+    std::shared_ptr<PageRenderChannel> m_channel;
+};

@@ -1,0 +1,19 @@
+#include "pdf/core/pdf_page_record.h"
+
+QSizeF PdfPageRecord::displaySize() const
+{
+    const int turn = (rotation % 360 + 360) % 360;
+    return turn == 90 || turn == 270 ? pageSize.transposed() : pageSize;
+}
+
+PdfSourcePage PdfPageRecord::toSourcePage() const
+{
+    PdfSourcePage page;
+    page.filePath = sourcePath;
+    page.password = password;
+    page.pageIndex = sourcePageIndex;
+    page.rotation = rotation;
+    page.pageSize = pageSize;
+    page.isBlank = origin == PdfPageOrigin::Blank;
+    return page;
+}

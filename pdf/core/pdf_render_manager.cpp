@@ -1,0 +1,139 @@
+#include "pdf/core/pdf_render_manager.h"
+
+#include <QPointer>
+#include <QThread>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int kMinThreads = 2;
+constexpr int kMaxThreads = 4;
+constexpr int kThreadExpiryMs = 15000;
+
+/// Pages with the same key look the same: the identifier of the page is not part of it, so that a
+/// duplicate shares the image of its original, and neither is the revision, so that undoing an
+/// edit finds the images again.
+QString cacheKey(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose purpose)
+{
+    const bool blank = page.origin == PdfPageOrigin::Blank;
+    // One call with all arguments, because a path may contain place markers itself.
+    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
+        .arg(page.sourcePath, QString::number(page.sourcePageIndex), QString::number(page.rotation),
+             QString::number(targetSize.width()), QString::number(targetSize.height()),
+             QString::number(static_cast<qint32>(purpose)), QString::number(blank ? 1 : 0));
+}
+
+} // namespace
+
+PdfRenderManager::PdfRenderManager(QObject *parent, PdfPageRenderFunction render)
+    : QObject(parent)
+    , m_render(std::move(render))
+    , m_channel(std::make_shared<PageRenderChannel>(this))
+    , m_pool(new QThreadPool(this))
+{
+    qRegisterMetaType<PdfPageId>("PdfPageId");
+    qRegisterMetaType<PdfRenderPurpose>("PdfRenderPurpose");
+    m_pool->setMaxThreadCount(
+        std::clamp(QThread::idealThreadCount() - 1, kMinThreads, kMaxThreads));
+    m_pool->setExpiryTimeout(kThreadExpiryMs);
+}
+
+PdfRenderManager::~PdfRenderManager()
+{
+    m_channel->close();
+    cancelAll();
+    m_pool->clear();
+    m_pool->waitForDone();
+    delete m_pool;
+    m_cache.clear();
+}
+
+QList<quint64> PdfRenderManager::requestPages(const QList<PdfPageRecord> &pages,
+                                              const QList<QSize> &targetSizes,
+                                              PdfRenderPurpose purpose, quint64 documentRevision,
+                                              int priority)
+{
+    QList<quint64> requestIds(pages.size(), 0);
+    if (pages.size() != targetSizes.size()) {
+        return requestIds;
+    }
+    PageRenderBatch batch;
+    for (qsizetype i = 0; i < pages.size(); ++i) {
+        const PdfPageRecord &page = pages.at(i);
+        const QSize targetSize = targetSizes.at(i);
+        const quint64 requestId = m_nextRequestId.fetch_add(1);
+        requestIds[i] = requestId;
+        if (targetSize.isEmpty()) {
+            continue;
+        }
+        const QString key = cacheKey(page, targetSize, purpose);
+        const QImage image = m_cache.find(key);
+        if (image.isNull()) {
+            batch.sources.append(page.toSourcePage());
+            batch.targetSizes.append(targetSize);
+            batch.pageIds.append(page.id);
+            batch.requestIds.append(requestId);
+            batch.cacheKeys.append(key);
+            continue;
+        }
+        QMetaObject::invokeMethod(
+            this,
+            [this, pageId = page.id, targetSize, purpose, requestId, documentRevision, image] {
+                emit pageRendered(pageId, targetSize, purpose, requestId, documentRevision, image);
+            },
+            Qt::QueuedConnection);
+    }
+    if (!batch.sources.isEmpty()) {
+        batch.purpose = purpose;
+        batch.documentRevision = documentRevision;
+        batch.generation = m_generation.load();
+        m_pool->start(new PageRenderJob(std::move(batch), m_render, m_channel), priority);
+    }
+    return requestIds;
+}
+
+quint64 PdfRenderManager::requestPage(const PdfPageRecord &page, QSize targetSize,
+                                      PdfRenderPurpose purpose, quint64 documentRevision,
+                                      int priority)
+{
+    return requestPages({page}, {targetSize}, purpose, documentRevision, priority).value(0);
+}
+
+void PdfRenderManager::cancelAll()
+{
+    m_generation.fetch_add(1);
+    m_pool->clear();
+}
+
+void PdfRenderManager::clearCache()
+{
+    m_cache.clear();
+}
+
+void PdfRenderManager::deliverResult()
+{
+    const std::optional<PageRenderResult> result = m_channel->take();
+    if (!result) {
+        return;
+    }
+    const PageRenderBatch &batch = result->batch;
+    // A slot may cancel everything or delete the manager between two pages.
+    const QPointer<PdfRenderManager> self(this);
+    for (qsizetype i = 0; i < batch.sources.size(); ++i) {
+        if (!self || batch.generation != m_generation.load()) {
+            return;
+        }
+        const QImage image = result->images.value(i);
+        if (image.isNull()) {
+            emit pageRenderFailed(batch.pageIds.at(i), batch.purpose, batch.requestIds.at(i),
+                                  result->messages.value(i));
+            continue;
+        }
+        m_cache.insert(batch.cacheKeys.at(i), image);
+        emit pageRendered(batch.pageIds.at(i), batch.targetSizes.at(i), batch.purpose,
+                          batch.requestIds.at(i), batch.documentRevision, image);
+    }
+}
