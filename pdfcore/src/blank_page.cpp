@@ -1,0 +1,24 @@
+#include "pdfcore/src/blank_page.h"
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace pdfcore {
+
+namespace {
+
+constexpr QSizeF kA4{595, 842};
+
+} // namespace
+
+QPDFObjectHandle newBlankPage(QPDF &document, const QSizeF &size)
+{
+    const QSizeF box = size.isEmpty() ? kA4 : size;
+    QPDFObjectHandle page = QPDFObjectHandle::newDictionary();
+    page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
+    page.replaceKey("/MediaBox", QPDFObjectHandle::newArray(
+                                     QPDFObjectHandle::Rectangle(0, 0, box.width(), box.height())));
+    page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
+    return document.makeIndirectObject(page);
+}
+
+} // namespace pdfcore

@@ -1,0 +1,333 @@
+#include "pdfcore/src/document_session.h"
+
+#include "pdfcore/src/mupdf_file_stream.h"
+#include "pdfcore/src/page_painter.h"
+#include "pdfcore/src/password_candidates.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <unordered_set>
+
+namespace pdfcore {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Opening a file and reading its page sizes.
+constexpr WorkBudget kOpenBudget{20s, std::size_t{1} << 30};
+
+/// Rendering one page.
+constexpr WorkBudget kPageBudget{20s, std::size_t{512} << 20};
+
+/// US Letter, what a page without a usable size is taken to be.
+constexpr QSizeF kFallbackPageSize{612, 792};
+
+/// Levels of page tree nodes that are followed.
+constexpr std::size_t kMaxTreeDepth = 512;
+
+struct TreeLevel
+{
+    pdf_obj *kids; ///< Kept.
+    int next;
+};
+
+/// What the walk over the page tree needs; C++ containers that are filled between MuPDF calls.
+struct TreeWalk
+{
+    std::vector<TreeLevel> levels;
+    std::unordered_set<int> visitedNodes;
+    std::vector<int> *pageNumbers;
+};
+
+void pushLevel(fz_context *ctx, TreeWalk &walk, pdf_obj *node)
+{
+    const int number = pdf_to_num(ctx, node);
+    pdf_obj *kids = pdf_dict_get(ctx, node, PDF_NAME(Kids));
+    if (walk.levels.size() >= kMaxTreeDepth)
+        return;
+    if (number != 0 && !walk.visitedNodes.insert(number).second)
+        return;
+    walk.levels.push_back({pdf_keep_obj(ctx, kids), 0});
+}
+
+/// The number of a page object; one that stands directly in its parent becomes an object first.
+int pageNumber(fz_context *ctx, pdf_document *document, pdf_obj *page)
+{
+    const int number = pdf_to_num(ctx, page);
+    if (number != 0)
+        return number;
+    pdf_obj *reference = pdf_add_object(ctx, document, page);
+    const int added = pdf_to_num(ctx, reference);
+    pdf_drop_obj(ctx, reference);
+    return added;
+}
+
+/// Collects the pages below `root` in order. A node is what has kids; every node counts once.
+void walkPageTree(fz_context *ctx, pdf_document *document, pdf_obj *root, TreeWalk &walk)
+{
+    if (pdf_is_array(ctx, pdf_dict_get(ctx, root, PDF_NAME(Kids))) == 0) {
+        if (pdf_name_eq(ctx, pdf_dict_get(ctx, root, PDF_NAME(Type)), PDF_NAME(Page)))
+            walk.pageNumbers->push_back(pageNumber(ctx, document, root));
+        return;
+    }
+    pushLevel(ctx, walk, root);
+    while (!walk.levels.empty()) {
+        TreeLevel &level = walk.levels.back();
+        if (level.next >= pdf_array_len(ctx, level.kids)) {
+            pdf_drop_obj(ctx, level.kids);
+            walk.levels.pop_back();
+            continue;
+        }
+        pdf_obj *kid = pdf_array_get(ctx, level.kids, level.next);
+        ++level.next;
+        fz_try(ctx)
+        {
+            if (pdf_is_dict(ctx, kid)) {
+                if (pdf_is_array(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Kids))))
+                    pushLevel(ctx, walk, kid);
+                else if (!pdf_name_eq(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Type)), PDF_NAME(Pages)))
+                    walk.pageNumbers->push_back(pageNumber(ctx, document, kid));
+            }
+        }
+        fz_catch(ctx)
+        {
+            // A kid that cannot be read is no page; the others still are.
+            if (fz_caught(ctx) == FZ_ERROR_MEMORY)
+                fz_rethrow(ctx);
+        }
+    }
+}
+
+/// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
+/// walking the tree again, and counts the same pages in the same order.
+void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
+{
+    if (pageNumbers.empty())
+        return;
+    int *map = fz_malloc_array(ctx, pageNumbers.size(), int);
+    std::copy(pageNumbers.begin(), pageNumbers.end(), map);
+    document->fwd_page_map = map;
+    document->map_page_count = static_cast<int>(pageNumbers.size());
+    document->page_map_nesting = 1;
+}
+
+QSizeF sizeOfPage(fz_context *ctx, pdf_obj *page)
+{
+    fz_rect mediaBox = fz_empty_rect;
+    fz_matrix ctm = fz_identity;
+    pdf_page_obj_transform(ctx, page, &mediaBox, &ctm);
+    const fz_rect bounds = fz_transform_rect(mediaBox, ctm);
+    const double width = static_cast<double>(bounds.x1) - static_cast<double>(bounds.x0);
+    const double height = static_cast<double>(bounds.y1) - static_cast<double>(bounds.y0);
+    if (!std::isfinite(width) || !std::isfinite(height) || width <= 0 || height <= 0)
+        return kFallbackPageSize;
+    return {width, height};
+}
+
+} // namespace
+
+DocumentSession::DocumentSession(const FileIdentity &file, const QString &password)
+    : m_file(file)
+    , m_password(password)
+{}
+
+DocumentSession::~DocumentSession()
+{
+    if (m_context.get() == nullptr)
+        return;
+    pdf_drop_document(m_context.get(), m_document);
+    m_colourSpaces.reset();
+}
+
+std::unique_ptr<DocumentSession>
+DocumentSession::open(const FileIdentity &file, const QString &password, EngineError *outcome)
+{
+    std::unique_ptr<DocumentSession> session(new DocumentSession(file, password));
+    if (session->m_context.get() == nullptr) {
+        *outcome = {PdfBackendError::InvalidDocument, QStringLiteral("Not enough memory.")};
+        return nullptr;
+    }
+    session->m_colourSpaces = std::make_unique<ColourSpaces>(session->m_context);
+    session->m_context.beginWork(kOpenBudget);
+    *outcome = session->openDocument();
+    const BudgetBreach breach = session->m_context.endWork();
+    if (outcome->isError() && breach != BudgetBreach::None)
+        *outcome = session->budgetError(breach, PdfBackendError::InvalidDocument);
+    if (outcome->isError())
+        return nullptr;
+    return session;
+}
+
+EngineError DocumentSession::openDocument()
+{
+    if (!m_file.exists()) {
+        return {PdfBackendError::FileNotFound, QFile::exists(m_file.path)
+                                                   ? QStringLiteral("This is not a file.")
+                                                   : QStringLiteral("There is no such file.")};
+    }
+    QString reason;
+    fz_stream *stream = openFileStream(m_context.get(), m_file.path, &reason);
+    if (stream == nullptr)
+        return {PdfBackendError::FileNotFound, reason};
+
+    pdf_document *document = nullptr;
+    const bool opened = m_context.run(
+        [&](fz_context *ctx) { document = pdf_open_document_with_stream(ctx, stream); }, &reason);
+    fz_drop_stream(m_context.get(), stream);
+    m_document = document;
+    if (!opened) {
+        if (reason.contains(QLatin1String("encryption handler")))
+            reason = QStringLiteral("The file is encrypted for certificates or by another "
+                                    "handler that is not supported (%1).")
+                         .arg(reason);
+        return {PdfBackendError::InvalidDocument, reason};
+    }
+    if (const EngineError error = unlock(); error.isError())
+        return error;
+    return readPageTree();
+}
+
+EngineError DocumentSession::unlock()
+{
+    int needed = 0;
+    QString reason;
+    if (!m_context.run([&](fz_context *ctx) { needed = pdf_needs_password(ctx, m_document); },
+                       &reason))
+        return {PdfBackendError::InvalidDocument, reason};
+    if (needed == 0)
+        return {};
+    if (m_password.isEmpty())
+        return {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
+    for (const QByteArray &candidate : mupdfPasswordCandidates(m_password)) {
+        const char *spelling = candidate.constData();
+        int accepted = 0;
+        const bool ran = m_context.run(
+            [&](fz_context *ctx) {
+                accepted = pdf_authenticate_password(ctx, m_document, spelling);
+            },
+            &reason);
+        if (ran && accepted != 0)
+            return {};
+    }
+    return {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
+}
+
+EngineError DocumentSession::readPageTree()
+{
+    TreeWalk walk;
+    walk.pageNumbers = &m_pageNumbers;
+    bool hasTree = false;
+    QString reason;
+    const bool walked = m_context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, m_document), "Root/Pages");
+            hasTree = pdf_is_dict(ctx, root) != 0;
+            if (hasTree)
+                walkPageTree(ctx, m_document, root, walk);
+        },
+        &reason);
+    for (const TreeLevel &level : walk.levels)
+        pdf_drop_obj(m_context.get(), level.kids);
+    if (!walked)
+        return {PdfBackendError::InvalidDocument, reason};
+    if (!hasTree)
+        return {PdfBackendError::InvalidDocument, QStringLiteral("The file has no page tree.")};
+    if (!m_context.run([&](fz_context *ctx) { installPageMap(ctx, m_document, m_pageNumbers); },
+                       &reason))
+        return {PdfBackendError::InvalidDocument, reason};
+    return {};
+}
+
+std::optional<QList<QSizeF>> DocumentSession::pageSizes(EngineError *outcome)
+{
+    QList<QSizeF> sizes(static_cast<qsizetype>(m_pageNumbers.size()), kFallbackPageSize);
+    m_context.beginWork(kOpenBudget);
+    for (std::size_t i = 0; i < m_pageNumbers.size(); ++i) {
+        QSizeF &size = sizes[static_cast<qsizetype>(i)];
+        m_context.run(
+            [&](fz_context *ctx) {
+                pdf_obj *page = pdf_load_object(ctx, m_document, m_pageNumbers[i]);
+                fz_try(ctx) size = sizeOfPage(ctx, page);
+                fz_always(ctx) pdf_drop_obj(ctx, page);
+                fz_catch(ctx) fz_rethrow(ctx);
+            },
+            nullptr);
+    }
+    const BudgetBreach breach = m_context.endWork();
+    if (breach != BudgetBreach::None) {
+        m_usable = false;
+        *outcome = budgetError(breach, PdfBackendError::InvalidDocument);
+        return std::nullopt;
+    }
+    return sizes;
+}
+
+QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome)
+{
+    if (pageIndex < 0 || pageIndex >= pageCount()) {
+        *outcome = {PdfBackendError::RenderFailed,
+                    QStringLiteral("The file has no page %1.").arg(pageIndex + 1)};
+        return {};
+    }
+    QImage image(targetSize, QImage::Format_RGB32);
+    if (image.isNull()) {
+        *outcome = {PdfBackendError::RenderFailed,
+                    QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
+                        .arg(targetSize.width())
+                        .arg(targetSize.height())};
+        return {};
+    }
+
+    fz_cookie cookie{};
+    const int number = m_pageNumbers[static_cast<std::size_t>(pageIndex)];
+    QString reason;
+    m_context.beginWork(kPageBudget);
+    const bool painted = m_context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *object = pdf_load_object(ctx, m_document, number);
+            pdf_page *page = nullptr;
+            fz_var(page);
+            fz_try(ctx)
+            {
+                m_colourSpaces->prepare(m_document, object);
+                page = pdf_load_page(ctx, m_document, pageIndex);
+                paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);
+            }
+            fz_always(ctx)
+            {
+                if (page != nullptr)
+                    fz_drop_page(ctx, &page->super);
+                pdf_drop_obj(ctx, object);
+            }
+            fz_catch(ctx)
+            {
+                fz_rethrow(ctx);
+            }
+        },
+        &reason);
+    const BudgetBreach breach = m_context.endWork();
+    if (breach != BudgetBreach::None) {
+        m_usable = false;
+        *outcome = budgetError(breach, PdfBackendError::RenderFailed);
+        return {};
+    }
+    if (!painted) {
+        *outcome = {PdfBackendError::RenderFailed, reason};
+        return {};
+    }
+    *outcome = {};
+    return image;
+}
+
+EngineError DocumentSession::budgetError(BudgetBreach breach, PdfBackendError code) const
+{
+    return {code, breach == BudgetBreach::Time
+                      ? QStringLiteral("It takes too long and was given up.")
+                      : QStringLiteral("It needs too much memory and was given up.")};
+}
+
+} // namespace pdfcore

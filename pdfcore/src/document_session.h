@@ -1,0 +1,71 @@
+#pragma once
+
+#include "pdfcore/src/colour_spaces.h"
+#include "pdfcore/src/engine_error.h"
+#include "pdfcore/src/file_identity.h"
+#include "pdfcore/src/mupdf_context.h"
+
+#include <QImage>
+#include <QList>
+#include <QSize>
+#include <QSizeF>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <mupdf/pdf.h>
+
+namespace pdfcore {
+
+/// One open PDF document with a MuPDF context of its own, for reading and rendering.
+///
+/// A session belongs to one thread at a time; see SessionPool for how sessions are shared.
+class DocumentSession final
+{
+public:
+    /// Opens the file. Null on failure, with the error in `outcome`.
+    static std::unique_ptr<DocumentSession> open(const FileIdentity &file, const QString &password,
+                                                 EngineError *outcome);
+    ~DocumentSession();
+    DocumentSession(const DocumentSession &) = delete;
+    DocumentSession &operator=(const DocumentSession &) = delete;
+
+    /// The file as it was when the session was opened.
+    [[nodiscard]] const FileIdentity &file() const { return m_file; }
+    /// The password that was given for it.
+    [[nodiscard]] const QString &password() const { return m_password; }
+    /// Memory that the session holds now, in bytes.
+    [[nodiscard]] std::size_t bytesInUse() const { return m_context.bytesInUse(); }
+
+    [[nodiscard]] int pageCount() const { return static_cast<int>(m_pageNumbers.size()); }
+
+    /// Sizes of all pages in points as a reader sees them; empty with an error when they cannot be
+    /// read.
+    std::optional<QList<QSizeF>> pageSizes(EngineError *outcome);
+
+    /// Renders a page, turned clockwise by `rotation` degrees, stretched to `targetSize` pixels.
+    ///
+    /// Null on failure. A page that used up its budget leaves the session unfit for further use.
+    QImage render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome);
+
+    /// False once a piece of work ended in a way that leaves the document in doubt.
+    [[nodiscard]] bool isUsable() const { return m_usable; }
+
+private:
+    DocumentSession(const FileIdentity &file, const QString &password);
+    EngineError openDocument();
+    EngineError unlock();
+    EngineError readPageTree();
+    EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
+
+    FileIdentity m_file;
+    QString m_password;
+    MupdfContext m_context;
+    std::unique_ptr<ColourSpaces> m_colourSpaces;
+    pdf_document *m_document = nullptr;
+    std::vector<int> m_pageNumbers; ///< Object numbers of the pages, in page order.
+    bool m_usable = true;
+};
+
+} // namespace pdfcore

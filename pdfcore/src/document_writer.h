@@ -1,0 +1,13 @@
+#pragma once
+
+#include "pdfcore/src/engine_error.h"
+
+#include <QList>
+#include <QString>
+
+namespace pdfcore {
+
+/// Writes the pages to a new file at `path`; see PdfEditorBackend::saveDocument().
+EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path);
+
+} // namespace pdfcore

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+namespace pdfcore {
+
+/// What tells one state of a file from another: where it is, how large, and when it was written.
+struct FileIdentity
+{
+    QString path;
+    qint64 size = -1;
+    QDateTime modified;
+
+    /// Reads the identity of the file at `path` now; `size` is -1 when there is no such file.
+    static FileIdentity of(const QString &path);
+
+    [[nodiscard]] bool exists() const { return size >= 0; }
+
+    friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
+};
+
+/// The path by which the engine keeps a file apart from others, however it was spelled.
+QString comparablePath(const QString &path);
+
+} // namespace pdfcore

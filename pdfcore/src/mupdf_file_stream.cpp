@@ -1,0 +1,87 @@
+#include "pdfcore/src/mupdf_file_stream.h"
+
+#include <QFile>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+namespace pdfcore {
+
+namespace {
+
+/// Bytes read from the file at a time.
+constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
+
+struct FileState
+{
+    QFile file;
+    std::array<unsigned char, kChunkBytes> chunk;
+};
+
+FileState &stateOf(fz_stream *stream)
+{
+    return *static_cast<FileState *>(stream->state);
+}
+
+int readNext(fz_context *ctx, fz_stream *stream, std::size_t /*max*/)
+{
+    FileState &state = stateOf(stream);
+    const qint64 got = state.file.read(reinterpret_cast<char *>(state.chunk.data()), kChunkBytes);
+    if (got < 0)
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be read");
+    stream->rp = state.chunk.data();
+    stream->wp = stream->rp + got;
+    stream->pos += got;
+    return got == 0 ? EOF : *stream->rp++;
+}
+
+void seekTo(fz_context *ctx, fz_stream *stream, int64_t offset, int whence)
+{
+    FileState &state = stateOf(stream);
+    qint64 target = offset;
+    if (whence == SEEK_END)
+        target += state.file.size();
+    if (target < 0)
+        target = 0;
+    if (!state.file.seek(target))
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be read");
+    stream->pos = target;
+    stream->rp = state.chunk.data();
+    stream->wp = state.chunk.data();
+}
+
+void dropFile(fz_context * /*ctx*/, void *state)
+{
+    delete static_cast<FileState *>(state);
+}
+
+} // namespace
+
+fz_stream *openFileStream(fz_context *ctx, const QString &path, QString *reason)
+{
+    auto state = std::make_unique<FileState>();
+    state->file.setFileName(path);
+    if (!state->file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        *reason = state->file.errorString();
+        return nullptr;
+    }
+    FileState *owned = state.release();
+    fz_stream *stream = nullptr;
+    fz_var(stream);
+    // On failure fz_new_stream drops the state by itself.
+    fz_try(ctx)
+    {
+        stream = fz_new_stream(ctx, owned, &readNext, &dropFile);
+        stream->seek = &seekTo;
+    }
+    fz_catch(ctx)
+    {
+        stream = nullptr;
+    }
+    if (stream == nullptr)
+        *reason = QStringLiteral("not enough memory");
+    return stream;
+}
+
+} // namespace pdfcore

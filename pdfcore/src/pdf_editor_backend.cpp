@@ -1,0 +1,135 @@
+#include "pdfcore/pdf_editor_backend.h"
+
+#include "pdfcore/src/document_writer.h"
+#include "pdfcore/src/engine_error.h"
+#include "pdfcore/src/session_pool.h"
+
+#include <exception>
+#include <optional>
+
+namespace {
+
+using pdfcore::EngineError;
+using pdfcore::SessionPool;
+
+QImage renderBlank(QSize size, EngineError *outcome)
+{
+    QImage image(size, QImage::Format_RGB32);
+    if (image.isNull()) {
+        *outcome = {PdfBackendError::RenderFailed, QStringLiteral("Not enough memory.")};
+        return {};
+    }
+    image.fill(Qt::white);
+    return image;
+}
+
+/// Renders pages one after another, keeping a document open while pages of the same file follow.
+class BatchRenderer
+{
+public:
+    QImage render(const PdfSourcePage &page, QSize size, EngineError *outcome)
+    {
+        *outcome = {};
+        if (size.isEmpty()) {
+            *outcome = {PdfBackendError::RenderFailed,
+                        QStringLiteral("The size to render at is empty.")};
+            return {};
+        }
+        if (page.isBlank)
+            return renderBlank(size, outcome);
+        if (!borrow(page, outcome))
+            return {};
+        QImage image = m_session->render(page.pageIndex, page.rotation, size, outcome);
+        if (!m_session->isUsable())
+            m_session = {};
+        return image;
+    }
+
+private:
+    bool borrow(const PdfSourcePage &page, EngineError *outcome)
+    {
+        if (m_session && m_path == page.filePath && m_password == page.password)
+            return true;
+        m_session = {};
+        m_session = SessionPool::instance().acquire(page.filePath, page.password, outcome);
+        m_path = page.filePath;
+        m_password = page.password;
+        return static_cast<bool>(m_session);
+    }
+
+    SessionPool::Lease m_session;
+    QString m_path;
+    QString m_password;
+};
+
+/// Runs a step of the engine; nothing that it throws gets out.
+template <typename Step>
+EngineError guarded(PdfBackendError code, Step &&step)
+{
+    try {
+        return step();
+    } catch (const std::exception &exception) {
+        return {code, QString::fromUtf8(exception.what())};
+    }
+}
+
+} // namespace
+
+bool PdfEditorBackend::inspectDocument(const QString &path, const QString &password,
+                                       PdfDocumentInfo *info, PdfBackendError *error,
+                                       QString *message)
+{
+    const EngineError outcome = guarded(PdfBackendError::InvalidDocument, [&] {
+        EngineError step;
+        const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &step);
+        if (!session)
+            return step;
+        std::optional<QList<QSizeF>> sizes = session->pageSizes(&step);
+        if (sizes && info != nullptr)
+            info->pageSizes = std::move(*sizes);
+        return step;
+    });
+    pdfcore::report(outcome, error, message);
+    return !outcome.isError();
+}
+
+QImage PdfEditorBackend::renderPage(const PdfSourcePage &page, QSize targetSize,
+                                    PdfBackendError *error, QString *message)
+{
+    QImage image;
+    const EngineError outcome = guarded(PdfBackendError::RenderFailed, [&] {
+        EngineError step;
+        image = BatchRenderer().render(page, targetSize, &step);
+        return step;
+    });
+    pdfcore::report(outcome, error, message);
+    return outcome.isError() ? QImage() : image;
+}
+
+QList<QImage> PdfEditorBackend::renderPages(const QList<PdfSourcePage> &pages,
+                                            const QList<QSize> &targetSizes, QStringList *errors)
+{
+    QList<QImage> images(pages.size());
+    QStringList messages(pages.size());
+    BatchRenderer renderer;
+    for (qsizetype i = 0; i < pages.size(); ++i) {
+        const EngineError outcome = guarded(PdfBackendError::RenderFailed, [&] {
+            EngineError step;
+            images[i] = renderer.render(pages.at(i), targetSizes.value(i), &step);
+            return step;
+        });
+        messages[i] = outcome.message;
+    }
+    if (errors != nullptr)
+        *errors = messages;
+    return images;
+}
+
+bool PdfEditorBackend::saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
+                                    PdfBackendError *error, QString *message)
+{
+    const EngineError outcome =
+        guarded(PdfBackendError::WriteFailed, [&] { return pdfcore::writeDocument(pages, path); });
+    pdfcore::report(outcome, error, message);
+    return !outcome.isError();
+}

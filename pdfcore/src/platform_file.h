@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+class QFileDevice;
+
+namespace pdfcore {
+
+/// Makes sure that what was written to `file` has reached the disk. False when it did not.
+bool syncToDisk(QFileDevice &file);
+
+/// Makes sure that a rename in the folder at `path` has reached the disk, where that is possible.
+void syncFolder(const QString &path);
+
+/// Moves `from` over `to`, which may exist, in one step within one folder.
+///
+/// On failure both files are as they were and the reason is in `reason`.
+bool replaceFile(const QString &from, const QString &to, QString *reason);
+
+} // namespace pdfcore

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "pdfcore/src/engine_error.h"
+
+#include <QString>
+
+#include <exception>
+#include <memory>
+
+#include <qpdf/QPDF.hh>
+
+namespace pdfcore {
+
+/// Opens the file at `path` for copying from. Null on failure, with the error in `outcome`.
+///
+/// The user or the owner password opens it; a file that opens with the empty user password does so
+/// whatever password is given. The object belongs to the calling thread and prints nothing.
+std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome);
+
+/// The error value and message for an exception that QPDF threw while reading.
+EngineError qpdfReadError(const std::exception &exception);
+
+} // namespace pdfcore

@@ -1,0 +1,227 @@
+#include "pdfcore/src/session_pool.h"
+
+#include <utility>
+
+namespace pdfcore {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t kMaxIdleSessions = 6;
+constexpr std::size_t kMaxIdleBytes = std::size_t{128} << 20;
+constexpr auto kIdleTime = 15s;
+
+} // namespace
+
+SessionPool::Lease::Lease(SessionPool *pool, QString key, std::unique_ptr<DocumentSession> session)
+    : m_pool(pool)
+    , m_key(std::move(key))
+    , m_session(std::move(session))
+{}
+
+SessionPool::Lease::~Lease()
+{
+    giveBack();
+}
+
+SessionPool::Lease::Lease(Lease &&other) noexcept
+    : m_pool(std::exchange(other.m_pool, nullptr))
+    , m_key(std::move(other.m_key))
+    , m_session(std::move(other.m_session))
+{}
+
+SessionPool::Lease &SessionPool::Lease::operator=(Lease &&other) noexcept
+{
+    if (this != &other) {
+        giveBack();
+        m_pool = std::exchange(other.m_pool, nullptr);
+        m_key = std::move(other.m_key);
+        m_session = std::move(other.m_session);
+    }
+    return *this;
+}
+
+void SessionPool::Lease::giveBack()
+{
+    if (m_pool != nullptr)
+        std::exchange(m_pool, nullptr)->giveBack(m_key, std::move(m_session));
+}
+
+SessionPool::FileClosure::FileClosure(SessionPool &pool, const QString &path)
+    : m_pool(pool)
+    , m_key(comparablePath(path))
+{
+    Sessions closing;
+    std::unique_lock lock(m_pool.m_mutex);
+    m_pool.m_closed.insert(m_key);
+    for (auto it = m_pool.m_idle.begin(); it != m_pool.m_idle.end();) {
+        if (it->key == m_key) {
+            closing.push_back(std::move(it->session));
+            it = m_pool.m_idle.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    m_pool.m_changed.wait(lock, [this] { return !m_pool.m_lent.contains(m_key); });
+}
+
+SessionPool::FileClosure::~FileClosure()
+{
+    const std::lock_guard lock(m_pool.m_mutex);
+    m_pool.m_closed.erase(m_pool.m_closed.find(m_key));
+    m_pool.m_changed.notify_all();
+}
+
+SessionPool &SessionPool::instance()
+{
+    static SessionPool pool;
+    return pool;
+}
+
+SessionPool::SessionPool()
+    : m_housekeeper([this] { keepHouse(); })
+{}
+
+SessionPool::~SessionPool()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+        m_changed.notify_all();
+    }
+    m_housekeeper.join();
+}
+
+SessionPool::Lease SessionPool::acquire(const QString &path, const QString &password,
+                                        EngineError *outcome)
+{
+    *outcome = {};
+    const QString key = comparablePath(path);
+    Sessions outdated;
+    std::unique_ptr<DocumentSession> session;
+    FileIdentity file;
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return !m_closed.contains(key); });
+        file = FileIdentity::of(path);
+        session = takeIdle(key, file, password, outdated);
+        m_lent.insert(key);
+    }
+    if (!session)
+        session = DocumentSession::open(file, password, outcome);
+    if (session)
+        return {this, key, std::move(session)};
+    giveBack(key, nullptr);
+    return {};
+}
+
+int SessionPool::idleCount() const
+{
+    const std::lock_guard lock(m_mutex);
+    return static_cast<int>(m_idle.size());
+}
+
+std::size_t SessionPool::idleBytes() const
+{
+    const std::lock_guard lock(m_mutex);
+    std::size_t bytes = 0;
+    for (const IdleSession &idle : m_idle)
+        bytes += idle.session->bytesInUse();
+    return bytes;
+}
+
+void SessionPool::closeIdle()
+{
+    std::list<IdleSession> closing;
+    const std::lock_guard lock(m_mutex);
+    closing.swap(m_idle);
+}
+
+std::unique_ptr<DocumentSession> SessionPool::takeIdle(const QString &key, const FileIdentity &file,
+                                                       const QString &password, Sessions &outdated)
+{
+    std::unique_ptr<DocumentSession> found;
+    for (auto it = m_idle.begin(); it != m_idle.end();) {
+        if (it->key != key) {
+            ++it;
+            continue;
+        }
+        const FileIdentity &opened = it->session->file();
+        const bool current = opened.size == file.size && opened.modified == file.modified;
+        if (current && (found || it->session->password() != password)) {
+            ++it;
+            continue;
+        }
+        if (current)
+            found = std::move(it->session);
+        else
+            outdated.push_back(std::move(it->session));
+        it = m_idle.erase(it);
+    }
+    return found;
+}
+
+void SessionPool::giveBack(const QString &key, std::unique_ptr<DocumentSession> session)
+{
+    Sessions closing;
+    const std::lock_guard lock(m_mutex);
+    m_lent.erase(m_lent.find(key));
+    const bool keep = session && session->isUsable() && !m_closed.contains(key) && !m_stopping;
+    if (keep) {
+        m_idle.push_front({key, std::move(session), Clock::now()});
+        closing = takeSurplus();
+    } else {
+        // Closed before the wait for it ends: on some systems an open file cannot be replaced.
+        session.reset();
+    }
+    m_changed.notify_all();
+}
+
+SessionPool::Sessions SessionPool::takeSurplus()
+{
+    Sessions surplus;
+    std::size_t bytes = 0;
+    std::size_t count = 0;
+    for (auto it = m_idle.begin(); it != m_idle.end();) {
+        bytes += it->session->bytesInUse();
+        ++count;
+        if (count > kMaxIdleSessions || (count > 1 && bytes > kMaxIdleBytes)) {
+            surplus.push_back(std::move(it->session));
+            it = m_idle.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    return surplus;
+}
+
+SessionPool::Sessions SessionPool::takeExpired(Clock::time_point now)
+{
+    Sessions expired;
+    while (!m_idle.empty() && now - m_idle.back().since >= kIdleTime) {
+        expired.push_back(std::move(m_idle.back().session));
+        m_idle.pop_back();
+    }
+    return expired;
+}
+
+void SessionPool::keepHouse()
+{
+    std::unique_lock lock(m_mutex);
+    while (!m_stopping) {
+        if (m_idle.empty()) {
+            m_changed.wait(lock, [this] { return m_stopping || !m_idle.empty(); });
+            continue;
+        }
+        m_changed.wait_until(lock, m_idle.back().since + kIdleTime);
+        Sessions expired = takeExpired(Clock::now());
+        if (!expired.empty()) {
+            lock.unlock();
+            expired.clear();
+            lock.lock();
+        }
+    }
+}
+
+} // namespace pdfcore

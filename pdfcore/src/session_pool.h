@@ -1,0 +1,107 @@
+#pragma once
+
+#include "pdfcore/src/document_session.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include <QString>
+
+namespace pdfcore {
+
+/// The open documents of the process, lent to one thread at a time.
+///
+/// A thread that needs a document gets an idle session of the same file, in the same state and
+/// with the same password, or opens one more. Returned sessions wait for the next use, bounded in
+/// number and memory, and are closed after a while without use, or when their file is about to be
+/// replaced. All operations may be called from any thread.
+class SessionPool final
+{
+public:
+    /// A borrowed session; goes back to the pool when destroyed. Empty when opening failed.
+    class Lease
+    {
+    public:
+        Lease() = default;
+        Lease(SessionPool *pool, QString key, std::unique_ptr<DocumentSession> session);
+        ~Lease();
+        Lease(Lease &&other) noexcept;
+        Lease &operator=(Lease &&other) noexcept;
+        Lease(const Lease &) = delete;
+        Lease &operator=(const Lease &) = delete;
+
+        explicit operator bool() const { return m_session != nullptr; }
+        DocumentSession *operator->() const { return m_session.get(); }
+
+    private:
+        void giveBack();
+
+        SessionPool *m_pool = nullptr;
+        QString m_key;
+        std::unique_ptr<DocumentSession> m_session;
+    };
+
+    /// Keeps a file closed while it lives: idle sessions are closed, borrowed ones waited for, and
+    /// new ones held back until it is destroyed. Not for a thread that holds a lease of the file.
+    class FileClosure
+    {
+    public:
+        FileClosure(SessionPool &pool, const QString &path);
+        ~FileClosure();
+        FileClosure(const FileClosure &) = delete;
+        FileClosure &operator=(const FileClosure &) = delete;
+
+    private:
+        SessionPool &m_pool;
+        QString m_key;
+    };
+
+    static SessionPool &instance();
+    SessionPool();
+    ~SessionPool();
+    SessionPool(const SessionPool &) = delete;
+    SessionPool &operator=(const SessionPool &) = delete;
+
+    /// Borrows a session for the file. An empty lease on failure, with the error in `outcome`.
+    Lease acquire(const QString &path, const QString &password, EngineError *outcome);
+
+    /// Sessions that are open and idle now.
+    [[nodiscard]] int idleCount() const;
+    /// Memory that the idle sessions hold, in bytes.
+    [[nodiscard]] std::size_t idleBytes() const;
+    /// Closes every idle session.
+    void closeIdle();
+
+private:
+    using Clock = std::chrono::steady_clock;
+    using Sessions = std::list<std::unique_ptr<DocumentSession>>;
+
+    struct IdleSession
+    {
+        QString key;
+        std::unique_ptr<DocumentSession> session;
+        Clock::time_point since;
+    };
+
+    std::unique_ptr<DocumentSession> takeIdle(const QString &key, const FileIdentity &file,
+                                              const QString &password, Sessions &outdated);
+    void giveBack(const QString &key, std::unique_ptr<DocumentSession> session);
+    Sessions takeSurplus();
+    Sessions takeExpired(Clock::time_point now);
+    void keepHouse();
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::list<IdleSession> m_idle; ///< Most recently used first.
+    std::multiset<QString> m_lent;
+    std::multiset<QString> m_closed;
+    bool m_stopping = false;
+    std::thread m_housekeeper;
+};
+
+} // namespace pdfcore
