@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/tool_page.h"
+
+/// The page of the tool that makes PDF files of images.
+class ImageToPdfPage final : public ToolPage
+{
+    Q_OBJECT
+
+public:
+    explicit ImageToPdfPage(QWidget *parent = nullptr);
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/tool_page.h"
+
+/// The page of the tool that turns Office documents into PDF files.
+class OfficeToPdfPage final : public ToolPage
+{
+    Q_OBJECT
+
+public:
+    explicit OfficeToPdfPage(QWidget *parent = nullptr);
+};

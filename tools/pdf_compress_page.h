@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/file_input_page.h"
+
+/// The page of the tool that compresses PDF files.
+class PdfCompressPage final : public FileInputPage
+{
+    Q_OBJECT
+
+public:
+    explicit PdfCompressPage(QWidget *parent = nullptr);
+};

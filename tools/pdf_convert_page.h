@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/file_input_page.h"
+
+/// The page of the tool that saves the pages of PDF files as images.
+class PdfConvertPage final : public FileInputPage
+{
+    Q_OBJECT
+
+public:
+    explicit PdfConvertPage(QWidget *parent = nullptr);
+};

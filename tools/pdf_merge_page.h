@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/tool_page.h"
+
+/// The page of the tool that merges several PDF files into one.
+class PdfMergePage final : public ToolPage
+{
+    Q_OBJECT
+
+public:
+    explicit PdfMergePage(QWidget *parent = nullptr);
+};

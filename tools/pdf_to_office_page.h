@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/tool_page.h"
+
+/// The page of the tool that turns PDF files into Office documents.
+class PdfToOfficePage final : public ToolPage
+{
+    Q_OBJECT
+
+public:
+    explicit PdfToOfficePage(QWidget *parent = nullptr);
+};
