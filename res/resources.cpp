@@ -1,0 +1,9 @@
+#include "res/resources.h"
+
+#include <QtCore/qresource.h>
+#include <QtGlobal>
+
+void initResources()
+{
+    Q_INIT_RESOURCE(res);
+}

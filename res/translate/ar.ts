@@ -1,0 +1,289 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ar_SA" sourcelanguage="zh_CN">
+<context>
+    <name>CustomTabBar</name>
+    <message>
+        <source>关闭</source>
+        <translation>إغلاق</translation>
+    </message>
+</context>
+<context>
+    <name>HomePage</name>
+    <message>
+        <source>工具</source>
+        <translation>الأدوات</translation>
+    </message>
+    <message>
+        <source>最近文件</source>
+        <translation>الملفات الأخيرة</translation>
+    </message>
+    <message>
+        <source>打开一个 PDF 文件，或选择下方的工具开始。</source>
+        <translation>افتح ملف PDF أو اختر إحدى الأدوات أدناه للبدء.</translation>
+    </message>
+    <message>
+        <source>打开 PDF 文件</source>
+        <translation>فتح ملف PDF</translation>
+    </message>
+    <message>
+        <source>暂无最近文件</source>
+        <translation>لا توجد ملفات حديثة بعد</translation>
+    </message>
+    <message>
+        <source>打开的 PDF 文件会显示在这里</source>
+        <translation>ستظهر هنا ملفات PDF التي تفتحها</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>ملفات PDF‏ (*.pdf)</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>图像转PDF</source>
+        <translation>الصور إلى PDF</translation>
+    </message>
+    <message>
+        <source>将图像合成为 PDF 文件。</source>
+        <translation>حوّل الصور إلى ملفات PDF.</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageDialog</name>
+    <message>
+        <source>简体中文</source>
+        <translation>الصينية المبسطة</translation>
+    </message>
+    <message>
+        <source>英语</source>
+        <translation>الإنجليزية</translation>
+    </message>
+    <message>
+        <source>德语</source>
+        <translation>الألمانية</translation>
+    </message>
+    <message>
+        <source>法语</source>
+        <translation>الفرنسية</translation>
+    </message>
+    <message>
+        <source>西班牙语</source>
+        <translation>الإسبانية</translation>
+    </message>
+    <message>
+        <source>阿拉伯语</source>
+        <translation>العربية</translation>
+    </message>
+    <message>
+        <source>日语</source>
+        <translation>اليابانية</translation>
+    </message>
+    <message>
+        <source>应用</source>
+        <translation>تطبيق</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>إعدادات اللغة</translation>
+    </message>
+    <message>
+        <source>选择 Quillora 的界面语言</source>
+        <translation>اختر لغة واجهة Quillora</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>إلغاء</translation>
+    </message>
+    <message>
+        <source>切换语言？</source>
+        <translation>هل تريد تبديل اللغة؟</translation>
+    </message>
+    <message>
+        <source>界面语言将切换为“%1”。</source>
+        <translation>ستُبدَّل لغة الواجهة إلى «%1».</translation>
+    </message>
+    <message>
+        <source>当前打开的工具标签页将关闭。</source>
+        <translation>ستُغلق علامات تبويب الأدوات المفتوحة حاليًا.</translation>
+    </message>
+    <message>
+        <source>切换</source>
+        <translation>تبديل</translation>
+    </message>
+    <message>
+        <source>无法切换语言</source>
+        <translation>يتعذر تبديل اللغة</translation>
+    </message>
+    <message>
+        <source>未能加载所选语言的翻译文件。</source>
+        <translation>تعذر تحميل ملف الترجمة للغة المحددة.</translation>
+    </message>
+</context>
+<context>
+    <name>MainPage</name>
+    <message>
+        <source>首页</source>
+        <translation>الرئيسية</translation>
+    </message>
+    <message>
+        <source>压缩PDF</source>
+        <translation>ضغط PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF إلى Office</translation>
+    </message>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office إلى PDF</translation>
+    </message>
+    <message>
+        <source>图像转PDF</source>
+        <translation>الصور إلى PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为图像</source>
+        <translation>PDF إلى صور</translation>
+    </message>
+    <message>
+        <source>PDF解密</source>
+        <translation>فك تشفير PDF</translation>
+    </message>
+    <message>
+        <source>PDF加密</source>
+        <translation>تشفير PDF</translation>
+    </message>
+    <message>
+        <source>合并PDF</source>
+        <translation>دمج PDF</translation>
+    </message>
+</context>
+<context>
+    <name>ModernMessageBox</name>
+    <message>
+        <source>取消</source>
+        <translation>إلغاء</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office إلى PDF</translation>
+    </message>
+    <message>
+        <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
+        <translation>حوّل ملفات Word وPowerPoint وExcel إلى PDF</translation>
+    </message>
+</context>
+<context>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>压缩PDF</source>
+        <translation>ضغط PDF</translation>
+    </message>
+    <message>
+        <source>减小 PDF 文件的体积，便于发送和保存。</source>
+        <translation>صغّر حجم ملفات PDF ليسهل إرسالها وحفظها.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertPage</name>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF إلى صور</translation>
+    </message>
+    <message>
+        <source>将 PDF 的每一页保存为图像。</source>
+        <translation>احفظ كل صفحة من ملف PDF كصورة.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>إلغاء قفل PDF</translation>
+    </message>
+    <message>
+        <source>移除 PDF 文件的密码。</source>
+        <translation>أزل كلمة مرور ملفات PDF.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDocumentView</name>
+    <message>
+        <source>正在渲染第 %1 页…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PdfEncryPage</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>تشفير PDF</translation>
+    </message>
+    <message>
+        <source>用密码保护 PDF 文件。</source>
+        <translation>احمِ ملفات PDF بكلمة مرور.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>合并PDF</source>
+        <translation>دمج PDF</translation>
+    </message>
+    <message>
+        <source>将多个 PDF 文件合并为一个。</source>
+        <translation>ادمج عدة ملفات PDF في ملف واحد.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF إلى Office</translation>
+    </message>
+    <message>
+        <source>将 PDF 转换为可编辑的 Office 文档。</source>
+        <translation>حوّل ملفات PDF إلى مستندات Office قابلة للتحرير.</translation>
+    </message>
+</context>
+<context>
+    <name>TitleBar</name>
+    <message>
+        <source>Quillora</source>
+        <translation>Quillora</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>إعدادات اللغة</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>تصغير</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>إغلاق</translation>
+    </message>
+    <message>
+        <source>还原</source>
+        <translation>استعادة</translation>
+    </message>
+    <message>
+        <source>最大化</source>
+        <translation>تكبير</translation>
+    </message>
+</context>
+</TS>

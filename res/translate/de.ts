@@ -1,0 +1,289 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="zh_CN">
+<context>
+    <name>CustomTabBar</name>
+    <message>
+        <source>关闭</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>HomePage</name>
+    <message>
+        <source>工具</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>最近文件</source>
+        <translation>Zuletzt verwendet</translation>
+    </message>
+    <message>
+        <source>打开一个 PDF 文件，或选择下方的工具开始。</source>
+        <translation>Öffnen Sie eine PDF-Datei oder wählen Sie unten ein Werkzeug.</translation>
+    </message>
+    <message>
+        <source>打开 PDF 文件</source>
+        <translation>PDF-Datei öffnen</translation>
+    </message>
+    <message>
+        <source>暂无最近文件</source>
+        <translation>Noch keine zuletzt verwendeten Dateien</translation>
+    </message>
+    <message>
+        <source>打开的 PDF 文件会显示在这里</source>
+        <translation>Geöffnete PDF-Dateien erscheinen hier</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF-Dateien (*.pdf)</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>图像转PDF</source>
+        <translation>Bilder in PDF</translation>
+    </message>
+    <message>
+        <source>将图像合成为 PDF 文件。</source>
+        <translation>Aus Bildern PDF-Dateien erstellen.</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageDialog</name>
+    <message>
+        <source>简体中文</source>
+        <translation>Chinesisch (vereinfacht)</translation>
+    </message>
+    <message>
+        <source>英语</source>
+        <translation>Englisch</translation>
+    </message>
+    <message>
+        <source>德语</source>
+        <translation>Deutsch</translation>
+    </message>
+    <message>
+        <source>法语</source>
+        <translation>Französisch</translation>
+    </message>
+    <message>
+        <source>西班牙语</source>
+        <translation>Spanisch</translation>
+    </message>
+    <message>
+        <source>阿拉伯语</source>
+        <translation>Arabisch</translation>
+    </message>
+    <message>
+        <source>日语</source>
+        <translation>Japanisch</translation>
+    </message>
+    <message>
+        <source>应用</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>Spracheinstellungen</translation>
+    </message>
+    <message>
+        <source>选择 Quillora 的界面语言</source>
+        <translation>Wählen Sie die Sprache der Oberfläche von Quillora</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>切换语言？</source>
+        <translation>Sprache wechseln?</translation>
+    </message>
+    <message>
+        <source>界面语言将切换为“%1”。</source>
+        <translation>Die Sprache der Oberfläche wird auf „%1“ umgestellt.</translation>
+    </message>
+    <message>
+        <source>当前打开的工具标签页将关闭。</source>
+        <translation>Die derzeit geöffneten Werkzeug-Tabs werden geschlossen.</translation>
+    </message>
+    <message>
+        <source>切换</source>
+        <translation>Wechseln</translation>
+    </message>
+    <message>
+        <source>无法切换语言</source>
+        <translation>Sprache kann nicht gewechselt werden</translation>
+    </message>
+    <message>
+        <source>未能加载所选语言的翻译文件。</source>
+        <translation>Die Übersetzungsdatei der gewählten Sprache konnte nicht geladen werden.</translation>
+    </message>
+</context>
+<context>
+    <name>MainPage</name>
+    <message>
+        <source>首页</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>压缩PDF</source>
+        <translation>PDF komprimieren</translation>
+    </message>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF in Office</translation>
+    </message>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office in PDF</translation>
+    </message>
+    <message>
+        <source>图像转PDF</source>
+        <translation>Bilder in PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为图像</source>
+        <translation>PDF in Bilder</translation>
+    </message>
+    <message>
+        <source>PDF解密</source>
+        <translation>PDF entschlüsseln</translation>
+    </message>
+    <message>
+        <source>PDF加密</source>
+        <translation>PDF verschlüsseln</translation>
+    </message>
+    <message>
+        <source>合并PDF</source>
+        <translation>PDF zusammenfügen</translation>
+    </message>
+</context>
+<context>
+    <name>ModernMessageBox</name>
+    <message>
+        <source>取消</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office in PDF</translation>
+    </message>
+    <message>
+        <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
+        <translation>Word-, PowerPoint- und Excel-Dateien in PDF umwandeln</translation>
+    </message>
+</context>
+<context>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>压缩PDF</source>
+        <translation>PDF komprimieren</translation>
+    </message>
+    <message>
+        <source>减小 PDF 文件的体积，便于发送和保存。</source>
+        <translation>PDF-Dateien verkleinern, um sie leichter zu senden und zu speichern.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertPage</name>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF in Bilder</translation>
+    </message>
+    <message>
+        <source>将 PDF 的每一页保存为图像。</source>
+        <translation>Jede Seite einer PDF-Datei als Bild speichern.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>PDF entsperren</translation>
+    </message>
+    <message>
+        <source>移除 PDF 文件的密码。</source>
+        <translation>Das Kennwort von PDF-Dateien entfernen.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDocumentView</name>
+    <message>
+        <source>正在渲染第 %1 页…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PdfEncryPage</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>PDF verschlüsseln</translation>
+    </message>
+    <message>
+        <source>用密码保护 PDF 文件。</source>
+        <translation>PDF-Dateien mit einem Kennwort schützen.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>合并PDF</source>
+        <translation>PDF zusammenfügen</translation>
+    </message>
+    <message>
+        <source>将多个 PDF 文件合并为一个。</source>
+        <translation>Mehrere PDF-Dateien zu einer zusammenfügen.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF in Office</translation>
+    </message>
+    <message>
+        <source>将 PDF 转换为可编辑的 Office 文档。</source>
+        <translation>PDF-Dateien in bearbeitbare Office-Dokumente umwandeln.</translation>
+    </message>
+</context>
+<context>
+    <name>TitleBar</name>
+    <message>
+        <source>Quillora</source>
+        <translation>Quillora</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>Spracheinstellungen</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>Minimieren</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>还原</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>最大化</source>
+        <translation>Maximieren</translation>
+    </message>
+</context>
+</TS>

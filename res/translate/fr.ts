@@ -1,0 +1,289 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR" sourcelanguage="zh_CN">
+<context>
+    <name>CustomTabBar</name>
+    <message>
+        <source>关闭</source>
+        <translation>Fermer</translation>
+    </message>
+</context>
+<context>
+    <name>HomePage</name>
+    <message>
+        <source>工具</source>
+        <translation>Outils</translation>
+    </message>
+    <message>
+        <source>最近文件</source>
+        <translation>Fichiers récents</translation>
+    </message>
+    <message>
+        <source>打开一个 PDF 文件，或选择下方的工具开始。</source>
+        <translation>Ouvrez un fichier PDF ou choisissez un outil ci-dessous.</translation>
+    </message>
+    <message>
+        <source>打开 PDF 文件</source>
+        <translation>Ouvrir un fichier PDF</translation>
+    </message>
+    <message>
+        <source>暂无最近文件</source>
+        <translation>Aucun fichier récent</translation>
+    </message>
+    <message>
+        <source>打开的 PDF 文件会显示在这里</source>
+        <translation>Les fichiers PDF ouverts apparaîtront ici</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>图像转PDF</source>
+        <translation>Images en PDF</translation>
+    </message>
+    <message>
+        <source>将图像合成为 PDF 文件。</source>
+        <translation>Créer des fichiers PDF à partir d’images.</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageDialog</name>
+    <message>
+        <source>简体中文</source>
+        <translation>Chinois simplifié</translation>
+    </message>
+    <message>
+        <source>英语</source>
+        <translation>Anglais</translation>
+    </message>
+    <message>
+        <source>德语</source>
+        <translation>Allemand</translation>
+    </message>
+    <message>
+        <source>法语</source>
+        <translation>Français</translation>
+    </message>
+    <message>
+        <source>西班牙语</source>
+        <translation>Espagnol</translation>
+    </message>
+    <message>
+        <source>阿拉伯语</source>
+        <translation>Arabe</translation>
+    </message>
+    <message>
+        <source>日语</source>
+        <translation>Japonais</translation>
+    </message>
+    <message>
+        <source>应用</source>
+        <translation>Appliquer</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>Paramètres de langue</translation>
+    </message>
+    <message>
+        <source>选择 Quillora 的界面语言</source>
+        <translation>Choisissez la langue de l’interface de Quillora</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>切换语言？</source>
+        <translation>Changer de langue ?</translation>
+    </message>
+    <message>
+        <source>界面语言将切换为“%1”。</source>
+        <translation>La langue de l’interface va passer à « %1 ».</translation>
+    </message>
+    <message>
+        <source>当前打开的工具标签页将关闭。</source>
+        <translation>Les onglets d’outils ouverts seront fermés.</translation>
+    </message>
+    <message>
+        <source>切换</source>
+        <translation>Changer</translation>
+    </message>
+    <message>
+        <source>无法切换语言</source>
+        <translation>Impossible de changer de langue</translation>
+    </message>
+    <message>
+        <source>未能加载所选语言的翻译文件。</source>
+        <translation>Le fichier de traduction de la langue choisie n’a pas pu être chargé.</translation>
+    </message>
+</context>
+<context>
+    <name>MainPage</name>
+    <message>
+        <source>首页</source>
+        <translation>Accueil</translation>
+    </message>
+    <message>
+        <source>压缩PDF</source>
+        <translation>Compresser un PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF en Office</translation>
+    </message>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office en PDF</translation>
+    </message>
+    <message>
+        <source>图像转PDF</source>
+        <translation>Images en PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为图像</source>
+        <translation>PDF en images</translation>
+    </message>
+    <message>
+        <source>PDF解密</source>
+        <translation>Déchiffrer un PDF</translation>
+    </message>
+    <message>
+        <source>PDF加密</source>
+        <translation>Chiffrer un PDF</translation>
+    </message>
+    <message>
+        <source>合并PDF</source>
+        <translation>Fusionner des PDF</translation>
+    </message>
+</context>
+<context>
+    <name>ModernMessageBox</name>
+    <message>
+        <source>取消</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office en PDF</translation>
+    </message>
+    <message>
+        <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
+        <translation>Convertir des fichiers Word, PowerPoint et Excel en PDF</translation>
+    </message>
+</context>
+<context>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>压缩PDF</source>
+        <translation>Compresser un PDF</translation>
+    </message>
+    <message>
+        <source>减小 PDF 文件的体积，便于发送和保存。</source>
+        <translation>Réduire la taille des fichiers PDF pour les envoyer et les conserver plus facilement.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertPage</name>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF en images</translation>
+    </message>
+    <message>
+        <source>将 PDF 的每一页保存为图像。</source>
+        <translation>Enregistrer chaque page d’un PDF comme image.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>Déverrouiller un PDF</translation>
+    </message>
+    <message>
+        <source>移除 PDF 文件的密码。</source>
+        <translation>Supprimer le mot de passe des fichiers PDF.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDocumentView</name>
+    <message>
+        <source>正在渲染第 %1 页…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PdfEncryPage</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>Chiffrer un PDF</translation>
+    </message>
+    <message>
+        <source>用密码保护 PDF 文件。</source>
+        <translation>Protéger des fichiers PDF par un mot de passe.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>合并PDF</source>
+        <translation>Fusionner des PDF</translation>
+    </message>
+    <message>
+        <source>将多个 PDF 文件合并为一个。</source>
+        <translation>Fusionner plusieurs fichiers PDF en un seul.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF en Office</translation>
+    </message>
+    <message>
+        <source>将 PDF 转换为可编辑的 Office 文档。</source>
+        <translation>Convertir des fichiers PDF en documents Office modifiables.</translation>
+    </message>
+</context>
+<context>
+    <name>TitleBar</name>
+    <message>
+        <source>Quillora</source>
+        <translation>Quillora</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>Paramètres de langue</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>Réduire</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>还原</source>
+        <translation>Restaurer</translation>
+    </message>
+    <message>
+        <source>最大化</source>
+        <translation>Agrandir</translation>
+    </message>
+</context>
+</TS>

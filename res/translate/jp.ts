@@ -1,0 +1,289 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja_JP" sourcelanguage="zh_CN">
+<context>
+    <name>CustomTabBar</name>
+    <message>
+        <source>关闭</source>
+        <translation>閉じる</translation>
+    </message>
+</context>
+<context>
+    <name>HomePage</name>
+    <message>
+        <source>工具</source>
+        <translation>ツール</translation>
+    </message>
+    <message>
+        <source>最近文件</source>
+        <translation>最近使用したファイル</translation>
+    </message>
+    <message>
+        <source>打开一个 PDF 文件，或选择下方的工具开始。</source>
+        <translation>PDF ファイルを開くか、下のツールを選んでください。</translation>
+    </message>
+    <message>
+        <source>打开 PDF 文件</source>
+        <translation>PDF ファイルを開く</translation>
+    </message>
+    <message>
+        <source>暂无最近文件</source>
+        <translation>最近使用したファイルはありません</translation>
+    </message>
+    <message>
+        <source>打开的 PDF 文件会显示在这里</source>
+        <translation>開いた PDF ファイルがここに表示されます</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF ファイル (*.pdf)</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>图像转PDF</source>
+        <translation>画像を PDF に変換</translation>
+    </message>
+    <message>
+        <source>将图像合成为 PDF 文件。</source>
+        <translation>画像から PDF ファイルを作成します。</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageDialog</name>
+    <message>
+        <source>简体中文</source>
+        <translation>中国語 (簡体字)</translation>
+    </message>
+    <message>
+        <source>英语</source>
+        <translation>英語</translation>
+    </message>
+    <message>
+        <source>德语</source>
+        <translation>ドイツ語</translation>
+    </message>
+    <message>
+        <source>法语</source>
+        <translation>フランス語</translation>
+    </message>
+    <message>
+        <source>西班牙语</source>
+        <translation>スペイン語</translation>
+    </message>
+    <message>
+        <source>阿拉伯语</source>
+        <translation>アラビア語</translation>
+    </message>
+    <message>
+        <source>日语</source>
+        <translation>日本語</translation>
+    </message>
+    <message>
+        <source>应用</source>
+        <translation>適用</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>言語設定</translation>
+    </message>
+    <message>
+        <source>选择 Quillora 的界面语言</source>
+        <translation>Quillora の表示言語を選択</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>切换语言？</source>
+        <translation>言語を切り替えますか？</translation>
+    </message>
+    <message>
+        <source>界面语言将切换为“%1”。</source>
+        <translation>表示言語を「%1」に切り替えます。</translation>
+    </message>
+    <message>
+        <source>当前打开的工具标签页将关闭。</source>
+        <translation>現在開いているツールのタブは閉じられます。</translation>
+    </message>
+    <message>
+        <source>切换</source>
+        <translation>切り替える</translation>
+    </message>
+    <message>
+        <source>无法切换语言</source>
+        <translation>言語を切り替えられません</translation>
+    </message>
+    <message>
+        <source>未能加载所选语言的翻译文件。</source>
+        <translation>選択した言語の翻訳ファイルを読み込めませんでした。</translation>
+    </message>
+</context>
+<context>
+    <name>MainPage</name>
+    <message>
+        <source>首页</source>
+        <translation>ホーム</translation>
+    </message>
+    <message>
+        <source>压缩PDF</source>
+        <translation>PDF を圧縮</translation>
+    </message>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF を Office に変換</translation>
+    </message>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office を PDF に変換</translation>
+    </message>
+    <message>
+        <source>图像转PDF</source>
+        <translation>画像を PDF に変換</translation>
+    </message>
+    <message>
+        <source>PDF转为图像</source>
+        <translation>PDF を画像に変換</translation>
+    </message>
+    <message>
+        <source>PDF解密</source>
+        <translation>PDF の暗号化を解除</translation>
+    </message>
+    <message>
+        <source>PDF加密</source>
+        <translation>PDF を暗号化</translation>
+    </message>
+    <message>
+        <source>合并PDF</source>
+        <translation>PDF を結合</translation>
+    </message>
+</context>
+<context>
+    <name>ModernMessageBox</name>
+    <message>
+        <source>取消</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office を PDF に変換</translation>
+    </message>
+    <message>
+        <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
+        <translation>Word、PowerPoint、Excel のファイルを PDF に変換します</translation>
+    </message>
+</context>
+<context>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>压缩PDF</source>
+        <translation>PDF を圧縮</translation>
+    </message>
+    <message>
+        <source>减小 PDF 文件的体积，便于发送和保存。</source>
+        <translation>PDF ファイルのサイズを小さくして、送信や保存をしやすくします。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertPage</name>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF を画像に変換</translation>
+    </message>
+    <message>
+        <source>将 PDF 的每一页保存为图像。</source>
+        <translation>PDF の各ページを画像として保存します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>PDF のロックを解除</translation>
+    </message>
+    <message>
+        <source>移除 PDF 文件的密码。</source>
+        <translation>PDF ファイルのパスワードを削除します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDocumentView</name>
+    <message>
+        <source>正在渲染第 %1 页…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PdfEncryPage</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>PDF を暗号化</translation>
+    </message>
+    <message>
+        <source>用密码保护 PDF 文件。</source>
+        <translation>PDF ファイルをパスワードで保護します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>合并PDF</source>
+        <translation>PDF を結合</translation>
+    </message>
+    <message>
+        <source>将多个 PDF 文件合并为一个。</source>
+        <translation>複数の PDF ファイルを 1 つに結合します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF を Office に変換</translation>
+    </message>
+    <message>
+        <source>将 PDF 转换为可编辑的 Office 文档。</source>
+        <translation>PDF を編集可能な Office 文書に変換します。</translation>
+    </message>
+</context>
+<context>
+    <name>TitleBar</name>
+    <message>
+        <source>Quillora</source>
+        <translation>Quillora</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>言語設定</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>还原</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message>
+        <source>最大化</source>
+        <translation>最大化</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,289 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="zh_CN">
+<context>
+    <name>CustomTabBar</name>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
+    </message>
+</context>
+<context>
+    <name>HomePage</name>
+    <message>
+        <source>工具</source>
+        <translation>Tools</translation>
+    </message>
+    <message>
+        <source>最近文件</source>
+        <translation>Recent Files</translation>
+    </message>
+    <message>
+        <source>打开一个 PDF 文件，或选择下方的工具开始。</source>
+        <translation>Open a PDF file, or pick a tool below to get started.</translation>
+    </message>
+    <message>
+        <source>打开 PDF 文件</source>
+        <translation>Open PDF File</translation>
+    </message>
+    <message>
+        <source>暂无最近文件</source>
+        <translation>No recent files yet</translation>
+    </message>
+    <message>
+        <source>打开的 PDF 文件会显示在这里</source>
+        <translation>PDF files you open will appear here</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF Files (*.pdf)</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>图像转PDF</source>
+        <translation>Images to PDF</translation>
+    </message>
+    <message>
+        <source>将图像合成为 PDF 文件。</source>
+        <translation>Turn images into PDF files.</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageDialog</name>
+    <message>
+        <source>简体中文</source>
+        <translation>Simplified Chinese</translation>
+    </message>
+    <message>
+        <source>英语</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>德语</source>
+        <translation>German</translation>
+    </message>
+    <message>
+        <source>法语</source>
+        <translation>French</translation>
+    </message>
+    <message>
+        <source>西班牙语</source>
+        <translation>Spanish</translation>
+    </message>
+    <message>
+        <source>阿拉伯语</source>
+        <translation>Arabic</translation>
+    </message>
+    <message>
+        <source>日语</source>
+        <translation>Japanese</translation>
+    </message>
+    <message>
+        <source>应用</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>Language Settings</translation>
+    </message>
+    <message>
+        <source>选择 Quillora 的界面语言</source>
+        <translation>Choose the display language of Quillora</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>切换语言？</source>
+        <translation>Switch Language?</translation>
+    </message>
+    <message>
+        <source>界面语言将切换为“%1”。</source>
+        <translation>The display language will be switched to “%1”.</translation>
+    </message>
+    <message>
+        <source>当前打开的工具标签页将关闭。</source>
+        <translation>Tool tabs that are open now will be closed.</translation>
+    </message>
+    <message>
+        <source>切换</source>
+        <translation>Switch</translation>
+    </message>
+    <message>
+        <source>无法切换语言</source>
+        <translation>Cannot Switch Language</translation>
+    </message>
+    <message>
+        <source>未能加载所选语言的翻译文件。</source>
+        <translation>The translation file of the selected language could not be loaded.</translation>
+    </message>
+</context>
+<context>
+    <name>MainPage</name>
+    <message>
+        <source>首页</source>
+        <translation>Home</translation>
+    </message>
+    <message>
+        <source>压缩PDF</source>
+        <translation>Compress PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF to Office</translation>
+    </message>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office to PDF</translation>
+    </message>
+    <message>
+        <source>图像转PDF</source>
+        <translation>Images to PDF</translation>
+    </message>
+    <message>
+        <source>PDF转为图像</source>
+        <translation>PDF to Images</translation>
+    </message>
+    <message>
+        <source>PDF解密</source>
+        <translation>Decrypt PDF</translation>
+    </message>
+    <message>
+        <source>PDF加密</source>
+        <translation>Encrypt PDF</translation>
+    </message>
+    <message>
+        <source>合并PDF</source>
+        <translation>Merge PDF</translation>
+    </message>
+</context>
+<context>
+    <name>ModernMessageBox</name>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>Office转为PDF</source>
+        <translation>Office to PDF</translation>
+    </message>
+    <message>
+        <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
+        <translation>Convert Word, PowerPoint and Excel files to PDF</translation>
+    </message>
+</context>
+<context>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>压缩PDF</source>
+        <translation>Compress PDF</translation>
+    </message>
+    <message>
+        <source>减小 PDF 文件的体积，便于发送和保存。</source>
+        <translation>Make PDF files smaller, to send and store them easily.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertPage</name>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF to Images</translation>
+    </message>
+    <message>
+        <source>将 PDF 的每一页保存为图像。</source>
+        <translation>Save every page of a PDF as an image.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>Unlock PDF</translation>
+    </message>
+    <message>
+        <source>移除 PDF 文件的密码。</source>
+        <translation>Remove the password of PDF files.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDocumentView</name>
+    <message>
+        <source>正在渲染第 %1 页…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PdfEncryPage</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>Encrypt PDF</translation>
+    </message>
+    <message>
+        <source>用密码保护 PDF 文件。</source>
+        <translation>Protect PDF files with a password.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>合并PDF</source>
+        <translation>Merge PDF</translation>
+    </message>
+    <message>
+        <source>将多个 PDF 文件合并为一个。</source>
+        <translation>Merge several PDF files into one.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>PDF转为Office</source>
+        <translation>PDF to Office</translation>
+    </message>
+    <message>
+        <source>将 PDF 转换为可编辑的 Office 文档。</source>
+        <translation>Convert PDF files to editable Office documents.</translation>
+    </message>
+</context>
+<context>
+    <name>TitleBar</name>
+    <message>
+        <source>Quillora</source>
+        <translation>Quillora</translation>
+    </message>
+    <message>
+        <source>语言设置</source>
+        <translation>Language Settings</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>Minimize</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>还原</source>
+        <translation>Restore</translation>
+    </message>
+    <message>
+        <source>最大化</source>
+        <translation>Maximize</translation>
+    </message>
+</context>
+</TS>
