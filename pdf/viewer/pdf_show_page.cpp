@@ -1,0 +1,54 @@
+#include "pdf/viewer/pdf_show_page.h"
+
+#include "pdf/viewer/pdf_viewer_widget.h"
+
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kPdfToOfficeTool = 2;
+
+struct ExternalTool
+{
+    QLatin1String id;
+    int toolType;
+};
+
+constexpr ExternalTool kExternalTools[] = {
+    {QLatin1String("compress"), 1},
+    {QLatin1String("images"), 5},
+    {QLatin1String("decrypt"), 6},
+    {QLatin1String("encrypt"), 7},
+};
+
+} // namespace
+
+PdfShowPage::PdfShowPage(QWidget *parent)
+    : QWidget(parent)
+    , m_viewer(new PdfViewerWidget(this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_viewer);
+    setFocusProxy(m_viewer);
+
+    connect(m_viewer, &PdfViewerWidget::convertPdfToOfficeRequested, this,
+            [this](const QString &path) { emit toolRequested(kPdfToOfficeTool, path); });
+    connect(m_viewer, &PdfViewerWidget::externalToolRequested, this, &PdfShowPage::requestTool);
+}
+
+PdfShowPage::~PdfShowPage() = default;
+
+bool PdfShowPage::openFile(const QString &path)
+{
+    return m_viewer->openFile(path, QString());
+}
+
+void PdfShowPage::requestTool(const QString &toolId, const QString &filePath)
+{
+    for (const ExternalTool &tool : kExternalTools) {
+        if (tool.id == toolId) {
+            emit toolRequested(tool.toolType, filePath);
+        }
+    }
+}
