@@ -20,11 +20,11 @@
     </message>
     <message>
         <source>打开一个 PDF 文件，或选择下方的工具开始。</source>
-        <translation>افتح ملف PDF أو اختر إحدى الأدوات أدناه للبدء.</translation>
+        <translation>‫افتح ملف PDF أو اختر إحدى الأدوات أدناه للبدء.‬</translation>
     </message>
     <message>
         <source>打开 PDF 文件</source>
-        <translation>فتح ملف PDF</translation>
+        <translation>‫فتح ملف PDF‬</translation>
     </message>
     <message>
         <source>暂无最近文件</source>
@@ -32,22 +32,22 @@
     </message>
     <message>
         <source>打开的 PDF 文件会显示在这里</source>
-        <translation>ستظهر هنا ملفات PDF التي تفتحها</translation>
+        <translation>‫ستظهر هنا ملفات PDF التي تفتحها‬</translation>
     </message>
     <message>
         <source>PDF 文件 (*.pdf)</source>
-        <translation>ملفات PDF‏ (*.pdf)</translation>
+        <translation>‫ملفات PDF‬ (*.pdf)</translation>
     </message>
 </context>
 <context>
     <name>ImageToPdfPage</name>
     <message>
         <source>图像转PDF</source>
-        <translation>الصور إلى PDF</translation>
+        <translation>‫الصور إلى PDF‬</translation>
     </message>
     <message>
         <source>将图像合成为 PDF 文件。</source>
-        <translation>حوّل الصور إلى ملفات PDF.</translation>
+        <translation>‫حوّل الصور إلى ملفات PDF.‬</translation>
     </message>
 </context>
 <context>
@@ -90,7 +90,7 @@
     </message>
     <message>
         <source>选择 Quillora 的界面语言</source>
-        <translation>اختر لغة واجهة Quillora</translation>
+        <translation>‫اختر لغة واجهة Quillora‬</translation>
     </message>
     <message>
         <source>取消</source>
@@ -98,15 +98,15 @@
     </message>
     <message>
         <source>切换语言？</source>
-        <translation>هل تريد تبديل اللغة؟</translation>
+        <translation>‫هل تريد تبديل اللغة؟‬</translation>
     </message>
     <message>
         <source>界面语言将切换为“%1”。</source>
-        <translation>ستُبدَّل لغة الواجهة إلى «%1».</translation>
+        <translation>‫ستُبدَّل لغة الواجهة إلى «%1».‬</translation>
     </message>
     <message>
         <source>当前打开的工具标签页将关闭。</source>
-        <translation>ستُغلق علامات تبويب الأدوات المفتوحة حاليًا.</translation>
+        <translation>‫ستُغلق علامات تبويب الأدوات المفتوحة حاليًا.‬</translation>
     </message>
     <message>
         <source>切换</source>
@@ -118,7 +118,7 @@
     </message>
     <message>
         <source>未能加载所选语言的翻译文件。</source>
-        <translation>تعذر تحميل ملف الترجمة للغة المحددة.</translation>
+        <translation>‫تعذر تحميل ملف الترجمة للغة المحددة.‬</translation>
     </message>
 </context>
 <context>
@@ -129,35 +129,35 @@
     </message>
     <message>
         <source>压缩PDF</source>
-        <translation>ضغط PDF</translation>
+        <translation>‫ضغط PDF‬</translation>
     </message>
     <message>
         <source>PDF转为Office</source>
-        <translation>PDF إلى Office</translation>
+        <translation>‫PDF إلى Office‬</translation>
     </message>
     <message>
         <source>Office转为PDF</source>
-        <translation>Office إلى PDF</translation>
+        <translation>‫Office إلى PDF‬</translation>
     </message>
     <message>
         <source>图像转PDF</source>
-        <translation>الصور إلى PDF</translation>
+        <translation>‫الصور إلى PDF‬</translation>
     </message>
     <message>
         <source>PDF转为图像</source>
-        <translation>PDF إلى صور</translation>
+        <translation>‫PDF إلى صور‬</translation>
     </message>
     <message>
         <source>PDF解密</source>
-        <translation>فك تشفير PDF</translation>
+        <translation>‫فك تشفير PDF‬</translation>
     </message>
     <message>
         <source>PDF加密</source>
-        <translation>تشفير PDF</translation>
+        <translation>‫تشفير PDF‬</translation>
     </message>
     <message>
         <source>合并PDF</source>
-        <translation>دمج PDF</translation>
+        <translation>‫دمج PDF‬</translation>
     </message>
 </context>
 <context>
@@ -168,95 +168,150 @@
     </message>
     <message>
         <source>不保存</source>
-        <translation type="unfinished"></translation>
+        <translation>عدم الحفظ</translation>
     </message>
     <message>
         <source>确定</source>
-        <translation type="unfinished"></translation>
+        <translation>موافق</translation>
     </message>
 </context>
 <context>
     <name>OfficeToPdfPage</name>
     <message>
         <source>Office转为PDF</source>
-        <translation>Office إلى PDF</translation>
+        <translation>‫Office إلى PDF‬</translation>
     </message>
     <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
-        <translation>حوّل ملفات Word وPowerPoint وExcel إلى PDF</translation>
+        <translation>‫حوّل ملفات Word وPowerPoint وExcel إلى PDF‬</translation>
     </message>
 </context>
 <context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
-        <translation>ضغط PDF</translation>
+        <translation>‫ضغط PDF‬</translation>
     </message>
     <message>
         <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>صغّر حجم ملفات PDF ليسهل إرسالها وحفظها.</translation>
+        <translation>‫صغّر حجم ملفات PDF ليسهل إرسالها وحفظها.‬</translation>
     </message>
 </context>
 <context>
     <name>PdfConvertPage</name>
     <message>
         <source>PDF 转为图像</source>
-        <translation>PDF إلى صور</translation>
+        <translation>‫PDF إلى صور‬</translation>
     </message>
     <message>
         <source>将 PDF 的每一页保存为图像。</source>
-        <translation>احفظ كل صفحة من ملف PDF كصورة.</translation>
+        <translation>‫احفظ كل صفحة من ملف PDF كصورة.‬</translation>
     </message>
 </context>
 <context>
     <name>PdfDecryPage</name>
     <message>
         <source>解锁PDF</source>
-        <translation>إلغاء قفل PDF</translation>
+        <translation>‫إلغاء قفل PDF‬</translation>
     </message>
     <message>
         <source>移除 PDF 文件的密码。</source>
-        <translation>أزل كلمة مرور ملفات PDF.</translation>
+        <translation>‫أزل كلمة مرور ملفات PDF.‬</translation>
     </message>
 </context>
 <context>
     <name>PdfDocumentView</name>
     <message>
         <source>正在渲染第 %1 页…</source>
-        <translation type="unfinished"></translation>
+        <translation>‫جارٍ عرض الصفحة %1…‬</translation>
     </message>
 </context>
 <context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
-        <translation>تشفير PDF</translation>
+        <translation>‫تشفير PDF‬</translation>
     </message>
     <message>
         <source>用密码保护 PDF 文件。</source>
-        <translation>احمِ ملفات PDF بكلمة مرور.</translation>
+        <translation>‫احمِ ملفات PDF بكلمة مرور.‬</translation>
     </message>
 </context>
 <context>
     <name>PdfMergePage</name>
     <message>
         <source>合并PDF</source>
-        <translation>دمج PDF</translation>
+        <translation>‫دمج PDF‬</translation>
     </message>
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
-        <translation>ادمج عدة ملفات PDF في ملف واحد.</translation>
+        <translation>‫ادمج عدة ملفات PDF في ملف واحد.‬</translation>
     </message>
 </context>
 <context>
     <name>PdfToOfficePage</name>
     <message>
         <source>PDF转为Office</source>
-        <translation>PDF إلى Office</translation>
+        <translation>‫PDF إلى Office‬</translation>
     </message>
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>حوّل ملفات PDF إلى مستندات Office قابلة للتحرير.</translation>
+        <translation>‫حوّل ملفات PDF إلى مستندات Office قابلة للتحرير.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PdfViewerWidget</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>‫ملف PDF هذا مشفر. أدخل كلمة المرور:‬</translation>
+    </message>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>‫كلمة المرور غير صحيحة. أعد إدخال كلمة مرور PDF:‬</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>‫يتعذر فتح PDF‬</translation>
+    </message>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>‫الملف غير موجود أو تم نقله.‬</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>‫يتطلب ملف PDF كلمة مرور.‬</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>‫كلمة مرور PDF غير صحيحة.‬</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>‫ملف PDF تالف أو تنسيقه غير مدعوم.‬</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>‫تعذر عرض الصفحة.‬</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>‫تعذرت الكتابة إلى الملف الهدف. تحقق من الأذونات ومساحة القرص.‬</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>‫لم تكتمل العملية.‬</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>كلمة المرور مطلوبة</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>موافق</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>إلغاء</translation>
     </message>
 </context>
 <context>

@@ -168,11 +168,11 @@
     </message>
     <message>
         <source>不保存</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht speichern</translation>
     </message>
     <message>
         <source>确定</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
@@ -223,7 +223,7 @@
     <name>PdfDocumentView</name>
     <message>
         <source>正在渲染第 %1 页…</source>
-        <translation type="unfinished"></translation>
+        <translation>Seite %1 wird dargestellt…</translation>
     </message>
 </context>
 <context>
@@ -257,6 +257,61 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>PDF-Dateien in bearbeitbare Office-Dokumente umwandeln.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfViewerWidget</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>Diese PDF-Datei ist verschlüsselt. Geben Sie das Kennwort ein:</translation>
+    </message>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Falsches Kennwort. Geben Sie das PDF-Kennwort erneut ein:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>PDF kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>Die Datei ist nicht vorhanden oder wurde verschoben.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>Die PDF-Datei erfordert ein Kennwort.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>Das PDF-Kennwort ist falsch.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>Die PDF-Datei ist beschädigt oder ihr Format wird nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>Die Seite konnte nicht dargestellt werden.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>Die Zieldatei konnte nicht geschrieben werden. Prüfen Sie die Berechtigungen und den Speicherplatz.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>Der Vorgang wurde nicht abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Kennwort erforderlich</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>

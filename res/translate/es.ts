@@ -168,11 +168,11 @@
     </message>
     <message>
         <source>不保存</source>
-        <translation type="unfinished"></translation>
+        <translation>No guardar</translation>
     </message>
     <message>
         <source>确定</source>
-        <translation type="unfinished"></translation>
+        <translation>Aceptar</translation>
     </message>
 </context>
 <context>
@@ -223,7 +223,7 @@
     <name>PdfDocumentView</name>
     <message>
         <source>正在渲染第 %1 页…</source>
-        <translation type="unfinished"></translation>
+        <translation>Mostrando la página %1…</translation>
     </message>
 </context>
 <context>
@@ -257,6 +257,61 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>Convierta archivos PDF en documentos de Office editables.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfViewerWidget</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>Este PDF está cifrado. Introduzca la contraseña:</translation>
+    </message>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Contraseña incorrecta. Vuelva a introducir la contraseña del PDF:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>No se puede abrir el PDF</translation>
+    </message>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>El archivo no existe o se ha movido.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>El PDF requiere una contraseña.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>La contraseña del PDF es incorrecta.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>El PDF está dañado o su formato no es compatible.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>No se pudo mostrar la página.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>No se pudo escribir el archivo de destino. Compruebe los permisos y el espacio en disco.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>La operación no se completó.</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Se requiere contraseña</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancelar</translation>
     </message>
 </context>
 <context>

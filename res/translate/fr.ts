@@ -168,11 +168,11 @@
     </message>
     <message>
         <source>不保存</source>
-        <translation type="unfinished"></translation>
+        <translation>Ne pas enregistrer</translation>
     </message>
     <message>
         <source>确定</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
@@ -223,7 +223,7 @@
     <name>PdfDocumentView</name>
     <message>
         <source>正在渲染第 %1 页…</source>
-        <translation type="unfinished"></translation>
+        <translation>Affichage de la page %1…</translation>
     </message>
 </context>
 <context>
@@ -257,6 +257,61 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>Convertir des fichiers PDF en documents Office modifiables.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfViewerWidget</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>Ce PDF est chiffré. Saisissez le mot de passe :</translation>
+    </message>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Mot de passe incorrect. Saisissez à nouveau le mot de passe du PDF :</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>Impossible d’ouvrir le PDF</translation>
+    </message>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>Le fichier n’existe pas ou a été déplacé.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>Le PDF nécessite un mot de passe.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>Le mot de passe du PDF est incorrect.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>Le PDF est endommagé ou son format n’est pas pris en charge.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>La page n’a pas pu être affichée.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>Impossible d’écrire le fichier cible. Vérifiez les autorisations et l’espace disque.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>L’opération n’a pas abouti.</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Mot de passe requis</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Annuler</translation>
     </message>
 </context>
 <context>

@@ -168,11 +168,11 @@
     </message>
     <message>
         <source>不保存</source>
-        <translation type="unfinished"></translation>
+        <translation>保存しない</translation>
     </message>
     <message>
         <source>确定</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
@@ -223,7 +223,7 @@
     <name>PdfDocumentView</name>
     <message>
         <source>正在渲染第 %1 页…</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ページ目を描画しています…</translation>
     </message>
 </context>
 <context>
@@ -257,6 +257,61 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>PDF を編集可能な Office 文書に変換します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfViewerWidget</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>この PDF は暗号化されています。パスワードを入力してください:</translation>
+    </message>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>パスワードが正しくありません。PDF のパスワードをもう一度入力してください:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>PDF を開けません</translation>
+    </message>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>ファイルが存在しないか、移動されています。</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>PDF にはパスワードが必要です。</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>PDF のパスワードが正しくありません。</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>PDF が破損しているか、形式がサポートされていません。</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>ページを描画できませんでした。</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>保存先のファイルに書き込めません。アクセス権とディスクの空き容量を確認してください。</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>操作は完了しませんでした。</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>パスワードが必要です</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>キャンセル</translation>
     </message>
 </context>
 <context>

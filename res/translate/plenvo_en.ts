@@ -168,11 +168,11 @@
     </message>
     <message>
         <source>不保存</source>
-        <translation type="unfinished"></translation>
+        <translation>Don’t Save</translation>
     </message>
     <message>
         <source>确定</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
@@ -223,7 +223,7 @@
     <name>PdfDocumentView</name>
     <message>
         <source>正在渲染第 %1 页…</source>
-        <translation type="unfinished"></translation>
+        <translation>Rendering page %1…</translation>
     </message>
 </context>
 <context>
@@ -257,6 +257,61 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>Convert PDF files to editable Office documents.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfViewerWidget</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>This PDF is encrypted. Enter the password:</translation>
+    </message>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Incorrect password. Enter the PDF password again:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>Cannot Open PDF</translation>
+    </message>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>The file does not exist or has been moved.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>The PDF requires a password.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>The PDF password is incorrect.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>The PDF is damaged or its format is not supported.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>The page could not be rendered.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>The target file could not be written. Check the permissions and the disk space.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>The operation was not completed.</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Password Required</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
     </message>
 </context>
 <context>

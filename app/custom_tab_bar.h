@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTabBar>
+
+class QPainter;
+
+/// The tab bar of the workspace, which paints its tabs itself.
+///
+/// A tab whose data is 1 is the home tab: 90 pixels wide. Every tab but one inserted at index 0
+/// has a close button. Tool tips show what a tab's title cannot.
+class CustomTabBar final : public QTabBar
+{
+    Q_OBJECT
+
+public:
+    explicit CustomTabBar(QWidget *parent = nullptr);
+
+protected:
+    QSize tabSizeHint(int index) const override;
+    void tabInserted(int index) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void setHoveredIndex(int index);
+    void closeTabOf(const QWidget *button);
+    void paintTab(QPainter &painter, int index) const;
+    void paintTabFace(QPainter &painter, int index, const QRect &tab) const;
+    [[nodiscard]] bool isHighlighted(int index) const;
+
+    int m_hoveredIndex = -1; ///< The tab under the mouse, or -1.
+};

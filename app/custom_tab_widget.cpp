@@ -1,0 +1,41 @@
+#include "app/custom_tab_widget.h"
+
+#include "app/custom_tab_bar.h"
+#include "pdf/viewer/pdf_show_page.h"
+#include "pdf/viewer/pdf_viewer_widget.h"
+
+#include <QDebug>
+
+namespace {
+
+constexpr QLatin1String
+    kStyle("QTabWidget { background: #F7F8FA; border: none; }"
+           "QTabBar { background: transparent; }"
+           "QTabWidget::pane { border: none; border-top: 1px solid #E5E6EB; margin-top: -1px;"
+           " background: white; }");
+
+} // namespace
+
+CustomTabWidget::CustomTabWidget(QWidget *parent)
+    : QTabWidget(parent)
+    , m_tabBar(new CustomTabBar(this))
+{
+    setAttribute(Qt::WA_StyledBackground);
+    setTabBar(m_tabBar);
+    m_tabBar->setExpanding(false);
+    setStyleSheet(kStyle);
+    connect(m_tabBar, &QTabBar::tabCloseRequested, this, &CustomTabWidget::closeTab);
+}
+
+void CustomTabWidget::closeTab(int index)
+{
+    QWidget *page = widget(index);
+    qDebug() << "remove index" << index;
+    if (!page)
+        return;
+    const auto *viewerPage = qobject_cast<PdfShowPage *>(page);
+    if (viewerPage && !viewerPage->viewer()->maybeSave())
+        return;
+    removeTab(indexOf(page));
+    page->deleteLater();
+}

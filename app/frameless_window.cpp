@@ -1,0 +1,149 @@
+#include "app/frameless_window.h"
+
+#include "app/language_dialog.h"
+#include "app/title_bar.h"
+#include "widgets/theme.h"
+
+#include <QEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRegion>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+constexpr QSize kMinimumSize(940, 600);
+constexpr int kCornerRadius = 12;
+constexpr qreal kBorderWidth = 1.0;
+
+QPainterPath roundedPath(const QRectF &rect, qreal radius)
+{
+    QPainterPath path;
+    path.addRoundedRect(rect, radius, radius);
+    return path;
+}
+
+QRectF shrunk(const QRectF &rect, qreal margin)
+{
+    return rect.adjusted(margin, margin, -margin, -margin);
+}
+
+} // namespace
+
+FramelessWindow::FramelessWindow(QWidget *parent)
+    : QWidget(parent)
+    , m_titleBar(new TitleBar(this))
+{
+    setMinimumSize(kMinimumSize);
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(1, 0, 1, 1);
+    layout->setSpacing(0);
+    layout->addWidget(m_titleBar);
+
+    connect(m_titleBar, &TitleBar::minimizeRequested, this, &FramelessWindow::showMinimized);
+    connect(m_titleBar, &TitleBar::maximizeRestoreRequested, this,
+            &FramelessWindow::toggleMaximized);
+    connect(m_titleBar, &TitleBar::closeRequested, this, &FramelessWindow::close);
+    connect(m_titleBar, &TitleBar::languageRequested, this, &FramelessWindow::openLanguageDialog);
+}
+
+void FramelessWindow::setContentWidget(QWidget *widget)
+{
+    if (!widget || widget == m_content)
+        return;
+    if (m_content) {
+        layout()->removeWidget(m_content);
+        m_content->hide();
+        m_content->deleteLater();
+    }
+    m_content = widget;
+    m_content->setParent(this);
+    layout()->addWidget(m_content);
+}
+
+void FramelessWindow::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || event->position().y() > m_dragStripHeight) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    m_dragging = true;
+    m_dragOffset = event->globalPosition().toPoint() - frameGeometry().topLeft();
+    event->accept();
+}
+
+void FramelessWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_dragging || !event->buttons().testFlag(Qt::LeftButton)) {
+        QWidget::mouseMoveEvent(event);
+        return;
+    }
+    move(event->globalPosition().toPoint() - m_dragOffset);
+    event->accept();
+}
+
+void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_dragging = false;
+    QWidget::mouseReleaseEvent(event);
+}
+
+void FramelessWindow::paintEvent(QPaintEvent *)
+{
+    const qreal radius = isMaximized() ? 0 : kCornerRadius;
+    const QRectF outer = shrunk(QRectF(rect()), 0.5);
+
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(roundedPath(outer, radius), Theme::borderStrong);
+    painter.fillPath(roundedPath(shrunk(outer, kBorderWidth), std::max(radius - 1, 0.0)),
+                     Theme::windowBackground);
+}
+
+void FramelessWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    updateMask();
+}
+
+void FramelessWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) {
+        m_titleBar->setMaximized(isMaximized());
+        QTimer::singleShot(0, this, &FramelessWindow::updateMask);
+    }
+}
+
+void FramelessWindow::toggleMaximized()
+{
+    if (isMaximized())
+        showNormal();
+    else
+        showMaximized();
+}
+
+void FramelessWindow::openLanguageDialog()
+{
+    LanguageDialog dialog(this);
+    dialog.exec();
+}
+
+void FramelessWindow::updateMask()
+{
+    if (isMaximized()) {
+        clearMask();
+        return;
+    }
+    const QPainterPath path = roundedPath(QRectF(rect()), kCornerRadius);
+    setMask(QRegion(path.toFillPolygon().toPolygon()));
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+
+class TitleBar;
+
+/// The main window: frameless and translucent, with rounded corners and a 1-pixel border that it
+/// paints itself, a title bar and one content widget below it.
+///
+/// It is moved by dragging its top 40 pixels. Its corners are square while it is maximised.
+class FramelessWindow final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FramelessWindow(QWidget *parent = nullptr);
+
+    /// Takes `widget` as the content; the one before is removed and deleted later.
+    /// A null `widget` changes nothing.
+    void setContentWidget(QWidget *widget);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void toggleMaximized();
+    void openLanguageDialog();
+    void updateMask();
+
+    bool m_dragging = false;
+    QPoint m_dragOffset; ///< Global press position minus the top left corner of the frame.
+    int m_dragStripHeight = 40;
+    TitleBar *m_titleBar;
+    QWidget *m_content = nullptr;
+};

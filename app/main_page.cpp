@@ -1,0 +1,144 @@
+#include "app/main_page.h"
+
+#include "app/custom_tab_widget.h"
+#include "app/home_page.h"
+#include "app/tool_table.h"
+#include "pdf/viewer/pdf_show_page.h"
+#include "widgets/theme.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QIcon>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr char kToolTypeProperty[] = "plenvoToolType";
+constexpr char kFilePathProperty[] = "plenvoFilePath";
+
+constexpr QLatin1String kStyle("QWidget#mainPage { background: %1;"
+                               " border-bottom-left-radius: 12px;"
+                               " border-bottom-right-radius: 12px; }");
+constexpr QLatin1String
+    kTabsStyle("QTabWidget#mainTabWidget, QTabWidget#mainTabWidget::pane {"
+               " border-bottom-left-radius: 11px; border-bottom-right-radius: 11px; }"
+               "QTabWidget#mainTabWidget SideNavigationBar { border-bottom-left-radius: 11px; }"
+               "QTabWidget#mainTabWidget RecentFilesPage { background: %1;"
+               " border-bottom-right-radius: 11px; }");
+
+/// The path under which an open file is found again; empty if `path` names none.
+QString normalizedFilePath(const QString &path)
+{
+    if (path.trimmed().isEmpty())
+        return {};
+    const QFileInfo file(path);
+    QString resolved = file.canonicalFilePath();
+    if (resolved.isEmpty())
+        resolved = file.absoluteFilePath();
+    return QDir::cleanPath(QDir::fromNativeSeparators(resolved));
+}
+
+} // namespace
+
+MainPage::MainPage(QWidget *parent)
+    : QWidget(parent)
+    , m_tabs(new CustomTabWidget(this))
+    , m_home(new HomePage(this))
+{
+    setObjectName(QStringLiteral("mainPage"));
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(kStyle.arg(Theme::white.name()));
+
+    m_tabs->setObjectName(QStringLiteral("mainTabWidget"));
+    m_tabs->setStyleSheet(m_tabs->styleSheet() % kTabsStyle.arg(Theme::white.name()));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+
+    const int homeIndex =
+        m_tabs->addTab(m_home, QIcon(QStringLiteral(":/res/icons/modern/home.png")), tr("首页"));
+    m_tabs->tabBar()->setTabData(homeIndex, 1);
+    layout->addWidget(m_tabs);
+
+    connect(m_home, &HomePage::toolClicked, this, &MainPage::openTool);
+    connect(m_home, &HomePage::openFile, this, &MainPage::openFile);
+    connect(m_home, &HomePage::fileClicked, this, &MainPage::openFileInTab);
+}
+
+int MainPage::indexOfTool(int toolType) const
+{
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const QVariant type = m_tabs->widget(index)->property(kToolTypeProperty);
+        if (type.isValid() && type.toInt() == toolType)
+            return index;
+    }
+    return -1;
+}
+
+void MainPage::openTool(int toolType)
+{
+    if (const int index = indexOfTool(toolType); index >= 0) {
+        m_tabs->setCurrentIndex(index);
+        return;
+    }
+    const Tool *tool = findTool(toolType);
+    if (!tool)
+        return;
+    QWidget *page = tool->createPage(this);
+    page->setProperty(kToolTypeProperty, toolType);
+    const QString title = tr(tool->title);
+    const int index = m_tabs->addTab(page, QIcon(tool->icon), title);
+    m_tabs->setTabToolTip(index, title);
+    m_tabs->setCurrentIndex(index);
+}
+
+void MainPage::openToolWithFile(int toolType, const QString &filePath)
+{
+    openTool(toolType);
+    const int index = indexOfTool(toolType);
+    if (index < 0)
+        return;
+    if (const Tool *tool = findTool(toolType); tool && tool->addInputFile)
+        tool->addInputFile(m_tabs->widget(index), filePath);
+}
+
+void MainPage::openFileInTab(const QString &path)
+{
+    const QString normalizedPath = normalizedFilePath(path);
+    if (normalizedPath.isEmpty())
+        return;
+    if (const int index = indexOfFile(normalizedPath); index >= 0) {
+        m_tabs->setCurrentIndex(index);
+        return;
+    }
+
+    auto *page = new PdfShowPage(this);
+    page->setProperty(kFilePathProperty, normalizedPath);
+    if (!page->openFile(normalizedPath)) {
+        page->deleteLater();
+        return;
+    }
+    connect(page, &PdfShowPage::toolRequested, this, &MainPage::openToolWithFile);
+    const int index = m_tabs->addTab(page, QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")),
+                                     QFileInfo(normalizedPath).fileName());
+    m_tabs->setTabToolTip(index, QDir::toNativeSeparators(normalizedPath));
+    m_tabs->setCurrentIndex(index);
+}
+
+void MainPage::openFile(const QString &path)
+{
+    openFileInTab(path);
+    m_home->recordFile(path);
+}
+
+int MainPage::indexOfFile(const QString &normalizedPath) const
+{
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const QVariant path = m_tabs->widget(index)->property(kFilePathProperty);
+        if (path.isValid() && path.toString().compare(normalizedPath, Qt::CaseInsensitive) == 0)
+            return index;
+    }
+    return -1;
+}

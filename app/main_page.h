@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+class CustomTabWidget;
+class HomePage;
+
+/// The content of the main window: the workspace tabs.
+///
+/// The first tab is the home page and never closes. Further tabs are tool pages, at most one per
+/// tool, and viewers, at most one per file.
+class MainPage final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MainPage(QWidget *parent = nullptr);
+
+    /// Index of the first tab that shows the tool `toolType`, or -1.
+    [[nodiscard]] int indexOfTool(int toolType) const;
+
+    /// Shows the tab of the tool `toolType` (1 to 8), creating it at the end when needed.
+    /// Other numbers do nothing.
+    void openTool(int toolType);
+    /// openTool(), then hands `filePath` to the page if the tool takes a file.
+    void openToolWithFile(int toolType, const QString &filePath);
+    /// Shows the viewer tab of the file at `path`, opening it when needed; nothing is recorded.
+    ///
+    /// A file that does not open leaves no tab; the viewer has told the user why.
+    void openFileInTab(const QString &path);
+
+public slots:
+    /// openFileInTab(), then records `path` as recently opened, whatever came of it.
+    void openFile(const QString &path);
+
+private:
+    [[nodiscard]] int indexOfFile(const QString &normalizedPath) const;
+
+    CustomTabWidget *m_tabs;
+    HomePage *m_home;
+};

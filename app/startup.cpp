@@ -1,0 +1,119 @@
+#include "app/startup.h"
+
+#include "app/frameless_window.h"
+#include "app/language_manager.h"
+#include "app/main_page.h"
+#include "app/window_picture.h"
+#include "res/resources.h"
+#include "widgets/theme.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QFont>
+#include <QIcon>
+#include <QPalette>
+
+namespace {
+
+constexpr QSize kWindowSize(1160, 780);
+
+// Qt 6 has both always on and hides their names together with its deprecated interface.
+constexpr auto kEnableHighDpiScaling = static_cast<Qt::ApplicationAttribute>(20);
+constexpr auto kUseHighDpiPixmaps = static_cast<Qt::ApplicationAttribute>(13);
+
+constexpr QLatin1String kFontFamily("Microsoft YaHei UI");
+
+constexpr QLatin1String kApplicationStyle(
+    "QToolTip { background-color: #1D2129; color: #FFFFFF; border: none; padding: 6px 10px;"
+    " border-radius: 4px; }"
+    "QMenu { background-color: #FFFFFF; border: 1px solid #E5E6EB; border-radius: 8px;"
+    " padding: 6px; }"
+    "QMenu::item { background-color: transparent; border-radius: 4px; color: #4E5969;"
+    " padding: 8px 24px 8px 16px; }"
+    "QMenu::item:selected { background-color: #E8F1FF; color: #165DFF; }"
+    "QMenu::separator { height: 1px; background: #EBEDF0; margin: 5px 10px; }");
+
+void setFont()
+{
+    // Only Windows has the family; elsewhere its nearest kin cover the same scripts.
+    QFont::insertSubstitutions(kFontFamily,
+                               {QStringLiteral("Microsoft YaHei"), QStringLiteral("PingFang SC"),
+                                QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Noto Sans")});
+    QFont font(kFontFamily);
+    font.setStyleStrategy(QFont::PreferAntialias);
+    QApplication::setFont(font);
+}
+
+void setPalette()
+{
+    QPalette palette = QApplication::palette();
+    palette.setBrush(QPalette::All, QPalette::Window, Theme::white);
+    palette.setBrush(QPalette::All, QPalette::WindowText, Theme::ink);
+    palette.setBrush(QPalette::All, QPalette::Base, Theme::white);
+    palette.setBrush(QPalette::All, QPalette::Text, Theme::ink);
+    palette.setBrush(QPalette::All, QPalette::ButtonText, Theme::ink);
+    palette.setBrush(QPalette::All, QPalette::Highlight, Theme::accent);
+    palette.setBrush(QPalette::All, QPalette::HighlightedText, Qt::white);
+    QApplication::setPalette(palette);
+}
+
+} // namespace
+
+void Startup::setAttributes()
+{
+    QCoreApplication::setAttribute(kEnableHighDpiScaling, true);
+    QCoreApplication::setAttribute(kUseHighDpiPixmaps, true);
+}
+
+void Startup::setIdentity()
+{
+    initResources();
+    QCoreApplication::setApplicationName(QStringLiteral("Quillora"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Quillora"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Quillora"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/res/icons/modern/logo.png")));
+}
+
+void Startup::setAppearance()
+{
+    setFont();
+    setPalette();
+    qApp->setStyleSheet(kApplicationStyle);
+}
+
+std::unique_ptr<FramelessWindow> Startup::showMainWindow()
+{
+    auto window = std::make_unique<FramelessWindow>();
+    window->setContentWidget(new MainPage);
+    QObject::connect(LanguageManager::instance(), &LanguageManager::languageChanged, window.get(),
+                     [target = window.get()] { target->setContentWidget(new MainPage); });
+    window->resize(kWindowSize);
+    window->showNormal();
+    return window;
+}
+
+void Startup::openFileArgument(const FramelessWindow &window, const QStringList &arguments)
+{
+    if (arguments.size() > 1 && QFileInfo::exists(arguments.at(1)))
+        window.findChild<MainPage *>()->openFile(arguments.at(1));
+}
+
+int Startup::run(int &argc, char **argv)
+{
+    setAttributes();
+    const QApplication application(argc, argv);
+    setIdentity();
+    LanguageManager::instance()->initialize();
+    setAppearance();
+
+    const std::unique_ptr<FramelessWindow> window = showMainWindow();
+    const std::unique_ptr<WindowPicture> picture = WindowPicture::requestedFor(*window);
+    openFileArgument(*window, QCoreApplication::arguments());
+    if (picture) {
+        picture->takeWhenReady();
+        if (picture->isFinished())
+            return picture->exitCode();
+    }
+    return QApplication::exec();
+}
