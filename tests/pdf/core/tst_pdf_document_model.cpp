@@ -1,0 +1,1032 @@
+#include "pdf/core/pdf_document_model.h"
+#include "tests/pdf/core/model_signal_log.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+using Ids = QList<PdfPageId>;
+
+const QString kModified = QStringLiteral("modifiedChanged true");
+const QString kSaved = QStringLiteral("modifiedChanged false");
+const QString kOrder = QStringLiteral("pageOrderChanged");
+const QString kSelection = QStringLiteral("selectionChanged");
+const QString kReset = QStringLiteral("modelReset");
+const QString kDocument = QStringLiteral("documentReset");
+
+QString selectionOfRow(int row)
+{
+    return QStringLiteral("dataChanged %1-%1 (10 261)").arg(row);
+}
+
+QString rotationOfRow(int row)
+{
+    return QStringLiteral("dataChanged %1-%1 (260 262 264)").arg(row);
+}
+
+/// The page identifiers as a view knows them that only ever listens to notifications.
+class MirrorView final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MirrorView(PdfDocumentModel *model)
+        : m_model(model)
+    {
+        connect(model, &QAbstractItemModel::modelReset, this, [this] {
+            m_ids = idsOf(*m_model);
+            compare();
+        });
+        connect(model, &QAbstractItemModel::rowsInserted, this,
+                [this](const QModelIndex &, int first, int last) {
+                    for (int row = first; row <= last; ++row) {
+                        m_ids.insert(row, m_model->pageAt(row)->id);
+                    }
+                    compare();
+                });
+        connect(model, &QAbstractItemModel::rowsRemoved, this,
+                [this](const QModelIndex &, int first, int last) {
+                    m_ids.remove(first, last - first + 1);
+                    compare();
+                });
+        connect(model, &QAbstractItemModel::rowsMoved, this,
+                [this](const QModelIndex &, int first, int, const QModelIndex &, int row) {
+                    m_ids.move(first, row > first ? row - 1 : row);
+                    compare();
+                });
+    }
+
+    int comparisons = 0;
+    int differences = 0;
+
+private:
+    void compare()
+    {
+        ++comparisons;
+        Ids fromPages;
+        for (const PdfPageRecord &record : m_model->pages()) {
+            fromPages.append(record.id);
+        }
+        bool same = idsOf(*m_model) == m_ids && fromPages == m_ids;
+        for (qsizetype row = 0; row < m_ids.size(); ++row) {
+            same = same && m_model->rowForPageId(m_ids.at(row)) == row;
+        }
+        differences += same ? 0 : 1;
+    }
+
+    PdfDocumentModel *m_model;
+    Ids m_ids;
+};
+
+} // namespace
+
+class TestPdfDocumentModel final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // Records and queries.
+    void displaySizeFollowsTheRotation_data();
+    void displaySizeFollowsTheRotation();
+    void sourcePagesCarryTheRecordsInOrder();
+    void newModelIsEmptyUnmodifiedAndAtRevisionZero();
+    void pageAtOutsideTheRowsIsNull();
+    void rowForPageIdIsTheFirstRowWithTheId();
+    void pagesAreASnapshot();
+    void dataAnswersEveryRole();
+    void dataOutsideTheRowsIsEmpty();
+    void noRoleShowsThePassword();
+    void flagsAllowDropsBetweenRows();
+    void rowsHaveNoChildren();
+    void typesAreRegisteredUnderTheirNames();
+
+    // Insertions.
+    void blankPageGoesToTheClampedRow_data();
+    void blankPageGoesToTheClampedRow();
+    void blankPageRecordIsComplete();
+    void blankPageOfEmptySizeIsA4_data();
+    void blankPageOfEmptySizeIsA4();
+    void insertBlankPageEffects();
+
+    // Duplicates.
+    void duplicatesLandBehindTheirOriginals();
+    void duplicateRecordIsACopyWithItsOwnIdentity();
+    void pageListedTwiceIsCopiedTwice();
+    void duplicatePagesEffects();
+    void duplicatingUnknownPagesDoesNothing();
+
+    // Removals.
+    void removingGoesFromTheLastRowToTheFirst();
+    void removePagesEffects();
+    void removingFromAModifiedDocumentDoesNotRepeatModified();
+    void deletingEveryPageLeavesOneBlankPage();
+    void deletingEveryPageEffects();
+    void removingUnknownPagesDoesNothing();
+    void identifiersOfRemovedPagesAreNotReused();
+
+    // Rotations.
+    void rotationStaysWithinACircle_data();
+    void rotationStaysWithinACircle();
+    void fourQuarterTurnsLeaveTheDocumentModified();
+    void rotatePagesEffects();
+    void rotatingOneOfManyChangesOnlyThatRow();
+    void pageListedTwiceIsRotatedTwice();
+    void rotatingUnknownPagesDoesNothing();
+
+    // Moves.
+    void moveOfRowTwo_data();
+    void moveOfRowTwo();
+    void moveRowsEffects();
+    void movingAnythingButOneRootRowIsRefused();
+    void removeRowsIsLeftToRemovePages();
+
+    // Whole lists.
+    void setPagesEffects();
+    void setPagesRaisesTheIdentifierCounter();
+    void setPagesNeverLowersTheIdentifierCounter();
+    void revisionGrowsThroughUndoAndRedo();
+    void restoredListHasItsCheckStates();
+
+    // Saving.
+    void markSavedEffects();
+    void markSavedWithoutPathKeepsThePath();
+    void markSavedOfAnUnmodifiedDocumentDoesNotRepeatSaved();
+    void markSavedOfAnEmptyModelSendsNoRows();
+    void setModifiedReportsChangesOnly();
+
+    // Selection.
+    void checkingAPageIsNoEdit();
+    void setDataAcceptsCheckStateAndSelectedRole_data();
+    void setDataAcceptsCheckStateAndSelectedRole();
+    void setDataOfAnEqualValueIsRefused();
+    void setDataOfOtherRolesOrRowsIsRefused();
+    void setPageSelectedEffects();
+    void setSelectedPageIdsEffects();
+    void selectAllAndClearSelectionEffects();
+    void selectionQueriesFollowTheRows();
+
+    // Views.
+    void viewsSeeAConsistentListAtEveryNotification();
+};
+
+void TestPdfDocumentModel::displaySizeFollowsTheRotation_data()
+{
+    QTest::addColumn<int>("rotation");
+    QTest::addColumn<QSizeF>("size");
+    QTest::newRow("0") << 0 << QSizeF(100, 200);
+    QTest::newRow("90") << 90 << QSizeF(200, 100);
+    QTest::newRow("180") << 180 << QSizeF(100, 200);
+    QTest::newRow("270") << 270 << QSizeF(200, 100);
+    QTest::newRow("360") << 360 << QSizeF(100, 200);
+    QTest::newRow("450") << 450 << QSizeF(200, 100);
+    QTest::newRow("-90") << -90 << QSizeF(200, 100);
+    QTest::newRow("-180") << -180 << QSizeF(100, 200);
+    QTest::newRow("45") << 45 << QSizeF(100, 200);
+}
+
+void TestPdfDocumentModel::displaySizeFollowsTheRotation()
+{
+    QFETCH(int, rotation);
+    QFETCH(QSizeF, size);
+    PdfPageRecord record;
+    record.pageSize = QSizeF(100, 200);
+    record.rotation = rotation;
+    QCOMPARE(record.displaySize(), size);
+}
+
+void TestPdfDocumentModel::sourcePagesCarryTheRecordsInOrder()
+{
+    ObservedModel observed;
+    QList<PdfPageRecord> records = recordsWithIds({1, 2, 3, 4});
+    records[0].rotation = 270;
+    records[1].origin = PdfPageOrigin::Inserted;
+    records[2].origin = PdfPageOrigin::Blank;
+    records[2].sourcePath.clear();
+    records[2].password.clear();
+    records[2].sourcePageIndex = -1;
+    records[2].pageSize = QSizeF(300, 400);
+    records[3].origin = PdfPageOrigin::Duplicate;
+    observed.model.setPages(records, false);
+
+    const QList<PdfSourcePage> sources = observed.model.sourcePages();
+    QCOMPARE(sources.size(), 4);
+    for (qsizetype i = 0; i < sources.size(); ++i) {
+        QCOMPARE(sources.at(i).filePath, records.at(i).sourcePath);
+        QCOMPARE(sources.at(i).password, records.at(i).password);
+        QCOMPARE(sources.at(i).pageIndex, records.at(i).sourcePageIndex);
+        QCOMPARE(sources.at(i).rotation, records.at(i).rotation);
+        QCOMPARE(sources.at(i).pageSize, records.at(i).pageSize);
+        QCOMPARE(sources.at(i).isBlank, i == 2);
+    }
+}
+
+void TestPdfDocumentModel::newModelIsEmptyUnmodifiedAndAtRevisionZero()
+{
+    ObservedModel observed;
+    PdfDocumentModel &model = observed.model;
+    QCOMPARE(model.rowCount(), 0);
+    QCOMPARE(model.documentRevision(), 0U);
+    QVERIFY(!model.isModified());
+    QVERIFY(model.documentPath().isEmpty());
+    QVERIFY(model.pages().isEmpty());
+    QVERIFY(model.sourcePages().isEmpty());
+    QVERIFY(model.selectedRows().isEmpty());
+    QVERIFY(model.selectedPageIds().isEmpty());
+    QCOMPARE(model.insertBlankPage(0, {}), 1U);
+}
+
+void TestPdfDocumentModel::pageAtOutsideTheRowsIsNull()
+{
+    ObservedModel observed;
+    QVERIFY(!observed.model.pageAt(0));
+    showPages(observed, {7, 8});
+    QVERIFY(!observed.model.pageAt(-1));
+    QVERIFY(!observed.model.pageAt(2));
+    QCOMPARE(observed.model.pageAt(1)->id, 8U);
+}
+
+void TestPdfDocumentModel::rowForPageIdIsTheFirstRowWithTheId()
+{
+    ObservedModel observed;
+    showPages(observed, {5, 9, 9, 5});
+    // Often enough for every way of looking up.
+    for (int i = 0; i < 20; ++i) {
+        QCOMPARE(observed.model.rowForPageId(5), 0);
+        QCOMPARE(observed.model.rowForPageId(9), 1);
+        QCOMPARE(observed.model.rowForPageId(6), -1);
+        QCOMPARE(observed.model.rowForPageId(0), -1);
+    }
+    QVERIFY(observed.model.moveRows({}, 0, 1, {}, 2));
+    for (int i = 0; i < 20; ++i) {
+        QCOMPARE(observed.model.rowForPageId(9), 0);
+        QCOMPARE(observed.model.rowForPageId(5), 1);
+    }
+}
+
+void TestPdfDocumentModel::pagesAreASnapshot()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    const QList<PdfPageRecord> before = observed.model.pages();
+    observed.model.rotatePages({1}, 90);
+    observed.model.removePages({2});
+    observed.model.selectAll();
+    QCOMPARE(before, recordsWithIds({1, 2, 3}));
+    QCOMPARE(observed.model.pages().size(), 2);
+}
+
+void TestPdfDocumentModel::dataAnswersEveryRole()
+{
+    ObservedModel observed;
+    QList<PdfPageRecord> records = recordsWithIds({41, 42});
+    PdfPageRecord &record = records[1];
+    record.rotation = 90;
+    record.pageSize = QSizeF(100, 200);
+    record.origin = PdfPageOrigin::Duplicate;
+    record.selected = true;
+    record.changed = true;
+    observed.model.setPages(records, false);
+
+    const QModelIndex index = observed.model.index(1);
+    QCOMPARE(index.data(0), QVariant(2));
+    QCOMPARE(index.data(10), QVariant(2));
+    QCOMPARE(index.data(257), QVariant::fromValue<PdfPageId>(42));
+    QCOMPARE(index.data(258), QVariant(QStringLiteral("/documents/report.pdf")));
+    QCOMPARE(index.data(259), QVariant(1));
+    QCOMPARE(index.data(260), QVariant(90));
+    QCOMPARE(index.data(261), QVariant(true));
+    QCOMPARE(index.data(262), QVariant(QSizeF(200, 100)));
+    QCOMPARE(index.data(263), QVariant(3));
+    QCOMPARE(index.data(264), QVariant(true));
+
+    const QModelIndex first = observed.model.index(0);
+    QCOMPARE(first.data(0), QVariant(1));
+    QCOMPARE(first.data(10), QVariant(0));
+    QCOMPARE(first.data(261), QVariant(false));
+    QCOMPARE(first.data(263), QVariant(0));
+    QCOMPARE(first.data(264), QVariant(false));
+
+    for (const int role : {1, 2, 3, 4, 6, 13, 256, 265}) {
+        QVERIFY2(!index.data(role).isValid(), qPrintable(QString::number(role)));
+    }
+}
+
+void TestPdfDocumentModel::dataOutsideTheRowsIsEmpty()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    QVERIFY(!observed.model.data({}, Qt::DisplayRole).isValid());
+    QVERIFY(!observed.model.data({}, PdfDocumentModel::PageIdRole).isValid());
+    const QModelIndex gone = observed.model.index(0);
+    observed.model.setPages({}, false);
+    QVERIFY(!observed.model.data(gone, Qt::DisplayRole).isValid());
+}
+
+void TestPdfDocumentModel::noRoleShowsThePassword()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    const QModelIndex index = observed.model.index(0);
+    for (int role = 0; role < Qt::UserRole + 200; ++role) {
+        QVERIFY(!index.data(role).toString().contains(QStringLiteral("sesame")));
+    }
+}
+
+void TestPdfDocumentModel::flagsAllowDropsBetweenRows()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    QCOMPARE(observed.model.flags({}), Qt::ItemFlags(Qt::ItemIsDropEnabled));
+    QCOMPARE(observed.model.flags(observed.model.index(0)),
+             Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled |
+                 Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
+    QCOMPARE(observed.model.supportedDropActions(), Qt::DropActions(Qt::MoveAction));
+    QCOMPARE(observed.model.supportedDragActions(), Qt::DropActions(Qt::MoveAction));
+}
+
+void TestPdfDocumentModel::rowsHaveNoChildren()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    QCOMPARE(observed.model.rowCount(), 2);
+    QCOMPARE(observed.model.rowCount(observed.model.index(0)), 0);
+}
+
+void TestPdfDocumentModel::typesAreRegisteredUnderTheirNames()
+{
+    ObservedModel observed;
+    QCOMPARE(QMetaType::fromName("PdfPageId"), QMetaType::fromType<quint64>());
+}
+
+void TestPdfDocumentModel::blankPageGoesToTheClampedRow_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("landsAt");
+    QTest::newRow("-5") << -5 << 3;
+    QTest::newRow("-1") << -1 << 3;
+    QTest::newRow("0") << 0 << 0;
+    QTest::newRow("2") << 2 << 2;
+    QTest::newRow("at the end") << 3 << 3;
+    QTest::newRow("beyond the end") << 100 << 3;
+}
+
+void TestPdfDocumentModel::blankPageGoesToTheClampedRow()
+{
+    QFETCH(int, row);
+    QFETCH(int, landsAt);
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    const PdfPageId id = observed.model.insertBlankPage(row, QSizeF(10, 20));
+    QCOMPARE(observed.model.rowForPageId(id), landsAt);
+    QVERIFY(observed.log.take().contains(QStringLiteral("rowsInserted %1-%1").arg(landsAt)));
+}
+
+void TestPdfDocumentModel::blankPageRecordIsComplete()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    PdfPageRecord expected;
+    expected.id = observed.model.insertBlankPage(1, QSizeF(300, 400));
+    expected.sourcePageIndex = -1;
+    expected.pageSize = QSizeF(300, 400);
+    expected.origin = PdfPageOrigin::Blank;
+    expected.changed = true;
+    QCOMPARE(expected.id, 3U);
+    QCOMPARE(*observed.model.pageAt(1), expected);
+}
+
+void TestPdfDocumentModel::blankPageOfEmptySizeIsA4_data()
+{
+    QTest::addColumn<QSizeF>("size");
+    QTest::newRow("no size") << QSizeF();
+    QTest::newRow("zero width") << QSizeF(0, 100);
+    QTest::newRow("zero height") << QSizeF(100, 0);
+    QTest::newRow("negative") << QSizeF(-10, 20);
+}
+
+void TestPdfDocumentModel::blankPageOfEmptySizeIsA4()
+{
+    QFETCH(QSizeF, size);
+    ObservedModel observed;
+    observed.model.insertBlankPage(0, size);
+    QCOMPARE(observed.model.pageAt(0)->pageSize, QSizeF(595, 842));
+}
+
+void TestPdfDocumentModel::insertBlankPageEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    const quint64 revision = observed.model.documentRevision();
+
+    observed.model.insertBlankPage(1, {});
+    QCOMPARE(observed.log.take(),
+             (QStringList{QStringLiteral("rowsInserted 1-1"), kModified, kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QVERIFY(observed.model.isModified());
+
+    observed.model.insertBlankPage(-1, {});
+    QCOMPARE(observed.log.take(), (QStringList{QStringLiteral("rowsInserted 3-3"), kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 2);
+}
+
+void TestPdfDocumentModel::duplicatesLandBehindTheirOriginals()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3, 4});
+    // Whatever order they are asked for in.
+    QCOMPARE(observed.model.duplicatePages({4, 2}), (Ids{5, 6}));
+    QCOMPARE(idsOf(observed.model), (Ids{1, 2, 5, 3, 4, 6}));
+    QCOMPARE(observed.model.pageAt(2)->sourcePageIndex, 1);
+    QCOMPARE(observed.model.pageAt(5)->sourcePageIndex, 3);
+}
+
+void TestPdfDocumentModel::duplicateRecordIsACopyWithItsOwnIdentity()
+{
+    ObservedModel observed;
+    QList<PdfPageRecord> records = recordsWithIds({1});
+    records[0].rotation = 180;
+    records[0].selected = true;
+    records[0].origin = PdfPageOrigin::Blank;
+    observed.model.setPages(records, false);
+
+    const Ids copies = observed.model.duplicatePages({1});
+    QCOMPARE(copies, Ids{2});
+    QCOMPARE(*observed.model.pageAt(0), records.at(0));
+    PdfPageRecord expected = records.at(0);
+    expected.id = 2;
+    expected.origin = PdfPageOrigin::Duplicate;
+    expected.selected = false;
+    expected.changed = true;
+    QCOMPARE(*observed.model.pageAt(1), expected);
+}
+
+void TestPdfDocumentModel::pageListedTwiceIsCopiedTwice()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    QCOMPARE(observed.model.duplicatePages({2, 3, 2}), (Ids{4, 5, 6}));
+    const QList<int> sourceIndexes = [&observed] {
+        QList<int> indexes;
+        for (const PdfPageRecord &record : observed.model.pages()) {
+            indexes.append(record.sourcePageIndex);
+        }
+        return indexes;
+    }();
+    QCOMPARE(sourceIndexes, (QList<int>{0, 1, 1, 1, 2, 2}));
+}
+
+void TestPdfDocumentModel::duplicatePagesEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3, 4});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.duplicatePages({2, 4});
+    QCOMPARE(observed.log.take(),
+             (QStringList{QStringLiteral("rowsInserted 2-2"), QStringLiteral("rowsInserted 5-5"),
+                          kModified, kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QVERIFY(observed.model.isModified());
+
+    observed.model.duplicatePages({1});
+    QCOMPARE(observed.log.take(), (QStringList{QStringLiteral("rowsInserted 1-1"), kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 2);
+}
+
+void TestPdfDocumentModel::duplicatingUnknownPagesDoesNothing()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    const quint64 revision = observed.model.documentRevision();
+    QCOMPARE(observed.model.duplicatePages({}), Ids());
+    QCOMPARE(observed.model.duplicatePages({99, 0}), Ids());
+    QCOMPARE(observed.log.take(), QStringList());
+    QCOMPARE(observed.model.documentRevision(), revision);
+    QVERIFY(!observed.model.isModified());
+    QCOMPARE(observed.model.duplicatePages({99, 2}), Ids{3});
+}
+
+void TestPdfDocumentModel::removingGoesFromTheLastRowToTheFirst()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3, 4, 5, 6});
+    observed.model.removePages({2, 5, 99, 2, 3});
+    QCOMPARE(idsOf(observed.model), (Ids{1, 4, 6}));
+    QCOMPARE(observed.log.take().mid(0, 3),
+             (QStringList{QStringLiteral("rowsRemoved 4-4"), QStringLiteral("rowsRemoved 2-2"),
+                          QStringLiteral("rowsRemoved 1-1")}));
+}
+
+void TestPdfDocumentModel::removePagesEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.removePages({1, 3});
+    QCOMPARE(observed.log.take(),
+             (QStringList{QStringLiteral("rowsRemoved 2-2"), QStringLiteral("rowsRemoved 0-0"),
+                          kModified, kSelection, kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QVERIFY(observed.model.isModified());
+}
+
+void TestPdfDocumentModel::removingFromAModifiedDocumentDoesNotRepeatModified()
+{
+    ObservedModel observed;
+    observed.model.setPages(recordsWithIds({1, 2}), true);
+    observed.log.take();
+    observed.model.removePages({2});
+    QCOMPARE(observed.log.take(),
+             (QStringList{QStringLiteral("rowsRemoved 1-1"), kSelection, kOrder}));
+}
+
+void TestPdfDocumentModel::deletingEveryPageLeavesOneBlankPage()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.removePages({3, 1, 2});
+    QCOMPARE(observed.model.rowCount(), 1);
+    PdfPageRecord expected;
+    expected.id = 4;
+    expected.pageSize = QSizeF(595, 842);
+    expected.origin = PdfPageOrigin::Blank;
+    expected.changed = true;
+    QCOMPARE(*observed.model.pageAt(0), expected);
+    QVERIFY(observed.model.isModified());
+}
+
+void TestPdfDocumentModel::deletingEveryPageEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.removePages({1, 2});
+    QCOMPARE(
+        observed.log.take(),
+        (QStringList{QStringLiteral("rowsRemoved 1-1"), QStringLiteral("rowsRemoved 0-0"),
+                     QStringLiteral("rowsInserted 0-0"), kModified, kOrder, kSelection, kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 2);
+}
+
+void TestPdfDocumentModel::removingUnknownPagesDoesNothing()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.removePages({});
+    observed.model.removePages({0, 99});
+    QCOMPARE(observed.log.take(), QStringList());
+    QCOMPARE(observed.model.documentRevision(), revision);
+    QVERIFY(!observed.model.isModified());
+    QCOMPARE(observed.model.rowCount(), 2);
+}
+
+void TestPdfDocumentModel::identifiersOfRemovedPagesAreNotReused()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.removePages({3});
+    QCOMPARE(observed.model.insertBlankPage(-1, {}), 4U);
+    const QList<PdfPageRecord> before = recordsWithIds({1, 2, 3});
+    observed.model.setPages(before, true);
+    QCOMPARE(observed.model.insertBlankPage(-1, {}), 5U);
+}
+
+void TestPdfDocumentModel::rotationStaysWithinACircle_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("delta");
+    QTest::addColumn<int>("result");
+    QTest::newRow("left from 0") << 0 << -90 << 270;
+    QTest::newRow("right from 270") << 270 << 90 << 0;
+    QTest::newRow("half turn") << 90 << 180 << 270;
+    QTest::newRow("more than a circle") << 90 << 450 << 180;
+    QTest::newRow("less than a circle back") << 90 << -450 << 0;
+    QTest::newRow("whole circle") << 180 << 360 << 180;
+    QTest::newRow("largest delta") << 270 << std::numeric_limits<int>::max() << (270 + 127) % 360;
+    QTest::newRow("smallest delta") << 0 << std::numeric_limits<int>::min() << 360 - 128;
+}
+
+void TestPdfDocumentModel::rotationStaysWithinACircle()
+{
+    QFETCH(int, start);
+    QFETCH(int, delta);
+    QFETCH(int, result);
+    ObservedModel observed;
+    QList<PdfPageRecord> records = recordsWithIds({1});
+    records[0].rotation = start;
+    observed.model.setPages(records, false);
+    observed.model.rotatePages({1}, delta);
+    QCOMPARE(observed.model.pageAt(0)->rotation, result);
+}
+
+void TestPdfDocumentModel::fourQuarterTurnsLeaveTheDocumentModified()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    for (int i = 0; i < 4; ++i) {
+        observed.model.rotatePages({1}, 90);
+    }
+    QCOMPARE(observed.model.pageAt(0)->rotation, 0);
+    QVERIFY(observed.model.isModified());
+    QVERIFY(observed.model.pageAt(0)->changed);
+}
+
+void TestPdfDocumentModel::rotatePagesEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.rotatePages({3, 99, 1}, 90);
+    QCOMPARE(observed.log.take(), (QStringList{rotationOfRow(2), rotationOfRow(0), kModified}));
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QVERIFY(observed.model.isModified());
+
+    observed.model.rotatePages({2}, -90);
+    QCOMPARE(observed.log.take(), QStringList{rotationOfRow(1)});
+    QCOMPARE(observed.model.documentRevision(), revision + 2);
+}
+
+void TestPdfDocumentModel::rotatingOneOfManyChangesOnlyThatRow()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.rotatePages({2}, 90);
+    QList<PdfPageRecord> expected = recordsWithIds({1, 2, 3});
+    expected[1].rotation = 90;
+    expected[1].changed = true;
+    QCOMPARE(observed.model.pages(), expected);
+    QCOMPARE(observed.model.index(1).data(PdfDocumentModel::DisplaySizeRole),
+             QVariant(QSizeF(842, 595)));
+}
+
+void TestPdfDocumentModel::pageListedTwiceIsRotatedTwice()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.rotatePages({1, 1}, 90);
+    QCOMPARE(observed.model.pageAt(0)->rotation, 180);
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QCOMPARE(observed.log.take(), (QStringList{rotationOfRow(0), rotationOfRow(0), kModified}));
+}
+
+void TestPdfDocumentModel::rotatingUnknownPagesDoesNothing()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.rotatePages({}, 90);
+    observed.model.rotatePages({0, 99}, 90);
+    QCOMPARE(observed.log.take(), QStringList());
+    QCOMPARE(observed.model.documentRevision(), revision);
+    QVERIFY(!observed.model.isModified());
+}
+
+void TestPdfDocumentModel::moveOfRowTwo_data()
+{
+    QTest::addColumn<int>("destination");
+    QTest::addColumn<QList<PdfPageId>>("order");
+    QTest::newRow("to its own row") << 2 << Ids();
+    QTest::newRow("to behind itself") << 3 << Ids();
+    QTest::newRow("before the first") << -1 << Ids();
+    QTest::newRow("beyond the end") << 6 << Ids();
+    QTest::newRow("first") << 0 << Ids{3, 1, 2, 4, 5};
+    QTest::newRow("one up") << 1 << Ids{1, 3, 2, 4, 5};
+    QTest::newRow("one down") << 4 << Ids{1, 2, 4, 3, 5};
+    QTest::newRow("last") << 5 << Ids{1, 2, 4, 5, 3};
+}
+
+void TestPdfDocumentModel::moveOfRowTwo()
+{
+    QFETCH(int, destination);
+    QFETCH(QList<PdfPageId>, order);
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3, 4, 5});
+    const quint64 revision = observed.model.documentRevision();
+    const bool moved = observed.model.moveRow({}, 2, {}, destination);
+    QCOMPARE(moved, !order.isEmpty());
+    QCOMPARE(idsOf(observed.model), moved ? order : (Ids{1, 2, 3, 4, 5}));
+    QCOMPARE(observed.model.documentRevision(), moved ? revision + 1 : revision);
+    QCOMPARE(observed.model.isModified(), moved);
+    if (!moved) {
+        QCOMPARE(observed.log.take(), QStringList());
+    }
+}
+
+void TestPdfDocumentModel::moveRowsEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    const quint64 revision = observed.model.documentRevision();
+    const QPersistentModelIndex second = observed.model.index(1);
+    QVERIFY(observed.model.moveRows({}, 1, 1, {}, 0));
+    QCOMPARE(observed.log.take(),
+             (QStringList{QStringLiteral("rowsMoved 1 to 0"), kModified, kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QVERIFY(observed.model.isModified());
+    QCOMPARE(second.row(), 0);
+
+    QVERIFY(observed.model.moveRows({}, 0, 1, {}, 3));
+    QCOMPARE(observed.log.take(), (QStringList{QStringLiteral("rowsMoved 0 to 3"), kOrder}));
+    QCOMPARE(observed.model.documentRevision(), revision + 2);
+    QVERIFY(!observed.model.pageAt(0)->changed);
+}
+
+void TestPdfDocumentModel::movingAnythingButOneRootRowIsRefused()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3, 4});
+    const QModelIndex child = observed.model.index(0);
+    QVERIFY(!observed.model.moveRows({}, 0, 2, {}, 4));
+    QVERIFY(!observed.model.moveRows({}, 0, 0, {}, 4));
+    QVERIFY(!observed.model.moveRows(child, 0, 1, {}, 4));
+    QVERIFY(!observed.model.moveRows({}, 0, 1, child, 4));
+    QVERIFY(!observed.model.moveRows({}, -1, 1, {}, 2));
+    QVERIFY(!observed.model.moveRows({}, 4, 1, {}, 0));
+    QCOMPARE(observed.log.take(), QStringList());
+}
+
+void TestPdfDocumentModel::removeRowsIsLeftToRemovePages()
+{
+    // A view that finishes a drag as a move asks for the removal of the dragged rows.
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    QVERIFY(!observed.model.removeRow(0));
+    QCOMPARE(idsOf(observed.model), (Ids{1, 2}));
+}
+
+void TestPdfDocumentModel::setPagesEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    for (const bool modified : {true, true, false, false}) {
+        const quint64 revision = observed.model.documentRevision();
+        observed.model.setPages(recordsWithIds({2, 1, 3}), modified);
+        QCOMPARE(observed.log.take(),
+                 (QStringList{kReset, kSelection, modified ? kModified : kSaved, kDocument}));
+        QCOMPARE(observed.model.documentRevision(), revision + 1);
+        QCOMPARE(observed.model.isModified(), modified);
+        QCOMPARE(observed.model.pages(), recordsWithIds({2, 1, 3}));
+    }
+}
+
+void TestPdfDocumentModel::setPagesRaisesTheIdentifierCounter()
+{
+    ObservedModel observed;
+    observed.model.setPages(recordsWithIds({7, 40, 12}), false);
+    QCOMPARE(observed.model.insertBlankPage(-1, {}), 41U);
+}
+
+void TestPdfDocumentModel::setPagesNeverLowersTheIdentifierCounter()
+{
+    ObservedModel observed;
+    observed.model.setPages(recordsWithIds({40}), false);
+    observed.model.setPages(recordsWithIds({1, 2}), false);
+    QCOMPARE(observed.model.insertBlankPage(-1, {}), 41U);
+    observed.model.setPages({}, false);
+    QCOMPARE(observed.model.insertBlankPage(-1, {}), 42U);
+}
+
+void TestPdfDocumentModel::revisionGrowsThroughUndoAndRedo()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    const QList<PdfPageRecord> before = observed.model.pages();
+    observed.model.removePages({2});
+    const QList<PdfPageRecord> after = observed.model.pages();
+    const quint64 edited = observed.model.documentRevision();
+    observed.model.setPages(before, true);
+    QCOMPARE(observed.model.documentRevision(), edited + 1);
+    QCOMPARE(idsOf(observed.model), (Ids{1, 2, 3}));
+    observed.model.setPages(after, true);
+    QCOMPARE(observed.model.documentRevision(), edited + 2);
+    QCOMPARE(idsOf(observed.model), (Ids{1, 3}));
+}
+
+void TestPdfDocumentModel::restoredListHasItsCheckStates()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.setSelectedPageIds({1, 3});
+    const QList<PdfPageRecord> before = observed.model.pages();
+    observed.model.rotatePages({1, 3}, 90);
+    observed.model.clearSelection();
+    observed.model.setPages(before, true);
+    QCOMPARE(observed.model.selectedRows(), (QList<int>{0, 2}));
+}
+
+void TestPdfDocumentModel::markSavedEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.rotatePages({1}, 90);
+    observed.model.insertBlankPage(-1, {});
+    observed.log.take();
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.markSaved(QStringLiteral("/documents/new.pdf"));
+    QCOMPARE(observed.log.take(), (QStringList{QStringLiteral("dataChanged 0-3 (264)"), kSaved}));
+    QCOMPARE(observed.model.documentRevision(), revision);
+    QVERIFY(!observed.model.isModified());
+    QCOMPARE(observed.model.documentPath(), QStringLiteral("/documents/new.pdf"));
+    for (int row = 0; row < observed.model.rowCount(); ++row) {
+        QCOMPARE(observed.model.index(row).data(PdfDocumentModel::ChangedRole), QVariant(false));
+    }
+    // What the pages are made of stays.
+    QCOMPARE(observed.model.pageAt(0)->sourcePath, QStringLiteral("/documents/report.pdf"));
+    QCOMPARE(observed.model.pageAt(0)->rotation, 90);
+}
+
+void TestPdfDocumentModel::markSavedWithoutPathKeepsThePath()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    observed.model.markSaved(QStringLiteral("/documents/a.pdf"));
+    observed.model.markSaved(QString());
+    QCOMPARE(observed.model.documentPath(), QStringLiteral("/documents/a.pdf"));
+}
+
+void TestPdfDocumentModel::markSavedOfAnUnmodifiedDocumentDoesNotRepeatSaved()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    observed.model.markSaved(QString());
+    QCOMPARE(observed.log.take(), QStringList{QStringLiteral("dataChanged 0-1 (264)")});
+}
+
+void TestPdfDocumentModel::markSavedOfAnEmptyModelSendsNoRows()
+{
+    ObservedModel observed;
+    observed.model.setModified(true);
+    observed.log.take();
+    observed.model.markSaved(QString());
+    QCOMPARE(observed.log.take(), QStringList{kSaved});
+}
+
+void TestPdfDocumentModel::setModifiedReportsChangesOnly()
+{
+    ObservedModel observed;
+    observed.model.setModified(false);
+    QCOMPARE(observed.log.take(), QStringList());
+    observed.model.setModified(true);
+    observed.model.setModified(true);
+    QCOMPARE(observed.log.take(), QStringList{kModified});
+    QVERIFY(observed.model.isModified());
+    observed.model.setModified(false);
+    QCOMPARE(observed.log.take(), QStringList{kSaved});
+    QCOMPARE(observed.model.documentRevision(), 0U);
+}
+
+void TestPdfDocumentModel::checkingAPageIsNoEdit()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    const quint64 revision = observed.model.documentRevision();
+    QVERIFY(observed.model.setData(observed.model.index(1), Qt::Checked, Qt::CheckStateRole));
+    observed.model.selectAll();
+    observed.model.clearSelection();
+    observed.model.setPageSelected(1, true);
+    QCOMPARE(observed.model.documentRevision(), revision);
+    QVERIFY(!observed.model.isModified());
+    QVERIFY(!observed.model.pageAt(0)->changed);
+}
+
+void TestPdfDocumentModel::setDataAcceptsCheckStateAndSelectedRole_data()
+{
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("before");
+    QTest::addColumn<bool>("after");
+    const int check = Qt::CheckStateRole;
+    const int selected = PdfDocumentModel::SelectedRole;
+    QTest::newRow("checked") << check << QVariant(2) << false << true;
+    QTest::newRow("checked as enumerator")
+        << check << QVariant::fromValue(Qt::Checked) << false << true;
+    QTest::newRow("unchecked") << check << QVariant(0) << true << false;
+    QTest::newRow("partially checked is not selected") << check << QVariant(1) << true << false;
+    QTest::newRow("selected") << selected << QVariant(true) << false << true;
+    QTest::newRow("not selected") << selected << QVariant(false) << true << false;
+}
+
+void TestPdfDocumentModel::setDataAcceptsCheckStateAndSelectedRole()
+{
+    QFETCH(int, role);
+    QFETCH(QVariant, value);
+    QFETCH(bool, before);
+    QFETCH(bool, after);
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    observed.model.setPageSelected(2, before);
+    observed.log.take();
+    QVERIFY(observed.model.setData(observed.model.index(1), value, role));
+    QCOMPARE(observed.model.pageAt(1)->selected, after);
+    QCOMPARE(observed.log.take(), (QStringList{selectionOfRow(1), kSelection}));
+}
+
+void TestPdfDocumentModel::setDataOfAnEqualValueIsRefused()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    const QModelIndex index = observed.model.index(0);
+    QVERIFY(!observed.model.setData(index, Qt::Unchecked, Qt::CheckStateRole));
+    QVERIFY(!observed.model.setData(index, Qt::PartiallyChecked, Qt::CheckStateRole));
+    QVERIFY(!observed.model.setData(index, false, PdfDocumentModel::SelectedRole));
+    QCOMPARE(observed.log.take(), QStringList());
+}
+
+void TestPdfDocumentModel::setDataOfOtherRolesOrRowsIsRefused()
+{
+    ObservedModel observed;
+    showPages(observed, {1});
+    const QModelIndex index = observed.model.index(0);
+    QVERIFY(!observed.model.setData(index, 90, PdfDocumentModel::RotationRole));
+    QVERIFY(!observed.model.setData(index, QStringLiteral("x"), Qt::EditRole));
+    QVERIFY(!observed.model.setData(index, 5, Qt::DisplayRole));
+    QVERIFY(!observed.model.setData({}, true, PdfDocumentModel::SelectedRole));
+    observed.model.setPages({}, false);
+    observed.log.take();
+    QVERIFY(!observed.model.setData(index, true, PdfDocumentModel::SelectedRole));
+    QCOMPARE(observed.log.take(), QStringList());
+}
+
+void TestPdfDocumentModel::setPageSelectedEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    observed.model.setPageSelected(2, true);
+    QCOMPARE(observed.log.take(), (QStringList{selectionOfRow(1), kSelection}));
+    observed.model.setPageSelected(2, true);
+    observed.model.setPageSelected(99, true);
+    QCOMPARE(observed.log.take(), QStringList());
+    QCOMPARE(observed.model.selectedRows(), QList<int>{1});
+}
+
+void TestPdfDocumentModel::setSelectedPageIdsEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3, 4});
+    observed.model.setSelectedPageIds({1, 2});
+    QCOMPARE(observed.log.take(), (QStringList{selectionOfRow(0), selectionOfRow(1), kSelection}));
+    observed.model.setSelectedPageIds({2, 4, 99});
+    QCOMPARE(observed.log.take(), (QStringList{selectionOfRow(0), selectionOfRow(3), kSelection}));
+    QCOMPARE(observed.model.selectedRows(), (QList<int>{1, 3}));
+    observed.model.setSelectedPageIds({4, 2});
+    QCOMPARE(observed.log.take(), QStringList());
+}
+
+void TestPdfDocumentModel::selectAllAndClearSelectionEffects()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.setPageSelected(2, true);
+    observed.log.take();
+    const quint64 revision = observed.model.documentRevision();
+    observed.model.selectAll();
+    QCOMPARE(observed.log.take(), (QStringList{selectionOfRow(0), selectionOfRow(2), kSelection}));
+    observed.model.selectAll();
+    QCOMPARE(observed.log.take(), QStringList());
+    observed.model.clearSelection();
+    QCOMPARE(observed.log.take(),
+             (QStringList{selectionOfRow(0), selectionOfRow(1), selectionOfRow(2), kSelection}));
+    observed.model.clearSelection();
+    QCOMPARE(observed.log.take(), QStringList());
+    QCOMPARE(observed.model.documentRevision(), revision);
+    QVERIFY(!observed.model.isModified());
+}
+
+void TestPdfDocumentModel::selectionQueriesFollowTheRows()
+{
+    ObservedModel observed;
+    showPages(observed, {1, 2, 3});
+    observed.model.setSelectedPageIds({1, 3});
+    observed.model.moveRow({}, 0, {}, 3);
+    QCOMPARE(observed.model.selectedRows(), (QList<int>{1, 2}));
+    QCOMPARE(observed.model.selectedPageIds(), (QSet<PdfPageId>{1, 3}));
+    observed.model.removePages({3});
+    QCOMPARE(observed.model.selectedRows(), QList<int>{1});
+    QCOMPARE(observed.model.selectedPageIds(), QSet<PdfPageId>{1});
+}
+
+void TestPdfDocumentModel::viewsSeeAConsistentListAtEveryNotification()
+{
+    ObservedModel observed;
+    MirrorView view(&observed.model);
+    Ids ids;
+    for (PdfPageId id = 1; id <= 30; ++id) {
+        ids.append(id);
+    }
+    observed.model.setPages(recordsWithIds(ids), false);
+    observed.model.duplicatePages({30, 1, 7, 7, 15});
+    observed.model.removePages({2, 30, 14, 31, 32, 3, 1});
+    observed.model.insertBlankPage(4, {});
+    observed.model.moveRow({}, 10, {}, 2);
+    observed.model.moveRow({}, 2, {}, 20);
+    observed.model.removePages(idsOf(observed.model));
+    // One list, five copies, seven removals, two moves, two blank pages, and 29 removals.
+    QCOMPARE(view.comparisons, 1 + 5 + 7 + 1 + 2 + 29 + 1);
+    QCOMPARE(view.differences, 0);
+}
+
+QTEST_GUILESS_MAIN(TestPdfDocumentModel)
+#include "tst_pdf_document_model.moc"
