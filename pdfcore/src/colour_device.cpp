@@ -259,7 +259,6 @@ size_t convertedImageSize(fz_context *ctx, fz_image *image)
 void dropConvertedImage(fz_context *ctx, fz_image *image)
 {
     fz_drop_image(ctx, reinterpret_cast<ConvertedImage *>(image)->original);
-    fz_drop_image_base(ctx, image);
 }
 
 fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourSpaces &spaces)

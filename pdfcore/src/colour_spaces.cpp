@@ -25,7 +25,6 @@ enum fz_colorspace_type typeFor(int components)
 
 ColourSpaces::ColourSpaces(MupdfContext &context)
     : m_context(context)
-    , m_press(ColourTransform::pressCmyk())
 {}
 
 ColourSpaces::~ColourSpaces()
@@ -66,7 +65,7 @@ const ColourTransform *ColourSpaces::transformOf(const fz_colorspace *space) con
         return nullptr;
     if (const auto found = m_transforms.find(space); found != m_transforms.end())
         return found->second.get();
-    return space->type == FZ_COLORSPACE_CMYK ? m_press.get() : nullptr;
+    return space->type == FZ_COLORSPACE_CMYK ? ColourTransform::pressCmyk().get() : nullptr;
 }
 
 bool ColourSpaces::enter(fz_context *ctx, pdf_obj *object) noexcept

@@ -41,7 +41,6 @@ private:
     bool enter(fz_context *ctx, pdf_obj *object) noexcept;
 
     MupdfContext &m_context;
-    std::shared_ptr<const ColourTransform> m_press;
     std::unordered_map<const fz_colorspace *, std::shared_ptr<const ColourTransform>> m_transforms;
     std::unordered_map<int, fz_colorspace *> m_spacesByStream; ///< Owned; null: nothing to convert.
     std::unordered_set<int> m_visited;

@@ -185,7 +185,7 @@ std::shared_ptr<const ColourTransform> ColourTransform::adopt(void *bytes, void 
     return nullptr;
 }
 
-std::shared_ptr<const ColourTransform> ColourTransform::pressCmyk()
+const std::shared_ptr<const ColourTransform> &ColourTransform::pressCmyk()
 {
     static const std::shared_ptr<const ColourTransform> transform = createPressCmyk();
     return transform;

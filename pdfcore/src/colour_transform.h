@@ -23,7 +23,7 @@ public:
     ///
     /// The colours of the sixteen solid overprints are those of the SWOP characterisation, seen
     /// in sRGB with black point compensation; in between, the area model of Neugebauer mixes them.
-    static std::shared_ptr<const ColourTransform> pressCmyk();
+    static const std::shared_ptr<const ColourTransform> &pressCmyk();
 
     /// The transform for an embedded ICC profile with `components` device components (1, 3 or 4).
     ///

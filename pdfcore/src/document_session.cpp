@@ -113,6 +113,11 @@ void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<i
     document->fwd_page_map = map;
     document->map_page_count = static_cast<int>(pageNumbers.size());
     document->page_map_nesting = 1;
+
+    // Only in memory: MuPDF compares page indexes with the count that the tree claims.
+    pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, document), "Root/Pages");
+    if (pdf_dict_get_int(ctx, root, PDF_NAME(Count)) != document->map_page_count)
+        pdf_dict_put_int(ctx, root, PDF_NAME(Count), document->map_page_count);
 }
 
 QSizeF sizeOfPage(fz_context *ctx, pdf_obj *page)
@@ -218,28 +223,45 @@ EngineError DocumentSession::unlock()
 
 EngineError DocumentSession::readPageTree()
 {
-    TreeWalk walk;
-    walk.pageNumbers = &m_pageNumbers;
     bool hasTree = false;
     QString reason;
-    const bool walked = m_context.run(
-        [&](fz_context *ctx) {
-            pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, m_document), "Root/Pages");
-            hasTree = pdf_is_dict(ctx, root) != 0;
-            if (hasTree)
-                walkPageTree(ctx, m_document, root, walk);
-        },
-        &reason);
-    for (const TreeLevel &level : walk.levels)
-        pdf_drop_obj(m_context.get(), level.kids);
-    if (!walked)
+    if (!collectPages(&hasTree, &reason))
         return {PdfBackendError::InvalidDocument, reason};
+    if (m_pageNumbers.empty() && m_document->repair_attempted == 0) {
+        // The cross-reference table was readable but led nowhere: look for the objects themselves.
+        m_context.run(
+            [&](fz_context *ctx) {
+                pdf_repair_xref(ctx, m_document);
+                pdf_repair_obj_stms(ctx, m_document);
+            },
+            nullptr);
+        if (!collectPages(&hasTree, &reason))
+            return {PdfBackendError::InvalidDocument, reason};
+    }
     if (!hasTree)
         return {PdfBackendError::InvalidDocument, QStringLiteral("The file has no page tree.")};
     if (!m_context.run([&](fz_context *ctx) { installPageMap(ctx, m_document, m_pageNumbers); },
                        &reason))
         return {PdfBackendError::InvalidDocument, reason};
     return {};
+}
+
+bool DocumentSession::collectPages(bool *hasTree, QString *reason)
+{
+    m_pageNumbers.clear();
+    TreeWalk walk;
+    walk.pageNumbers = &m_pageNumbers;
+    const bool walked = m_context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, m_document), "Root/Pages");
+            *hasTree = pdf_is_dict(ctx, root) != 0;
+            if (*hasTree)
+                walkPageTree(ctx, m_document, root, walk);
+        },
+        reason);
+    for (const TreeLevel &level : walk.levels)
+        pdf_drop_obj(m_context.get(), level.kids);
+    return walked;
 }
 
 std::optional<QList<QSizeF>> DocumentSession::pageSizes(EngineError *outcome)

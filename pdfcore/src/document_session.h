@@ -57,6 +57,7 @@ private:
     EngineError openDocument();
     EngineError unlock();
     EngineError readPageTree();
+    bool collectPages(bool *hasTree, QString *reason);
     EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
 
     FileIdentity m_file;
