@@ -64,6 +64,7 @@ private slots:
     void insertGoesToTheClampedRow_data();
     void insertGoesToTheClampedRow();
     void insertedPagesCarryTheirFileAndPassword();
+    void insertOfAFileWithoutPagesIsAnEditAllTheSame();
     void failedInsertChangesNothing_data();
     void failedInsertChangesNothing();
 
@@ -274,6 +275,22 @@ void TestPdfDocumentModelFiles::insertedPagesCarryTheirFileAndPassword()
     expected.changed = true;
     QCOMPARE(*observed.model.pageAt(1), expected);
     QVERIFY(observed.model.documentPassword().isEmpty());
+}
+
+void TestPdfDocumentModelFiles::insertOfAFileWithoutPagesIsAnEditAllTheSame()
+{
+    const QString noPages = m_folder.filePath(QStringLiteral("none.pdf"));
+    QVERIFY(PdfFixture::write(noPages, documentOf({})));
+    ObservedModel observed;
+    QVERIFY(observed.model.loadDocument(m_twoPages, QString(), nullptr, nullptr));
+    observed.log.take();
+    const quint64 revision = observed.model.documentRevision();
+    QVERIFY(observed.model.insertDocument(noPages, 1, QString(), nullptr, nullptr));
+    QCOMPARE(observed.log.take(), (QStringList{QStringLiteral("modifiedChanged true"),
+                                               QStringLiteral("pageOrderChanged")}));
+    QCOMPARE(idsOf(observed.model), (Ids{1, 2}));
+    QCOMPARE(observed.model.documentRevision(), revision + 1);
+    QVERIFY(observed.model.isModified());
 }
 
 void TestPdfDocumentModelFiles::failedInsertChangesNothing_data()
