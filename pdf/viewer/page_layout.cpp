@@ -107,6 +107,23 @@ double fitZoom(QSizeF displaySize, QSize viewport, PageFit fit)
     return boundedZoom(std::min(widthZoom, heightZoom));
 }
 
+double settledFitZoom(const QList<QSizeF> &displaySizes, int row, QSize viewport, QSize scrollBars,
+                      PageFit fit)
+{
+    const auto missingBars = [&](double zoom) {
+        const QSize content = computePageLayout(displaySizes, zoom, viewport).contentSize;
+        return QSize(content.height() > viewport.height() ? scrollBars.width() : 0,
+                     content.width() > viewport.width() ? scrollBars.height() : 0);
+    };
+    const double zoom = fitZoom(displaySizes.at(row), viewport, fit);
+    const QSize missing = missingBars(zoom);
+    if (missing.isNull()) {
+        return zoom;
+    }
+    const double zoomBesideBars = fitZoom(displaySizes.at(row), viewport - missing, fit);
+    return missingBars(zoomBesideBars).isNull() ? zoomBesideBars : zoom;
+}
+
 double boundedZoom(double zoom)
 {
     return std::clamp(zoom, kMinimumZoom, kMaximumZoom);

@@ -65,6 +65,14 @@ enum class PageFit {
 /// The zoom at which a page of `displaySize` points fits into the viewport, within the limits.
 [[nodiscard]] double fitZoom(QSizeF displaySize, QSize viewport, PageFit fit);
 
+/// The fit zoom of page `row` in a viewport whose scroll bars come and go as they are needed.
+///
+/// `scrollBars` is what scroll bars that are hidden now would take of the viewport. If the fit
+/// zoom brings on a scroll bar, and the fit zoom beside that scroll bar makes it needless, then the
+/// view would change between the two for ever; the smaller zoom is the answer then.
+[[nodiscard]] double settledFitZoom(const QList<QSizeF> &displaySizes, int row, QSize viewport,
+                                    QSize scrollBars, PageFit fit);
+
 /// `zoom` brought into the limits.
 [[nodiscard]] double boundedZoom(double zoom);
 

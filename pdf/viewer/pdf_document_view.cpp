@@ -26,9 +26,6 @@ constexpr double kRenderScaleTolerance = 0.01;
 constexpr int kShadowOffset = 3;
 constexpr QColor kShadowColor{15, 23, 42, 32};
 
-// Each pass of a layout may make scroll bars come or go, which changes the viewport.
-constexpr int kMaximumLayoutPasses = 6;
-
 // %1 background
 constexpr QLatin1String kStyleSheet{R"(
 #pdfDocumentView { background: %1; border: none; }
@@ -108,7 +105,7 @@ void PdfDocumentView::setModel(PdfDocumentModel *model)
     }
     m_images.clear();
     m_firstPageAnnounced = false;
-    layoutPages(std::nullopt, m_currentPage);
+    layoutPages(std::nullopt);
 }
 
 void PdfDocumentView::setRenderManager(PdfRenderManager *manager)
@@ -142,9 +139,9 @@ void PdfDocumentView::setZoomFactor(double factor)
     ensureLayout();
     m_fitMode = FitMode::Manual;
     if (differs) {
-        m_zoomFactor = zoom;
+        adoptZoom(zoom);
     }
-    layoutPages(scrollFraction(), m_currentPage);
+    layoutPages(scrollFraction());
 }
 
 void PdfDocumentView::zoomIn()
@@ -162,7 +159,7 @@ void PdfDocumentView::fitWidth()
     ensureLayout();
     m_fitMode = FitMode::Width;
     adoptFitZoom(m_currentPage);
-    layoutPages(scrollFraction(), m_currentPage);
+    layoutPages(scrollFraction());
 }
 
 void PdfDocumentView::fitPage()
@@ -170,7 +167,7 @@ void PdfDocumentView::fitPage()
     ensureLayout();
     m_fitMode = FitMode::Page;
     adoptFitZoom(m_currentPage);
-    layoutPages(scrollFraction(), m_currentPage);
+    layoutPages(scrollFraction());
     goToPage(m_currentPage);
 }
 
@@ -181,10 +178,8 @@ void PdfDocumentView::goToPage(int page)
     }
     ensureLayout();
     const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
-    const double oldZoom = m_zoomFactor;
-    adoptFitZoom(page);
-    if (!qFuzzyCompare(m_zoomFactor, oldZoom)) {
-        layoutPages(std::nullopt, page);
+    if (adoptFitZoom(page)) {
+        layoutPages(std::nullopt);
     }
     const QRect rect = m_layout.pages.at(page);
     scrollTo({rect.center().x() - viewport()->width() / 2, rect.top() - kPageTopMargin});
@@ -219,21 +214,15 @@ void PdfDocumentView::showEvent(QShowEvent *event)
 void PdfDocumentView::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    if (m_settling) {
-        return;
-    }
     const std::optional<double> position = pendingPosition();
     adoptFitZoom(m_currentPage);
-    layoutPages(position, m_currentPage);
+    layoutPages(position);
 }
 
 void PdfDocumentView::scrollContentsBy(int /*dx*/, int /*dy*/)
 {
     m_scrolled = true;
     viewport()->update();
-    if (m_settling) {
-        return;
-    }
     // Where the reader scrolls to while a layout is due counts for more than where they were.
     m_keptPosition.reset();
     ensureLayout();
@@ -353,15 +342,31 @@ const PdfPageRecord *PdfDocumentView::recordAt(int row) const
     return m_model ? m_model->pageAt(row) : nullptr;
 }
 
-QSizeF PdfDocumentView::displaySizeAt(int row) const
+QList<QSizeF> PdfDocumentView::displaySizes() const
 {
-    const PdfPageRecord *record = recordAt(row);
-    return record ? record->displaySize() : kDefaultPageSize;
+    const int count = pageCount();
+    QList<QSizeF> sizes;
+    sizes.reserve(count);
+    for (int row = 0; row < count; ++row) {
+        const PdfPageRecord *record = recordAt(row);
+        sizes.append(record ? record->displaySize() : kDefaultPageSize);
+    }
+    return sizes;
 }
 
 QPoint PdfDocumentView::scrollOffset() const
 {
     return {horizontalScrollBar()->value(), verticalScrollBar()->value()};
+}
+
+QSize PdfDocumentView::hiddenScrollBars() const
+{
+    const bool verticalMayCome = verticalScrollBarPolicy() == Qt::ScrollBarAsNeeded &&
+                                 !verticalScrollBar()->isVisibleTo(this);
+    const bool horizontalMayCome = horizontalScrollBarPolicy() == Qt::ScrollBarAsNeeded &&
+                                   !horizontalScrollBar()->isVisibleTo(this);
+    return {verticalMayCome ? verticalScrollBar()->sizeHint().width() : 0,
+            horizontalMayCome ? horizontalScrollBar()->sizeHint().height() : 0};
 }
 
 QRect PdfDocumentView::visibleRegion() const
@@ -390,7 +395,7 @@ void PdfDocumentView::onModelReset()
     m_images.clear();
     m_firstPageAnnounced = false;
     m_currentPage = 0;
-    layoutPages(std::nullopt, m_currentPage);
+    layoutPages(std::nullopt);
 }
 
 void PdfDocumentView::onDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
@@ -431,19 +436,19 @@ void PdfDocumentView::ensureLayout()
 {
     // A slot may come here before the view has heard of a change of the rows.
     if (m_layoutDirty || m_layout.pages.size() != pageCount()) {
-        layoutPages(pendingPosition(), m_currentPage);
+        layoutPages(pendingPosition());
     }
 }
 
-void PdfDocumentView::layoutPages(std::optional<double> keptPosition, int fittedPage)
+void PdfDocumentView::layoutPages(std::optional<double> keptPosition)
 {
     m_layoutDirty = false;
-    m_scrolled = false;
-    settleLayout(fittedPage);
-    announceZoom();
+    m_layout = computePageLayout(displaySizes(), m_zoomFactor, viewport()->size());
     {
         // Only where the content comes to rest decides about the current page.
         const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
+        m_scrolled = false;
+        setScrollRanges();
         if (keptPosition) {
             verticalScrollBar()->setValue(qRound(m_layout.contentSize.height() * *keptPosition));
         }
@@ -458,62 +463,36 @@ void PdfDocumentView::layoutPages(std::optional<double> keptPosition, int fitted
     schedulePass();
 }
 
-void PdfDocumentView::settleLayout(int fittedPage)
-{
-    const QScopedValueRollback settling(m_settling, true);
-    QList<QSizeF> displaySizes;
-    displaySizes.reserve(pageCount());
-    for (int row = 0; row < pageCount(); ++row) {
-        displaySizes.append(displaySizeAt(row));
-    }
-
-    bool hasShrunk = false;
-    for (int pass = 0; pass < kMaximumLayoutPasses; ++pass) {
-        const QSize viewportSize = viewport()->size();
-        m_layout = computePageLayout(displaySizes, m_zoomFactor, viewportSize);
-        setScrollRanges(viewportSize);
-        if (viewport()->size() == viewportSize) {
-            return;
-        }
-        // A fit that needs a scroll bar only as long as the scroll bar is absent would never come
-        // to an end: having given way to the bar once, it does not grow again.
-        const double zoomBefore = m_zoomFactor;
-        adoptFitZoom(fittedPage);
-        if (hasShrunk) {
-            m_zoomFactor = std::min(m_zoomFactor, zoomBefore);
-        }
-        hasShrunk = hasShrunk || m_zoomFactor < zoomBefore;
-    }
-}
-
-void PdfDocumentView::setScrollRanges(QSize viewportSize)
+void PdfDocumentView::setScrollRanges()
 {
     const QSize content = m_layout.contentSize;
-    horizontalScrollBar()->setPageStep(viewportSize.width());
-    horizontalScrollBar()->setRange(0, std::max(content.width() - viewportSize.width(), 0));
-    verticalScrollBar()->setPageStep(viewportSize.height());
-    verticalScrollBar()->setRange(0, std::max(content.height() - viewportSize.height(), 0));
+    const QSize visible = viewport()->size();
+    horizontalScrollBar()->setPageStep(visible.width());
+    horizontalScrollBar()->setRange(0, std::max(content.width() - visible.width(), 0));
+    verticalScrollBar()->setPageStep(visible.height());
+    verticalScrollBar()->setRange(0, std::max(content.height() - visible.height(), 0));
 }
 
-void PdfDocumentView::adoptFitZoom(int page)
+bool PdfDocumentView::adoptFitZoom(int page)
 {
-    if (m_fitMode == FitMode::Manual || pageCount() == 0) {
-        return;
+    const int count = pageCount();
+    if (m_fitMode == FitMode::Manual || count == 0) {
+        return false;
     }
-    const QSizeF displaySize = displaySizeAt(std::clamp(page, 0, pageCount() - 1));
     const PageFit fit = m_fitMode == FitMode::Width ? PageFit::Width : PageFit::Page;
-    const double zoom = fitZoom(displaySize, viewport()->size(), fit);
-    if (!qFuzzyCompare(zoom, m_zoomFactor)) {
-        m_zoomFactor = zoom;
+    const double zoom = settledFitZoom(displaySizes(), std::clamp(page, 0, count - 1),
+                                       viewport()->size(), hiddenScrollBars(), fit);
+    if (qFuzzyCompare(zoom, m_zoomFactor)) {
+        return false;
     }
+    adoptZoom(zoom);
+    return true;
 }
 
-void PdfDocumentView::announceZoom()
+void PdfDocumentView::adoptZoom(double zoom)
 {
-    if (!qFuzzyCompare(m_zoomFactor, m_announcedZoom)) {
-        m_announcedZoom = m_zoomFactor;
-        emit zoomFactorChanged(m_zoomFactor);
-    }
+    m_zoomFactor = zoom;
+    emit zoomFactorChanged(zoom);
 }
 
 void PdfDocumentView::scrollTo(QPoint offset)

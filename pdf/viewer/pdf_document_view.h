@@ -5,9 +5,11 @@
 #include "pdf/viewer/page_layout.h"
 
 #include <QAbstractScrollArea>
+#include <QList>
 #include <QPoint>
 #include <QPointer>
 #include <QSize>
+#include <QSizeF>
 
 #include <optional>
 
@@ -85,8 +87,10 @@ protected:
 private:
     [[nodiscard]] int pageCount() const;
     [[nodiscard]] const PdfPageRecord *recordAt(int row) const;
-    [[nodiscard]] QSizeF displaySizeAt(int row) const;
+    [[nodiscard]] QList<QSizeF> displaySizes() const;
     [[nodiscard]] QPoint scrollOffset() const;
+    /// What scroll bars that are hidden now would take of the viewport.
+    [[nodiscard]] QSize hiddenScrollBars() const;
     /// The viewport in content coordinates.
     [[nodiscard]] QRect visibleRegion() const;
     [[nodiscard]] QSize targetSizeAt(int row) const;
@@ -101,11 +105,12 @@ private:
     [[nodiscard]] std::optional<double> pendingPosition() const;
     void invalidateLayout();
     void ensureLayout();
-    void layoutPages(std::optional<double> keptPosition, int fittedPage);
-    void settleLayout(int fittedPage);
-    void setScrollRanges(QSize viewportSize);
-    void adoptFitZoom(int page);
-    void announceZoom();
+    void layoutPages(std::optional<double> keptPosition);
+    void setScrollRanges();
+    /// Stores and announces the zoom that fits `page` if the view is in a fit mode; true if it
+    /// differs from the zoom before.
+    bool adoptFitZoom(int page);
+    void adoptZoom(double zoom);
 
     void scrollTo(QPoint offset);
     void updateCurrentPage();
@@ -129,13 +134,11 @@ private:
     PageImageLoader m_images;
     PageLayout m_layout;
     double m_zoomFactor = 1.0;
-    double m_announcedZoom = 1.0;
     double m_renderScale = kMinimumRenderScale;
     FitMode m_fitMode = FitMode::Width;
     int m_currentPage = 0;
     std::optional<double> m_keptPosition;
     bool m_layoutDirty = false;
-    bool m_settling = false;
     bool m_scrolled = false;
     bool m_inProgrammaticScroll = false;
     bool m_passPosted = false;
