@@ -38,12 +38,26 @@ constexpr QLatin1String kStyle(
 
 } // namespace
 
+/// The maximise button. Its property "maximized" is the title bar's record of the window's state;
+/// it stands in front of the one of QWidget, which is read-only and tells of the button itself.
+class MaximizeButton final : public QPushButton
+{
+    Q_OBJECT
+    Q_PROPERTY(bool maximized MEMBER m_maximized)
+
+public:
+    using QPushButton::QPushButton;
+
+private:
+    bool m_maximized = false;
+};
+
 TitleBar::TitleBar(QWidget *parent)
     : QWidget(parent)
     , m_languageButton(new QToolButton(this))
-    , m_minimizeButton(createWindowButton(kMinimizeIcon))
-    , m_maximizeButton(createWindowButton(kMaximizeIcon))
-    , m_closeButton(createWindowButton(kCloseIcon))
+    , m_minimizeButton(createWindowButton<QPushButton>(kMinimizeIcon))
+    , m_maximizeButton(createWindowButton<MaximizeButton>(kMaximizeIcon))
+    , m_closeButton(createWindowButton<QPushButton>(kCloseIcon))
 {
     setFixedHeight(kHeight);
 
@@ -62,7 +76,6 @@ TitleBar::TitleBar(QWidget *parent)
     m_languageButton->setFocusPolicy(Qt::NoFocus);
     m_minimizeButton->setObjectName(QStringLiteral("minimizeBtn"));
     m_maximizeButton->setObjectName(QStringLiteral("maximizeBtn"));
-    m_maximizeButton->setProperty(kMaximizedProperty, false);
     m_closeButton->setObjectName(QStringLiteral("closeBtn"));
 
     connect(m_languageButton, &QToolButton::clicked, this, &TitleBar::languageRequested);
@@ -111,9 +124,10 @@ void TitleBar::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+template <typename Button>
 QPushButton *TitleBar::createWindowButton(const QString &iconPath)
 {
-    auto *button = new QPushButton(this);
+    auto *button = new Button(this);
     button->setFixedSize(kButtonSize);
     button->setStyleSheet(kWindowButtonStyle.arg(iconPath));
     button->setCursor(Qt::PointingHandCursor);
@@ -126,3 +140,5 @@ void TitleBar::updateMaximizeToolTip()
     const bool maximized = m_maximizeButton->property(kMaximizedProperty).toBool();
     m_maximizeButton->setToolTip(maximized ? tr("还原") : tr("最大化"));
 }
+
+#include "title_bar.moc"

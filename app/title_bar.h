@@ -32,6 +32,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    template <typename Button>
     [[nodiscard]] QPushButton *createWindowButton(const QString &iconPath);
     void updateMaximizeToolTip();
 
