@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <QtTest>
 
 class TestFramelessWindow final : public QObject
@@ -67,6 +68,7 @@ void TestFramelessWindow::initTestCase()
 void TestFramelessWindow::init()
 {
     m_window = std::make_unique<FramelessWindow>();
+    m_window->setContentWidget(new QWidget);
     m_window->resize(1000, 640);
     m_window->move(100, 80);
     m_window->show();
@@ -107,7 +109,6 @@ void TestFramelessWindow::frameAndSizes()
     QCOMPARE(m_window->layout()->spacing(), 0);
     const auto *titleBar = m_window->findChild<TitleBar *>();
     QCOMPARE(m_window->layout()->itemAt(0)->widget(), titleBar);
-    m_window->setContentWidget(new QWidget);
     QTRY_COMPARE(titleBar->geometry(), QRect(1, 0, 998, 40));
     m_window->resize(100, 100);
     QCOMPARE(m_window->size(), QSize(940, 600));
@@ -163,13 +164,15 @@ void TestFramelessWindow::dragByTheStripMovesTheWindow()
 void TestFramelessWindow::dragStartsOnTheTitleBarsLabels()
 {
     const QPoint before = m_window->pos();
-    auto *title = m_window->findChild<QLabel *>(QStringLiteral("titleLabel"));
-    const QPoint grip = title->rect().center();
-    QTest::mousePress(title, Qt::LeftButton, {}, grip);
-    QTest::mouseMove(title, grip + QPoint(40, 25));
-    QCOMPARE(m_window->pos(), before + QPoint(40, 25));
-    QTest::mouseRelease(title, Qt::LeftButton, {}, grip);
-    QTest::mouseMove(title, grip + QPoint(10, 10));
+    const auto *title = m_window->findChild<QLabel *>(QStringLiteral("titleLabel"));
+    const QPoint grip = title->mapTo(m_window.get(), title->rect().center());
+    QWindow *handle = m_window->windowHandle();
+    QTest::mousePress(handle, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(handle, grip + QPoint(40, 25));
+    QTRY_COMPARE(m_window->pos(), before + QPoint(40, 25));
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(handle, grip + QPoint(10, 10));
+    QCoreApplication::processEvents();
     QCOMPARE(m_window->pos(), before + QPoint(40, 25));
 }
 
