@@ -19,7 +19,7 @@ PdfPageRenderFunction RenderProbe::function()
 
 QColor RenderProbe::colorOf(int pageIndex)
 {
-    return QColor::fromRgb(QColor::fromHsv(pageIndex * 37 % 360, 200, 220).rgb());
+    return QColor::fromRgb(QColor::fromHsv((pageIndex + 1) * 37 % 360, 200, 220).rgb());
 }
 
 void RenderProbe::hold()
@@ -61,13 +61,12 @@ int RenderProbe::renderCount(int pageIndex) const
                       [pageIndex](const Render &render) { return render.pageIndex == pageIndex; }));
 }
 
-QSize RenderProbe::lastSize(int pageIndex) const
+bool RenderProbe::hasRendered(int pageIndex, QSize size) const
 {
     const QList<Render> all = renders();
-    const auto last = std::find_if(all.crbegin(), all.crend(), [pageIndex](const Render &render) {
-        return render.pageIndex == pageIndex;
+    return std::any_of(all.cbegin(), all.cend(), [=](const Render &render) {
+        return render.pageIndex == pageIndex && render.size == size;
     });
-    return last == all.crend() ? QSize() : last->size;
 }
 
 void RenderProbe::forgetRenders()

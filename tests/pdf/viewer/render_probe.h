@@ -42,8 +42,8 @@ public:
     [[nodiscard]] QList<Render> renders() const;
     /// How often a page of the file was rendered so far.
     [[nodiscard]] int renderCount(int pageIndex) const;
-    /// The last size a page of the file was rendered at; empty if it never was.
-    [[nodiscard]] QSize lastSize(int pageIndex) const;
+    /// Whether a page of the file was rendered at the size.
+    [[nodiscard]] bool hasRendered(int pageIndex, QSize size) const;
     void forgetRenders();
 
 private:

@@ -55,7 +55,7 @@ bool ShownView::waitForVisiblePages() const
         const auto [first, end] = pagesMeeting(pages, visible);
         for (int row = first; row < end; ++row) {
             const QSize wanted = renderTargetSize(pages.pages.at(row).size(), kMinimumRenderScale);
-            if (probe.lastSize(model.pageAt(row)->sourcePageIndex) != wanted) {
+            if (!probe.hasRendered(model.pageAt(row)->sourcePageIndex, wanted)) {
                 return false;
             }
         }
