@@ -15,23 +15,18 @@ namespace pdfcore {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-/// Opening a file and reading its page sizes.
-constexpr WorkBudget kOpenBudget{20s, std::size_t{1} << 30};
-
-/// Rendering one page.
-constexpr WorkBudget kPageBudget{20s, std::size_t{512} << 20};
-
 /// US Letter, what a page without a usable size is taken to be.
 constexpr QSizeF kFallbackPageSize{612, 792};
 
 /// Levels of page tree nodes that are followed.
 constexpr std::size_t kMaxTreeDepth = 512;
 
+/// Levels up to which MuPDF can look up what a page inherits.
+constexpr std::size_t kMaxInheritanceDepth = 64;
+
 struct TreeLevel
 {
-    pdf_obj *kids; ///< Kept.
+    pdf_obj *node; ///< Kept.
     int next;
 };
 
@@ -46,12 +41,11 @@ struct TreeWalk
 void pushLevel(fz_context *ctx, TreeWalk &walk, pdf_obj *node)
 {
     const int number = pdf_to_num(ctx, node);
-    pdf_obj *kids = pdf_dict_get(ctx, node, PDF_NAME(Kids));
     if (walk.levels.size() >= kMaxTreeDepth)
         return;
     if (number != 0 && !walk.visitedNodes.insert(number).second)
         return;
-    walk.levels.push_back({pdf_keep_obj(ctx, kids), 0});
+    walk.levels.push_back({pdf_keep_obj(ctx, node), 0});
 }
 
 /// The number of a page object; one that stands directly in its parent becomes an object first.
@@ -66,6 +60,26 @@ int pageNumber(fz_context *ctx, pdf_document *document, pdf_obj *page)
     return added;
 }
 
+/// Makes sure that the page inherits from the nodes above it, also where its own way up is wrong or
+/// too long for MuPDF: then what it would inherit is written into it. Only in memory.
+void settleInheritance(fz_context *ctx, pdf_obj *page, const TreeWalk &walk)
+{
+    pdf_obj *parent = pdf_dict_get(ctx, page, PDF_NAME(Parent));
+    if (walk.levels.size() <= kMaxInheritanceDepth &&
+        pdf_resolve_indirect(ctx, parent) == pdf_resolve_indirect(ctx, walk.levels.back().node))
+        return;
+    for (pdf_obj *key :
+         {PDF_NAME(Resources), PDF_NAME(MediaBox), PDF_NAME(CropBox), PDF_NAME(Rotate)}) {
+        for (auto level = walk.levels.rbegin();
+             level != walk.levels.rend() && pdf_dict_get(ctx, page, key) == nullptr; ++level) {
+            pdf_obj *value = pdf_dict_get(ctx, level->node, key);
+            if (value != nullptr)
+                pdf_dict_put(ctx, page, key, value);
+        }
+    }
+    pdf_dict_del(ctx, page, PDF_NAME(Parent));
+}
+
 /// Collects the pages below `root` in order. A node is what has kids; every node counts once.
 void walkPageTree(fz_context *ctx, pdf_document *document, pdf_obj *root, TreeWalk &walk)
 {
@@ -77,20 +91,24 @@ void walkPageTree(fz_context *ctx, pdf_document *document, pdf_obj *root, TreeWa
     pushLevel(ctx, walk, root);
     while (!walk.levels.empty()) {
         TreeLevel &level = walk.levels.back();
-        if (level.next >= pdf_array_len(ctx, level.kids)) {
-            pdf_drop_obj(ctx, level.kids);
+        pdf_obj *kids = pdf_dict_get(ctx, level.node, PDF_NAME(Kids));
+        if (level.next >= pdf_array_len(ctx, kids)) {
+            pdf_drop_obj(ctx, level.node);
             walk.levels.pop_back();
             continue;
         }
-        pdf_obj *kid = pdf_array_get(ctx, level.kids, level.next);
+        pdf_obj *kid = pdf_array_get(ctx, kids, level.next);
         ++level.next;
         fz_try(ctx)
         {
             if (pdf_is_dict(ctx, kid)) {
-                if (pdf_is_array(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Kids))))
+                if (pdf_is_array(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Kids)))) {
                     pushLevel(ctx, walk, kid);
-                else if (!pdf_name_eq(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Type)), PDF_NAME(Pages)))
+                } else if (!pdf_name_eq(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Type)),
+                                        PDF_NAME(Pages))) {
+                    settleInheritance(ctx, kid, walk);
                     walk.pageNumbers->push_back(pageNumber(ctx, document, kid));
+                }
             }
         }
         fz_catch(ctx)
@@ -120,10 +138,26 @@ void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<i
         pdf_dict_put_int(ctx, root, PDF_NAME(Count), document->map_page_count);
 }
 
+/// Takes out of a page what readers ignore but MuPDF obeys. Only in memory.
+void tidyPage(fz_context *ctx, pdf_obj *page)
+{
+    pdf_obj *unit = pdf_dict_get(ctx, page, PDF_NAME(UserUnit));
+    if (unit != nullptr && !(pdf_to_real(ctx, unit) > 0))
+        pdf_dict_del(ctx, page, PDF_NAME(UserUnit));
+
+    const fz_rect media = pdf_to_rect(ctx, pdf_dict_get_inheritable(ctx, page, PDF_NAME(MediaBox)));
+    const fz_rect crop = pdf_to_rect(ctx, pdf_dict_get_inheritable(ctx, page, PDF_NAME(CropBox)));
+    if (fz_is_empty_rect(media) != 0 || fz_is_empty_rect(crop) != 0)
+        return;
+    if (fz_is_empty_rect(fz_intersect_rect(media, crop)) != 0)
+        pdf_dict_put_rect(ctx, page, PDF_NAME(CropBox), media);
+}
+
 QSizeF sizeOfPage(fz_context *ctx, pdf_obj *page)
 {
     fz_rect mediaBox = fz_empty_rect;
     fz_matrix ctm = fz_identity;
+    tidyPage(ctx, page);
     pdf_page_obj_transform(ctx, page, &mediaBox, &ctm);
     const fz_rect bounds = fz_transform_rect(mediaBox, ctm);
     const double width = static_cast<double>(bounds.x1) - static_cast<double>(bounds.x0);
@@ -135,9 +169,11 @@ QSizeF sizeOfPage(fz_context *ctx, pdf_obj *page)
 
 } // namespace
 
-DocumentSession::DocumentSession(const FileIdentity &file, const QString &password)
+DocumentSession::DocumentSession(const FileIdentity &file, const QString &password,
+                                 const SessionBudgets &budgets)
     : m_file(file)
     , m_password(password)
+    , m_budgets(budgets)
 {}
 
 DocumentSession::~DocumentSession()
@@ -148,16 +184,18 @@ DocumentSession::~DocumentSession()
     m_colourSpaces.reset();
 }
 
-std::unique_ptr<DocumentSession>
-DocumentSession::open(const FileIdentity &file, const QString &password, EngineError *outcome)
+std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
+                                                       const QString &password,
+                                                       const SessionBudgets &budgets,
+                                                       EngineError *outcome)
 {
-    std::unique_ptr<DocumentSession> session(new DocumentSession(file, password));
+    std::unique_ptr<DocumentSession> session(new DocumentSession(file, password, budgets));
     if (session->m_context.get() == nullptr) {
         *outcome = {PdfBackendError::InvalidDocument, QStringLiteral("Not enough memory.")};
         return nullptr;
     }
     session->m_colourSpaces = std::make_unique<ColourSpaces>(session->m_context);
-    session->m_context.beginWork(kOpenBudget);
+    session->m_context.beginWork(budgets.open);
     *outcome = session->openDocument();
     const BudgetBreach breach = session->m_context.endWork();
     if (outcome->isError() && breach != BudgetBreach::None)
@@ -260,14 +298,14 @@ bool DocumentSession::collectPages(bool *hasTree, QString *reason)
         },
         reason);
     for (const TreeLevel &level : walk.levels)
-        pdf_drop_obj(m_context.get(), level.kids);
+        pdf_drop_obj(m_context.get(), level.node);
     return walked;
 }
 
 std::optional<QList<QSizeF>> DocumentSession::pageSizes(EngineError *outcome)
 {
     QList<QSizeF> sizes(static_cast<qsizetype>(m_pageNumbers.size()), kFallbackPageSize);
-    m_context.beginWork(kOpenBudget);
+    m_context.beginWork(m_budgets.open);
     for (std::size_t i = 0; i < m_pageNumbers.size(); ++i) {
         QSizeF &size = sizes[static_cast<qsizetype>(i)];
         m_context.run(
@@ -307,7 +345,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     fz_cookie cookie{};
     const int number = m_pageNumbers[static_cast<std::size_t>(pageIndex)];
     QString reason;
-    m_context.beginWork(kPageBudget);
+    m_context.beginWork(m_budgets.page);
     const bool painted = m_context.run(
         [&](fz_context *ctx) {
             pdf_obj *object = pdf_load_object(ctx, m_document, number);
@@ -315,6 +353,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
             fz_var(page);
             fz_try(ctx)
             {
+                tidyPage(ctx, object);
                 m_colourSpaces->prepare(m_document, object);
                 page = pdf_load_page(ctx, m_document, pageIndex);
                 paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);

@@ -18,6 +18,15 @@
 
 namespace pdfcore {
 
+/// What the work on one document may cost.
+struct SessionBudgets
+{
+    /// Opening a file and reading its page sizes.
+    WorkBudget open{std::chrono::seconds{20}, std::size_t{1} << 30};
+    /// Rendering one page; a large target gets a multiple of its own size in memory on top.
+    WorkBudget page{std::chrono::seconds{20}, std::size_t{512} << 20};
+};
+
 /// One open PDF document with a MuPDF context of its own, for reading and rendering.
 ///
 /// A session belongs to one thread at a time; see SessionPool for how sessions are shared.
@@ -26,6 +35,7 @@ class DocumentSession final
 public:
     /// Opens the file. Null on failure, with the error in `outcome`.
     static std::unique_ptr<DocumentSession> open(const FileIdentity &file, const QString &password,
+                                                 const SessionBudgets &budgets,
                                                  EngineError *outcome);
     ~DocumentSession();
     DocumentSession(const DocumentSession &) = delete;
@@ -53,7 +63,8 @@ public:
     [[nodiscard]] bool isUsable() const { return m_usable; }
 
 private:
-    DocumentSession(const FileIdentity &file, const QString &password);
+    DocumentSession(const FileIdentity &file, const QString &password,
+                    const SessionBudgets &budgets);
     EngineError openDocument();
     EngineError unlock();
     EngineError readPageTree();
@@ -62,6 +73,7 @@ private:
 
     FileIdentity m_file;
     QString m_password;
+    SessionBudgets m_budgets;
     MupdfContext m_context;
     std::unique_ptr<ColourSpaces> m_colourSpaces;
     pdf_document *m_document = nullptr;

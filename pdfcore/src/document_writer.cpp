@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QPair>
 
+#include <cmath>
 #include <map>
 #include <vector>
 
@@ -40,7 +41,7 @@ public:
         std::shared_ptr<QPDF> document = openQpdf(path, password, outcome);
         if (!document)
             return nullptr;
-        std::vector<QPDFObjectHandle> pages = document->getAllPages();
+        std::vector<QPDFObjectHandle> pages = pagesOf(*document);
         return &m_sources.emplace(key, Source{std::move(document), std::move(pages)}).first->second;
     }
 
@@ -64,20 +65,32 @@ int quarterTurn(long long degrees)
     return static_cast<int>(((positive + 45) / 90) % 4) * 90;
 }
 
-/// Turns a page of the output clockwise on top of its own rotation.
-void turnPage(QPDFObjectHandle page, int rotation)
+/// Gives a page of the output the rotation `own` of its source, turned clockwise by `rotation`.
+/// Also when that is none: a copy of an earlier page of the output still has that page's.
+void turnPage(QPDFObjectHandle page, QPDFObjectHandle own, int rotation)
 {
-    QPDFObjectHandle own = page.getKey("/Rotate");
-    const long long before = own.isInteger() ? own.getIntValue() : 0;
-    page.replaceKey("/Rotate", QPDFObjectHandle::newInteger(quarterTurn(
-                                   quarterTurn(before) + static_cast<long long>(rotation))));
+    const long long before = own.isNumber() ? std::llround(own.getNumericValue()) : 0;
+    const int turned = quarterTurn(quarterTurn(before) + static_cast<long long>(rotation));
+    if (turned == 0)
+        page.removeKey("/Rotate");
+    else
+        page.replaceKey("/Rotate", QPDFObjectHandle::newInteger(turned));
+}
+
+/// Copies a page of a source to the end of the output. The same page may come again.
+void addCopy(QPDF &output, QPDFObjectHandle page, int rotation)
+{
+    output.addPage(output.copyForeignObject(page), false);
+    turnPage(output.getAllPages().back(), page.getKey("/Rotate"), rotation);
 }
 
 EngineError addPages(const QList<PdfSourcePage> &pages, Sources &sources, QPDF &output)
 {
     for (const PdfSourcePage &page : pages) {
         if (page.isBlank) {
-            output.addPage(newBlankPage(output, page.pageSize), false);
+            QPDFObjectHandle blank = newBlankPage(output, page.pageSize);
+            turnPage(blank, QPDFObjectHandle::newNull(), page.rotation);
+            output.addPage(blank, false);
         } else {
             EngineError outcome;
             Source *source = sources.get(page.filePath, page.password, &outcome);
@@ -88,10 +101,8 @@ EngineError addPages(const QList<PdfSourcePage> &pages, Sources &sources, QPDF &
                 return {PdfBackendError::InvalidDocument,
                         QStringLiteral("The source has no page %1.").arg(page.pageIndex + 1)};
             }
-            output.addPage(source->pages[static_cast<std::size_t>(page.pageIndex)], false);
+            addCopy(output, source->pages[static_cast<std::size_t>(page.pageIndex)], page.rotation);
         }
-        if (quarterTurn(page.rotation) != 0)
-            turnPage(output.getAllPages().back(), page.rotation);
     }
     return {};
 }

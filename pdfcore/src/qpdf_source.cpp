@@ -7,9 +7,58 @@
 
 #include <QFileInfo>
 
+#include <array>
+#include <set>
+
 namespace pdfcore {
 
 namespace {
+
+/// Levels of page tree nodes that are followed.
+constexpr std::size_t kMaxTreeDepth = 512;
+
+constexpr std::array kInherited{"/Resources", "/MediaBox", "/CropBox", "/Rotate"};
+
+struct TreeLevel
+{
+    QPDFObjectHandle node;
+    QPDFObjectHandle kids;
+    int next = 0;
+};
+
+bool hasType(QPDFObjectHandle &object, const char *type)
+{
+    QPDFObjectHandle own = object.getKey("/Type");
+    return own.isName() && own.getName() == type;
+}
+
+/// Puts a flat page tree of the given pages in the place of the document's own, which QPDF may not
+/// be able to follow.
+void replacePageTree(QPDF &document, std::vector<QPDFObjectHandle> &pages)
+{
+    QPDFObjectHandle tree = document.makeIndirectObject(QPDFObjectHandle::newDictionary());
+    for (QPDFObjectHandle &page : pages)
+        page.replaceKey("/Parent", tree);
+    tree.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
+    tree.replaceKey("/Kids", QPDFObjectHandle::newArray(pages));
+    tree.replaceKey("/Count", QPDFObjectHandle::newInteger(static_cast<long long>(pages.size())));
+    document.getRoot().replaceKey("/Pages", tree);
+}
+
+/// Makes `page` an object that stands for itself and adds it to `pages`.
+void addPage(QPDF &document, QPDFObjectHandle page, const std::vector<TreeLevel> &levels,
+             std::vector<QPDFObjectHandle> &pages)
+{
+    for (const char *key : kInherited) {
+        for (auto level = levels.rbegin(); level != levels.rend() && !page.hasKey(key); ++level) {
+            QPDFObjectHandle node = level->node;
+            if (node.hasKey(key))
+                page.replaceKey(key, node.getKey(key));
+        }
+    }
+    page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
+    pages.push_back(page.isIndirect() ? page : document.makeIndirectObject(page));
+}
 
 bool isPasswordError(const QPDFExc &exception)
 {
@@ -63,6 +112,44 @@ std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, Eng
     else
         *outcome = {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
     return nullptr;
+}
+
+std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
+{
+    std::vector<QPDFObjectHandle> pages;
+    std::vector<TreeLevel> levels;
+    std::set<QPDFObjGen> visitedNodes;
+    const auto pushLevel = [&](QPDFObjectHandle node, QPDFObjectHandle kids) {
+        if (levels.size() >= kMaxTreeDepth)
+            return;
+        if (node.isIndirect() && !visitedNodes.insert(node.getObjGen()).second)
+            return;
+        levels.push_back({node, kids, 0});
+    };
+
+    QPDFObjectHandle root = document.getRoot().getKey("/Pages");
+    if (!root.isDictionary())
+        return pages;
+    if (QPDFObjectHandle kids = root.getKey("/Kids"); kids.isArray())
+        pushLevel(root, kids);
+    else if (hasType(root, "/Page"))
+        addPage(document, root, levels, pages);
+    while (!levels.empty()) {
+        TreeLevel &level = levels.back();
+        if (level.next >= level.kids.getArrayNItems()) {
+            levels.pop_back();
+            continue;
+        }
+        QPDFObjectHandle kid = level.kids.getArrayItem(level.next++);
+        if (!kid.isDictionary())
+            continue;
+        if (QPDFObjectHandle kids = kid.getKey("/Kids"); kids.isArray())
+            pushLevel(kid, kids);
+        else if (!hasType(kid, "/Pages"))
+            addPage(document, kid, levels, pages);
+    }
+    replacePageTree(document, pages);
+    return pages;
 }
 
 } // namespace pdfcore

@@ -4,16 +4,6 @@
 
 namespace pdfcore {
 
-namespace {
-
-using namespace std::chrono_literals;
-
-constexpr std::size_t kMaxIdleSessions = 6;
-constexpr std::size_t kMaxIdleBytes = std::size_t{128} << 20;
-constexpr auto kIdleTime = 15s;
-
-} // namespace
-
 SessionPool::Lease::Lease(SessionPool *pool, QString key, std::unique_ptr<DocumentSession> session)
     : m_pool(pool)
     , m_key(std::move(key))
@@ -79,8 +69,9 @@ SessionPool &SessionPool::instance()
     return pool;
 }
 
-SessionPool::SessionPool()
-    : m_housekeeper([this] { keepHouse(); })
+SessionPool::SessionPool(const PoolLimits &limits)
+    : m_limits(limits)
+    , m_housekeeper([this] { keepHouse(); })
 {}
 
 SessionPool::~SessionPool()
@@ -101,19 +92,27 @@ SessionPool::Lease SessionPool::acquire(const QString &path, const QString &pass
     Sessions outdated;
     std::unique_ptr<DocumentSession> session;
     FileIdentity file;
+    SessionBudgets budgets;
     {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return !m_closed.contains(key); });
         file = FileIdentity::of(path);
         session = takeIdle(key, file, password, outdated);
+        budgets = m_budgets;
         m_lent.insert(key);
     }
     if (!session)
-        session = DocumentSession::open(file, password, outcome);
+        session = DocumentSession::open(file, password, budgets, outcome);
     if (session)
         return {this, key, std::move(session)};
     giveBack(key, nullptr);
     return {};
+}
+
+void SessionPool::setBudgets(const SessionBudgets &budgets)
+{
+    const std::lock_guard lock(m_mutex);
+    m_budgets = budgets;
 }
 
 int SessionPool::idleCount() const
@@ -186,7 +185,7 @@ SessionPool::Sessions SessionPool::takeSurplus()
     for (auto it = m_idle.begin(); it != m_idle.end();) {
         bytes += it->session->bytesInUse();
         ++count;
-        if (count > kMaxIdleSessions || (count > 1 && bytes > kMaxIdleBytes)) {
+        if (count > m_limits.sessions || (count > 1 && bytes > m_limits.bytes)) {
             surplus.push_back(std::move(it->session));
             it = m_idle.erase(it);
         } else {
@@ -199,7 +198,7 @@ SessionPool::Sessions SessionPool::takeSurplus()
 SessionPool::Sessions SessionPool::takeExpired(Clock::time_point now)
 {
     Sessions expired;
-    while (!m_idle.empty() && now - m_idle.back().since >= kIdleTime) {
+    while (!m_idle.empty() && now - m_idle.back().since >= m_limits.idleTime) {
         expired.push_back(std::move(m_idle.back().session));
         m_idle.pop_back();
     }
@@ -214,7 +213,7 @@ void SessionPool::keepHouse()
             m_changed.wait(lock, [this] { return m_stopping || !m_idle.empty(); });
             continue;
         }
-        m_changed.wait_until(lock, m_idle.back().since + kIdleTime);
+        m_changed.wait_until(lock, m_idle.back().since + m_limits.idleTime);
         Sessions expired = takeExpired(Clock::now());
         if (!expired.empty()) {
             lock.unlock();

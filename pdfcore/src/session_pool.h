@@ -14,6 +14,14 @@
 
 namespace pdfcore {
 
+/// How many idle sessions a pool keeps, and for how long.
+struct PoolLimits
+{
+    std::size_t sessions = 6;
+    std::size_t bytes = std::size_t{128} << 20;
+    std::chrono::milliseconds idleTime = std::chrono::seconds{15};
+};
+
 /// The open documents of the process, lent to one thread at a time.
 ///
 /// A thread that needs a document gets an idle session of the same file, in the same state and
@@ -62,13 +70,16 @@ public:
     };
 
     static SessionPool &instance();
-    SessionPool();
+    explicit SessionPool(const PoolLimits &limits = {});
     ~SessionPool();
     SessionPool(const SessionPool &) = delete;
     SessionPool &operator=(const SessionPool &) = delete;
 
     /// Borrows a session for the file. An empty lease on failure, with the error in `outcome`.
     Lease acquire(const QString &path, const QString &password, EngineError *outcome);
+
+    /// Sets what the work of sessions that are opened from now on may cost.
+    void setBudgets(const SessionBudgets &budgets);
 
     /// Sessions that are open and idle now.
     [[nodiscard]] int idleCount() const;
@@ -95,8 +106,10 @@ private:
     Sessions takeExpired(Clock::time_point now);
     void keepHouse();
 
+    const PoolLimits m_limits;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
+    SessionBudgets m_budgets;
     std::list<IdleSession> m_idle; ///< Most recently used first.
     std::multiset<QString> m_lent;
     std::multiset<QString> m_closed;
