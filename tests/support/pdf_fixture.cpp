@@ -98,6 +98,42 @@ QByteArray pagesByNumber(int count)
     return document(pages);
 }
 
+QByteArray fromObjects(const QList<QByteArray> &bodies, const QByteArray &trailerEntries)
+{
+    QByteArray file = "%PDF-1.7\n%\xE2\xE3\xCF\xD3\n";
+    QByteArray table = "0000000000 65535 f \n";
+    for (qsizetype i = 0; i < bodies.size(); ++i) {
+        table += QByteArray::number(file.size()).rightJustified(10, '0') + " 00000 n \n";
+        file += QByteArray::number(i + 1) + " 0 obj\n" + bodies.at(i) + "\nendobj\n";
+    }
+    const qsizetype start = file.size();
+    const QByteArray size = QByteArray::number(bodies.size() + 1);
+    file += "xref\n0 " + size + '\n' + table;
+    file += "trailer\n<< /Size " + size + " /Root 1 0 R " + trailerEntries + " >>\n";
+    file += "startxref\n" + QByteArray::number(start) + "\n%%EOF\n";
+    return file;
+}
+
+QByteArray streamBody(const QByteArray &entries, const QByteArray &data)
+{
+    return "<< " + entries + " /Length " + QByteArray::number(data.size()) + " >>\nstream\n" +
+           data + "\nendstream";
+}
+
+QByteArray onePage(const QByteArray &content, const QByteArray &resources,
+                   const QList<QByteArray> &more, const QByteArray &pageEntries)
+{
+    return fromObjects(QList<QByteArray>{
+                           "<< /Type /Catalog /Pages 2 0 R >>",
+                           "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+                           "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 4 0 R "
+                           "/Resources << " +
+                               resources + " >> " + pageEntries + " >>",
+                           streamBody({}, content),
+                       } +
+                       more);
+}
+
 QByteArray encrypted(const QByteArray &document, const Encryption &encryption)
 {
     QPDF pdf;

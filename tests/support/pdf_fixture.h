@@ -39,6 +39,19 @@ QByteArray document(const QList<Page> &pages);
 /// A document of `count` pages of 200 × 300 points, each filled with numberColour() of its index.
 QByteArray pagesByNumber(int count);
 
+/// A PDF put together from the bodies of its objects, right or wrong as they are: element i is
+/// object i + 1, and object 1 is the catalogue. `trailerEntries` are added to the trailer.
+QByteArray fromObjects(const QList<QByteArray> &bodies, const QByteArray &trailerEntries = {});
+
+/// The body of a stream object with the given dictionary entries besides its length.
+QByteArray streamBody(const QByteArray &entries, const QByteArray &data);
+
+/// A document with one page of 200 × 200 points. `resources` is the body of the page's resource
+/// dictionary, which names the `more` objects from number 5 on; `pageEntries` are added to the
+/// page.
+QByteArray onePage(const QByteArray &content, const QByteArray &resources = {},
+                   const QList<QByteArray> &more = {}, const QByteArray &pageEntries = {});
+
 /// How a fixture is encrypted.
 struct Encryption
 {
