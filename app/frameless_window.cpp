@@ -2,41 +2,28 @@
 
 #include "app/language_dialog.h"
 #include "app/title_bar.h"
+#include "app/window_corner.h"
+#include "app/window_shape.h"
 #include "widgets/theme.h"
 
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QRegion>
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace {
 
 constexpr QSize kMinimumSize(940, 600);
-constexpr int kCornerRadius = 12;
-constexpr qreal kBorderWidth = 1.0;
-
-QPainterPath roundedPath(const QRectF &rect, qreal radius)
-{
-    QPainterPath path;
-    path.addRoundedRect(rect, radius, radius);
-    return path;
-}
-
-QRectF shrunk(const QRectF &rect, qreal margin)
-{
-    return rect.adjusted(margin, margin, -margin, -margin);
-}
 
 } // namespace
 
 FramelessWindow::FramelessWindow(QWidget *parent)
     : QWidget(parent)
     , m_titleBar(new TitleBar(this))
+    , m_lowerCorners{new WindowCorner(Qt::BottomLeftCorner, this),
+                     new WindowCorner(Qt::BottomRightCorner, this)}
 {
     setMinimumSize(kMinimumSize);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
@@ -67,6 +54,8 @@ void FramelessWindow::setContentWidget(QWidget *widget)
     m_content = widget;
     m_content->setParent(this);
     layout()->addWidget(m_content);
+    for (WindowCorner *corner : m_lowerCorners)
+        corner->raise();
 }
 
 void FramelessWindow::mousePressEvent(QMouseEvent *event)
@@ -99,19 +88,18 @@ void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
 
 void FramelessWindow::paintEvent(QPaintEvent *)
 {
-    const qreal radius = isMaximized() ? 0 : kCornerRadius;
-    const QRectF outer = shrunk(QRectF(rect()), 0.5);
-
+    const qreal radius = isMaximized() ? 0 : WindowShape::kCornerRadius;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(roundedPath(outer, radius), Theme::borderStrong);
-    painter.fillPath(roundedPath(shrunk(outer, kBorderWidth), std::max(radius - 1, 0.0)),
-                     Theme::windowBackground);
+    painter.fillPath(WindowShape::outline(rect(), radius), Theme::borderStrong);
+    painter.fillPath(WindowShape::interior(rect(), radius), Theme::windowBackground);
 }
 
 void FramelessWindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    for (WindowCorner *corner : m_lowerCorners)
+        corner->place();
     updateMask();
 }
 
@@ -140,10 +128,13 @@ void FramelessWindow::openLanguageDialog()
 
 void FramelessWindow::updateMask()
 {
-    if (isMaximized()) {
+    const bool rounded = !isMaximized();
+    for (WindowCorner *corner : m_lowerCorners)
+        corner->setVisible(rounded);
+    if (!rounded) {
         clearMask();
         return;
     }
-    const QPainterPath path = roundedPath(QRectF(rect()), kCornerRadius);
+    const QPainterPath path = WindowShape::mask(rect(), WindowShape::kCornerRadius);
     setMask(QRegion(path.toFillPolygon().toPolygon()));
 }

@@ -3,7 +3,10 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <array>
+
 class TitleBar;
+class WindowCorner;
 
 /// The main window: frameless and translucent, with rounded corners and a 1-pixel border that it
 /// paints itself, a title bar and one content widget below it.
@@ -38,4 +41,5 @@ private:
     int m_dragStripHeight = 40;
     TitleBar *m_titleBar;
     QWidget *m_content = nullptr;
+    std::array<WindowCorner *, 2> m_lowerCorners;
 };

@@ -37,6 +37,9 @@ private slots:
 
     void bordersAndBackgroundArePainted();
     void cornersAreTransparentAndMasked();
+    void squareContentIsRoundedInTheLowerCorners();
+    void maximizedContentStaysSquare();
+    void lowerCornersLetTheMouseThrough();
     void maskFollowsTheSize();
     void maximizedWindowIsSquareWithoutMask();
     void stateChangeFromOutsideReachesTheTitleBar();
@@ -254,6 +257,56 @@ void TestFramelessWindow::cornersAreTransparentAndMasked()
     QVERIFY(mask.contains(QPoint(0, 320)));
     QVERIFY(mask.contains(QPoint(999, 320)));
     QVERIFY(mask.contains(QPoint(500, 639)));
+}
+
+void TestFramelessWindow::squareContentIsRoundedInTheLowerCorners()
+{
+    auto *content = new QWidget;
+    content->setStyleSheet(QStringLiteral("background: #FF0000"));
+    m_window->setContentWidget(content);
+    QTRY_VERIFY(content->isVisible());
+    for (const QSize &size : {m_window->size(), QSize(1100, 700)}) {
+        m_window->resize(size);
+        QCoreApplication::processEvents();
+        const QImage image = m_window->grab().toImage();
+        const int right = size.width() - 1;
+        const int bottom = size.height() - 1;
+        QCOMPARE(image.pixelColor(1, bottom - 1).alpha(), 0);
+        QCOMPARE(image.pixelColor(right - 1, bottom - 1).alpha(), 0);
+        QCOMPARE(image.pixelColor(12, bottom - 12), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(right - 12, bottom - 12), QColor(Qt::red));
+        // The corner's diagonal crosses the border.
+        bool border = false;
+        for (int i = 2; i < 8; ++i) {
+            const QColor colour = image.pixelColor(i, bottom - i);
+            border = border || colour.blue() > 100;
+        }
+        QVERIFY(border);
+    }
+}
+
+void TestFramelessWindow::maximizedContentStaysSquare()
+{
+    auto *content = new QWidget;
+    content->setStyleSheet(QStringLiteral("background: #FF0000"));
+    m_window->setContentWidget(content);
+    m_window->showMaximized();
+    QTRY_VERIFY(m_window->isMaximized());
+    QTRY_VERIFY(m_window->mask().isEmpty());
+    const QImage image = m_window->grab().toImage();
+    QCOMPARE(image.pixelColor(1, image.height() - 2), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(image.width() - 2, image.height() - 2), QColor(Qt::red));
+}
+
+void TestFramelessWindow::lowerCornersLetTheMouseThrough()
+{
+    auto *content = new QPushButton;
+    content->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    m_window->setContentWidget(content);
+    QTRY_VERIFY(content->isVisible());
+    QSignalSpy clicked(content, &QPushButton::clicked);
+    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, QPoint(8, 632));
+    QCOMPARE(clicked.size(), 1);
 }
 
 void TestFramelessWindow::maskFollowsTheSize()

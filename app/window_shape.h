@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QPainterPath>
+#include <QRect>
+
+/// The shape of the main window in logical pixels: a rounded rectangle with a 1-pixel border.
+///
+/// `window` is the rectangle of the whole window, `radius` that of its corners; 0 makes them
+/// square.
+namespace WindowShape {
+
+inline constexpr int kCornerRadius = 12;
+
+/// The outer edge of the border.
+[[nodiscard]] QPainterPath outline(const QRect &window, qreal radius);
+/// The inner edge of the border.
+[[nodiscard]] QPainterPath interior(const QRect &window, qreal radius);
+/// What the window system shows of the window at all: reaches to the very edges of `window`.
+[[nodiscard]] QPainterPath mask(const QRect &window, qreal radius);
+
+} // namespace WindowShape
