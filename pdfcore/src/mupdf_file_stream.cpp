@@ -44,6 +44,12 @@ void seekTo(fz_context *ctx, fz_stream *stream, int64_t offset, int whence)
         target += state.file.size();
     if (target < 0)
         target = 0;
+    // Objects are read one by one and lie close together: what was read already serves again.
+    const qint64 chunkStart = stream->pos - (stream->wp - state.chunk.data());
+    if (target >= chunkStart && target <= stream->pos) {
+        stream->rp = state.chunk.data() + (target - chunkStart);
+        return;
+    }
     if (!state.file.seek(target))
         fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be read");
     stream->pos = target;
@@ -74,6 +80,8 @@ fz_stream *openFileStream(fz_context *ctx, const QString &path, QString *reason)
     {
         stream = fz_new_stream(ctx, owned, &readNext, &dropFile);
         stream->seek = &seekTo;
+        stream->rp = owned->chunk.data();
+        stream->wp = owned->chunk.data();
     }
     fz_catch(ctx)
     {
