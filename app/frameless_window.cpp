@@ -108,6 +108,7 @@ void FramelessWindow::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange) {
         m_titleBar->setMaximized(isMaximized());
+        update();
         QTimer::singleShot(0, this, &FramelessWindow::updateMask);
     }
 }
