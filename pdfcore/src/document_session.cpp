@@ -3,12 +3,15 @@
 #include "pdfcore/src/mupdf_file_stream.h"
 #include "pdfcore/src/page_painter.h"
 #include "pdfcore/src/password_candidates.h"
+#include "pdfcore/src/qpdf_source.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstring>
+#include <string>
 #include <unordered_set>
 
 namespace pdfcore {
@@ -256,7 +259,28 @@ EngineError DocumentSession::unlock()
         if (ran && accepted != 0)
             return {};
     }
+    if (adoptKeyFromQpdf())
+        return {};
     return {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
+}
+
+/// Up to revision 4 MuPDF turns every password into PDFDocEncoding, which has no letters for the
+/// UTF-8 bytes of many scripts; QPDF takes the bytes as they are, and its file key fits MuPDF too.
+bool DocumentSession::adoptKeyFromQpdf()
+{
+    constexpr int kLastRevisionWithDocEncoding = 4;
+    fz_context *ctx = m_context.get();
+    if (pdf_crypt_revision(ctx, m_document->crypt) > kLastRevisionWithDocEncoding)
+        return false;
+    EngineError outcome;
+    const std::shared_ptr<QPDF> document = openQpdf(m_file.path, m_password, &outcome);
+    if (!document || !document->isEncrypted())
+        return false;
+    const std::string key = document->getEncryptionKey();
+    if (key.size() * 8 != static_cast<std::size_t>(pdf_crypt_length(ctx, m_document->crypt)))
+        return false;
+    std::memcpy(pdf_crypt_key(ctx, m_document->crypt), key.data(), key.size());
+    return true;
 }
 
 EngineError DocumentSession::readPageTree()

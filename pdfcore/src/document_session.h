@@ -67,6 +67,7 @@ private:
                     const SessionBudgets &budgets);
     EngineError openDocument();
     EngineError unlock();
+    bool adoptKeyFromQpdf();
     EngineError readPageTree();
     bool collectPages(bool *hasTree, QString *reason);
     EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
