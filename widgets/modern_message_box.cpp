@@ -405,6 +405,7 @@ void ModernMessageBox::makeTextsScroll()
     texts->setLayout(m_texts);
     scrollArea->setWidget(texts);
     cardLayout->insertWidget(position, scrollArea, 1);
+    m_card->updateGeometry();
 }
 
 void ModernMessageBox::showBackdrop()
