@@ -2,17 +2,17 @@
 
 #include <QTest>
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
 namespace {
 
-/// An image of `kib` KiB, told apart from others by its text key "name".
+/// An image of `kib` KiB, which carries `name` as its text of that name.
 QImage imageOfKib(int kib, const QString &name = QString())
 {
     QImage image(256, kib, QImage::Format_RGB32);
     image.fill(Qt::white);
-    image.scanLine(0)[0] = 0;
     image.setText(QStringLiteral("name"), name);
     // 256 pixels of 4 bytes make one KiB per line.
     return image;

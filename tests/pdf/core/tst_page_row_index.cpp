@@ -90,6 +90,12 @@ void TestPageRowIndex::aLoneLookUpReadsNoMoreThanAScan()
     PageRowIndex index;
     QCOMPARE(index.rowOf(3, pages), 2);
     QCOMPARE(index.recordsRead(), 3);
+    // After every change anew.
+    for (int change = 0; change < 10; ++change) {
+        index.invalidate();
+        QCOMPARE(index.rowOf(3, pages), 2);
+    }
+    QCOMPARE(index.recordsRead(), 33);
 }
 
 void TestPageRowIndex::manyLookUpsReadTheListAFewTimesOnly()

@@ -3,7 +3,7 @@
 
 #include <QTest>
 
-#include <algorithm>
+#include <limits>
 
 namespace {
 
