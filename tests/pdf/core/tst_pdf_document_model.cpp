@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -69,7 +70,8 @@ private:
         for (const PdfPageRecord &record : m_model->pages()) {
             fromPages.append(record.id);
         }
-        bool same = idsOf(*m_model) == m_ids && fromPages == m_ids;
+        bool same =
+            std::ranges::equal(idsOf(*m_model), m_ids) && std::ranges::equal(fromPages, m_ids);
         for (qsizetype row = 0; row < m_ids.size(); ++row) {
             same = same && m_model->rowForPageId(m_ids.at(row)) == row;
         }
