@@ -10,8 +10,10 @@ namespace pdfcore {
 
 namespace {
 
-constexpr QFileDevice::Permissions kAnyWrite = QFileDevice::WriteOwner | QFileDevice::WriteUser |
-                                               QFileDevice::WriteGroup | QFileDevice::WriteOther;
+/// The write bits of the file itself. What they mean for the user who asks is not among them: an
+/// administrator may write to every file, but a read-only one is not meant to be replaced.
+constexpr QFileDevice::Permissions kAnyWrite =
+    QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
 
 /// Names that are tried for the temporary file.
 constexpr int kMaxNames = 100;
@@ -45,6 +47,10 @@ AtomicFile::~AtomicFile()
 bool AtomicFile::open(QString *reason)
 {
     const QFileInfo info(m_target);
+    if (info.isSymbolicLink()) {
+        *reason = QStringLiteral("The target is a link that leads back to itself.");
+        return false;
+    }
     if (!info.exists())
         return createBeside(info.absolutePath(), reason);
     if (!info.isFile()) {

@@ -1,5 +1,7 @@
 #include "pdfcore/src/blank_page.h"
 
+#include <cmath>
+
 #include <qpdf/QPDFObjectHandle.hh>
 
 namespace pdfcore {
@@ -12,7 +14,9 @@ constexpr QSizeF kA4{595, 842};
 
 QPDFObjectHandle newBlankPage(QPDF &document, const QSizeF &size)
 {
-    const QSizeF box = size.isEmpty() ? kA4 : size;
+    const bool usable =
+        std::isfinite(size.width()) && std::isfinite(size.height()) && !size.isEmpty();
+    const QSizeF box = usable ? size : kA4;
     QPDFObjectHandle page = QPDFObjectHandle::newDictionary();
     page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
     page.replaceKey("/MediaBox", QPDFObjectHandle::newArray(

@@ -6,7 +6,7 @@
 
 namespace pdfcore {
 
-/// Makes an empty page of `size` points in `document`; an empty size means A4.
+/// Makes an empty page of `size` points in `document`; a size that no page can have means A4.
 QPDFObjectHandle newBlankPage(QPDF &document, const QSizeF &size);
 
 } // namespace pdfcore
