@@ -69,7 +69,8 @@ public:
     /// Renders one page with its annotations and form fields on white, as an opaque image.
     ///
     /// `targetSize` is in device pixels and is the size of the rotated page; the page is stretched
-    /// to it. Returns a null image on failure. A page that takes too long or too much memory fails.
+    /// to it. Returns a null image on failure. A page that takes too long or too much memory fails,
+    /// and so does a target of more than 2^29 pixels.
     /// Errors: RenderFailed, or those of inspectDocument() when the file does not open.
     static QImage renderPage(const PdfSourcePage &page, QSize targetSize, PdfBackendError *error,
                              QString *message);

@@ -24,6 +24,9 @@ constexpr QSizeF kFallbackPageSize{612, 792};
 /// Levels of page tree nodes that are followed.
 constexpr std::size_t kMaxTreeDepth = 512;
 
+/// Copies of the target that nested transparency groups may need on top of the budget.
+constexpr std::size_t kTargetCopies = 4;
+
 /// Levels up to which MuPDF can look up what a page inherits.
 constexpr std::size_t kMaxInheritanceDepth = 64;
 
@@ -369,7 +372,9 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     fz_cookie cookie{};
     const int number = m_pageNumbers[static_cast<std::size_t>(pageIndex)];
     QString reason;
-    m_context.beginWork(m_budgets.page);
+    WorkBudget budget = m_budgets.page;
+    budget.bytes += kTargetCopies * static_cast<std::size_t>(image.sizeInBytes());
+    m_context.beginWork(budget);
     const bool painted = m_context.run(
         [&](fz_context *ctx) {
             pdf_obj *object = pdf_load_object(ctx, m_document, number);

@@ -12,6 +12,9 @@ namespace {
 using pdfcore::EngineError;
 using pdfcore::SessionPool;
 
+/// Pixels of the largest image that is made: 2 GiB of memory, enough for A2 paper at 1200 dpi.
+constexpr qint64 kMaxPixels = qint64{1} << 29;
+
 QImage renderBlank(QSize size, EngineError *outcome)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -33,6 +36,13 @@ public:
         if (size.isEmpty()) {
             *outcome = {PdfBackendError::RenderFailed,
                         QStringLiteral("The size to render at is empty.")};
+            return {};
+        }
+        if (qint64{size.width()} * size.height() > kMaxPixels) {
+            *outcome = {PdfBackendError::RenderFailed,
+                        QStringLiteral("An image of %1 × %2 pixels is too large.")
+                            .arg(size.width())
+                            .arg(size.height())};
             return {};
         }
         if (page.isBlank)
