@@ -1,0 +1,349 @@
+#include "pdfcore/src/qpdf_io.h"
+#include "tests/pdfcore/engine_calls.h"
+#include "tests/support/pdf_fixture.h"
+
+#include <QBuffer>
+#include <QRandomGenerator>
+
+#include <array>
+#include <memory>
+#include <stdexcept>
+
+#include <qpdf/BufferInputSource.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Bytes that the input reads from its file at a time; what happens at their borders is tested.
+constexpr int kChunk = 64 * 1024;
+
+/// Bytes with lines of all lengths and all kinds of line ends.
+QByteArray randomLines(int size, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    QByteArray bytes;
+    while (bytes.size() < size) {
+        const int length = random.bounded(10) == 0 ? random.bounded(40'000) : random.bounded(60);
+        for (int i = 0; i < length; ++i)
+            bytes.append(static_cast<char>(random.bounded(256)));
+        for (int i = random.bounded(4); i > 0; --i)
+            bytes.append(random.bounded(2) == 0 ? '\n' : '\r');
+    }
+    bytes.truncate(size);
+    return bytes;
+}
+
+/// A device that takes so many bytes and no more.
+class SmallDevice : public QIODevice
+{
+public:
+    explicit SmallDevice(qint64 room)
+        : m_room(room)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+
+    qint64 writeData(const char * /*data*/, qint64 size) override
+    {
+        if (m_room <= 0) {
+            setErrorString(u"no room"_s);
+            return -1;
+        }
+        const qint64 taken = qMin(size, m_room);
+        m_room -= taken;
+        return taken;
+    }
+
+private:
+    qint64 m_room;
+};
+
+} // namespace
+
+/// The engine's own input and output for QPDF.
+class QpdfIoTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void missingFileThrows();
+    void nameIsThePath();
+    void behavesLikeTheBufferInput_data();
+    void behavesLikeTheBufferInput();
+    void readsAcrossChunks();
+    void readingAtTheEndGivesNothing();
+    void seekingBeyondTheEndAndBack();
+    void seekingBeforeTheBeginningThrows();
+    void endOfLineAcrossAChunkBorder_data();
+    void endOfLineAcrossAChunkBorder();
+    void lastLineWithoutEnd();
+    void unreadGoesBackOneByte();
+    void emptyFile();
+    void outputTakesEverything();
+    void outputThatIsRefusedThrows_data();
+    void outputThatIsRefusedThrows();
+};
+
+void QpdfIoTest::missingFileThrows()
+{
+    const Folder folder;
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error,
+                             pdfcore::QFileInput(folder.path(u"absent"_s)).rewind());
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, pdfcore::QFileInput(folder.path()).rewind());
+}
+
+void QpdfIoTest::nameIsThePath()
+{
+    Folder folder;
+    const QString path = folder.add(u"文件.pdf"_s, "x");
+    QCOMPARE(QString::fromStdString(pdfcore::QFileInput(path).getName()), path);
+}
+
+void QpdfIoTest::behavesLikeTheBufferInput_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("small") << 900;
+    QTest::newRow("one chunk") << kChunk;
+    QTest::newRow("one chunk and a byte") << kChunk + 1;
+    QTest::newRow("several chunks") << 5 * kChunk + 321;
+}
+
+void QpdfIoTest::behavesLikeTheBufferInput()
+{
+    QFETCH(const int, size);
+    constexpr int kSteps = 4000;
+    Folder folder;
+    const QByteArray bytes = randomLines(size, 11);
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, bytes));
+    BufferInputSource buffer("bytes", bytes.toStdString());
+    QRandomGenerator random(5);
+    std::array<char, 3000> fromFile{};
+    std::array<char, 3000> fromBuffer{};
+    for (int step = 0; step < kSteps; ++step) {
+        switch (random.bounded(6)) {
+        case 0:
+        case 1: {
+            const auto length = static_cast<size_t>(random.bounded(1, 3000));
+            const size_t got = file.read(fromFile.data(), length);
+            QCOMPARE(got, buffer.read(fromBuffer.data(), length));
+            QVERIFY(std::equal(fromFile.begin(), fromFile.begin() + got, fromBuffer.begin()));
+            QCOMPARE(file.getLastOffset(), buffer.getLastOffset());
+            // Only what was read can be unread.
+            if (got > 0 && random.bounded(2) == 0) {
+                file.unreadCh(fromFile.at(got - 1));
+                buffer.unreadCh(fromBuffer.at(got - 1));
+            }
+            break;
+        }
+        case 2:
+        case 3:
+            QCOMPARE(file.findAndSkipNextEOL(), buffer.findAndSkipNextEOL());
+            break;
+        case 4: {
+            const int target = random.bounded(size);
+            file.seek(target, SEEK_SET);
+            buffer.seek(target, SEEK_SET);
+            break;
+        }
+        default: {
+            const int back = random.bounded(size);
+            file.seek(-back, SEEK_END);
+            buffer.seek(-back, SEEK_END);
+            const auto rest = static_cast<int>(size - buffer.tell());
+            const int forward = random.bounded(-qMin(size - rest, 500), qMin(rest, 500) + 1);
+            file.seek(forward, SEEK_CUR);
+            buffer.seek(forward, SEEK_CUR);
+            break;
+        }
+        }
+        QCOMPARE(file.tell(), buffer.tell());
+    }
+    file.rewind();
+    QCOMPARE(file.tell(), 0);
+}
+
+void QpdfIoTest::readsAcrossChunks()
+{
+    Folder folder;
+    const QByteArray bytes = randomLines(3 * kChunk + 17, 3);
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, bytes));
+    QByteArray read(bytes.size() + 100, '\0');
+    file.seek(5, SEEK_SET);
+    const size_t got = file.read(read.data(), static_cast<size_t>(read.size()));
+    QCOMPARE(got, static_cast<size_t>(bytes.size() - 5));
+    QVERIFY(read.startsWith(bytes.mid(5)));
+    QCOMPARE(file.tell(), bytes.size());
+    QCOMPARE(file.getLastOffset(), 5);
+}
+
+void QpdfIoTest::readingAtTheEndGivesNothing()
+{
+    Folder folder;
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, "abc"));
+    char byte = 'x';
+    file.seek(0, SEEK_END);
+    QCOMPARE(file.tell(), 3);
+    QCOMPARE(file.read(&byte, 1), 0U);
+    QCOMPARE(byte, 'x');
+    QCOMPARE(file.findAndSkipNextEOL(), 3);
+}
+
+void QpdfIoTest::seekingBeyondTheEndAndBack()
+{
+    Folder folder;
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, "abc"));
+    char byte = 'x';
+    for (const qpdf_offset_t offset : {qpdf_offset_t{4}, qpdf_offset_t{1} << 40}) {
+        file.seek(offset, SEEK_SET);
+        QCOMPARE(file.read(&byte, 1), 0U);
+        file.seek(10, SEEK_END);
+        QCOMPARE(file.read(&byte, 1), 0U);
+        file.findAndSkipNextEOL();
+        file.seek(1, SEEK_SET);
+        QCOMPARE(file.read(&byte, 1), 1U);
+        QCOMPARE(byte, 'b');
+    }
+}
+
+void QpdfIoTest::seekingBeforeTheBeginningThrows()
+{
+    Folder folder;
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, "abc"));
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, file.seek(-1, SEEK_SET));
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, file.seek(-4, SEEK_END));
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, file.seek(-1, SEEK_CUR));
+    file.seek(-3, SEEK_END);
+    char byte = 'x';
+    QCOMPARE(file.read(&byte, 1), 1U);
+    QCOMPARE(byte, 'a');
+}
+
+void QpdfIoTest::endOfLineAcrossAChunkBorder_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QByteArray>("end");
+    for (int shift = -3; shift <= 1; ++shift) {
+        for (const char *end : {"\n", "\r", "\r\n", "\n\r\n\n"}) {
+            QTest::addRow("%d bytes at %d", int(qstrlen(end)), shift)
+                << kChunk + shift << QByteArray(end);
+        }
+    }
+}
+
+void QpdfIoTest::endOfLineAcrossAChunkBorder()
+{
+    QFETCH(const int, position);
+    QFETCH(const QByteArray, end);
+    Folder folder;
+    pdfcore::QFileInput file(
+        folder.add(u"bytes"_s, QByteArray(position, 'a') + end + QByteArray(100, 'b')));
+    QCOMPARE(file.findAndSkipNextEOL(), position);
+    QCOMPARE(file.tell(), position + end.size());
+    char byte = 'x';
+    QCOMPARE(file.read(&byte, 1), 1U);
+    QCOMPARE(byte, 'b');
+}
+
+void QpdfIoTest::lastLineWithoutEnd()
+{
+    Folder folder;
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, "first\nlast"));
+    QCOMPARE(file.findAndSkipNextEOL(), 5);
+    QCOMPARE(file.tell(), 6);
+    QCOMPARE(file.findAndSkipNextEOL(), 10);
+    QCOMPARE(file.tell(), 10);
+}
+
+void QpdfIoTest::unreadGoesBackOneByte()
+{
+    Folder folder;
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, QByteArray(kChunk, 'a') + "bc"));
+    char byte = 'x';
+    file.seek(kChunk, SEEK_SET);
+    QCOMPARE(file.read(&byte, 1), 1U);
+    file.unreadCh(byte);
+    QCOMPARE(file.tell(), kChunk);
+    QCOMPARE(file.read(&byte, 1), 1U);
+    QCOMPARE(byte, 'b');
+    file.unreadCh(byte);
+    file.unreadCh('a');
+    QCOMPARE(file.read(&byte, 1), 1U);
+    QCOMPARE(byte, 'a');
+}
+
+void QpdfIoTest::emptyFile()
+{
+    Folder folder;
+    pdfcore::QFileInput file(folder.add(u"bytes"_s, {}));
+    char byte = 'x';
+    QCOMPARE(file.read(&byte, 1), 0U);
+    QCOMPARE(file.findAndSkipNextEOL(), 0);
+    file.seek(0, SEEK_END);
+    QCOMPARE(file.tell(), 0);
+}
+
+void QpdfIoTest::outputTakesEverything()
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QVERIFY(buffer.open(QIODevice::WriteOnly));
+    pdfcore::QDeviceOutput output(buffer);
+    output.writeString("one ");
+    output.write(nullptr, 0);
+    output.writeString("two");
+    output.finish();
+    QCOMPARE(bytes, "one two");
+    QVERIFY(!output.hasFailed());
+}
+
+void QpdfIoTest::outputThatIsRefusedThrows_data()
+{
+    QTest::addColumn<int>("room");
+    QTest::newRow("nothing") << 0;
+    QTest::newRow("the header") << 9;
+    QTest::newRow("a part") << 100;
+    QTest::newRow("all but one byte") << -1;
+}
+
+void QpdfIoTest::outputThatIsRefusedThrows()
+{
+    QFETCH(int, room);
+    const QByteArray document = PdfFixture::pagesByNumber(3);
+    const auto write = [&document](QIODevice &device, bool *failed) {
+        QPDF pdf;
+        pdf.processMemoryFile("fixture", document.constData(),
+                              static_cast<size_t>(document.size()));
+        pdfcore::QDeviceOutput output(device);
+        QPDFWriter writer(pdf);
+        writer.setDeterministicID(true);
+        writer.setOutputPipeline(&output);
+        try {
+            writer.write();
+        } catch (const std::runtime_error &error) {
+            *failed = true;
+            return output.hasFailed() ? QString::fromUtf8(error.what()) : QString();
+        }
+        return QString();
+    };
+    QBuffer whole;
+    QVERIFY(whole.open(QIODevice::WriteOnly));
+    bool failed = false;
+    write(whole, &failed);
+    QVERIFY(!failed);
+    if (room < 0)
+        room = static_cast<int>(whole.size()) - 1;
+    SmallDevice device(room);
+    const QString reason = write(device, &failed);
+    QVERIFY(failed);
+    QVERIFY2(!reason.isEmpty(), "the output does not know that it failed");
+}
+
+QTEST_GUILESS_MAIN(QpdfIoTest)
+#include "tst_qpdf_io.moc"
