@@ -1,6 +1,7 @@
 #include "app/title_bar.h"
 
 #include "app/language_manager.h"
+#include "app/maximize_button.h"
 #include "widgets/theme.h"
 
 #include <QEvent>
@@ -37,20 +38,6 @@ constexpr QLatin1String kStyle(
     "QPushButton#closeBtn:pressed { background: #C93F3F; }");
 
 } // namespace
-
-/// The maximise button. Its property "maximized" is the title bar's record of the window's state;
-/// it stands in front of the one of QWidget, which is read-only and tells of the button itself.
-class MaximizeButton final : public QPushButton
-{
-    Q_OBJECT
-    Q_PROPERTY(bool maximized MEMBER m_maximized)
-
-public:
-    using QPushButton::QPushButton;
-
-private:
-    bool m_maximized = false;
-};
 
 TitleBar::TitleBar(QWidget *parent)
     : QWidget(parent)
@@ -140,5 +127,3 @@ void TitleBar::updateMaximizeToolTip()
     const bool maximized = m_maximizeButton->property(kMaximizedProperty).toBool();
     m_maximizeButton->setToolTip(maximized ? tr("还原") : tr("最大化"));
 }
-
-#include "title_bar.moc"

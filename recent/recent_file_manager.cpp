@@ -76,7 +76,7 @@ void RecentFileManager::load()
     if (error.error != QJsonParseError::NoError)
         return;
     const QJsonArray entries = document.object().value(kListKey).toArray();
-    for (const QJsonValue &entry : entries) {
+    for (const auto &entry : entries) {
         const QString path = entry.toString();
         if (!path.isEmpty())
             m_files.append(path);
