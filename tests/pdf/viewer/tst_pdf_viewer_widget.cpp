@@ -104,6 +104,8 @@ private slots:
 
 private:
     [[nodiscard]] QString fileWith(const QString &name, const QByteArray &data) const;
+    /// A file of two pages with the password "geheim".
+    [[nodiscard]] QString secretFile() const;
     [[nodiscard]] PdfDocumentView *view() const { return m_viewer->findChild<PdfDocumentView *>(); }
     [[nodiscard]] PdfDocumentModel *model() const
     {
