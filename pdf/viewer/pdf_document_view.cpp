@@ -29,9 +29,9 @@ constexpr QColor kShadowColor{15, 23, 42, 32};
 // %1 background
 constexpr QLatin1String kStyleSheet{R"(
 #pdfDocumentView { background: %1; border: none; }
-#pdfDocumentView QScrollBar { background: transparent; margin: 2px; border: none; }
-#pdfDocumentView QScrollBar:vertical { width: 10px; }
-#pdfDocumentView QScrollBar:horizontal { height: 10px; }
+#pdfDocumentView QScrollBar { background: transparent; border: none; }
+#pdfDocumentView QScrollBar:vertical { width: 10px; margin: 2px 1px; }
+#pdfDocumentView QScrollBar:horizontal { height: 10px; margin: 1px 2px; }
 #pdfDocumentView QScrollBar::handle { background: #B8C0CE; border-radius: 4px; }
 #pdfDocumentView QScrollBar::handle:hover { background: #98A3B5; }
 #pdfDocumentView QScrollBar::handle:vertical { min-height: 32px; }
@@ -45,14 +45,24 @@ constexpr QLatin1String kStyleSheet{R"(
 #pdfDocumentView::corner { background: transparent; border: none; }
 )"};
 
+/// Fills a line one pixel wide along the inner edge of `rect`. A pen would lie half outside where
+/// a logical pixel has several device pixels.
+void drawInnerBorder(QPainter &painter, const QRect &rect, const QColor &color)
+{
+    painter.fillRect(QRect(rect.left(), rect.top(), rect.width(), 1), color);
+    painter.fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), color);
+    painter.fillRect(QRect(rect.left(), rect.top(), 1, rect.height()), color);
+    painter.fillRect(QRect(rect.right(), rect.top(), 1, rect.height()), color);
+}
+
 void drawPageFrame(QPainter &painter, const QRect &page)
 {
     painter.fillRect(page.translated(0, kShadowOffset), kShadowColor);
     painter.fillRect(page, Theme::white);
-    painter.setPen(QPen(Theme::border, 1));
-    painter.drawRect(page.adjusted(0, 0, -1, -1));
+    drawInnerBorder(painter, page, Theme::border);
 }
 
+/// Draws into a rectangle of the viewport. The painter must not be transformed.
 void drawPageImage(QPainter &painter, const QRect &page, const QImage &image)
 {
     const double ratio = painter.device()->devicePixelRatioF();
@@ -63,10 +73,9 @@ void drawPageImage(QPainter &painter, const QRect &page, const QImage &image)
     // One pixel of the image per pixel of the screen. With fractional scaling the page's corner
     // falls between two screen pixels, which would blur the whole page.
     const QTransform toDevice = painter.deviceTransform();
-    painter.save();
     painter.setWorldTransform(toDevice.inverted());
     painter.drawImage(toDevice.map(QPointF(page.topLeft())).toPoint(), image);
-    painter.restore();
+    painter.resetTransform();
 }
 
 } // namespace
@@ -239,7 +248,6 @@ void PdfDocumentView::paintEvent(QPaintEvent * /*event*/)
     painter.fillRect(viewport()->rect(), Theme::canvas);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const QRect region = visibleRegion();
-    painter.translate(-region.topLeft());
     const auto [first, end] = pagesMeeting(m_layout, region.adjusted(0, -kShadowOffset, 0, 0));
     for (int row = first; row < end; ++row) {
         drawPage(painter, row);
@@ -613,7 +621,7 @@ void PdfDocumentView::updatePage(PdfPageId id)
 
 void PdfDocumentView::drawPage(QPainter &painter, int row) const
 {
-    const QRect &page = m_layout.pages.at(row);
+    const QRect page = m_layout.pages.at(row).translated(-scrollOffset());
     drawPageFrame(painter, page);
     const PdfPageRecord *record = recordAt(row);
     const PageImageLoader::HeldImage *held = record ? m_images.image(record->id) : nullptr;

@@ -2,8 +2,10 @@
 #include "pdf/core/pdf_render_manager.h"
 #include "pdf/viewer/pdf_document_view.h"
 #include "tests/pdf/viewer/shown_view.h"
+#include "widgets/theme.h"
 
 #include <QApplication>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -37,7 +39,9 @@ class TestPdfDocumentViewScaled final : public QObject
 
 private slots:
     void imagesHaveTheResolutionOfTheScreen();
+    void imagesAreDrawnPixelByPixel_data();
     void imagesAreDrawnPixelByPixel();
+    void waitingPageHasItsBorderInside();
 };
 
 void TestPdfDocumentViewScaled::imagesHaveTheResolutionOfTheScreen()
@@ -48,10 +52,19 @@ void TestPdfDocumentViewScaled::imagesHaveTheResolutionOfTheScreen()
     QTRY_VERIFY(shown.probe.hasRendered(0, QSize(527, 356)));
 }
 
+void TestPdfDocumentViewScaled::imagesAreDrawnPixelByPixel_data()
+{
+    QTest::addColumn<QPoint>("scroll");
+    QTest::newRow("at the start") << QPoint(0, 0);
+    QTest::newRow("scrolled") << QPoint(11, 7);
+    QTest::newRow("scrolled on") << QPoint(33, 101);
+}
+
 void TestPdfDocumentViewScaled::imagesAreDrawnPixelByPixel()
 {
+    QFETCH(QPoint, scroll);
     PdfDocumentModel model;
-    model.setPages(recordsOfSizes({{301, 203}}), false);
+    model.setPages(recordsOfSizes({{501, 403}}), false);
     PdfRenderManager manager(nullptr, renderCheckerboards);
     PdfDocumentView view;
     view.setModel(&model);
@@ -61,22 +74,41 @@ void TestPdfDocumentViewScaled::imagesAreDrawnPixelByPixel()
     const QSignalSpy painted(&view, &PdfDocumentView::firstPagePainted);
     view.show();
     QTRY_COMPARE(painted.size(), 1);
+    view.horizontalScrollBar()->setValue(scroll.x());
+    view.verticalScrollBar()->setValue(scroll.y());
+    QCOMPARE(QPoint(view.horizontalScrollBar()->value(), view.verticalScrollBar()->value()),
+             scroll);
 
     const QImage image = view.viewport()->grab().toImage();
     QCOMPARE(image.devicePixelRatio(), kScale);
-    // The page is at (50, 32) and 301 × 203 large, in logical pixels.
-    const QRect inside(100, 70, 400, 300);
-    const QRgb first = image.pixel(inside.topLeft());
-    QVERIFY(first == qRgb(255, 255, 255) || first == qRgb(0, 0, 0));
-    const QRgb second = first == qRgb(0, 0, 0) ? qRgb(255, 255, 255) : qRgb(0, 0, 0);
+    // The page begins at (32, 32) of the content; its first pixel is white.
+    const QPoint corner = (QPointF(QPoint(32, 32) - scroll) * kScale).toPoint();
+    const QRect inside = QRect(corner, QSize(877, 706)).intersected(image.rect());
+    QVERIFY(inside.width() > 500 && inside.height() > 400);
     int wrong = 0;
-    for (int y = 0; y < inside.height(); ++y) {
-        for (int x = 0; x < inside.width(); ++x) {
-            const QRgb expected = (x + y) % 2 == 0 ? first : second;
-            wrong += image.pixel(inside.left() + x, inside.top() + y) == expected ? 0 : 1;
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x) {
+            const bool isWhite = (x - corner.x() + y - corner.y()) % 2 == 0;
+            wrong += image.pixel(x, y) == (isWhite ? 0xFFFFFFFF : 0xFF000000) ? 0 : 1;
         }
     }
     QCOMPARE(wrong, 0);
+}
+
+void TestPdfDocumentViewScaled::waitingPageHasItsBorderInside()
+{
+    PdfDocumentModel model;
+    model.setPages(recordsOfSizes({{300, 200}}), false);
+    PdfDocumentView view;
+    view.setModel(&model);
+    view.resize(400, 300);
+    view.show();
+    view.setZoomFactor(1.0);
+    const QImage image = view.viewport()->grab().toImage();
+    // The page is at (50, 32): from 87.5 and 56 in device pixels.
+    QCOMPARE(image.pixelColor(300, 55), Theme::canvas);
+    QCOMPARE(image.pixelColor(300, 56), Theme::border);
+    QCOMPARE(image.pixelColor(300, 58), Theme::white);
 }
 
 int main(int argc, char **argv)
