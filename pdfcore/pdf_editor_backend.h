@@ -33,7 +33,8 @@ struct PdfSourcePage
     qint32 rotation = 0;
     /// Size in points (1/72 inch) before `rotation`; for a blank page the size to create.
     QSizeF pageSize;
-    /// True for a page that is created empty instead of copied from a file.
+    /// True for a page that is created empty instead of copied from a file; a page that names no
+    /// file is created empty as well.
     bool isBlank = false;
 };
 

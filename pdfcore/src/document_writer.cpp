@@ -5,6 +5,7 @@
 #include "pdfcore/src/qpdf_io.h"
 #include "pdfcore/src/qpdf_source.h"
 #include "pdfcore/src/session_pool.h"
+#include "pdfcore/src/source_page.h"
 
 #include <QHash>
 #include <QPair>
@@ -87,7 +88,7 @@ void addCopy(QPDF &output, QPDFObjectHandle page, int rotation)
 EngineError addPages(const QList<PdfSourcePage> &pages, Sources &sources, QPDF &output)
 {
     for (const PdfSourcePage &page : pages) {
-        if (page.isBlank) {
+        if (isBlankPage(page)) {
             QPDFObjectHandle blank = newBlankPage(output, page.pageSize);
             turnPage(blank, QPDFObjectHandle::newNull(), page.rotation);
             output.addPage(blank, false);

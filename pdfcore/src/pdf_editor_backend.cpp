@@ -3,6 +3,7 @@
 #include "pdfcore/src/document_writer.h"
 #include "pdfcore/src/engine_error.h"
 #include "pdfcore/src/session_pool.h"
+#include "pdfcore/src/source_page.h"
 
 #include <exception>
 #include <optional>
@@ -45,7 +46,7 @@ public:
                             .arg(size.height())};
             return {};
         }
-        if (page.isBlank)
+        if (pdfcore::isBlankPage(page))
             return renderBlank(size, outcome);
         if (!borrow(page, outcome))
             return {};
