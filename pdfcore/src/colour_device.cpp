@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstring>
 
@@ -18,6 +19,12 @@ constexpr unsigned kCallsPerClockLook = 32;
 /// Largest shading, in device pixels, that is painted in its own colours and then converted.
 constexpr double kMaxShadePixels = 64.0 * 1024 * 1024;
 
+/// Pixels that the tiles of one pattern may cover together, several seconds of work in one call.
+constexpr double kMaxTilePixels = 5e9;
+
+/// Pixels for which placing a tile counts, however small it is.
+constexpr double kPixelsPerTile = 20;
+
 /// Images whose converted form is kept while a page is painted.
 constexpr std::size_t kKeptImages = 16;
 
@@ -25,12 +32,13 @@ struct ConvertedImage
 {
     fz_image super;
     fz_image *original;
-    const ColourSpaces *spaces;
+    const ColourTransform *transform;
 };
 
 struct KeptImage
 {
     fz_image *original;
+    const ColourTransform *transform;
     fz_image *converted;
 };
 
@@ -44,6 +52,7 @@ struct ColourDevice
     fz_default_colorspaces *defaults;
     fz_rect area;
     unsigned callsUntilClock;
+    unsigned maskDepth; ///< Masks that are being made, from the first by luminosity on.
     std::array<KeptImage, kKeptImages> images;
     std::size_t nextImage;
 };
@@ -98,7 +107,11 @@ const ColourTransform *transformFor(fz_context *ctx, const ColourDevice &device,
     fz_colorspace *base = resolved(ctx, device, baseOf(space));
     for (int depth = 0; depth < 2 && baseOf(base) != base; ++depth)
         base = resolved(ctx, device, baseOf(base));
-    return device.spaces->transformOf(base);
+    const ColourTransform *transform = device.spaces->transformOf(base);
+    // A mask is no picture: its luminosity follows the plain formula, by which full black is none.
+    if (device.maskDepth > 0 && transform == ColourTransform::pressCmyk().get())
+        return nullptr;
+    return transform;
 }
 
 /// Values of `space` as values of its base space.
@@ -229,11 +242,9 @@ fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subare
             base = fz_convert_pixmap(ctx, decoded, baseOf(space), nullptr, nullptr,
                                      fz_default_color_params, 1);
             source = base;
-            space = baseOf(space);
         }
-        const ColourTransform *transform = own.spaces->transformOf(space);
-        if (transform != nullptr && transform->components() == fz_pixmap_colorants(ctx, source))
-            rgb = newRgbPixmap(ctx, source, *transform);
+        if (own.transform->components() == fz_pixmap_colorants(ctx, source))
+            rgb = newRgbPixmap(ctx, source, *own.transform);
         else
             rgb = fz_convert_pixmap(ctx, source, fz_device_rgb(ctx), nullptr, nullptr,
                                     fz_default_color_params, 1);
@@ -261,7 +272,7 @@ void dropConvertedImage(fz_context *ctx, fz_image *image)
     fz_drop_image(ctx, reinterpret_cast<ConvertedImage *>(image)->original);
 }
 
-fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourSpaces &spaces)
+fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourTransform *transform)
 {
     fz_image *created = fz_new_image_of_size(
         ctx, original->w, original->h, 8, fz_device_rgb(ctx), original->xres, original->yres,
@@ -269,7 +280,7 @@ fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourSpa
         &getConvertedPixmap, &convertedImageSize, &dropConvertedImage);
     auto *own = reinterpret_cast<ConvertedImage *>(created);
     own->original = fz_keep_image(ctx, original);
-    own->spaces = &spaces;
+    own->transform = transform;
     created->orientation = original->orientation;
     return created;
 }
@@ -277,17 +288,20 @@ fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourSpa
 /// The image to hand on for `image`: borrowed, itself where no conversion is needed.
 fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image)
 {
-    if (image->imagemask != 0 || transformFor(ctx, device, image->colorspace) == nullptr)
+    if (image->imagemask != 0)
+        return image;
+    const ColourTransform *transform = transformFor(ctx, device, image->colorspace);
+    if (transform == nullptr)
         return image;
     for (const KeptImage &kept : device.images) {
-        if (kept.original == image)
+        if (kept.original == image && kept.transform == transform)
             return kept.converted;
     }
-    fz_image *converted = newConvertedImage(ctx, image, *device.spaces);
+    fz_image *converted = newConvertedImage(ctx, image, transform);
     KeptImage &slot = device.images[device.nextImage];
     fz_drop_image(ctx, slot.original);
     fz_drop_image(ctx, slot.converted);
-    slot = {fz_keep_image(ctx, image), converted};
+    slot = {fz_keep_image(ctx, image), transform, converted};
     device.nextImage = (device.nextImage + 1) % kKeptImages;
     return converted;
 }
@@ -441,12 +455,18 @@ void popClip(fz_context *ctx, fz_device *dev)
 void beginMask(fz_context *ctx, fz_device *dev, fz_rect area, int luminosity, fz_colorspace *space,
                const float *backdrop, fz_color_params params)
 {
-    const PaintColour paint(ctx, self(dev), space, backdrop);
+    ColourDevice &own = self(dev);
+    if (luminosity != 0 || own.maskDepth > 0)
+        ++own.maskDepth;
+    const PaintColour paint(ctx, own, space, backdrop);
     fz_begin_mask(ctx, target(dev), area, luminosity, paint.space, paint.values, params);
 }
 
 void endMask(fz_context *ctx, fz_device *dev)
 {
+    ColourDevice &own = self(dev);
+    if (own.maskDepth > 0)
+        --own.maskDepth;
     fz_end_mask(ctx, target(dev));
 }
 
@@ -465,9 +485,27 @@ void endGroup(fz_context *ctx, fz_device *dev)
     fz_end_group(ctx, target(dev));
 }
 
+/// How many pixels painting `area` with tiles that show `view` touches.
+double tilePixels(const ColourDevice &device, fz_rect area, fz_rect view, float xStep, float yStep,
+                  fz_matrix ctm)
+{
+    const auto count = [](float from, float to, float step) {
+        return std::abs((static_cast<double>(to) - from) / step) + 1;
+    };
+    const fz_rect tile = fz_transform_rect(view, ctm);
+    const double width = std::min(tile.x1 - tile.x0, device.area.x1 - device.area.x0);
+    const double height = std::min(tile.y1 - tile.y0, device.area.y1 - device.area.y0);
+    return count(area.x0, area.x1, xStep) * count(area.y0, area.y1, yStep) *
+           (width * height + kPixelsPerTile);
+}
+
 int beginTile(fz_context *ctx, fz_device *dev, fz_rect area, fz_rect view, float xStep, float yStep,
               fz_matrix ctm, int id)
 {
+    if (tilePixels(self(dev), area, view, xStep, yStep, ctm) > kMaxTilePixels) {
+        self(dev).cookie->abort = 1;
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the tiles of a pattern lie too close together");
+    }
     return fz_begin_tile_id(ctx, target(dev), area, view, xStep, yStep, ctm, id);
 }
 

@@ -219,7 +219,7 @@ EngineError DocumentSession::openDocument()
                                                    : QStringLiteral("There is no such file.")};
     }
     QString reason;
-    fz_stream *stream = openFileStream(m_context.get(), m_file.path, &reason);
+    fz_stream *stream = openFileStream(m_context, m_file.path, &reason);
     if (stream == nullptr)
         return {PdfBackendError::FileNotFound, reason};
 
@@ -399,7 +399,9 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
             }
         },
         &reason);
-    const BudgetBreach breach = m_context.endWork();
+    BudgetBreach breach = m_context.endWork();
+    if (breach == BudgetBreach::None && cookie.abort != 0)
+        breach = BudgetBreach::Time;
     if (breach != BudgetBreach::None) {
         m_usable = false;
         *outcome = budgetError(breach, PdfBackendError::RenderFailed);

@@ -1,5 +1,7 @@
 #include "pdfcore/src/mupdf_file_stream.h"
 
+#include "pdfcore/src/mupdf_context.h"
+
 #include <QFile>
 
 #include <array>
@@ -15,6 +17,11 @@ constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 
 struct FileState
 {
+    explicit FileState(MupdfContext &owner)
+        : context(owner)
+    {}
+
+    MupdfContext &context;
     QFile file;
     std::array<unsigned char, kChunkBytes> chunk;
 };
@@ -27,6 +34,8 @@ FileState &stateOf(fz_stream *stream)
 int readNext(fz_context *ctx, fz_stream *stream, std::size_t /*max*/)
 {
     FileState &state = stateOf(stream);
+    if (state.context.isOutOfTime())
+        fz_throw(ctx, FZ_ERROR_GENERIC, "out of time");
     const qint64 got = state.file.read(reinterpret_cast<char *>(state.chunk.data()), kChunkBytes);
     if (got < 0)
         fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be read");
@@ -64,9 +73,10 @@ void dropFile(fz_context * /*ctx*/, void *state)
 
 } // namespace
 
-fz_stream *openFileStream(fz_context *ctx, const QString &path, QString *reason)
+fz_stream *openFileStream(MupdfContext &context, const QString &path, QString *reason)
 {
-    auto state = std::make_unique<FileState>();
+    fz_context *ctx = context.get();
+    auto state = std::make_unique<FileState>(context);
     state->file.setFileName(path);
     if (!state->file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         *reason = state->file.errorString();
