@@ -7,6 +7,7 @@
 #include "widgets/theme.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QRegion>
@@ -25,6 +26,7 @@ FramelessWindow::FramelessWindow(QWidget *parent)
     , m_lowerCorners{new WindowCorner(Qt::BottomLeftCorner, this),
                      new WindowCorner(Qt::BottomRightCorner, this)}
 {
+    setWindowTitle(QGuiApplication::applicationDisplayName());
     setMinimumSize(kMinimumSize);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);

@@ -157,6 +157,7 @@ void TestStartup::windowShowsTheWorkspace()
     QCOMPARE(window->size(), QSize(1160, 780));
     QVERIFY(!window->isMaximized());
     QVERIFY(window->isWindow());
+    QCOMPARE(window->windowTitle(), QStringLiteral("Quillora"));
     const auto *page = window->findChild<MainPage *>();
     QCOMPARE(page->geometry(), QRect(1, 40, 1158, 739));
     QCOMPARE(tabsOf(*window)->count(), 1);
