@@ -1,5 +1,7 @@
 #include "pdfcore/src/mupdf_context.h"
 
+#include "pdfcore/src/system_fonts.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -62,6 +64,7 @@ MupdfContext::MupdfContext()
         return;
     fz_set_warning_callback(m_context, &discardMessage, nullptr);
     fz_set_error_callback(m_context, &discardMessage, nullptr);
+    useSystemFonts(m_context);
 }
 
 MupdfContext::~MupdfContext()
