@@ -2,6 +2,7 @@
 #include "app/language_manager.h"
 #include "app/main_page.h"
 #include "app/tool_table.h"
+#include "pdf/core/pdf_document_model.h"
 #include "pdf/viewer/pdf_show_page.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
 #include "recent/recent_file_manager.h"
@@ -65,6 +66,7 @@ private slots:
     void failedOpenLeavesNoTabButIsRecorded();
     void cancelledPasswordLeavesNoTabButIsRecorded();
     void viewerTabCloses();
+    void viewerWithUnsavedChangesKeepsItsTab();
     void homePageRequestsAreCarriedOut();
 
 private:
@@ -449,6 +451,26 @@ void TestMainPage::viewerTabCloses()
     QTRY_VERIFY(!viewer);
     m_page->openFile(m_pdf);
     QCOMPARE(tabs()->count(), 3);
+}
+
+void TestMainPage::viewerWithUnsavedChangesKeepsItsTab()
+{
+    m_page->openFile(m_pdf);
+    m_page->openTool(1);
+    auto *model = tabs()->widget(1)->findChild<PdfDocumentModel *>();
+    QVERIFY(model);
+    model->setModified(true);
+    const QPointer<QWidget> viewer = tabs()->widget(1);
+    const ModalAnswers answers({QStringLiteral("messageBoxCancelButton")});
+    QTest::mouseClick(tabs()->tabBar()->tabButton(1, QTabBar::RightSide), Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(viewer);
+    QCOMPARE(tabs()->count(), 3);
+    QCOMPARE(tabs()->widget(1), viewer.data());
+
+    model->setModified(false);
+    QTest::mouseClick(tabs()->tabBar()->tabButton(1, QTabBar::RightSide), Qt::LeftButton);
+    QCOMPARE(tabs()->count(), 2);
 }
 
 void TestMainPage::homePageRequestsAreCarriedOut()
