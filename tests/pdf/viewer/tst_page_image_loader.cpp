@@ -50,6 +50,7 @@ private slots:
     void requestInFlightIsNotRepeated();
     void anotherSizeIsRequestedAndReplacesTheImage();
     void supersededResultIsIgnored();
+    void resultOfAnotherRequestIsIgnored();
     void resultForAPageThatIsHeldAlreadyIsIgnored();
     void forgottenPageIgnoresItsResult();
     void thumbnailsAreIgnored();
@@ -152,6 +153,21 @@ void TestPageImageLoader::supersededResultIsIgnored()
     drain();
     QCOMPARE(arrived.size(), 1);
     QCOMPARE(m_loader->image(idOf(0))->size, kSize);
+}
+
+void TestPageImageLoader::resultOfAnotherRequestIsIgnored()
+{
+    QImage foreign(kSize, QImage::Format_RGB32);
+    foreign.fill(Qt::black);
+    m_probe->hold();
+    m_loader->request(visible(0, 0));
+    constexpr quint64 kForeignRequest = 77;
+    emit m_manager->pageRendered(idOf(0), kSize, PdfRenderPurpose::PageView, kForeignRequest, 0,
+                                 foreign);
+    QVERIFY(!m_loader->image(idOf(0)));
+    m_probe->release();
+    QTRY_VERIFY(m_loader->image(idOf(0)));
+    QCOMPARE(m_loader->image(idOf(0))->image.pixelColor(0, 0), RenderProbe::colorOf(0));
 }
 
 void TestPageImageLoader::resultForAPageThatIsHeldAlreadyIsIgnored()

@@ -215,18 +215,20 @@ void TestPdfDocumentViewImages::foreignResultIsIgnored()
     shown.view.setZoomFactor(1.0);
     QVERIFY(shown.waitForVisiblePages());
     QTest::qWait(50);
-    // The page has no image and a request of the view is out; the answer to another one comes.
     shown.manager.clearCache();
-    shown.probe.setFailing(0, true);
+    shown.probe.forgetRenders();
+    shown.probe.hold();
     shown.model.setPages(recordsOfSizes(a4Pages(1)), false);
-    const QSignalSpy failed(&shown.manager, &PdfRenderManager::pageRenderFailed);
-    QTRY_COMPARE(failed.size(), 1);
-    shown.probe.setFailing(0, false);
-    const QSignalSpy rendered(&shown.manager, &PdfRenderManager::pageRendered);
-    shown.manager.requestPage(*shown.model.pageAt(0), targetOf(shown, 0),
-                              PdfRenderPurpose::PageView, shown.model.documentRevision());
-    QTRY_COMPARE(rendered.size(), 1);
-    QVERIFY(colorInViewport(shown, {432, 150}) != RenderProbe::colorOf(0));
+    const QSize size = targetOf(shown, 0);
+    QTRY_VERIFY(shown.probe.hasRendered(0, size));
+    QImage foreign(size, QImage::Format_RGB32);
+    foreign.fill(Qt::black);
+    constexpr quint64 kForeignRequest = 7777;
+    emit shown.manager.pageRendered(1, size, PdfRenderPurpose::PageView, kForeignRequest,
+                                    shown.model.documentRevision(), foreign);
+    QVERIFY(colorInViewport(shown, {432, 150}) != QColor(Qt::black));
+    shown.probe.release();
+    QTRY_COMPARE(colorInViewport(shown, {432, 150}), RenderProbe::colorOf(0));
 }
 
 void TestPdfDocumentViewImages::failedPageIsAskedForAgainOnlyAtTheNextPass()
@@ -305,13 +307,16 @@ void TestPdfDocumentViewImages::scrollingBackWhileRendersWaitShowsThePage()
 void TestPdfDocumentViewImages::cancelledRequestsAreMadeAgain()
 {
     ShownView shown(a4Pages(3));
+    QVERIFY(shown.waitForVisiblePages());
+    QTest::qWait(50);
     shown.probe.hold();
     shown.view.setZoomFactor(1.0);
-    QTRY_VERIFY(shown.probe.hasRendered(0, targetOf(shown, 0)));
+    const RenderProbe::Render wanted{0, 0, targetOf(shown, 0)};
+    QTRY_VERIFY(shown.probe.renders().contains(wanted));
     shown.manager.cancelAll();
     shown.view.restartRequests();
     shown.probe.release();
-    QTRY_COMPARE(colorInViewport(shown, {432, 300}), RenderProbe::colorOf(0));
+    QTRY_COMPARE(shown.probe.renders().count(wanted), 2);
 }
 
 void TestPdfDocumentViewImages::hiddenViewWaitsUntilItIsShown()
