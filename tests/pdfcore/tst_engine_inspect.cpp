@@ -195,7 +195,7 @@ void EngineInspectTest::outputArgumentsMayBeNull()
     QVERIFY(PdfEditorBackend::saveDocument({filePage(path)}, folder.path(u"out.pdf"_s), nullptr,
                                            nullptr));
     QVERIFY(!PdfEditorBackend::inspectDocument({}, {}, nullptr, nullptr, nullptr));
-    QVERIFY(PdfEditorBackend::renderPage(filePage({}), {9, 9}, nullptr, nullptr).isNull());
+    QVERIFY(PdfEditorBackend::renderPage(filePage(path, 7), {9, 9}, nullptr, nullptr).isNull());
     QVERIFY(!PdfEditorBackend::saveDocument({}, {}, nullptr, nullptr));
 }
 

@@ -51,6 +51,7 @@ class EngineRenderTest : public QObject
 
 private slots:
     void blankPageAndFilePageInOneBatch();
+    void pageWithoutFileIsBlank();
     void oneFailingPageDoesNotSpoilTheBatch();
     void imagesComeInRequestOrder();
     void emptyBatchGivesNothing();
@@ -99,13 +100,27 @@ void EngineRenderTest::blankPageAndFilePageInOneBatch()
     COMPARE_COLOUR(middle(images.at(1)), PdfFixture::numberColour(7), 1);
 }
 
+void EngineRenderTest::pageWithoutFileIsBlank()
+{
+    // A duplicate of a blank page names no file and is not marked as blank.
+    PdfSourcePage page = blankPage({100, 200}, 90);
+    page.isBlank = false;
+    QImage white(40, 20, QImage::Format_RGB32);
+    white.fill(Qt::white);
+    QCOMPARE(render(page, {40, 20}).image, white);
+    const Folder folder;
+    const QString target = folder.path(u"out.pdf"_s);
+    QVERIFY(save({page}, target).ok);
+    QCOMPARE(inspect(target).pageSizes, QList<QSizeF>{QSizeF(200, 100)});
+}
+
 void EngineRenderTest::oneFailingPageDoesNotSpoilTheBatch()
 {
     Folder folder;
     const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(3));
     const QString text = folder.add(u"text.pdf"_s, "no document");
     const QList<PdfSourcePage> failing{filePage(path, 3), filePage(path, -1), filePage(text),
-                                       filePage(folder.path(u"absent.pdf"_s)), filePage({})};
+                                       filePage(folder.path(u"absent.pdf"_s))};
     for (const PdfSourcePage &bad : failing) {
         QStringList errors{u"from before"_s};
         const QList<QImage> images = PdfEditorBackend::renderPages(

@@ -77,7 +77,6 @@ private slots:
     void blankPagesBetweenFilePages();
     void thousandPages();
     void thousandCopiesOfOnePage();
-    void outputsAreSound();
     void successClearsErrorAndMessage();
     void sourceIsOnlyRead();
     void targetMayBeASource();
@@ -101,8 +100,10 @@ private slots:
     void badSourcesLeaveTheTargetAlone_data();
     void badSourcesLeaveTheTargetAlone();
     void vanishedSourceLeavesTheTargetAlone();
-    void fullDiskLeavesTheTargetAlone();
     void savesOnSeveralThreads();
+    // Other programs are started last: ThreadSanitizer wants no new threads afterwards.
+    void outputsAreSound();
+    void fullDiskLeavesTheTargetAlone();
 };
 
 void EngineSaveTest::pagesComeInOrder()
