@@ -1,5 +1,6 @@
 #include "pdfcore/src/session_pool.h"
 
+#include <iterator>
 #include <utility>
 
 namespace pdfcore {
@@ -46,13 +47,12 @@ SessionPool::FileClosure::FileClosure(SessionPool &pool, const QString &path)
     std::unique_lock lock(m_pool.m_mutex);
     m_pool.m_closed.insert(m_key);
     for (auto it = m_pool.m_idle.begin(); it != m_pool.m_idle.end();) {
-        if (it->key == m_key) {
-            closing.push_back(std::move(it->session));
-            it = m_pool.m_idle.erase(it);
-        } else {
-            ++it;
-        }
+        const auto next = std::next(it);
+        if (it->key == m_key)
+            closing.splice(closing.end(), m_pool.m_idle, it);
+        it = next;
     }
+    m_pool.close(lock, std::move(closing));
     m_pool.m_changed.wait(lock, [this] { return !m_pool.m_lent.contains(m_key); });
 }
 
@@ -89,24 +89,24 @@ SessionPool::Lease SessionPool::acquire(const QString &path, const QString &pass
 {
     *outcome = {};
     const QString key = comparablePath(path);
+    // Whatever happens from here on, the entry among the lent ones goes with the lease.
+    Lease lease;
     Sessions outdated;
-    std::unique_ptr<DocumentSession> session;
     FileIdentity file;
     SessionBudgets budgets;
     {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return !m_closed.contains(key); });
         file = FileIdentity::of(path);
-        session = takeIdle(key, file, password, outdated);
-        budgets = m_budgets;
         m_lent.insert(key);
+        lease = Lease(this, key, takeIdle(key, file, password, outdated));
+        budgets = m_budgets;
     }
-    if (!session)
-        session = DocumentSession::open(file, password, budgets, outcome);
-    if (session)
-        return {this, key, std::move(session)};
-    giveBack(key, nullptr);
-    return {};
+    if (!lease)
+        lease.m_session = DocumentSession::open(file, password, budgets, outcome);
+    if (!lease)
+        return {};
+    return lease;
 }
 
 void SessionPool::setBudgets(const SessionBudgets &budgets)
@@ -132,9 +132,8 @@ std::size_t SessionPool::idleBytes() const
 
 void SessionPool::closeIdle()
 {
-    std::list<IdleSession> closing;
-    const std::lock_guard lock(m_mutex);
-    closing.swap(m_idle);
+    std::unique_lock lock(m_mutex);
+    close(lock, std::exchange(m_idle, {}));
 }
 
 std::unique_ptr<DocumentSession> SessionPool::takeIdle(const QString &key, const FileIdentity &file,
@@ -142,38 +141,48 @@ std::unique_ptr<DocumentSession> SessionPool::takeIdle(const QString &key, const
 {
     std::unique_ptr<DocumentSession> found;
     for (auto it = m_idle.begin(); it != m_idle.end();) {
-        if (it->key != key) {
-            ++it;
-            continue;
+        const auto next = std::next(it);
+        if (it->key == key) {
+            const FileIdentity &opened = it->session->file();
+            if (opened.size != file.size || opened.modified != file.modified) {
+                outdated.splice(outdated.end(), m_idle, it);
+            } else if (!found && it->session->password() == password) {
+                found = std::move(it->session);
+                m_idle.erase(it);
+            }
         }
-        const FileIdentity &opened = it->session->file();
-        const bool current = opened.size == file.size && opened.modified == file.modified;
-        if (current && (found || it->session->password() != password)) {
-            ++it;
-            continue;
-        }
-        if (current)
-            found = std::move(it->session);
-        else
-            outdated.push_back(std::move(it->session));
-        it = m_idle.erase(it);
+        it = next;
     }
     return found;
 }
 
 void SessionPool::giveBack(const QString &key, std::unique_ptr<DocumentSession> session)
 {
-    Sessions closing;
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
     m_lent.erase(m_lent.find(key));
     const bool keep = session && session->isUsable() && !m_closed.contains(key) && !m_stopping;
     if (keep) {
         m_idle.push_front({key, std::move(session), Clock::now()});
-        closing = takeSurplus();
     } else {
         // Closed before the wait for it ends: on some systems an open file cannot be replaced.
         session.reset();
     }
+    m_changed.notify_all();
+    close(lock, takeSurplus());
+}
+
+void SessionPool::close(std::unique_lock<std::mutex> &lock, Sessions sessions)
+{
+    if (sessions.empty())
+        return;
+    for (const IdleSession &idle : sessions)
+        m_lent.insert(idle.key);
+    lock.unlock();
+    for (IdleSession &idle : sessions)
+        idle.session.reset();
+    lock.lock();
+    for (const IdleSession &idle : sessions)
+        m_lent.erase(m_lent.find(idle.key));
     m_changed.notify_all();
 }
 
@@ -183,14 +192,12 @@ SessionPool::Sessions SessionPool::takeSurplus()
     std::size_t bytes = 0;
     std::size_t count = 0;
     for (auto it = m_idle.begin(); it != m_idle.end();) {
+        const auto next = std::next(it);
         bytes += it->session->bytesInUse();
         ++count;
-        if (count > m_limits.sessions || (count > 1 && bytes > m_limits.bytes)) {
-            surplus.push_back(std::move(it->session));
-            it = m_idle.erase(it);
-        } else {
-            ++it;
-        }
+        if (count > m_limits.sessions || (count > 1 && bytes > m_limits.bytes))
+            surplus.splice(surplus.end(), m_idle, it);
+        it = next;
     }
     return surplus;
 }
@@ -198,10 +205,8 @@ SessionPool::Sessions SessionPool::takeSurplus()
 SessionPool::Sessions SessionPool::takeExpired(Clock::time_point now)
 {
     Sessions expired;
-    while (!m_idle.empty() && now - m_idle.back().since >= m_limits.idleTime) {
-        expired.push_back(std::move(m_idle.back().session));
-        m_idle.pop_back();
-    }
+    while (!m_idle.empty() && now - m_idle.back().since >= m_limits.idleTime)
+        expired.splice(expired.end(), m_idle, std::prev(m_idle.end()));
     return expired;
 }
 
@@ -214,12 +219,7 @@ void SessionPool::keepHouse()
             continue;
         }
         m_changed.wait_until(lock, m_idle.back().since + m_limits.idleTime);
-        Sessions expired = takeExpired(Clock::now());
-        if (!expired.empty()) {
-            lock.unlock();
-            expired.clear();
-            lock.lock();
-        }
+        close(lock, takeExpired(Clock::now()));
     }
 }
 

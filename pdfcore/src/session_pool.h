@@ -47,6 +47,8 @@ public:
         DocumentSession *operator->() const { return m_session.get(); }
 
     private:
+        friend class SessionPool;
+
         void giveBack();
 
         SessionPool *m_pool = nullptr;
@@ -90,7 +92,6 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    using Sessions = std::list<std::unique_ptr<DocumentSession>>;
 
     struct IdleSession
     {
@@ -98,10 +99,13 @@ private:
         std::unique_ptr<DocumentSession> session;
         Clock::time_point since;
     };
+    using Sessions = std::list<IdleSession>;
 
     std::unique_ptr<DocumentSession> takeIdle(const QString &key, const FileIdentity &file,
                                               const QString &password, Sessions &outdated);
     void giveBack(const QString &key, std::unique_ptr<DocumentSession> session);
+    /// Closes sessions with the lock released. Until they are closed their files count as lent.
+    void close(std::unique_lock<std::mutex> &lock, Sessions sessions);
     Sessions takeSurplus();
     Sessions takeExpired(Clock::time_point now);
     void keepHouse();
@@ -110,8 +114,8 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     SessionBudgets m_budgets;
-    std::list<IdleSession> m_idle; ///< Most recently used first.
-    std::multiset<QString> m_lent;
+    Sessions m_idle;               ///< Most recently used first.
+    std::multiset<QString> m_lent; ///< One entry for each session that is in use or being closed.
     std::multiset<QString> m_closed;
     bool m_stopping = false;
     std::thread m_housekeeper;

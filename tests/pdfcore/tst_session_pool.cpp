@@ -3,8 +3,11 @@
 #include "tests/support/pdf_fixture.h"
 
 #include <QDateTime>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <atomic>
 #include <future>
 #include <memory>
@@ -33,6 +36,23 @@ bool isReady(Future &future, std::chrono::milliseconds time)
     return future.wait_for(time) == std::future_status::ready;
 }
 
+/// Whether this process has the file open, as far as the system tells.
+bool isOpen(const QString &path)
+{
+#ifdef Q_OS_WIN
+    const QString aside = path + u".aside"_s;
+    return !QFile::rename(path, aside) || !QFile::rename(aside, path);
+#else
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    const QFileInfoList handles =
+        QDir(u"/proc/self/fd"_s)
+            .entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    return std::any_of(handles.begin(), handles.end(), [&canonical](const QFileInfo &handle) {
+        return handle.symLinkTarget() == canonical;
+    });
+#endif
+}
+
 } // namespace
 
 /// How open documents are lent, kept and closed.
@@ -59,6 +79,7 @@ private slots:
     void sessionInDoubtIsNotKept();
     void closureClosesTheIdleSessionsOfItsFileOnly();
     void closureWaitsForABorrowedSession();
+    void closureWaitsForSessionsThatAreBeingClosed();
     void closureHoldsOthersBackUntilItEnds();
     void closureDoesNotHoldBackOtherFiles();
     void closureOfAnAbsentFile();
@@ -336,6 +357,32 @@ void SessionPoolTest::closureWaitsForABorrowedSession()
     QVERIFY(isReady(closing, kPatience));
     QVERIFY(!early);
     QVERIFY(!closedEarly);
+}
+
+void SessionPoolTest::closureWaitsForSessionsThatAreBeingClosed()
+{
+#if !defined(Q_OS_WIN) && !defined(Q_OS_LINUX)
+    QSKIP("This system does not tell which files are open.");
+#endif
+    PoolLimits limits;
+    limits.idleTime = 1ms;
+    SessionPool pool(limits);
+    EngineError outcome;
+    // Large enough, and often enough, for the closing to take a while.
+    const QString large = m_folder->add(u"large.pdf"_s, PdfFixture::pagesByNumber(5000));
+    std::vector<SessionPool::Lease> leases;
+    for (int i = 0; i < 5; ++i) {
+        leases.push_back(pool.acquire(large, {}, &outcome));
+        QVERIFY2(leases.back(), qPrintable(outcome.message));
+    }
+    QVERIFY(isOpen(large));
+    leases.clear();
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    while (pool.idleCount() != 0 && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::yield();
+    // No longer idle, but the thread that closes them has only begun.
+    const SessionPool::FileClosure closure(pool, large);
+    QVERIFY(!isOpen(large));
 }
 
 void SessionPoolTest::closureHoldsOthersBackUntilItEnds()
