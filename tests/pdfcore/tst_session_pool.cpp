@@ -64,6 +64,7 @@ private slots:
     void init();
     void idleSessionIsReused();
     void otherSpellingOfThePathReusesTheSession();
+    void otherLettersAreTheSameFileOnWindows();
     void twoBorrowersGetTwoSessions();
     void changedSizeIsReopened();
     void changedTimeIsReopened();
@@ -130,6 +131,28 @@ void SessionPoolTest::otherSpellingOfThePathReusesTheSession()
         pool.acquire(m_folder->path() + u"/./file.pdf"_s, {}, &outcome);
     QVERIFY(lease);
     QCOMPARE(pool.idleCount(), 0);
+}
+
+void SessionPoolTest::otherLettersAreTheSameFileOnWindows()
+{
+    SessionPool pool;
+    EngineError outcome;
+    pool.acquire(m_path, {}, &outcome);
+    const QString upper = m_folder->path(u"FILE.PDF"_s);
+#ifdef Q_OS_WIN
+    QVERIFY(pool.acquire(upper, {}, &outcome));
+    QCOMPARE(pool.idleCount(), 1);
+    const SessionPool::FileClosure closure(pool, upper);
+    QCOMPARE(pool.idleCount(), 0);
+#else
+    if (QFileInfo::exists(upper))
+        QSKIP("The file system does not tell the names apart.");
+    m_folder->add(u"FILE.PDF"_s, PdfFixture::pagesByNumber(3));
+    QVERIFY(pool.acquire(upper, {}, &outcome));
+    QCOMPARE(pool.idleCount(), 2);
+    const SessionPool::FileClosure closure(pool, upper);
+    QCOMPARE(pool.idleCount(), 1);
+#endif
 }
 
 void SessionPoolTest::twoBorrowersGetTwoSessions()
