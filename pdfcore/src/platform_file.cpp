@@ -45,12 +45,22 @@ void syncFolder(const QString &path)
 #endif
 }
 
+QString extendedWindowsPath(const QString &path)
+{
+    QString native = path;
+    native.replace(u'/', u'\\');
+    if (native.startsWith(QLatin1String("\\\\?\\")))
+        return native;
+    if (native.startsWith(QLatin1String("\\\\")))
+        return QStringLiteral("\\\\?\\UNC\\") + native.mid(2);
+    return QStringLiteral("\\\\?\\") + native;
+}
+
 bool replaceFile(const QString &from, const QString &to, QString *reason)
 {
 #ifdef Q_OS_WIN
     const auto native = [](const QString &path) {
-        const QString absolute = QDir::toNativeSeparators(QDir(path).absolutePath());
-        return (QStringLiteral("\\\\?\\") + absolute).toStdWString();
+        return extendedWindowsPath(QDir(path).absolutePath()).toStdWString();
     };
     if (MoveFileExW(native(from).c_str(), native(to).c_str(),
                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)

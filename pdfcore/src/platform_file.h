@@ -12,6 +12,10 @@ bool syncToDisk(QFileDevice &file);
 /// Makes sure that a rename in the folder at `path` has reached the disk, where that is possible.
 void syncFolder(const QString &path);
 
+/// The spelling of an absolute path by which Windows takes it at any length and as it stands; a
+/// path on a network share has one of its own. Computed alike on every system.
+[[nodiscard]] QString extendedWindowsPath(const QString &path);
+
 /// Moves `from` over `to`, which may exist, in one step within one folder.
 ///
 /// On failure both files are as they were and the reason is in `reason`.
