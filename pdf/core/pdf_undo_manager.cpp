@@ -1,0 +1,149 @@
+#include "pdf/core/pdf_undo_manager.h"
+
+#include "pdf/core/pdf_document_model.h"
+
+#include <QUndoCommand>
+#include <QUndoStack>
+
+#include <type_traits>
+#include <utility>
+
+namespace {
+
+/// One step: the page lists from before and after an edit that was already made.
+class PageSnapshotCommand final : public QUndoCommand
+{
+public:
+    PageSnapshotCommand(const QString &text, PdfDocumentModel *model, QList<PdfPageRecord> before,
+                        QList<PdfPageRecord> after)
+        : QUndoCommand(text)
+        , m_model(model)
+        , m_before(std::move(before))
+        , m_after(std::move(after))
+    {}
+
+    void undo() override { m_model->setPages(m_before, true); }
+
+    void redo() override
+    {
+        if (!std::exchange(m_skipFirstRedo, false)) {
+            m_model->setPages(m_after, true);
+        }
+    }
+
+private:
+    PdfDocumentModel *m_model;
+    QList<PdfPageRecord> m_before;
+    QList<PdfPageRecord> m_after;
+    bool m_skipFirstRedo = true;
+};
+
+} // namespace
+
+PdfUndoManager::PdfUndoManager(PdfDocumentModel *model, QObject *parent)
+    : QObject(parent)
+    , m_model(model)
+    , m_stack(new QUndoStack(this))
+{
+    connect(m_stack, &QUndoStack::indexChanged, this,
+            [this] { m_model->setModified(!m_stack->isClean()); });
+    connect(m_model, &PdfDocumentModel::rowsAboutToBeMoved, this, &PdfUndoManager::observeMove);
+    // The model finishes a move, its revision above all, only after this notification.
+    connect(m_model, &PdfDocumentModel::rowsMoved, this, [this] {
+        QMetaObject::invokeMethod(this, &PdfUndoManager::recordObservedMove, Qt::QueuedConnection);
+    });
+}
+
+PdfUndoManager::~PdfUndoManager() = default;
+
+template <typename Edit>
+auto PdfUndoManager::perform(const QString &text, Edit edit)
+{
+    // A move whose turn has not come yet belongs before this edit.
+    recordObservedMove();
+    const StartingPoint start = currentState();
+    if constexpr (std::is_void_v<decltype(edit())>) {
+        edit();
+        record(text, start);
+    } else {
+        auto result = edit();
+        record(text, start);
+        return result;
+    }
+}
+
+bool PdfUndoManager::insertPdf(const QString &path, int row, const QString &password,
+                               PdfBackendError *error, QString *message)
+{
+    return perform(tr("插入 PDF"),
+                   [&] { return m_model->insertDocument(path, row, password, error, message); });
+}
+
+PdfPageId PdfUndoManager::insertBlankPage(int row, QSizeF size)
+{
+    return perform(tr("插入空白页"), [&] { return m_model->insertBlankPage(row, size); });
+}
+
+QList<PdfPageId> PdfUndoManager::duplicatePages(const QList<PdfPageId> &ids)
+{
+    return perform(tr("复制页面"), [&] { return m_model->duplicatePages(ids); });
+}
+
+void PdfUndoManager::deletePages(const QList<PdfPageId> &ids)
+{
+    perform(tr("删除页面"), [&] { m_model->removePages(ids); });
+}
+
+void PdfUndoManager::rotatePages(const QList<PdfPageId> &ids, int delta)
+{
+    perform(delta < 0 ? tr("向左旋转页面") : tr("向右旋转页面"),
+            [&] { m_model->rotatePages(ids, delta); });
+}
+
+void PdfUndoManager::markClean()
+{
+    recordObservedMove();
+    m_stack->setClean();
+    m_model->setModified(false);
+}
+
+void PdfUndoManager::reset()
+{
+    forgetObservedMove();
+    m_stack->clear();
+    m_model->setModified(false);
+}
+
+PdfUndoManager::StartingPoint PdfUndoManager::currentState() const
+{
+    return {m_model->pages(), m_model->documentRevision()};
+}
+
+void PdfUndoManager::record(const QString &text, const StartingPoint &start)
+{
+    if (m_model->documentRevision() != start.revision) {
+        m_stack->push(new PageSnapshotCommand(text, m_model, start.pages, m_model->pages()));
+    }
+}
+
+void PdfUndoManager::observeMove()
+{
+    if (!m_moveInProgress) {
+        m_moveInProgress = true;
+        m_moveStart = currentState();
+    }
+}
+
+void PdfUndoManager::recordObservedMove()
+{
+    if (m_moveInProgress) {
+        m_moveInProgress = false;
+        record(tr("移动页面"), std::exchange(m_moveStart, {}));
+    }
+}
+
+void PdfUndoManager::forgetObservedMove()
+{
+    m_moveInProgress = false;
+    m_moveStart = {};
+}
