@@ -126,6 +126,20 @@ void walkPageTree(fz_context *ctx, pdf_document *document, pdf_obj *root, TreeWa
     }
 }
 
+/// Loads the page at `index`, whose object is `object`.
+///
+/// Some releases of MuPDF take a reference too many to an object that they found through the page
+/// map, which would keep it for good.
+pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index, pdf_obj *object)
+{
+    const int before = pdf_obj_refs(ctx, object);
+    pdf_page *page = pdf_load_page(ctx, document, index);
+    constexpr int kHeldByPage = 1;
+    if (page->obj == object && pdf_obj_refs(ctx, object) > before + kHeldByPage)
+        pdf_drop_obj(ctx, object);
+    return page;
+}
+
 /// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
 /// walking the tree again, and counts the same pages in the same order.
 void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
@@ -186,6 +200,8 @@ DocumentSession::~DocumentSession()
 {
     if (m_context.get() == nullptr)
         return;
+    if (m_document != nullptr && m_document->page_map_nesting > 0)
+        m_context.run([&](fz_context *ctx) { pdf_drop_page_tree(ctx, m_document); }, nullptr);
     pdf_drop_document(m_context.get(), m_document);
     m_colourSpaces.reset();
 }
@@ -384,7 +400,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
             {
                 tidyPage(ctx, object);
                 m_colourSpaces->prepare(m_document, object);
-                page = pdf_load_page(ctx, m_document, pageIndex);
+                page = loadPage(ctx, m_document, pageIndex, object);
                 paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);
             }
             fz_always(ctx)
