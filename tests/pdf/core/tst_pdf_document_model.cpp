@@ -1,9 +1,11 @@
 #include "pdf/core/pdf_document_model.h"
 #include "tests/pdf/core/model_signal_log.h"
 
+#include <QMetaMethod>
 #include <QTest>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -103,6 +105,7 @@ private slots:
     void flagsAllowDropsBetweenRows();
     void rowsHaveNoChildren();
     void typesAreRegisteredUnderTheirNames();
+    void signalsStandInTheirOrder();
 
     // Insertions.
     void blankPageGoesToTheClampedRow_data();
@@ -171,6 +174,8 @@ private slots:
 
     // Views.
     void viewsSeeAConsistentListAtEveryNotification();
+    void notificationsComeWithTheirRevision_data();
+    void notificationsComeWithTheirRevision();
 };
 
 void TestPdfDocumentModel::displaySizeFollowsTheRotation_data()
@@ -360,6 +365,19 @@ void TestPdfDocumentModel::typesAreRegisteredUnderTheirNames()
 {
     ObservedModel observed;
     QCOMPARE(QMetaType::fromName("PdfPageId"), QMetaType::fromType<quint64>());
+}
+
+void TestPdfDocumentModel::signalsStandInTheirOrder()
+{
+    const QMetaObject &meta = PdfDocumentModel::staticMetaObject;
+    QList<QByteArray> names;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == QMetaMethod::Signal) {
+            names.append(meta.method(i).methodSignature());
+        }
+    }
+    QCOMPARE(names, (QList<QByteArray>{"selectionChanged()", "pageOrderChanged()",
+                                       "modifiedChanged(bool)", "documentReset()"}));
 }
 
 void TestPdfDocumentModel::blankPageGoesToTheClampedRow_data()
@@ -1028,6 +1046,82 @@ void TestPdfDocumentModel::viewsSeeAConsistentListAtEveryNotification()
     // One list, five copies, seven removals, two moves, two blank pages, and 29 removals.
     QCOMPARE(view.comparisons, 1 + 5 + 7 + 1 + 2 + 29 + 1);
     QCOMPARE(view.differences, 0);
+}
+
+void TestPdfDocumentModel::notificationsComeWithTheirRevision_data()
+{
+    using Operation = std::function<void(PdfDocumentModel &)>;
+    QTest::addColumn<Operation>("operation");
+    QTest::addColumn<QStringList>("seen");
+    const auto row = [](const char *name, const Operation &operation, const QStringList &seen) {
+        QTest::newRow(name) << operation << seen;
+    };
+    const QString rowsBefore = QStringLiteral("rows +0 saved");
+    const QString modifiedAfter = QStringLiteral("modifiedChanged +1 modified");
+    const QString orderAfter = QStringLiteral("pageOrderChanged +1 modified");
+    row("insert", [](PdfDocumentModel &model) { model.insertBlankPage(0, {}); },
+        {rowsBefore, modifiedAfter, orderAfter});
+    row("duplicate", [](PdfDocumentModel &model) { model.duplicatePages({1}); },
+        {rowsBefore, modifiedAfter, orderAfter});
+    row("move", [](PdfDocumentModel &model) { model.moveRow({}, 0, {}, 2); },
+        {rowsBefore, modifiedAfter, orderAfter});
+    row("remove", [](PdfDocumentModel &model) { model.removePages({1}); },
+        {rowsBefore, modifiedAfter, QStringLiteral("selectionChanged +1 modified"), orderAfter});
+    row("remove all",
+        [](PdfDocumentModel &model) {
+            model.removePages({1, 2});
+        },
+        {rowsBefore, rowsBefore, rowsBefore, modifiedAfter, orderAfter,
+         QStringLiteral("selectionChanged +2 modified"),
+         QStringLiteral("pageOrderChanged +2 modified")});
+    row("rotate", [](PdfDocumentModel &model) { model.rotatePages({2}, 90); },
+        {QStringLiteral("dataChanged +0 saved"), modifiedAfter});
+    row("whole list", [](PdfDocumentModel &model) { model.setPages(recordsWithIds({5}), true); },
+        {QStringLiteral("modelReset +1 modified"), QStringLiteral("selectionChanged +1 modified"),
+         modifiedAfter, QStringLiteral("documentReset +1 modified")});
+    row("saved",
+        [](PdfDocumentModel &model) {
+            model.setModified(true);
+            model.markSaved(QString());
+        },
+        {QStringLiteral("modifiedChanged +0 modified"), QStringLiteral("dataChanged +0 modified"),
+         QStringLiteral("modifiedChanged +0 saved")});
+}
+
+void TestPdfDocumentModel::notificationsComeWithTheirRevision()
+{
+    QFETCH(const std::function<void(PdfDocumentModel &)>, operation);
+    QFETCH(const QStringList, seen);
+    ObservedModel observed;
+    showPages(observed, {1, 2});
+    const PdfDocumentModel &model = observed.model;
+    const quint64 before = model.documentRevision();
+    QStringList lines;
+    const auto note = [&model, &lines, before](const QString &what) {
+        return [&model, &lines, before, what] {
+            lines << QStringLiteral("%1 +%2 %3")
+                         .arg(what)
+                         .arg(model.documentRevision() - before)
+                         .arg(model.isModified() ? QStringLiteral("modified")
+                                                 : QStringLiteral("saved"));
+        };
+    };
+    const QObject context;
+    const auto noteRows = note(QStringLiteral("rows"));
+    connect(&model, &QAbstractItemModel::rowsInserted, &context, noteRows);
+    connect(&model, &QAbstractItemModel::rowsRemoved, &context, noteRows);
+    connect(&model, &QAbstractItemModel::rowsMoved, &context, noteRows);
+    connect(&model, &QAbstractItemModel::modelReset, &context, note(QStringLiteral("modelReset")));
+    connect(&model, &QAbstractItemModel::dataChanged, &context,
+            note(QStringLiteral("dataChanged")));
+    connect(&model, &PdfDocumentModel::selectionChanged, &context, note(kSelection));
+    connect(&model, &PdfDocumentModel::pageOrderChanged, &context, note(kOrder));
+    connect(&model, &PdfDocumentModel::modifiedChanged, &context,
+            note(QStringLiteral("modifiedChanged")));
+    connect(&model, &PdfDocumentModel::documentReset, &context, note(kDocument));
+
+    operation(observed.model);
+    QCOMPARE(lines, seen);
 }
 
 QTEST_GUILESS_MAIN(TestPdfDocumentModel)

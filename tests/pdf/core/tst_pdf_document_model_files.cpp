@@ -21,6 +21,16 @@ QByteArray documentOf(const QList<QSizeF> &pageSizes)
     return PdfFixture::document(pages);
 }
 
+/// What the engine itself says about a file that it cannot open.
+QString messageOfTheEngine(const QString &path, const QString &password)
+{
+    PdfDocumentInfo info;
+    PdfBackendError error = PdfBackendError::None;
+    QString message;
+    PdfEditorBackend::inspectDocument(path, password, &info, &error, &message);
+    return message;
+}
+
 /// Everything of a model that a failed operation must leave alone.
 struct ModelState
 {
@@ -54,6 +64,7 @@ private slots:
     void loadEffects();
     void loadedPagesAreOriginalAndUnchanged();
     void loadReplacesTheDocumentAndItsState();
+    void resetShowsTheLoadedDocument();
     void identifiersGoOnAcrossDocuments();
     void failedLoadChangesNothing_data();
     void failedLoadChangesNothing();
@@ -147,6 +158,26 @@ void TestPdfDocumentModelFiles::loadReplacesTheDocumentAndItsState()
     QCOMPARE(observed.model.documentRevision(), revision + 1);
 }
 
+void TestPdfDocumentModelFiles::resetShowsTheLoadedDocument()
+{
+    ObservedModel observed;
+    PdfDocumentModel &model = observed.model;
+    QVERIFY(model.loadDocument(m_protected, kPassword, nullptr, nullptr));
+    model.rotatePages({1}, 90);
+    const quint64 revision = model.documentRevision();
+    int resets = 0;
+    connect(&model, &QAbstractItemModel::modelReset, this, [&] {
+        ++resets;
+        QCOMPARE(model.rowCount(), 2);
+        QCOMPARE(model.documentPath(), m_twoPages);
+        QCOMPARE(model.documentPassword(), QString());
+        QCOMPARE(model.documentRevision(), revision + 1);
+        QVERIFY(!model.isModified());
+    });
+    QVERIFY(model.loadDocument(m_twoPages, QString(), nullptr, nullptr));
+    QCOMPARE(resets, 1);
+}
+
 void TestPdfDocumentModelFiles::identifiersGoOnAcrossDocuments()
 {
     ObservedModel observed;
@@ -187,9 +218,10 @@ void TestPdfDocumentModelFiles::failedLoadChangesNothing()
     const ModelState before(observed.model);
 
     PdfBackendError error = PdfBackendError::None;
-    QString message;
+    QString message = QStringLiteral("stale");
     QVERIFY(!observed.model.loadDocument(path, password, &error, &message));
     QCOMPARE(error, expected);
+    QCOMPARE(message, messageOfTheEngine(path, password));
     QVERIFY(ModelState(observed.model) == before);
     QCOMPARE(observed.log.take(), QStringList());
     QCOMPARE(observed.model.insertBlankPage(-1, {}), 4U);
@@ -309,9 +341,10 @@ void TestPdfDocumentModelFiles::failedInsertChangesNothing()
     const ModelState before(observed.model);
 
     PdfBackendError error = PdfBackendError::None;
-    QString message;
+    QString message = QStringLiteral("stale");
     QVERIFY(!observed.model.insertDocument(path, 1, password, &error, &message));
     QCOMPARE(error, expected);
+    QCOMPARE(message, messageOfTheEngine(path, password));
     QVERIFY(ModelState(observed.model) == before);
     QCOMPARE(observed.log.take(), QStringList());
     QCOMPARE(observed.model.insertBlankPage(-1, {}), 4U);
