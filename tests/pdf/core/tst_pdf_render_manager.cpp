@@ -1,6 +1,7 @@
 #include "pdf/core/pdf_render_manager.h"
 
 #include <QCoreApplication>
+#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -197,6 +198,7 @@ class TestPdfRenderManager final : public QObject
 private slots:
     // Requests.
     void typesAreRegisteredUnderTheirNames();
+    void signalsStandInTheirOrder();
     void poolHasTwoToFourThreadsThatExpire();
     void identifiersCountEveryPageFromOne();
     void mismatchedListsGiveZerosAndNoWork();
@@ -214,6 +216,7 @@ private slots:
     // Cache.
     void cachedPageIsDeliveredAfterTheCallHasReturned();
     void cachedPageNeverReachesTheEngine();
+    void pageIsCachedBeforeItsSignalIsSent();
     void mixedRequestAsksTheEngineForTheMissesOnly();
     void twoRequestsBeforeTheResultBothReachTheEngine();
     void duplicateOfAPageIsServedFromTheCache();
@@ -233,6 +236,7 @@ private slots:
 
     // Order and cancellation.
     void higherPriorityStartsEarlier();
+    void singlePageHasThePriorityOfAPageView();
     void equalPrioritiesStartInOrder();
     void noMoreCallsAtOnceThanThreads();
     void cancelledJobThatRunsDeliversNothing();
@@ -240,6 +244,7 @@ private slots:
     void cancelledJobThatWaitsIsNeverStarted();
     void cancelledResultIsNotCached();
     void requestAfterCancellationIsAnswered();
+    void pageFromTheCacheArrivesDespiteCancellation();
     void cancellingInASlotStopsTheRestOfTheBatch();
 
     // Destruction.
@@ -257,6 +262,21 @@ void TestPdfRenderManager::typesAreRegisteredUnderTheirNames()
     QCOMPARE(QMetaType::fromName("PdfRenderPurpose"), QMetaType::fromType<Purpose>());
     QCOMPARE(static_cast<qint32>(Purpose::Thumbnail), 0);
     QCOMPARE(static_cast<qint32>(Purpose::PageView), 1);
+}
+
+void TestPdfRenderManager::signalsStandInTheirOrder()
+{
+    const QMetaObject &meta = PdfRenderManager::staticMetaObject;
+    QList<QByteArray> names;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == QMetaMethod::Signal) {
+            names.append(meta.method(i).methodSignature());
+        }
+    }
+    QCOMPARE(names,
+             (QList<QByteArray>{
+                 "pageRendered(PdfPageId,QSize,PdfRenderPurpose,qulonglong,qulonglong,QImage)",
+                 "pageRenderFailed(PdfPageId,PdfRenderPurpose,qulonglong,QString)"}));
 }
 
 void TestPdfRenderManager::poolHasTwoToFourThreadsThatExpire()
@@ -478,6 +498,20 @@ void TestPdfRenderManager::cachedPageNeverReachesTheEngine()
     bench.finish();
     QCOMPARE(bench.engine.callCount(), 1);
     QCOMPARE(bench.deliveries.size(), 6);
+}
+
+void TestPdfRenderManager::pageIsCachedBeforeItsSignalIsSent()
+{
+    Bench bench;
+    connect(
+        bench.manager.get(), &PdfRenderManager::pageRendered, bench.manager.get(),
+        [&bench] { bench.manager->requestPage(page(2), QSize(10, 10), Purpose::PageView, 0); },
+        Qt::SingleShotConnection);
+    bench.manager->requestPage(page(1), QSize(10, 10), Purpose::PageView, 0);
+    bench.finish();
+    bench.finish();
+    QCOMPARE(bench.engine.callCount(), 1);
+    QCOMPARE(bench.deliveredRequests(), (QList<quint64>{1, 2}));
 }
 
 void TestPdfRenderManager::mixedRequestAsksTheEngineForTheMissesOnly()
@@ -786,6 +820,27 @@ void TestPdfRenderManager::higherPriorityStartsEarlier()
     QCOMPARE(started, (QList<qint32>{1, 4, 2, 0, 3}));
 }
 
+void TestPdfRenderManager::singlePageHasThePriorityOfAPageView()
+{
+    Bench bench;
+    bench.occupyAllThreads();
+    const int occupied = bench.engine.callCount();
+    const QSize size(10, 10);
+    bench.manager->requestPages({page(1, 0)}, {size}, Purpose::PageView, 0, 19);
+    bench.manager->requestPage(page(1, 1), size, Purpose::PageView, 0);
+    bench.manager->requestPages({page(1, 2)}, {size}, Purpose::PageView, 0, 21);
+    bench.engine.letGo();
+    QList<qint32> started;
+    for (int i = 0; i < 3; ++i) {
+        bench.engine.waitForCall();
+        started.append(bench.engine.calls().back().sources.front().pageIndex);
+        bench.engine.letGo();
+    }
+    bench.engine.letGo(occupied);
+    bench.finish();
+    QCOMPARE(started, (QList<qint32>{2, 1, 0}));
+}
+
 void TestPdfRenderManager::equalPrioritiesStartInOrder()
 {
     Bench bench;
@@ -880,6 +935,18 @@ void TestPdfRenderManager::requestAfterCancellationIsAnswered()
     bench.finish();
     QCOMPARE(bench.deliveredRequests(), QList<quint64>{id});
     QVERIFY(!bench.deliveries.front().failed);
+}
+
+void TestPdfRenderManager::pageFromTheCacheArrivesDespiteCancellation()
+{
+    Bench bench;
+    bench.manager->requestPage(page(1), QSize(10, 10), Purpose::PageView, 0);
+    bench.finish();
+    bench.deliveries.clear();
+    const quint64 id = bench.manager->requestPage(page(1), QSize(10, 10), Purpose::PageView, 0);
+    bench.manager->cancelAll();
+    bench.finish();
+    QCOMPARE(bench.deliveredRequests(), QList<quint64>{id});
 }
 
 void TestPdfRenderManager::cancellingInASlotStopsTheRestOfTheBatch()
