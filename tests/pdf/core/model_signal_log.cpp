@@ -20,8 +20,9 @@ ModelSignalLog::ModelSignalLog(PdfDocumentModel *model)
             });
     connect(model, &QAbstractItemModel::rowsMoved, this,
             [this](const QModelIndex &, int first, int last, const QModelIndex &, int row) {
-                Q_ASSERT(first == last);
-                m_lines << QStringLiteral("rowsMoved %1 to %2").arg(first).arg(row);
+                const QString rows = first == last ? QString::number(first)
+                                                   : QStringLiteral("%1-%2").arg(first).arg(last);
+                m_lines << QStringLiteral("rowsMoved %1 to %2").arg(rows).arg(row);
             });
     connect(model, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex &first, const QModelIndex &last, QList<int> roles) {
