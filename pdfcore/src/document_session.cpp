@@ -133,10 +133,26 @@ void walkPageTree(fz_context *ctx, pdf_document *document, pdf_obj *root, TreeWa
 pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index, pdf_obj *object)
 {
     const int before = pdf_obj_refs(ctx, object);
-    pdf_page *page = pdf_load_page(ctx, document, index);
-    constexpr int kHeldByPage = 1;
-    if (page->obj == object && pdf_obj_refs(ctx, object) > before + kHeldByPage)
-        pdf_drop_obj(ctx, object);
+    pdf_page *page = nullptr;
+    fz_var(page);
+    fz_try(ctx)
+    {
+        page = pdf_load_page(ctx, document, index);
+    }
+    fz_always(ctx)
+    {
+        // A repair on the way puts a new object in the old one's place; the document and the page
+        // are then the only ones to hold it.
+        const bool isSame = page == nullptr || page->obj == object;
+        pdf_obj *found = isSame ? object : page->obj;
+        const int expected = isSame ? before + (page != nullptr ? 1 : 0) : 2;
+        if (pdf_obj_refs(ctx, found) > expected)
+            pdf_drop_obj(ctx, found);
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
     return page;
 }
 
@@ -373,7 +389,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
 {
     if (pageIndex < 0 || pageIndex >= pageCount()) {
         *outcome = {PdfBackendError::RenderFailed,
-                    QStringLiteral("The file has no page %1.").arg(pageIndex + 1)};
+                    QStringLiteral("The file has no page %1.").arg(qint64{pageIndex} + 1)};
         return {};
     }
     QImage image(targetSize, QImage::Format_RGB32);
