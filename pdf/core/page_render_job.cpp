@@ -47,3 +47,29 @@ void PageRenderJob::run()
     result.batch = std::move(m_batch);
     m_channel->post(std::move(result));
 }
+
+void PageRenderQueue::add(std::unique_ptr<PageRenderJob> job, int priority)
+{
+    const std::lock_guard lock(m_mutex);
+    m_jobs.emplace(priority, std::move(job));
+}
+
+void PageRenderQueue::runNext()
+{
+    std::unique_ptr<PageRenderJob> job;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_jobs.empty()) {
+            return;
+        }
+        job = std::move(m_jobs.begin()->second);
+        m_jobs.erase(m_jobs.begin());
+    }
+    job->run();
+}
+
+void PageRenderQueue::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_jobs.clear();
+}

@@ -4,13 +4,13 @@
 
 #include <QImage>
 #include <QList>
-#include <QRunnable>
 #include <QSize>
 #include <QString>
 #include <QStringList>
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -67,16 +67,35 @@ private:
 };
 
 /// Renders one batch on a pool thread. Touches nothing but its own copy of the batch.
-class PageRenderJob final : public QRunnable
+class PageRenderJob final
 {
 public:
     PageRenderJob(PageRenderBatch batch, PdfPageRenderFunction render,
                   std::shared_ptr<PageRenderChannel> channel);
 
-    void run() override;
+    void run();
 
 private:
     PageRenderBatch m_batch;
     PdfPageRenderFunction m_render;
     std::shared_ptr<PageRenderChannel> m_channel;
+};
+
+/// The jobs that have not started, by priority and then in the order they came. Any thread.
+///
+/// Each job goes with one turn on a thread pool, and each turn runs the job that is most urgent
+/// when it begins: a pool of its own accord runs what it was given while threads were idle after
+/// all else.
+class PageRenderQueue final
+{
+public:
+    void add(std::unique_ptr<PageRenderJob> job, int priority);
+    /// Runs the most urgent job, if there is one left.
+    void runNext();
+    /// Drops the jobs that have not started.
+    void clear();
+
+private:
+    std::mutex m_mutex;
+    std::multimap<int, std::unique_ptr<PageRenderJob>, std::greater<>> m_jobs;
 };

@@ -32,6 +32,7 @@ PdfRenderManager::PdfRenderManager(QObject *parent, PdfPageRenderFunction render
     : QObject(parent)
     , m_render(std::move(render))
     , m_channel(std::make_shared<PageRenderChannel>(this))
+    , m_queue(std::make_shared<PageRenderQueue>())
     , m_pool(new QThreadPool(this))
 {
     qRegisterMetaType<PdfPageId>("PdfPageId");
@@ -45,6 +46,7 @@ PdfRenderManager::~PdfRenderManager()
 {
     m_channel->close();
     cancelAll();
+    m_queue->clear();
     m_pool->clear();
     m_pool->waitForDone();
     delete m_pool;
@@ -90,7 +92,9 @@ QList<quint64> PdfRenderManager::requestPages(const QList<PdfPageRecord> &pages,
         batch.purpose = purpose;
         batch.documentRevision = documentRevision;
         batch.generation = m_generation.load();
-        m_pool->start(new PageRenderJob(std::move(batch), m_render, m_channel), priority);
+        m_queue->add(std::make_unique<PageRenderJob>(std::move(batch), m_render, m_channel),
+                     priority);
+        m_pool->start([queue = m_queue] { queue->runNext(); });
     }
     return requestIds;
 }
@@ -105,6 +109,7 @@ quint64 PdfRenderManager::requestPage(const PdfPageRecord &page, QSize targetSiz
 void PdfRenderManager::cancelAll()
 {
     m_generation.fetch_add(1);
+    m_queue->clear();
     m_pool->clear();
 }
 

@@ -69,6 +69,7 @@ private:
 
     PdfPageRenderFunction m_render;
     std::shared_ptr<PageRenderChannel> m_channel;
+    std::shared_ptr<PageRenderQueue> m_queue;
     QThreadPool *m_pool;
     PageImageCache m_cache;
     std::atomic<quint64> m_nextRequestId{1};

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -238,6 +239,7 @@ private slots:
     void higherPriorityStartsEarlier();
     void singlePageHasThePriorityOfAPageView();
     void equalPrioritiesStartInOrder();
+    void idleThreadsTakeTheFirstRequestsFirst();
     void noMoreCallsAtOnceThanThreads();
     void cancelledJobThatRunsDeliversNothing();
     void cancelledJobThatIsDoneDeliversNothing();
@@ -856,6 +858,36 @@ void TestPdfRenderManager::equalPrioritiesStartInOrder()
         bench.engine.letGo();
     }
     bench.engine.letGo(occupied);
+    bench.finish();
+}
+
+void TestPdfRenderManager::idleThreadsTakeTheFirstRequestsFirst()
+{
+    Bench bench;
+    bench.occupyAllThreads();
+    const int threads = bench.engine.callCount();
+    bench.engine.letGo(threads);
+    QVERIFY(bench.pool()->waitForDone());
+
+    // All threads are there and wait for work, which the first requests of the burst bring.
+    constexpr int kBurst = 8;
+    for (qint32 i = 0; i < kBurst; ++i) {
+        bench.manager->requestPage(page(2, i), QSize(10, 10), Purpose::PageView, 0);
+    }
+    QSet<qint32> started;
+    for (int i = 0; i < threads; ++i) {
+        bench.engine.waitForCall();
+    }
+    const auto calls = bench.engine.calls();
+    for (std::size_t i = static_cast<std::size_t>(threads); i < calls.size(); ++i) {
+        started.insert(calls.at(i).sources.front().pageIndex);
+    }
+    QSet<qint32> first;
+    for (qint32 i = 0; i < threads; ++i) {
+        first.insert(i);
+    }
+    QCOMPARE(started, first);
+    bench.engine.letGo(kBurst);
     bench.finish();
 }
 
