@@ -75,6 +75,7 @@ MupdfContext::~MupdfContext()
 void MupdfContext::beginWork(const WorkBudget &budget)
 {
     m_allocator.breach = BudgetBreach::None;
+    m_allocator.refusedBytes = 0;
     m_allocator.limit = m_allocator.inUse + budget.bytes;
     m_allocator.deadline = std::chrono::steady_clock::now() + budget.time;
     m_allocator.hasDeadline = true;
@@ -85,6 +86,7 @@ BudgetBreach MupdfContext::endWork()
 {
     m_allocator.limit = 0;
     m_allocator.hasDeadline = false;
+    settleRefusal(m_allocator, 0);
     return m_allocator.breach;
 }
 
@@ -100,15 +102,25 @@ bool MupdfContext::isOutOfTime() noexcept
     return true;
 }
 
+void MupdfContext::settleRefusal(Allocator &allocator, std::size_t asked)
+{
+    if (allocator.refusedBytes != 0 && allocator.refusedBytes != asked &&
+        allocator.breach == BudgetBreach::None)
+        allocator.breach = BudgetBreach::Memory;
+    allocator.refusedBytes = 0;
+}
+
 bool MupdfContext::mayAllocate(Allocator &allocator, std::size_t grown)
 {
     if (allocator.breach == BudgetBreach::Time && allocator.hasDeadline)
         return false;
     if (allocator.limit != 0 &&
         grown > allocator.limit - std::min(allocator.inUse, allocator.limit)) {
-        allocator.breach = BudgetBreach::Memory;
+        settleRefusal(allocator, grown);
+        allocator.refusedBytes = grown;
         return false;
     }
+    settleRefusal(allocator, grown);
     if (allocator.hasDeadline) {
         if (allocator.callsUntilClock == 0) {
             allocator.callsUntilClock = kCallsPerClockLook;

@@ -80,11 +80,16 @@ private:
         std::chrono::steady_clock::time_point deadline;
         unsigned callsUntilClock = 0;
         BudgetBreach breach = BudgetBreach::None;
+        /// What the last call asked for in vain; 0 when it was granted. MuPDF frees what it can and
+        /// asks again, and memory has run out only when that fails too.
+        std::size_t refusedBytes = 0;
     };
 
     static void *allocate(void *user, std::size_t size);
     static void *reallocate(void *user, void *block, std::size_t size);
     static void release(void *user, void *block);
+    /// Records that memory ran out unless what was refused last is what is asked for again now.
+    static void settleRefusal(Allocator &allocator, std::size_t asked);
     static bool mayAllocate(Allocator &allocator, std::size_t grown);
 
     [[nodiscard]] QString caughtReason() const;
