@@ -22,7 +22,7 @@ constexpr qint64 kHangMilliseconds = 120'000;
 
 /// Passwords of the encrypted files in the collection that have one that people know.
 const QStringList kKnownPasswords = {
-    QStringLiteral("user"), QStringLiteral("owner"), QStringLiteral("openpassword"),
+    QStringLiteral("user"),     QStringLiteral("owner"),    QStringLiteral("openpassword"),
     QStringLiteral("password"), QStringLiteral("asdfzxcv"),
 };
 
@@ -103,8 +103,7 @@ public:
         : m_path(path)
         , m_target(target)
         , m_tally(tally)
-    {
-    }
+    {}
 
     void run()
     {
@@ -177,15 +176,14 @@ private:
             PdfEditorBackend::inspectDocument(m_target, {}, &written, &error, &message);
         check(reopened, error, message, QStringLiteral("reopen"));
         if (!reopened || written.pageSizes.size() != m_pages.size())
-            m_tally.complain(m_path + QStringLiteral(": the saved file has other pages: ")
-                             + message);
+            m_tally.complain(m_path + QStringLiteral(": the saved file has other pages: ") +
+                             message);
         QFile::remove(m_target);
     }
 
     void check(bool ok, PdfBackendError error, const QString &message, const QString &step)
     {
-        m_tally.count(step + QStringLiteral(": ")
-                      + (ok ? QStringLiteral("ok") : errorName(error)));
+        m_tally.count(step + QStringLiteral(": ") + (ok ? QStringLiteral("ok") : errorName(error)));
         if (!ok && (error == PdfBackendError::None || message.trimmed().isEmpty()))
             m_tally.complain(m_path + QStringLiteral(": a failure without reason in ") + step);
         if (!ok && qEnvironmentVariableIsSet("QUILLORA_SWEEP_VERBOSE"))
@@ -213,8 +211,7 @@ private slots:
 
 void CorpusSweepTest::everyFileEndsInAResultOrAReason()
 {
-    const QString corpus =
-        qEnvironmentVariable("QUILLORA_CORPUS", QStringLiteral(QUILLORA_CORPUS));
+    const QString corpus = qEnvironmentVariable("QUILLORA_CORPUS", QStringLiteral(QUILLORA_CORPUS));
     if (!QFileInfo(corpus).isDir())
         QSKIP("The folder with sample files is absent; the sweep is skipped.");
 
