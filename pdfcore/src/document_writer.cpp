@@ -99,8 +99,9 @@ EngineError addPages(const QList<PdfSourcePage> &pages, Sources &sources, QPDF &
                 return outcome;
             if (page.pageIndex < 0 ||
                 static_cast<std::size_t>(page.pageIndex) >= source->pages.size()) {
-                return {PdfBackendError::InvalidDocument,
-                        QStringLiteral("The source has no page %1.").arg(qint64{page.pageIndex} + 1)};
+                return {
+                    PdfBackendError::InvalidDocument,
+                    QStringLiteral("The source has no page %1.").arg(qint64{page.pageIndex} + 1)};
             }
             addCopy(output, source->pages[static_cast<std::size_t>(page.pageIndex)], page.rotation);
         }
