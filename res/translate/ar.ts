@@ -187,6 +187,25 @@
     </message>
 </context>
 <context>
+    <name>PdfBottomControlBar</name>
+    <message>
+        <source>切换为适合高度</source>
+        <translation>التبديل إلى ملاءمة الارتفاع</translation>
+    </message>
+    <message>
+        <source>切换为适合宽度</source>
+        <translation>التبديل إلى ملاءمة العرض</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>الصفحة السابقة</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>الصفحة التالية</translation>
+    </message>
+</context>
+<context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
@@ -257,6 +276,168 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>‫حوّل ملفات PDF إلى مستندات Office قابلة للتحرير.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PdfTopToolBar</name>
+    <message>
+        <source>文档</source>
+        <translation>المستند</translation>
+    </message>
+    <message>
+        <source>文档阅读视图</source>
+        <translation>عرض قراءة المستند</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>الصفحات</translation>
+    </message>
+    <message>
+        <source>页面管理视图</source>
+        <translation>عرض إدارة الصفحات</translation>
+    </message>
+    <message>
+        <source>显示或隐藏缩略图</source>
+        <translation>إظهار الصور المصغرة أو إخفاؤها</translation>
+    </message>
+    <message>
+        <source>工具</source>
+        <translation>الأدوات</translation>
+    </message>
+    <message>
+        <source>PDF 工具</source>
+        <translation>‫أدوات PDF‬</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>إدراج</translation>
+    </message>
+    <message>
+        <source>插入 PDF 或空白页</source>
+        <translation>‫إدراج ملف PDF أو صفحة فارغة‬</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>استخراج</translation>
+    </message>
+    <message>
+        <source>提取选定页面</source>
+        <translation>استخراج الصفحات المحددة</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>تقسيم</translation>
+    </message>
+    <message>
+        <source>拆分 PDF</source>
+        <translation>‫تقسيم ملف PDF‬</translation>
+    </message>
+    <message>
+        <source>向左旋转</source>
+        <translation>تدوير إلى اليسار</translation>
+    </message>
+    <message>
+        <source>向右旋转</source>
+        <translation>تدوير إلى اليمين</translation>
+    </message>
+    <message>
+        <source>删除选定页面</source>
+        <translation>حذف الصفحات المحددة</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>تحديد الكل</translation>
+    </message>
+    <message>
+        <source>选择全部页面</source>
+        <translation>تحديد كل الصفحات</translation>
+    </message>
+    <message>
+        <source>撤销</source>
+        <translation>تراجع</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>إعادة</translation>
+    </message>
+    <message>
+        <source>更多</source>
+        <translation>المزيد</translation>
+    </message>
+    <message>
+        <source>手形工具</source>
+        <translation>أداة اليد</translation>
+    </message>
+    <message>
+        <source>压缩</source>
+        <translation>ضغط</translation>
+    </message>
+    <message>
+        <source>PDF 转为 Office</source>
+        <translation>‫PDF إلى Office‬</translation>
+    </message>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>‫PDF إلى صور‬</translation>
+    </message>
+    <message>
+        <source>加密 PDF</source>
+        <translation>‫تشفير PDF‬</translation>
+    </message>
+    <message>
+        <source>解锁 PDF</source>
+        <translation>‫إلغاء قفل PDF‬</translation>
+    </message>
+    <message>
+        <source>页面编号</source>
+        <translation>أرقام الصفحات</translation>
+    </message>
+    <message>
+        <source>保存文件</source>
+        <translation>حفظ الملف</translation>
+    </message>
+    <message>
+        <source>将文件保存为…</source>
+        <translation>‫حفظ الملف باسم…‬</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>طباعة</translation>
+    </message>
+    <message>
+        <source>在文件夹中显示</source>
+        <translation>إظهار في المجلد</translation>
+    </message>
+</context>
+<context>
+    <name>PdfUndoManager</name>
+    <message>
+        <source>插入 PDF</source>
+        <translation>‫إدراج PDF‬</translation>
+    </message>
+    <message>
+        <source>插入空白页</source>
+        <translation>إدراج صفحة فارغة</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>تكرار الصفحات</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>حذف الصفحات</translation>
+    </message>
+    <message>
+        <source>向左旋转页面</source>
+        <translation>تدوير الصفحات إلى اليسار</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>تدوير الصفحات إلى اليمين</translation>
+    </message>
+    <message>
+        <source>移动页面</source>
+        <translation>نقل الصفحة</translation>
     </message>
 </context>
 <context>

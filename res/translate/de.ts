@@ -187,6 +187,25 @@
     </message>
 </context>
 <context>
+    <name>PdfBottomControlBar</name>
+    <message>
+        <source>切换为适合高度</source>
+        <translation>An Höhe anpassen</translation>
+    </message>
+    <message>
+        <source>切换为适合宽度</source>
+        <translation>An Breite anpassen</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>Vorherige Seite</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>Nächste Seite</translation>
+    </message>
+</context>
+<context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
@@ -257,6 +276,168 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>PDF-Dateien in bearbeitbare Office-Dokumente umwandeln.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfTopToolBar</name>
+    <message>
+        <source>文档</source>
+        <translation>Dokument</translation>
+    </message>
+    <message>
+        <source>文档阅读视图</source>
+        <translation>Leseansicht</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>页面管理视图</source>
+        <translation>Seitenverwaltung</translation>
+    </message>
+    <message>
+        <source>显示或隐藏缩略图</source>
+        <translation>Miniaturen ein- oder ausblenden</translation>
+    </message>
+    <message>
+        <source>工具</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>PDF 工具</source>
+        <translation>PDF-Werkzeuge</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>插入 PDF 或空白页</source>
+        <translation>PDF oder leere Seite einfügen</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extrahieren</translation>
+    </message>
+    <message>
+        <source>提取选定页面</source>
+        <translation>Ausgewählte Seiten extrahieren</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>拆分 PDF</source>
+        <translation>PDF teilen</translation>
+    </message>
+    <message>
+        <source>向左旋转</source>
+        <translation>Nach links drehen</translation>
+    </message>
+    <message>
+        <source>向右旋转</source>
+        <translation>Nach rechts drehen</translation>
+    </message>
+    <message>
+        <source>删除选定页面</source>
+        <translation>Ausgewählte Seiten löschen</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Alle auswählen</translation>
+    </message>
+    <message>
+        <source>选择全部页面</source>
+        <translation>Alle Seiten auswählen</translation>
+    </message>
+    <message>
+        <source>撤销</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>更多</source>
+        <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>手形工具</source>
+        <translation>Handwerkzeug</translation>
+    </message>
+    <message>
+        <source>压缩</source>
+        <translation>Komprimieren</translation>
+    </message>
+    <message>
+        <source>PDF 转为 Office</source>
+        <translation>PDF in Office</translation>
+    </message>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF in Bilder</translation>
+    </message>
+    <message>
+        <source>加密 PDF</source>
+        <translation>PDF verschlüsseln</translation>
+    </message>
+    <message>
+        <source>解锁 PDF</source>
+        <translation>PDF entsperren</translation>
+    </message>
+    <message>
+        <source>页面编号</source>
+        <translation>Seitenzahlen</translation>
+    </message>
+    <message>
+        <source>保存文件</source>
+        <translation>Datei speichern</translation>
+    </message>
+    <message>
+        <source>将文件保存为…</source>
+        <translation>Datei speichern unter…</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>Drucken</translation>
+    </message>
+    <message>
+        <source>在文件夹中显示</source>
+        <translation>Im Ordner anzeigen</translation>
+    </message>
+</context>
+<context>
+    <name>PdfUndoManager</name>
+    <message>
+        <source>插入 PDF</source>
+        <translation>PDF einfügen</translation>
+    </message>
+    <message>
+        <source>插入空白页</source>
+        <translation>Leere Seite einfügen</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Seiten duplizieren</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Seiten löschen</translation>
+    </message>
+    <message>
+        <source>向左旋转页面</source>
+        <translation>Seiten nach links drehen</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Seiten nach rechts drehen</translation>
+    </message>
+    <message>
+        <source>移动页面</source>
+        <translation>Seite verschieben</translation>
     </message>
 </context>
 <context>

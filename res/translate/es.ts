@@ -187,6 +187,25 @@
     </message>
 </context>
 <context>
+    <name>PdfBottomControlBar</name>
+    <message>
+        <source>切换为适合高度</source>
+        <translation>Ajustar a la altura</translation>
+    </message>
+    <message>
+        <source>切换为适合宽度</source>
+        <translation>Ajustar al ancho</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>Página anterior</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>Página siguiente</translation>
+    </message>
+</context>
+<context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
@@ -257,6 +276,168 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>Convierta archivos PDF en documentos de Office editables.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfTopToolBar</name>
+    <message>
+        <source>文档</source>
+        <translation>Documento</translation>
+    </message>
+    <message>
+        <source>文档阅读视图</source>
+        <translation>Vista de lectura</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>Páginas</translation>
+    </message>
+    <message>
+        <source>页面管理视图</source>
+        <translation>Vista de gestión de páginas</translation>
+    </message>
+    <message>
+        <source>显示或隐藏缩略图</source>
+        <translation>Mostrar u ocultar las miniaturas</translation>
+    </message>
+    <message>
+        <source>工具</source>
+        <translation>Herramientas</translation>
+    </message>
+    <message>
+        <source>PDF 工具</source>
+        <translation>Herramientas PDF</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Insertar</translation>
+    </message>
+    <message>
+        <source>插入 PDF 或空白页</source>
+        <translation>Insertar un PDF o una página en blanco</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extraer</translation>
+    </message>
+    <message>
+        <source>提取选定页面</source>
+        <translation>Extraer las páginas seleccionadas</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Dividir</translation>
+    </message>
+    <message>
+        <source>拆分 PDF</source>
+        <translation>Dividir el PDF</translation>
+    </message>
+    <message>
+        <source>向左旋转</source>
+        <translation>Girar a la izquierda</translation>
+    </message>
+    <message>
+        <source>向右旋转</source>
+        <translation>Girar a la derecha</translation>
+    </message>
+    <message>
+        <source>删除选定页面</source>
+        <translation>Eliminar las páginas seleccionadas</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Seleccionar todo</translation>
+    </message>
+    <message>
+        <source>选择全部页面</source>
+        <translation>Seleccionar todas las páginas</translation>
+    </message>
+    <message>
+        <source>撤销</source>
+        <translation>Deshacer</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Rehacer</translation>
+    </message>
+    <message>
+        <source>更多</source>
+        <translation>Más</translation>
+    </message>
+    <message>
+        <source>手形工具</source>
+        <translation>Herramienta mano</translation>
+    </message>
+    <message>
+        <source>压缩</source>
+        <translation>Comprimir</translation>
+    </message>
+    <message>
+        <source>PDF 转为 Office</source>
+        <translation>PDF a Office</translation>
+    </message>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF a imágenes</translation>
+    </message>
+    <message>
+        <source>加密 PDF</source>
+        <translation>Cifrar PDF</translation>
+    </message>
+    <message>
+        <source>解锁 PDF</source>
+        <translation>Desbloquear PDF</translation>
+    </message>
+    <message>
+        <source>页面编号</source>
+        <translation>Números de página</translation>
+    </message>
+    <message>
+        <source>保存文件</source>
+        <translation>Guardar archivo</translation>
+    </message>
+    <message>
+        <source>将文件保存为…</source>
+        <translation>Guardar archivo como…</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>Imprimir</translation>
+    </message>
+    <message>
+        <source>在文件夹中显示</source>
+        <translation>Mostrar en la carpeta</translation>
+    </message>
+</context>
+<context>
+    <name>PdfUndoManager</name>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insertar PDF</translation>
+    </message>
+    <message>
+        <source>插入空白页</source>
+        <translation>Insertar página en blanco</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Duplicar páginas</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Eliminar páginas</translation>
+    </message>
+    <message>
+        <source>向左旋转页面</source>
+        <translation>Girar páginas a la izquierda</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Girar páginas a la derecha</translation>
+    </message>
+    <message>
+        <source>移动页面</source>
+        <translation>Mover página</translation>
     </message>
 </context>
 <context>

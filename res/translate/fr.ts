@@ -187,6 +187,25 @@
     </message>
 </context>
 <context>
+    <name>PdfBottomControlBar</name>
+    <message>
+        <source>切换为适合高度</source>
+        <translation>Ajuster à la hauteur</translation>
+    </message>
+    <message>
+        <source>切换为适合宽度</source>
+        <translation>Ajuster à la largeur</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>Page précédente</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>Page suivante</translation>
+    </message>
+</context>
+<context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
@@ -257,6 +276,168 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>Convertir des fichiers PDF en documents Office modifiables.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfTopToolBar</name>
+    <message>
+        <source>文档</source>
+        <translation>Document</translation>
+    </message>
+    <message>
+        <source>文档阅读视图</source>
+        <translation>Vue de lecture</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>Pages</translation>
+    </message>
+    <message>
+        <source>页面管理视图</source>
+        <translation>Vue de gestion des pages</translation>
+    </message>
+    <message>
+        <source>显示或隐藏缩略图</source>
+        <translation>Afficher ou masquer les vignettes</translation>
+    </message>
+    <message>
+        <source>工具</source>
+        <translation>Outils</translation>
+    </message>
+    <message>
+        <source>PDF 工具</source>
+        <translation>Outils PDF</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Insérer</translation>
+    </message>
+    <message>
+        <source>插入 PDF 或空白页</source>
+        <translation>Insérer un PDF ou une page vierge</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extraire</translation>
+    </message>
+    <message>
+        <source>提取选定页面</source>
+        <translation>Extraire les pages sélectionnées</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Diviser</translation>
+    </message>
+    <message>
+        <source>拆分 PDF</source>
+        <translation>Diviser le PDF</translation>
+    </message>
+    <message>
+        <source>向左旋转</source>
+        <translation>Faire pivoter vers la gauche</translation>
+    </message>
+    <message>
+        <source>向右旋转</source>
+        <translation>Faire pivoter vers la droite</translation>
+    </message>
+    <message>
+        <source>删除选定页面</source>
+        <translation>Supprimer les pages sélectionnées</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Tout sélectionner</translation>
+    </message>
+    <message>
+        <source>选择全部页面</source>
+        <translation>Sélectionner toutes les pages</translation>
+    </message>
+    <message>
+        <source>撤销</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Rétablir</translation>
+    </message>
+    <message>
+        <source>更多</source>
+        <translation>Plus</translation>
+    </message>
+    <message>
+        <source>手形工具</source>
+        <translation>Outil main</translation>
+    </message>
+    <message>
+        <source>压缩</source>
+        <translation>Compresser</translation>
+    </message>
+    <message>
+        <source>PDF 转为 Office</source>
+        <translation>PDF vers Office</translation>
+    </message>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF vers images</translation>
+    </message>
+    <message>
+        <source>加密 PDF</source>
+        <translation>Chiffrer le PDF</translation>
+    </message>
+    <message>
+        <source>解锁 PDF</source>
+        <translation>Déverrouiller le PDF</translation>
+    </message>
+    <message>
+        <source>页面编号</source>
+        <translation>Numéros de page</translation>
+    </message>
+    <message>
+        <source>保存文件</source>
+        <translation>Enregistrer le fichier</translation>
+    </message>
+    <message>
+        <source>将文件保存为…</source>
+        <translation>Enregistrer le fichier sous…</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>Imprimer</translation>
+    </message>
+    <message>
+        <source>在文件夹中显示</source>
+        <translation>Afficher dans le dossier</translation>
+    </message>
+</context>
+<context>
+    <name>PdfUndoManager</name>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insérer un PDF</translation>
+    </message>
+    <message>
+        <source>插入空白页</source>
+        <translation>Insérer une page vierge</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Dupliquer les pages</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Supprimer les pages</translation>
+    </message>
+    <message>
+        <source>向左旋转页面</source>
+        <translation>Faire pivoter les pages vers la gauche</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Faire pivoter les pages vers la droite</translation>
+    </message>
+    <message>
+        <source>移动页面</source>
+        <translation>Déplacer la page</translation>
     </message>
 </context>
 <context>

@@ -187,6 +187,25 @@
     </message>
 </context>
 <context>
+    <name>PdfBottomControlBar</name>
+    <message>
+        <source>切换为适合高度</source>
+        <translation>高さに合わせる</translation>
+    </message>
+    <message>
+        <source>切换为适合宽度</source>
+        <translation>幅に合わせる</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>前のページ</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>次のページ</translation>
+    </message>
+</context>
+<context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
@@ -257,6 +276,168 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>PDF を編集可能な Office 文書に変換します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfTopToolBar</name>
+    <message>
+        <source>文档</source>
+        <translation>文書</translation>
+    </message>
+    <message>
+        <source>文档阅读视图</source>
+        <translation>文書の閲覧表示</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>ページ</translation>
+    </message>
+    <message>
+        <source>页面管理视图</source>
+        <translation>ページ管理表示</translation>
+    </message>
+    <message>
+        <source>显示或隐藏缩略图</source>
+        <translation>サムネイルの表示/非表示</translation>
+    </message>
+    <message>
+        <source>工具</source>
+        <translation>ツール</translation>
+    </message>
+    <message>
+        <source>PDF 工具</source>
+        <translation>PDF ツール</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>挿入</translation>
+    </message>
+    <message>
+        <source>插入 PDF 或空白页</source>
+        <translation>PDF または空白ページを挿入</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>抽出</translation>
+    </message>
+    <message>
+        <source>提取选定页面</source>
+        <translation>選択したページを抽出</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>分割</translation>
+    </message>
+    <message>
+        <source>拆分 PDF</source>
+        <translation>PDF を分割</translation>
+    </message>
+    <message>
+        <source>向左旋转</source>
+        <translation>左に回転</translation>
+    </message>
+    <message>
+        <source>向右旋转</source>
+        <translation>右に回転</translation>
+    </message>
+    <message>
+        <source>删除选定页面</source>
+        <translation>選択したページを削除</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>すべて選択</translation>
+    </message>
+    <message>
+        <source>选择全部页面</source>
+        <translation>すべてのページを選択</translation>
+    </message>
+    <message>
+        <source>撤销</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>やり直す</translation>
+    </message>
+    <message>
+        <source>更多</source>
+        <translation>その他</translation>
+    </message>
+    <message>
+        <source>手形工具</source>
+        <translation>手のひらツール</translation>
+    </message>
+    <message>
+        <source>压缩</source>
+        <translation>圧縮</translation>
+    </message>
+    <message>
+        <source>PDF 转为 Office</source>
+        <translation>PDF を Office に変換</translation>
+    </message>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF を画像に変換</translation>
+    </message>
+    <message>
+        <source>加密 PDF</source>
+        <translation>PDF の暗号化</translation>
+    </message>
+    <message>
+        <source>解锁 PDF</source>
+        <translation>PDF のロック解除</translation>
+    </message>
+    <message>
+        <source>页面编号</source>
+        <translation>ページ番号</translation>
+    </message>
+    <message>
+        <source>保存文件</source>
+        <translation>ファイルを保存</translation>
+    </message>
+    <message>
+        <source>将文件保存为…</source>
+        <translation>名前を付けて保存…</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>印刷</translation>
+    </message>
+    <message>
+        <source>在文件夹中显示</source>
+        <translation>フォルダーに表示</translation>
+    </message>
+</context>
+<context>
+    <name>PdfUndoManager</name>
+    <message>
+        <source>插入 PDF</source>
+        <translation>PDF の挿入</translation>
+    </message>
+    <message>
+        <source>插入空白页</source>
+        <translation>空白ページの挿入</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>ページの複製</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>ページの削除</translation>
+    </message>
+    <message>
+        <source>向左旋转页面</source>
+        <translation>ページを左に回転</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>ページを右に回転</translation>
+    </message>
+    <message>
+        <source>移动页面</source>
+        <translation>ページの移動</translation>
     </message>
 </context>
 <context>

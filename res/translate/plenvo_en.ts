@@ -187,6 +187,25 @@
     </message>
 </context>
 <context>
+    <name>PdfBottomControlBar</name>
+    <message>
+        <source>切换为适合高度</source>
+        <translation>Switch to fit height</translation>
+    </message>
+    <message>
+        <source>切换为适合宽度</source>
+        <translation>Switch to fit width</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>Previous page</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>Next page</translation>
+    </message>
+</context>
+<context>
     <name>PdfCompressPage</name>
     <message>
         <source>压缩PDF</source>
@@ -257,6 +276,168 @@
     <message>
         <source>将 PDF 转换为可编辑的 Office 文档。</source>
         <translation>Convert PDF files to editable Office documents.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfTopToolBar</name>
+    <message>
+        <source>文档</source>
+        <translation>Document</translation>
+    </message>
+    <message>
+        <source>文档阅读视图</source>
+        <translation>Document reading view</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>Pages</translation>
+    </message>
+    <message>
+        <source>页面管理视图</source>
+        <translation>Page management view</translation>
+    </message>
+    <message>
+        <source>显示或隐藏缩略图</source>
+        <translation>Show or hide thumbnails</translation>
+    </message>
+    <message>
+        <source>工具</source>
+        <translation>Tools</translation>
+    </message>
+    <message>
+        <source>PDF 工具</source>
+        <translation>PDF tools</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Insert</translation>
+    </message>
+    <message>
+        <source>插入 PDF 或空白页</source>
+        <translation>Insert a PDF or a blank page</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extract</translation>
+    </message>
+    <message>
+        <source>提取选定页面</source>
+        <translation>Extract selected pages</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Split</translation>
+    </message>
+    <message>
+        <source>拆分 PDF</source>
+        <translation>Split the PDF</translation>
+    </message>
+    <message>
+        <source>向左旋转</source>
+        <translation>Rotate left</translation>
+    </message>
+    <message>
+        <source>向右旋转</source>
+        <translation>Rotate right</translation>
+    </message>
+    <message>
+        <source>删除选定页面</source>
+        <translation>Delete selected pages</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Select all</translation>
+    </message>
+    <message>
+        <source>选择全部页面</source>
+        <translation>Select all pages</translation>
+    </message>
+    <message>
+        <source>撤销</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>更多</source>
+        <translation>More</translation>
+    </message>
+    <message>
+        <source>手形工具</source>
+        <translation>Hand tool</translation>
+    </message>
+    <message>
+        <source>压缩</source>
+        <translation>Compress</translation>
+    </message>
+    <message>
+        <source>PDF 转为 Office</source>
+        <translation>PDF to Office</translation>
+    </message>
+    <message>
+        <source>PDF 转为图像</source>
+        <translation>PDF to images</translation>
+    </message>
+    <message>
+        <source>加密 PDF</source>
+        <translation>Encrypt PDF</translation>
+    </message>
+    <message>
+        <source>解锁 PDF</source>
+        <translation>Unlock PDF</translation>
+    </message>
+    <message>
+        <source>页面编号</source>
+        <translation>Page numbers</translation>
+    </message>
+    <message>
+        <source>保存文件</source>
+        <translation>Save file</translation>
+    </message>
+    <message>
+        <source>将文件保存为…</source>
+        <translation>Save file as…</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>在文件夹中显示</source>
+        <translation>Show in folder</translation>
+    </message>
+</context>
+<context>
+    <name>PdfUndoManager</name>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insert PDF</translation>
+    </message>
+    <message>
+        <source>插入空白页</source>
+        <translation>Insert Blank Page</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Duplicate Pages</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Delete Pages</translation>
+    </message>
+    <message>
+        <source>向左旋转页面</source>
+        <translation>Rotate Pages Left</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Rotate Pages Right</translation>
+    </message>
+    <message>
+        <source>移动页面</source>
+        <translation>Move Page</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,18 @@
+#include "pdf/viewer/pdf_tools_menu_style.h"
+
+namespace {
+
+constexpr int kMenuIconSize = 28;
+
+} // namespace
+
+PdfToolsMenuStyle::PdfToolsMenuStyle() = default;
+
+PdfToolsMenuStyle::~PdfToolsMenuStyle() = default;
+
+int PdfToolsMenuStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
+                                   const QWidget *widget) const
+{
+    return metric == PM_SmallIconSize ? kMenuIconSize
+                                      : QProxyStyle::pixelMetric(metric, option, widget);
+}
