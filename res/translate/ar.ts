@@ -187,6 +187,13 @@
     </message>
 </context>
 <context>
+    <name>PageCardDelegate</name>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>يتعذر عرض هذه الصفحة</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -254,6 +261,15 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>‫احمِ ملفات PDF بكلمة مرور.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PdfInsertDropZone</name>
+    <message>
+        <source>插入 PDF
+或将多个 PDF 拖放至此处</source>
+        <translation>إدراج PDF
+أو إفلات عدة ملفات PDF هنا</translation>
     </message>
 </context>
 <context>
@@ -493,6 +509,25 @@
     <message>
         <source>取消</source>
         <translation>إلغاء</translation>
+    </message>
+</context>
+<context>
+    <name>ThumbnailDelegate</name>
+    <message>
+        <source>正在生成缩略图…</source>
+        <translation>جارٍ إنشاء الصورة المصغرة…</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>معاينة الصفحة</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>تدوير الصفحة إلى اليمين</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>حذف الصفحة</translation>
     </message>
 </context>
 <context>

@@ -187,6 +187,13 @@
     </message>
 </context>
 <context>
+    <name>PageCardDelegate</name>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>No se puede mostrar esta página</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -254,6 +261,15 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>Proteja archivos PDF con una contraseña.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfInsertDropZone</name>
+    <message>
+        <source>插入 PDF
+或将多个 PDF 拖放至此处</source>
+        <translation>Insertar PDF
+o soltar varios PDF aquí</translation>
     </message>
 </context>
 <context>
@@ -493,6 +509,25 @@
     <message>
         <source>取消</source>
         <translation>Cancelar</translation>
+    </message>
+</context>
+<context>
+    <name>ThumbnailDelegate</name>
+    <message>
+        <source>正在生成缩略图…</source>
+        <translation>Generando miniatura…</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>Ver la página</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Girar la página a la derecha</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Eliminar la página</translation>
     </message>
 </context>
 <context>

@@ -187,6 +187,13 @@
     </message>
 </context>
 <context>
+    <name>PageCardDelegate</name>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>Impossible d’afficher cette page</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -254,6 +261,15 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>Protéger des fichiers PDF par un mot de passe.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfInsertDropZone</name>
+    <message>
+        <source>插入 PDF
+或将多个 PDF 拖放至此处</source>
+        <translation>Insérer un PDF
+ou déposer plusieurs PDF ici</translation>
     </message>
 </context>
 <context>
@@ -493,6 +509,25 @@
     <message>
         <source>取消</source>
         <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>ThumbnailDelegate</name>
+    <message>
+        <source>正在生成缩略图…</source>
+        <translation>Génération de la miniature…</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>Afficher la page</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Pivoter la page à droite</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Supprimer la page</translation>
     </message>
 </context>
 <context>

@@ -187,6 +187,13 @@
     </message>
 </context>
 <context>
+    <name>PageCardDelegate</name>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>このページは表示できません</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -254,6 +261,15 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>PDF ファイルをパスワードで保護します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfInsertDropZone</name>
+    <message>
+        <source>插入 PDF
+或将多个 PDF 拖放至此处</source>
+        <translation>PDF を挿入
+または複数の PDF をここにドロップ</translation>
     </message>
 </context>
 <context>
@@ -493,6 +509,25 @@
     <message>
         <source>取消</source>
         <translation>キャンセル</translation>
+    </message>
+</context>
+<context>
+    <name>ThumbnailDelegate</name>
+    <message>
+        <source>正在生成缩略图…</source>
+        <translation>サムネイルを生成中…</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>ページをプレビュー</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>ページを右に回転</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>ページを削除</translation>
     </message>
 </context>
 <context>
