@@ -224,7 +224,9 @@ void PdfDocumentView::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
     const std::optional<double> position = pendingPosition();
-    adoptFitZoom(m_currentPage);
+    if (pageCount() > 0) {
+        adoptFitZoom(m_currentPage);
+    }
     layoutPages(position);
 }
 
@@ -481,15 +483,23 @@ void PdfDocumentView::setScrollRanges()
     verticalScrollBar()->setRange(0, std::max(content.height() - visible.height(), 0));
 }
 
-bool PdfDocumentView::adoptFitZoom(int page)
+double PdfDocumentView::fitZoomOf(int page) const
 {
     const int count = pageCount();
-    if (m_fitMode == FitMode::Manual || count == 0) {
-        return false;
+    if (count == 0) {
+        return 1.0;
     }
     const PageFit fit = m_fitMode == FitMode::Width ? PageFit::Width : PageFit::Page;
-    const double zoom = settledFitZoom(displaySizes(), std::clamp(page, 0, count - 1),
-                                       viewport()->size(), hiddenScrollBars(), fit);
+    return settledFitZoom(displaySizes(), std::clamp(page, 0, count - 1), viewport()->size(),
+                          hiddenScrollBars(), fit);
+}
+
+bool PdfDocumentView::adoptFitZoom(int page)
+{
+    if (m_fitMode == FitMode::Manual) {
+        return false;
+    }
+    const double zoom = fitZoomOf(page);
     if (qFuzzyCompare(zoom, m_zoomFactor)) {
         return false;
     }

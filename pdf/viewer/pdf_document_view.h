@@ -107,6 +107,8 @@ private:
     void ensureLayout();
     void layoutPages(std::optional<double> keptPosition);
     void setScrollRanges();
+    /// The zoom that fits `page` in the present fit mode; 1.0 without pages.
+    [[nodiscard]] double fitZoomOf(int page) const;
     /// Stores and announces the zoom that fits `page` if the view is in a fit mode; true if it
     /// differs from the zoom before.
     bool adoptFitZoom(int page);

@@ -23,6 +23,8 @@ private slots:
     void choosingTheFittedZoomEndsTheFitModeSilently();
     void fitWidthUsesTheViewportWithoutItsMargins();
     void fitPageShowsTheWholePageAtItsTop();
+    void fittingWithoutPagesGivesTheNaturalSize_data();
+    void fittingWithoutPagesGivesTheNaturalSize();
     void resizingKeepsADocumentFitted_data();
     void resizingKeepsADocumentFitted();
     void resizingKeepsAChosenZoom();
@@ -155,6 +157,35 @@ void TestPdfDocumentView::fitPageShowsTheWholePageAtItsTop()
     QCOMPARE(shown.view.currentPage(), 4);
     QCOMPARE(shown.scrollY(), shown.layout().pages.at(4).top() - 32);
     QVERIFY(shown.view.viewport()->rect().contains(shown.pageInViewport(4)));
+}
+
+void TestPdfDocumentView::fittingWithoutPagesGivesTheNaturalSize_data()
+{
+    QTest::addColumn<bool>("whole");
+    QTest::newRow("width") << false;
+    QTest::newRow("page") << true;
+}
+
+void TestPdfDocumentView::fittingWithoutPagesGivesTheNaturalSize()
+{
+    QFETCH(bool, whole);
+    ShownView shown(a4Pages(3));
+    shown.view.goToPage(0);
+    shown.model.setPages({}, false);
+    const double fitted = shown.view.zoomFactor();
+    QVERIFY(!qFuzzyCompare(fitted, 1.0));
+    shown.resizeViewport({700, 500});
+    QCOMPARE(shown.view.zoomFactor(), fitted);
+
+    const QSignalSpy zoom(&shown.view, &PdfDocumentView::zoomFactorChanged);
+    if (whole) {
+        shown.view.fitPage();
+    } else {
+        shown.view.fitWidth();
+    }
+    QCOMPARE(shown.view.zoomFactor(), 1.0);
+    QCOMPARE(zoom.size(), 1);
+    QCOMPARE(zoom.first().first().toDouble(), 1.0);
 }
 
 void TestPdfDocumentView::resizingKeepsADocumentFitted_data()
