@@ -1,5 +1,6 @@
 #include "pdf/core/pdf_undo_manager.h"
 
+#include "pdf/core/page_list_snapshot.h"
 #include "pdf/core/pdf_document_model.h"
 
 #include <QUndoCommand>
@@ -14,29 +15,44 @@ namespace {
 class PageSnapshotCommand final : public QUndoCommand
 {
 public:
-    PageSnapshotCommand(const QString &text, PdfDocumentModel *model, QList<PdfPageRecord> before,
-                        QList<PdfPageRecord> after)
+    PageSnapshotCommand(const QString &text, PdfDocumentModel *model, PageListSnapshot before,
+                        PageListSnapshot after)
         : QUndoCommand(text)
         , m_model(model)
         , m_before(std::move(before))
         , m_after(std::move(after))
     {}
 
-    void undo() override { m_model->setPages(m_before, true); }
+    [[nodiscard]] const PageListSnapshot &before() const { return m_before; }
+    [[nodiscard]] const PageListSnapshot &after() const { return m_after; }
+
+    void undo() override { m_model->setPages(m_before.pages(), true); }
 
     void redo() override
     {
         if (!std::exchange(m_skipFirstRedo, false)) {
-            m_model->setPages(m_after, true);
+            m_model->setPages(m_after.pages(), true);
         }
     }
 
 private:
     PdfDocumentModel *m_model;
-    QList<PdfPageRecord> m_before;
-    QList<PdfPageRecord> m_after;
+    PageListSnapshot m_before;
+    PageListSnapshot m_after;
     bool m_skipFirstRedo = true;
 };
+
+/// The snapshot in the history that is nearest to the document as it stands.
+PageListSnapshot latestSnapshot(const QUndoStack &stack)
+{
+    const auto commandAt = [&stack](int index) {
+        return static_cast<const PageSnapshotCommand *>(stack.command(index));
+    };
+    if (stack.index() > 0) {
+        return commandAt(stack.index() - 1)->after();
+    }
+    return stack.count() > 0 ? commandAt(0)->before() : PageListSnapshot();
+}
 
 } // namespace
 
@@ -121,9 +137,12 @@ PdfUndoManager::StartingPoint PdfUndoManager::currentState() const
 
 void PdfUndoManager::record(const QString &text, const StartingPoint &start)
 {
-    if (m_model->documentRevision() != start.revision) {
-        m_stack->push(new PageSnapshotCommand(text, m_model, start.pages, m_model->pages()));
+    if (m_model->documentRevision() == start.revision) {
+        return;
     }
+    const PageListSnapshot before(start.pages, latestSnapshot(*m_stack));
+    const PageListSnapshot after(m_model->pages(), before);
+    m_stack->push(new PageSnapshotCommand(text, m_model, before, after));
 }
 
 void PdfUndoManager::observeMove()

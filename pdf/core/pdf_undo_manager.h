@@ -13,8 +13,8 @@ class QUndoStack;
 /// The edit history of one document: every page edit becomes a step that can be undone.
 ///
 /// An edit is made through the operations below, each of which lets the model do the work and
-/// keeps its page list from before and after; the lists are shared copies. Moves that views make
-/// on the model themselves are noticed and become steps as soon as the event loop runs. What
+/// keeps its page list from before and after, sharing what they have in common. Moves that views
+/// make on the model themselves are noticed and become steps as soon as the event loop runs. What
 /// changes nothing makes no step. The model's modified flag follows the clean state of the stack.
 ///
 /// Lives on the interface thread. The model may be destroyed before the manager, which is not to be
