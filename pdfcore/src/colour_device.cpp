@@ -165,6 +165,13 @@ struct PaintColour
     }
 };
 
+/// Where component `component` of pixel `pixel` stands in packed pixels of `components` each.
+constexpr std::size_t indexOf(int pixel, int components, int component)
+{
+    return static_cast<std::size_t>(pixel) * static_cast<std::size_t>(components) +
+           static_cast<std::size_t>(component);
+}
+
 /// Converts `source`, whose colorants are those of `transform`, to a new RGB pixmap.
 fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTransform &transform)
 {
@@ -203,7 +210,7 @@ fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTr
                     row + static_cast<std::ptrdiff_t>(x + i) * sourceComponents;
                 const int a = pixel[colorants];
                 for (int c = 0; c < colorants; ++c) {
-                    plain[static_cast<std::size_t>(i * colorants + c)] =
+                    plain[indexOf(i, colorants, c)] =
                         static_cast<unsigned char>(a == 0 ? 0 : std::min(255, pixel[c] * 255 / a));
                 }
             }
@@ -214,8 +221,7 @@ fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTr
                     row[static_cast<std::ptrdiff_t>(x + i) * sourceComponents + colorants];
                 unsigned char *pixel = out + static_cast<std::ptrdiff_t>(x + i) * 4;
                 for (int c = 0; c < 3; ++c) {
-                    pixel[c] = static_cast<unsigned char>(
-                        converted[static_cast<std::size_t>(i * 3 + c)] * a / 255);
+                    pixel[c] = static_cast<unsigned char>(converted[indexOf(i, 3, c)] * a / 255);
                 }
                 pixel[3] = static_cast<unsigned char>(a);
             }

@@ -267,7 +267,7 @@ EngineError DocumentSession::openDocument()
                          .arg(reason);
         return {PdfBackendError::InvalidDocument, reason};
     }
-    if (const EngineError error = unlock(); error.isError())
+    if (EngineError error = unlock(); error.isError())
         return error;
     return readPageTree();
 }

@@ -118,7 +118,7 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
         QPDF output;
         output.setSuppressWarnings(true);
         output.emptyPDF();
-        if (const EngineError error = addPages(pages, sources, output); error.isError())
+        if (EngineError error = addPages(pages, sources, output); error.isError())
             return error;
         QPDFWriter writer(output);
         writer.setOutputPipeline(&pipeline);
@@ -170,9 +170,9 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     QString reason;
     if (!file.open(&reason))
         return {PdfBackendError::WriteFailed, reason};
-    if (const EngineError error = writeTo(pages, file); error.isError())
+    if (EngineError error = writeTo(pages, file); error.isError())
         return error;
-    if (const EngineError error = check(file.temporaryPath(), pages.size()); error.isError())
+    if (EngineError error = check(file.temporaryPath(), pages.size()); error.isError())
         return error;
     const SessionPool::FileClosure closure(SessionPool::instance(), file.target());
     if (!file.commit(&reason))

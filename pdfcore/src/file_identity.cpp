@@ -20,7 +20,7 @@ QString comparablePath(const QString &path)
 {
     const QFileInfo info(path);
     const QString canonical = info.canonicalFilePath();
-    const QString found = canonical.isEmpty() ? info.absoluteFilePath() : canonical;
+    QString found = canonical.isEmpty() ? info.absoluteFilePath() : canonical;
 #ifdef Q_OS_WIN
     // A canonical path has the letters as they were typed, not as the folder has them.
     return found.toCaseFolded();

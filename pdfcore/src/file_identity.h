@@ -16,8 +16,6 @@ struct FileIdentity
     static FileIdentity of(const QString &path);
 
     [[nodiscard]] bool exists() const { return size >= 0; }
-
-    friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
 };
 
 /// The path by which the engine keeps a file apart from others, however it was spelled.

@@ -119,7 +119,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     std::vector<QPDFObjectHandle> pages;
     std::vector<TreeLevel> levels;
     std::set<QPDFObjGen> visitedNodes;
-    const auto pushLevel = [&](QPDFObjectHandle node, QPDFObjectHandle kids) {
+    const auto pushLevel = [&](const QPDFObjectHandle &node, const QPDFObjectHandle &kids) {
         if (levels.size() >= kMaxTreeDepth)
             return;
         if (node.isIndirect() && !visitedNodes.insert(node.getObjGen()).second)
