@@ -77,9 +77,10 @@ void PageImageLoader::acceptImage(PdfPageId id, QSize size, PdfRenderPurpose pur
     if (pending != m_pending.constEnd() && pending->requestId == requestId &&
         pending->size == size) {
         m_pending.erase(pending);
-        if (m_kept.contains(id)) {
-            m_images.insert(id, {image, size});
-            emit imageArrived(id);
+        m_images.insert(id, {image, size});
+        emit imageArrived(id);
+        if (!m_kept.contains(id)) {
+            emit unkeptImageArrived();
         }
     }
     settle(requestId);

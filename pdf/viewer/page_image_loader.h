@@ -73,6 +73,8 @@ public:
 signals:
     /// A new image is held for the page.
     void imageArrived(PdfPageId id);
+    /// The new image is of a page the last demand did not keep; the next demand decides about it.
+    void unkeptImageArrived();
     /// Requests that had to wait may be made now.
     void roomAvailable();
 

@@ -94,6 +94,7 @@ PdfDocumentView::PdfDocumentView(QWidget *parent)
     setLayoutDirection(Qt::LeftToRight);
 
     connect(&m_images, &PageImageLoader::imageArrived, this, &PdfDocumentView::updatePage);
+    connect(&m_images, &PageImageLoader::unkeptImageArrived, this, &PdfDocumentView::postPass);
     connect(&m_images, &PageImageLoader::roomAvailable, this, &PdfDocumentView::postPass);
 }
 

@@ -55,7 +55,8 @@ private slots:
     void forgottenPageIgnoresItsResult();
     void thumbnailsAreIgnored();
     void imagesThatAreNotKeptAreDropped();
-    void resultForAPageNoLongerKeptIsNotHeld();
+    void resultForAPageNoLongerKeptIsHeldUntilTheNextDemand();
+    void pageWantedAgainAsItsResultArrivesIsNotRequestedTwice();
     void tooManyStaleRequestsHoldBackNewOnes();
     void heldBackRequestsAreAnnouncedWhenResultsArrive();
     void nearbyPagesWaitForAllStaleRequests();
@@ -212,14 +213,32 @@ void TestPageImageLoader::imagesThatAreNotKeptAreDropped()
     QVERIFY(m_loader->image(idOf(2)));
 }
 
-void TestPageImageLoader::resultForAPageNoLongerKeptIsNotHeld()
+void TestPageImageLoader::resultForAPageNoLongerKeptIsHeldUntilTheNextDemand()
+{
+    const QSignalSpy unkept(m_loader.get(), &PageImageLoader::unkeptImageArrived);
+    m_probe->hold();
+    m_loader->request(visible(0, 0));
+    m_loader->request(visible(1, 1));
+    drain();
+    QVERIFY(m_loader->image(idOf(0)));
+    QVERIFY(m_loader->image(idOf(1)));
+    QCOMPARE(unkept.size(), 1);
+    m_loader->request(visible(1, 1));
+    QVERIFY(!m_loader->image(idOf(0)));
+    QVERIFY(m_loader->image(idOf(1)));
+}
+
+void TestPageImageLoader::pageWantedAgainAsItsResultArrivesIsNotRequestedTwice()
 {
     m_probe->hold();
     m_loader->request(visible(0, 0));
     m_loader->request(visible(1, 1));
     drain();
-    QVERIFY(!m_loader->image(idOf(0)));
-    QVERIFY(m_loader->image(idOf(1)));
+    const int requests = static_cast<int>(m_rendered->size());
+    m_loader->request(visible(0, 1));
+    QCOMPARE(m_loader->image(idOf(0))->size, kSize);
+    QTest::qWait(20);
+    QCOMPARE(m_rendered->size(), requests);
 }
 
 void TestPageImageLoader::tooManyStaleRequestsHoldBackNewOnes()

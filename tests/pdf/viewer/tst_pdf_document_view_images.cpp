@@ -40,6 +40,7 @@ private slots:
     void foreignResultIsIgnored();
     void failedPageIsAskedForAgainOnlyAtTheNextPass();
     void farImagesAreLetGo();
+    void imageThatArrivesFarAwayIsLetGo();
     void jumpingThroughAThousandPagesShowsTheLastPromptly();
     void scrollingBackWhileRendersWaitShowsThePage();
     void cancelledRequestsAreMadeAgain();
@@ -266,6 +267,29 @@ void TestPdfDocumentViewImages::farImagesAreLetGo()
     shown.probe.forgetRenders();
     shown.view.goToPage(0);
     QTRY_COMPARE(shown.probe.renderCount(0), 1);
+}
+
+void TestPdfDocumentViewImages::imageThatArrivesFarAwayIsLetGo()
+{
+    // Row 18 begins at 2156: within reach of a viewport at 1200, far from one at the top.
+    ShownView shown(QList<QSizeF>(50, QSizeF(100, 100)), {864, 600});
+    shown.view.setZoomFactor(1.0);
+    QVERIFY(shown.waitForVisiblePages());
+    QTest::qWait(50);
+    shown.probe.hold();
+    shown.scrollToY(1200);
+    QCoreApplication::processEvents();
+    shown.scrollToY(0);
+    QCoreApplication::processEvents();
+    const QSignalSpy rendered(&shown.manager, &PdfRenderManager::pageRendered);
+    shown.probe.release();
+    QTRY_VERIFY(std::any_of(rendered.cbegin(), rendered.cend(), [](const QList<QVariant> &call) {
+        return call.at(0).value<PdfPageId>() == 19;
+    }));
+    QTest::qWait(50);
+    shown.manager.clearCache();
+    shown.scrollToY(1200);
+    QTRY_COMPARE(shown.probe.renderCount(18), 2);
 }
 
 void TestPdfDocumentViewImages::jumpingThroughAThousandPagesShowsTheLastPromptly()
