@@ -48,6 +48,7 @@ private slots:
     void textNamesThePageByItsNumber();
     void finishedPageCoversItsWholeRectangle();
     void scrolledPagesAreTranslated();
+    void scrollBarsAreThinRoundedHandlesOnTheBackground();
     void firstPagePaintedComesOncePerDocument();
     void firstPagePaintedWaitsForTheFinishedImage();
 };
@@ -133,6 +134,31 @@ void TestPdfDocumentViewPainting::scrolledPagesAreTranslated()
     QVERIFY(page.left() < 0);
     QTRY_COMPARE(picture(shown).pixelColor(0, page.top()), RenderProbe::colorOf(2));
     QCOMPARE(picture(shown).pixelColor(0, page.top() - 1), Theme::canvas);
+}
+
+void TestPdfDocumentViewPainting::scrollBarsAreThinRoundedHandlesOnTheBackground()
+{
+    const QColor handle(0xB8, 0xC0, 0xCE);
+    ShownView shown(a4Pages(2000), {400, 600});
+    shown.view.setZoomFactor(1.0);
+    QCoreApplication::processEvents();
+    QCOMPARE(shown.view.width() - shown.view.viewport()->width(), 10);
+    QCOMPARE(shown.view.height() - shown.view.viewport()->height(), 10);
+
+    const QImage image = shown.view.grab().toImage();
+    const int left = shown.view.viewport()->width();
+    QCOMPARE(countPixels(image, {left, 0, 10, 2}, Theme::canvas), 20);
+    const int height = shown.view.viewport()->height();
+    QCOMPARE(countPixels(image, {left + 5, 0, 1, height}, Theme::canvas), height - 32);
+    QCOMPARE(image.pixelColor(left + 5, 17), handle);
+    QVERIFY(image.pixelColor(left + 1, 2) != handle);
+    QCOMPARE(image.pixelColor(left + 1, 17), handle);
+    QCOMPARE(image.pixelColor(left, 17), Theme::canvas);
+    QCOMPARE(image.pixelColor(left + 9, 17), Theme::canvas);
+    QCOMPARE(image.pixelColor(left + 5, 300), Theme::canvas);
+
+    QCOMPARE(countPixels(image, {0, height, 2, 10}, Theme::canvas), 20);
+    QCOMPARE(image.pixelColor(20, height + 5), handle);
 }
 
 void TestPdfDocumentViewPainting::firstPagePaintedComesOncePerDocument()
