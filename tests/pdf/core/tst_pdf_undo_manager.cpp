@@ -81,6 +81,7 @@ private slots:
     void undoOfAMoveIsNotObserved();
 
     void resetForgetsStepsAndUnfinishedMoves();
+    void resetOfAnEmptyHistoryClearsModified();
     void undoIsUnavailableAfterOpeningAnotherDocument();
     void everyStepOfALongHistoryIsKept();
     void modelMayGoFirst();
@@ -579,6 +580,13 @@ void TestPdfUndoManager::resetForgetsStepsAndUnfinishedMoves()
     QCOMPARE(stack()->undoText(), kMove);
     stack()->undo();
     QCOMPARE(idsOf(model()), (Ids{4, 1, 2, 3}));
+}
+
+void TestPdfUndoManager::resetOfAnEmptyHistoryClearsModified()
+{
+    model().setModified(true);
+    m_manager->reset();
+    QVERIFY(!model().isModified());
 }
 
 void TestPdfUndoManager::undoIsUnavailableAfterOpeningAnotherDocument()

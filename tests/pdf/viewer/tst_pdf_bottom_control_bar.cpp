@@ -670,6 +670,7 @@ void TestPdfBottomControlBar::settingStatesEmitsNothing()
     }
     QCOMPARE(spies.size(), std::size_t{6});
     const QSignalSpy edited(edit(), &QLineEdit::textChanged);
+    const QSignalSpy zoomed(zoom(), &QComboBox::currentTextChanged);
     m_bar->setPageCount(12);
     m_bar->setCurrentPage(7);
     m_bar->setPageCount(3);
@@ -681,6 +682,7 @@ void TestPdfBottomControlBar::settingStatesEmitsNothing()
         QCOMPARE(spy->size(), 0);
     }
     QCOMPARE(edited.size(), 0);
+    QCOMPARE(zoomed.size(), 0);
 }
 
 QTEST_MAIN(TestPdfBottomControlBar)
