@@ -158,7 +158,11 @@ PdfBottomControlBar::PdfBottomControlBar(QWidget *parent)
     setPageCount(0);
 }
 
-PdfBottomControlBar::~PdfBottomControlBar() = default;
+PdfBottomControlBar::~PdfBottomControlBar()
+{
+    // The field may lose the focus while it goes with the bar, and would then call half of it.
+    m_pageNumberEdit->disconnect(this);
+}
 
 void PdfBottomControlBar::setPageCount(int count)
 {
