@@ -8,123 +8,21 @@
 #include <QFile>
 
 #include <algorithm>
-#include <climits>
-#include <cmath>
 #include <cstring>
+#include <future>
 #include <string>
-#include <unordered_set>
+#include <thread>
+#include <utility>
 
 namespace pdfcore {
 
 namespace {
 
-/// US Letter, what a page without a usable size is taken to be.
-constexpr QSizeF kFallbackPageSize{612, 792};
-
-/// Levels of page tree nodes that are followed.
-constexpr std::size_t kMaxTreeDepth = 512;
-
 /// Copies of the target that nested transparency groups may need on top of the budget.
 constexpr std::size_t kTargetCopies = 4;
 
-/// Levels up to which MuPDF can look up what a page inherits.
-constexpr std::size_t kMaxInheritanceDepth = 64;
-
-struct TreeLevel
-{
-    pdf_obj *node; ///< Kept.
-    int next;
-};
-
-/// What the walk over the page tree needs; C++ containers that are filled between MuPDF calls.
-struct TreeWalk
-{
-    std::vector<TreeLevel> levels;
-    std::unordered_set<int> visitedNodes;
-    std::vector<int> *pageNumbers;
-};
-
-void pushLevel(fz_context *ctx, TreeWalk &walk, pdf_obj *node)
-{
-    const int number = pdf_to_num(ctx, node);
-    if (walk.levels.size() >= kMaxTreeDepth)
-        return;
-    if (number != 0 && !walk.visitedNodes.insert(number).second)
-        return;
-    walk.levels.push_back({pdf_keep_obj(ctx, node), 0});
-}
-
-/// The number of a page object; one that stands directly in its parent becomes an object first.
-int pageNumber(fz_context *ctx, pdf_document *document, pdf_obj *page)
-{
-    const int number = pdf_to_num(ctx, page);
-    if (number != 0)
-        return number;
-    pdf_obj *reference = pdf_add_object(ctx, document, page);
-    const int added = pdf_to_num(ctx, reference);
-    pdf_drop_obj(ctx, reference);
-    return added;
-}
-
-/// Makes sure that the page inherits from the nodes above it, also where its own way up is wrong or
-/// too long for MuPDF: then what it would inherit is written into it. Only in memory.
-void settleInheritance(fz_context *ctx, pdf_obj *page, const TreeWalk &walk)
-{
-    pdf_obj *parent = pdf_dict_get(ctx, page, PDF_NAME(Parent));
-    if (walk.levels.size() <= kMaxInheritanceDepth &&
-        pdf_resolve_indirect(ctx, parent) == pdf_resolve_indirect(ctx, walk.levels.back().node))
-        return;
-    for (pdf_obj *key :
-         {PDF_NAME(Resources), PDF_NAME(MediaBox), PDF_NAME(CropBox), PDF_NAME(Rotate)}) {
-        for (auto level = walk.levels.rbegin();
-             level != walk.levels.rend() && pdf_dict_get(ctx, page, key) == nullptr; ++level) {
-            pdf_obj *value = pdf_dict_get(ctx, level->node, key);
-            if (value != nullptr)
-                pdf_dict_put(ctx, page, key, value);
-        }
-    }
-    pdf_dict_del(ctx, page, PDF_NAME(Parent));
-}
-
-/// Collects the pages below `root` in order. A node is what has kids; every node counts once.
-void walkPageTree(fz_context *ctx, pdf_document *document, pdf_obj *root, TreeWalk &walk)
-{
-    if (pdf_is_array(ctx, pdf_dict_get(ctx, root, PDF_NAME(Kids))) == 0) {
-        if (pdf_name_eq(ctx, pdf_dict_get(ctx, root, PDF_NAME(Type)), PDF_NAME(Page)))
-            walk.pageNumbers->push_back(pageNumber(ctx, document, root));
-        return;
-    }
-    pushLevel(ctx, walk, root);
-    while (!walk.levels.empty()) {
-        TreeLevel &level = walk.levels.back();
-        pdf_obj *kids = pdf_dict_get(ctx, level.node, PDF_NAME(Kids));
-        if (level.next >= pdf_array_len(ctx, kids)) {
-            pdf_drop_obj(ctx, level.node);
-            walk.levels.pop_back();
-            continue;
-        }
-        pdf_obj *kid = pdf_array_get(ctx, kids, level.next);
-        ++level.next;
-        fz_try(ctx)
-        {
-            if (pdf_is_dict(ctx, kid)) {
-                if (pdf_is_array(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Kids)))) {
-                    pushLevel(ctx, walk, kid);
-                } else if (!pdf_name_eq(ctx, pdf_dict_get(ctx, kid, PDF_NAME(Type)),
-                                        PDF_NAME(Pages))) {
-                    settleInheritance(ctx, kid, walk);
-                    walk.pageNumbers->push_back(pageNumber(ctx, document, kid));
-                }
-            }
-        }
-        fz_catch(ctx)
-        {
-            // A kid that cannot be read is no page; the others still are.
-            if (fz_caught(ctx) == FZ_ERROR_MEMORY)
-                fz_rethrow(ctx);
-        }
-    }
-}
+/// Kids of one node from which reading them is shared between two threads.
+constexpr std::size_t kManyKids = 2000;
 
 /// Loads the page at `index`, whose object is `object`.
 ///
@@ -174,35 +72,6 @@ void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<i
         pdf_dict_put_int(ctx, root, PDF_NAME(Count), document->map_page_count);
 }
 
-/// Takes out of a page what readers ignore but MuPDF obeys. Only in memory.
-void tidyPage(fz_context *ctx, pdf_obj *page)
-{
-    pdf_obj *unit = pdf_dict_get(ctx, page, PDF_NAME(UserUnit));
-    if (unit != nullptr && !(pdf_to_real(ctx, unit) > 0))
-        pdf_dict_del(ctx, page, PDF_NAME(UserUnit));
-
-    const fz_rect media = pdf_to_rect(ctx, pdf_dict_get_inheritable(ctx, page, PDF_NAME(MediaBox)));
-    const fz_rect crop = pdf_to_rect(ctx, pdf_dict_get_inheritable(ctx, page, PDF_NAME(CropBox)));
-    if (fz_is_empty_rect(media) != 0 || fz_is_empty_rect(crop) != 0)
-        return;
-    if (fz_is_empty_rect(fz_intersect_rect(media, crop)) != 0)
-        pdf_dict_put_rect(ctx, page, PDF_NAME(CropBox), media);
-}
-
-QSizeF sizeOfPage(fz_context *ctx, pdf_obj *page)
-{
-    fz_rect mediaBox = fz_empty_rect;
-    fz_matrix ctm = fz_identity;
-    tidyPage(ctx, page);
-    pdf_page_obj_transform(ctx, page, &mediaBox, &ctm);
-    const fz_rect bounds = fz_transform_rect(mediaBox, ctm);
-    const double width = static_cast<double>(bounds.x1) - static_cast<double>(bounds.x0);
-    const double height = static_cast<double>(bounds.y1) - static_cast<double>(bounds.y0);
-    if (!std::isfinite(width) || !std::isfinite(height) || width <= 0 || height <= 0)
-        return kFallbackPageSize;
-    return {width, height};
-}
-
 } // namespace
 
 DocumentSession::DocumentSession(const FileIdentity &file, const QString &password,
@@ -225,7 +94,8 @@ DocumentSession::~DocumentSession()
 std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
                                                        const QString &password,
                                                        const SessionBudgets &budgets,
-                                                       EngineError *outcome)
+                                                       EngineError *outcome,
+                                                       std::shared_ptr<const PageTree> pages)
 {
     std::unique_ptr<DocumentSession> session(new DocumentSession(file, password, budgets));
     if (session->m_context.get() == nullptr) {
@@ -234,7 +104,12 @@ std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
     }
     session->m_colourSpaces = std::make_unique<ColourSpaces>(session->m_context);
     session->m_context.beginWork(budgets.open);
+    session->m_pages = std::move(pages);
     *outcome = session->openDocument();
+    if (!outcome->isError() && !session->m_pages)
+        *outcome = session->readPageTree();
+    if (!outcome->isError())
+        *outcome = session->usePages();
     const BudgetBreach breach = session->m_context.endWork();
     if (outcome->isError() && breach != BudgetBreach::None)
         *outcome = session->budgetError(breach, PdfBackendError::InvalidDocument);
@@ -267,9 +142,7 @@ EngineError DocumentSession::openDocument()
                          .arg(reason);
         return {PdfBackendError::InvalidDocument, reason};
     }
-    if (EngineError error = unlock(); error.isError())
-        return error;
-    return readPageTree();
+    return unlock();
 }
 
 EngineError DocumentSession::unlock()
@@ -322,9 +195,8 @@ EngineError DocumentSession::readPageTree()
 {
     bool hasTree = false;
     QString reason;
-    if (!collectPages(&hasTree, &reason))
-        return {PdfBackendError::InvalidDocument, reason};
-    if (m_pageNumbers.empty() && m_document->repair_attempted == 0) {
+    std::optional<PageTree> tree = collectPages(&hasTree, &reason);
+    if (tree && tree->pageNumbers.empty() && m_document->repair_attempted == 0) {
         // The cross-reference table was readable but led nowhere: look for the objects themselves.
         m_context.run(
             [&](fz_context *ctx) {
@@ -332,57 +204,63 @@ EngineError DocumentSession::readPageTree()
                 pdf_repair_obj_stms(ctx, m_document);
             },
             nullptr);
-        if (!collectPages(&hasTree, &reason))
-            return {PdfBackendError::InvalidDocument, reason};
+        tree = collectPages(&hasTree, &reason);
     }
+    if (!tree)
+        return {PdfBackendError::InvalidDocument, reason};
     if (!hasTree)
         return {PdfBackendError::InvalidDocument, QStringLiteral("The file has no page tree.")};
-    if (!m_context.run([&](fz_context *ctx) { installPageMap(ctx, m_document, m_pageNumbers); },
-                       &reason))
+    m_pages = std::make_shared<const PageTree>(std::move(*tree));
+    return {};
+}
+
+std::optional<PageTree> DocumentSession::collectPages(bool *hasTree, QString *reason)
+{
+    const int repairsBefore = m_document->repair_attempted;
+    std::vector<PageTreeKid> rootKids = readManyKids();
+    PageTree tree;
+    bool walked = walkPageTree(m_context, m_document, rootKids, &tree, hasTree, reason);
+    if (!rootKids.empty() && m_document->repair_attempted != repairsBefore) {
+        // What was read before the repair may be other objects now.
+        tree = {};
+        walked = walkPageTree(m_context, m_document, {}, &tree, hasTree, reason);
+    }
+    if (!walked)
+        return std::nullopt;
+    return tree;
+}
+
+EngineError DocumentSession::usePages()
+{
+    QString reason;
+    if (!m_context.run(
+            [&](fz_context *ctx) { installPageMap(ctx, m_document, m_pages->pageNumbers); },
+            &reason))
         return {PdfBackendError::InvalidDocument, reason};
     return {};
 }
 
-bool DocumentSession::collectPages(bool *hasTree, QString *reason)
+/// The kids of a root that has many of them, read by two threads; empty for any other.
+std::vector<PageTreeKid> DocumentSession::readManyKids()
 {
-    m_pageNumbers.clear();
-    TreeWalk walk;
-    walk.pageNumbers = &m_pageNumbers;
-    const bool walked = m_context.run(
-        [&](fz_context *ctx) {
-            pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, m_document), "Root/Pages");
-            *hasTree = pdf_is_dict(ctx, root) != 0;
-            if (*hasTree)
-                walkPageTree(ctx, m_document, root, walk);
-        },
-        reason);
-    for (const TreeLevel &level : walk.levels)
-        pdf_drop_obj(m_context.get(), level.node);
-    return walked;
-}
-
-std::optional<QList<QSizeF>> DocumentSession::pageSizes(EngineError *outcome)
-{
-    QList<QSizeF> sizes(static_cast<qsizetype>(m_pageNumbers.size()), kFallbackPageSize);
-    m_context.beginWork(m_budgets.open);
-    for (std::size_t i = 0; i < m_pageNumbers.size(); ++i) {
-        QSizeF &size = sizes[static_cast<qsizetype>(i)];
-        m_context.run(
-            [&](fz_context *ctx) {
-                pdf_obj *page = pdf_load_object(ctx, m_document, m_pageNumbers[i]);
-                fz_try(ctx) size = sizeOfPage(ctx, page);
-                fz_always(ctx) pdf_drop_obj(ctx, page);
-                fz_catch(ctx) fz_rethrow(ctx);
-            },
-            nullptr);
-    }
-    const BudgetBreach breach = m_context.endWork();
-    if (breach != BudgetBreach::None) {
-        m_usable = false;
-        *outcome = budgetError(breach, PdfBackendError::InvalidDocument);
-        return std::nullopt;
-    }
-    return sizes;
+    const std::vector<int> numbers = rootKidNumbers(m_context, m_document);
+    if (numbers.size() < kManyKids || std::thread::hardware_concurrency() < 2)
+        return {};
+    std::vector<PageTreeKid> kids(numbers.size());
+    const std::size_t half = numbers.size() / 2;
+    const auto readSecondHalf = [&] {
+        DocumentSession twin(m_file, m_password, m_budgets);
+        if (twin.m_context.get() == nullptr)
+            return;
+        twin.m_context.beginWork(m_budgets.open);
+        if (!twin.openDocument().isError())
+            readKids(twin.m_context, twin.m_document, numbers, half, numbers.size(), kids);
+        twin.m_context.endWork();
+    };
+    const std::future<void> secondHalf = std::async(std::launch::async, readSecondHalf);
+    readKids(m_context, m_document, numbers, 0, half, kids);
+    secondHalf.wait();
+    return kids;
 }
 
 QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome)
@@ -402,7 +280,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     }
 
     fz_cookie cookie{};
-    const int number = m_pageNumbers[static_cast<std::size_t>(pageIndex)];
+    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
     QString reason;
     WorkBudget budget = m_budgets.page;
     budget.bytes += kTargetCopies * static_cast<std::size_t>(image.sizeInBytes());

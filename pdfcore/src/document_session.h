@@ -4,6 +4,7 @@
 #include "pdfcore/src/engine_error.h"
 #include "pdfcore/src/file_identity.h"
 #include "pdfcore/src/mupdf_context.h"
+#include "pdfcore/src/page_tree.h"
 
 #include <QImage>
 #include <QList>
@@ -34,9 +35,12 @@ class DocumentSession final
 {
 public:
     /// Opens the file. Null on failure, with the error in `outcome`.
+    ///
+    /// @param pages  Its pages, when another session of the same file has found them already.
     static std::unique_ptr<DocumentSession> open(const FileIdentity &file, const QString &password,
                                                  const SessionBudgets &budgets,
-                                                 EngineError *outcome);
+                                                 EngineError *outcome,
+                                                 std::shared_ptr<const PageTree> pages = {});
     ~DocumentSession();
     DocumentSession(const DocumentSession &) = delete;
     DocumentSession &operator=(const DocumentSession &) = delete;
@@ -48,11 +52,9 @@ public:
     /// Memory that the session holds now, in bytes.
     [[nodiscard]] std::size_t bytesInUse() const { return m_context.bytesInUse(); }
 
-    [[nodiscard]] int pageCount() const { return static_cast<int>(m_pageNumbers.size()); }
-
-    /// Sizes of all pages in points as a reader sees them; empty with an error when they cannot be
-    /// read.
-    std::optional<QList<QSizeF>> pageSizes(EngineError *outcome);
+    /// The pages; never null.
+    [[nodiscard]] const std::shared_ptr<const PageTree> &pages() const { return m_pages; }
+    [[nodiscard]] int pageCount() const { return static_cast<int>(m_pages->pageNumbers.size()); }
 
     /// Renders a page, turned clockwise by `rotation` degrees, stretched to `targetSize` pixels.
     ///
@@ -69,7 +71,9 @@ private:
     EngineError unlock();
     bool adoptKeyFromQpdf();
     EngineError readPageTree();
-    bool collectPages(bool *hasTree, QString *reason);
+    std::optional<PageTree> collectPages(bool *hasTree, QString *reason);
+    std::vector<PageTreeKid> readManyKids();
+    EngineError usePages();
     EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
 
     FileIdentity m_file;
@@ -78,7 +82,7 @@ private:
     MupdfContext m_context;
     std::unique_ptr<ColourSpaces> m_colourSpaces;
     pdf_document *m_document = nullptr;
-    std::vector<int> m_pageNumbers; ///< Object numbers of the pages, in page order.
+    std::shared_ptr<const PageTree> m_pages;
     bool m_usable = true;
 };
 

@@ -16,6 +16,11 @@ struct FileIdentity
     static FileIdentity of(const QString &path);
 
     [[nodiscard]] bool exists() const { return size >= 0; }
+    /// Whether the file has not been written between the two; the path does not count.
+    [[nodiscard]] bool isSameState(const FileIdentity &other) const
+    {
+        return size == other.size && modified == other.modified;
+    }
 };
 
 /// The path by which the engine keeps a file apart from others, however it was spelled.

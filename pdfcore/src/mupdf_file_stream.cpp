@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -12,8 +13,12 @@ namespace pdfcore {
 
 namespace {
 
-/// Bytes read from the file at a time.
+/// Bytes read from the file at a time, at most.
 constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
+
+/// Bytes read after a jump: enough for the dictionaries that are read one here and one there. What
+/// is read on from there comes in steps that double.
+constexpr std::size_t kJumpBytes = std::size_t{2} << 10;
 
 struct FileState
 {
@@ -23,6 +28,7 @@ struct FileState
 
     MupdfContext &context;
     QFile file;
+    std::size_t step = kJumpBytes;
     std::array<unsigned char, kChunkBytes> chunk;
 };
 
@@ -36,7 +42,9 @@ int readNext(fz_context *ctx, fz_stream *stream, std::size_t /*max*/)
     FileState &state = stateOf(stream);
     if (state.context.isOutOfTime())
         fz_throw(ctx, FZ_ERROR_GENERIC, "out of time");
-    const qint64 got = state.file.read(reinterpret_cast<char *>(state.chunk.data()), kChunkBytes);
+    const qint64 got = state.file.read(reinterpret_cast<char *>(state.chunk.data()),
+                                       static_cast<qint64>(state.step));
+    state.step = std::min(2 * state.step, kChunkBytes);
     if (got < 0)
         fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be read");
     stream->rp = state.chunk.data();
@@ -61,6 +69,7 @@ void seekTo(fz_context *ctx, fz_stream *stream, int64_t offset, int whence)
     }
     if (!state.file.seek(target))
         fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be read");
+    state.step = kJumpBytes;
     stream->pos = target;
     stream->rp = state.chunk.data();
     stream->wp = state.chunk.data();

@@ -6,7 +6,6 @@
 #include "pdfcore/src/source_page.h"
 
 #include <exception>
-#include <optional>
 
 namespace {
 
@@ -95,9 +94,8 @@ bool PdfEditorBackend::inspectDocument(const QString &path, const QString &passw
         const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &step);
         if (!session)
             return step;
-        std::optional<QList<QSizeF>> sizes = session->pageSizes(&step);
-        if (sizes && info != nullptr)
-            info->pageSizes = std::move(*sizes);
+        if (info != nullptr)
+            info->pageSizes = session->pages()->pageSizes;
         return step;
     });
     pdfcore::report(outcome, error, message);

@@ -94,19 +94,41 @@ SessionPool::Lease SessionPool::acquire(const QString &path, const QString &pass
     Sessions outdated;
     FileIdentity file;
     SessionBudgets budgets;
+    std::shared_ptr<const PageTree> pages;
     {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return !m_closed.contains(key); });
         file = FileIdentity::of(path);
         m_lent.insert(key);
         lease = Lease(this, key, takeIdle(key, file, password, outdated));
+        if (lease)
+            return lease;
         budgets = m_budgets;
+        pages = knownPages(key, file);
     }
-    if (!lease)
-        lease.m_session = DocumentSession::open(file, password, budgets, outcome);
+    lease.m_session = DocumentSession::open(file, password, budgets, outcome, pages);
     if (!lease)
         return {};
+    if (!pages && lease->pages()->isOfFile)
+        rememberPages(key, file, lease->pages());
     return lease;
+}
+
+std::shared_ptr<const PageTree> SessionPool::knownPages(const QString &key,
+                                                        const FileIdentity &file) const
+{
+    const auto known = m_pages.find(key);
+    if (known == m_pages.end() || !known->second.file.isSameState(file))
+        return nullptr;
+    return known->second.pages.lock();
+}
+
+void SessionPool::rememberPages(const QString &key, const FileIdentity &file,
+                                const std::shared_ptr<const PageTree> &pages)
+{
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_pages, [](const auto &entry) { return entry.second.pages.expired(); });
+    m_pages[key] = {file, pages};
 }
 
 void SessionPool::setBudgets(const SessionBudgets &budgets)
@@ -144,7 +166,7 @@ std::unique_ptr<DocumentSession> SessionPool::takeIdle(const QString &key, const
         const auto next = std::next(it);
         if (it->key == key) {
             const FileIdentity &opened = it->session->file();
-            if (opened.size != file.size || opened.modified != file.modified) {
+            if (!opened.isSameState(file)) {
                 outdated.splice(outdated.end(), m_idle, it);
             } else if (!found && it->session->password() == password) {
                 found = std::move(it->session);

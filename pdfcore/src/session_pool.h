@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <list>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -101,8 +102,18 @@ private:
     };
     using Sessions = std::list<IdleSession>;
 
+    /// The pages of a file, for as long as a session of it is open.
+    struct KnownPages
+    {
+        FileIdentity file;
+        std::weak_ptr<const PageTree> pages;
+    };
+
     std::unique_ptr<DocumentSession> takeIdle(const QString &key, const FileIdentity &file,
                                               const QString &password, Sessions &outdated);
+    std::shared_ptr<const PageTree> knownPages(const QString &key, const FileIdentity &file) const;
+    void rememberPages(const QString &key, const FileIdentity &file,
+                       const std::shared_ptr<const PageTree> &pages);
     void giveBack(const QString &key, std::unique_ptr<DocumentSession> session);
     /// Closes sessions with the lock released. Until they are closed their files count as lent.
     void close(std::unique_lock<std::mutex> &lock, Sessions sessions);
@@ -117,6 +128,7 @@ private:
     Sessions m_idle;               ///< Most recently used first.
     std::multiset<QString> m_lent; ///< One entry for each session that is in use or being closed.
     std::multiset<QString> m_closed;
+    std::map<QString, KnownPages> m_pages; ///< By the file's key.
     bool m_stopping = false;
     std::thread m_housekeeper;
 };

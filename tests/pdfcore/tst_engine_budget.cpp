@@ -104,7 +104,6 @@ private slots:
     void theNextPageOfTheBatchIsRendered();
     void rotationAndAnnotationsDoNotEscapeTheLimit();
     void openingIsLimited();
-    void readingSizesIsLimited();
     void aLargeTargetMayUseMoreMemory();
     void ordinaryPagesKeepTheSession();
 };
@@ -303,19 +302,6 @@ void EngineBudgetTest::openingIsLimited()
 
     SessionPool::instance().setBudgets({});
     QVERIFY(inspect(path).ok);
-}
-
-void EngineBudgetTest::readingSizesIsLimited()
-{
-    Folder folder;
-    const QString path = folder.add(u"good.pdf"_s, PdfFixture::pagesByNumber(3));
-    EngineError outcome;
-    const auto session = DocumentSession::open(FileIdentity::of(path), {}, {}, &outcome);
-    QVERIFY(session);
-    const auto sizes = session->pageSizes(&outcome);
-    QVERIFY(sizes);
-    QCOMPARE(sizes->size(), 3);
-    QVERIFY(session->isUsable());
 }
 
 void EngineBudgetTest::aLargeTargetMayUseMoreMemory()

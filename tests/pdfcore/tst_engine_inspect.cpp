@@ -72,6 +72,7 @@ private slots:
     void pageSizes_data();
     void pageSizes();
     void tenThousandPagesAreCounted();
+    void oddKidsAmongManyAreTreatedAsAmongFew();
 };
 
 void EngineInspectTest::errorValuesAreStable()
@@ -462,6 +463,47 @@ void EngineInspectTest::tenThousandPagesAreCounted()
     QCOMPARE(found.pageSizes.size(), kPages);
     QCOMPARE(found.pageSizes.at(9'998).width(), 99);
     QVERIFY(render(filePage(path, kPages - 1)).ok);
+}
+
+void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
+{
+    // A node, a page that stands directly in the list, one without its own way up, a repeated page,
+    // a missing one and something else, at the start, in the middle and at the end of a long list.
+    constexpr int kPages = 3000;
+    const QByteArray odd = "3 0 R << /Type /Page /Parent 2 0 R /MediaBox [0 0 7 7] >> 5 0 R 6 0 R "
+                           "6 0 R 999999 0 R 7 0 R ";
+    const QList<double> oddWidths{5, 7, 8, 6, 6};
+    QList<QByteArray> objects{kCatalogue,
+                              QByteArray(),
+                              "<< /Type /Pages /Parent 2 0 R /Count 1 /Kids [4 0 R] >>",
+                              "<< /Type /Page /Parent 3 0 R /MediaBox [0 0 5 5] >>",
+                              "<< /Type /Page >>",
+                              "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 6 6] >>",
+                              "(no page)"};
+    QByteArray kids = odd;
+    for (int i = 0; i < kPages; ++i) {
+        if (i == kPages / 2)
+            kids += odd;
+        kids += QByteArray::number(objects.size() + 1) + " 0 R ";
+        objects += pageOfWidth(i % 100 + 10);
+    }
+    kids += odd;
+    objects[1] = "<< /Type /Pages /Count 3000 /MediaBox [0 0 8 8] /Kids [" + kids + "] >>";
+
+    // The node counts once, where it stands first.
+    QList<double> expected = oddWidths;
+    for (int i = 0; i < kPages; ++i) {
+        if (i == kPages / 2)
+            expected += oddWidths.mid(1);
+        expected += i % 100 + 10;
+    }
+    expected += oddWidths.mid(1);
+
+    Folder folder;
+    const QString path = folder.add(u"odd.pdf"_s, PdfFixture::fromObjects(objects));
+    QCOMPARE(widths(inspect(path).pageSizes), expected);
+    QVERIFY(render(filePage(path, 1)).ok);
+    QVERIFY(render(filePage(path, static_cast<int>(expected.size()) - 1)).ok);
 }
 
 QTEST_GUILESS_MAIN(EngineInspectTest)

@@ -76,6 +76,9 @@ private slots:
     void memoryOfIdleSessionsIsBounded();
     void idleSessionsCloseByThemselves();
     void usedSessionsDoNotExpire();
+    void sessionsOfAFileShareItsPages();
+    void pagesOfAChangedFileAreReadAnew();
+    void pagesThatHadToBeMendedAreNotShared();
     void closeIdleClosesAllButLentOnes();
     void sessionInDoubtIsNotKept();
     void closureClosesTheIdleSessionsOfItsFileOnly();
@@ -315,7 +318,47 @@ void SessionPoolTest::usedSessionsDoNotExpire()
     const SessionPool::Lease lease = pool.acquire(m_path, {}, &outcome);
     pool.acquire(m_path, {}, &outcome);
     QTRY_COMPARE(pool.idleCount(), 0);
-    QVERIFY(lease->pageSizes(&outcome));
+    QCOMPARE(lease->pages()->pageSizes.size(), lease->pageCount());
+}
+
+void SessionPoolTest::sessionsOfAFileShareItsPages()
+{
+    SessionPool pool;
+    EngineError outcome;
+    const SessionPool::Lease first = pool.acquire(m_path, {}, &outcome);
+    const SessionPool::Lease second = pool.acquire(m_path, {}, &outcome);
+    QVERIFY(first && second);
+    QCOMPARE(second->pages(), first->pages());
+    QVERIFY(!second->render(0, 0, {10, 10}, &outcome).isNull());
+}
+
+void SessionPoolTest::pagesOfAChangedFileAreReadAnew()
+{
+    SessionPool pool;
+    EngineError outcome;
+    const QString path = m_folder->add(u"changing.pdf"_s, PdfFixture::pagesByNumber(2));
+    const SessionPool::Lease before = pool.acquire(path, {}, &outcome);
+    QCOMPARE(before->pageCount(), 2);
+    m_folder->add(u"changing.pdf"_s, PdfFixture::pagesByNumber(5));
+    const SessionPool::Lease after = pool.acquire(path, {}, &outcome);
+    QCOMPARE(after->pageCount(), 5);
+}
+
+void SessionPoolTest::pagesThatHadToBeMendedAreNotShared()
+{
+    // A page that stands directly in its parent has a number in one session only.
+    SessionPool pool;
+    EngineError outcome;
+    const QString path = m_folder->add(
+        u"direct.pdf"_s,
+        PdfFixture::fromObjects({"<< /Type /Catalog /Pages 2 0 R >>",
+                                 "<< /Type /Pages /Count 1 /Kids [<< /Type /Page /Parent 2 0 R "
+                                 "/MediaBox [0 0 10 10] >>] >>"}));
+    const SessionPool::Lease first = pool.acquire(path, {}, &outcome);
+    const SessionPool::Lease second = pool.acquire(path, {}, &outcome);
+    QVERIFY(first && second);
+    QVERIFY(first->pages() != second->pages());
+    QVERIFY(!second->render(0, 0, {10, 10}, &outcome).isNull());
 }
 
 void SessionPoolTest::closeIdleClosesAllButLentOnes()
@@ -328,7 +371,7 @@ void SessionPoolTest::closeIdleClosesAllButLentOnes()
     QCOMPARE(pool.idleCount(), 2);
     pool.closeIdle();
     QCOMPARE(pool.idleCount(), 0);
-    QVERIFY(lease->pageSizes(&outcome));
+    QCOMPARE(lease->pages()->pageSizes.size(), lease->pageCount());
 }
 
 void SessionPoolTest::sessionInDoubtIsNotKept()
