@@ -64,14 +64,17 @@ void printRatio(const QString &what, const PairedSeries &series, double limit)
         out << what << ": " << series.problem << Qt::endl;
         return;
     }
-    out << QStringLiteral("%1  %2 ms / %3 ms = %4 (at most %5)%6")
+    out << QStringLiteral("%1  %2 ms / %3 ms = %4")
                .arg(what, -44)
                .arg(series.medianA, 8, 'f', 1)
                .arg(series.medianB, 8, 'f', 1)
-               .arg(series.medianRatio, 5, 'f', 2)
-               .arg(limit, 0, 'f', 2)
-               .arg(series.medianRatio <= limit ? QString() : QStringLiteral("  MISSED"))
-        << Qt::endl;
+               .arg(series.medianRatio, 5, 'f', 2);
+    if (limit > 0) {
+        out << QStringLiteral(" (at most %1)%2")
+                   .arg(limit, 0, 'f', 2)
+                   .arg(series.medianRatio <= limit ? QString() : QStringLiteral("  MISSED"));
+    }
+    out << Qt::endl;
 }
 
 double median(QList<double> values)

@@ -24,8 +24,8 @@ struct PairedSeries
 /// Runs both commands once to warm up and then `runs` times in turn.
 PairedSeries runPaired(const TimedCommand &a, const TimedCommand &b, int runs);
 
-/// Prints a line with both medians, their ratio and the limit it is held against.
-void printRatio(const QString &what, const PairedSeries &series, double limit);
+/// Prints a line with both medians, their ratio and the limit it is held against, if there is one.
+void printRatio(const QString &what, const PairedSeries &series, double limit = 0);
 
 /// The middle value; the list may be in any order and must not be empty.
 double median(QList<double> values);

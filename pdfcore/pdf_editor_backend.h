@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdfcore/pdf_source_file.h"
+
 #include <QImage>
 #include <QList>
 #include <QMetaType>
@@ -36,6 +38,9 @@ struct PdfSourcePage
     /// True for a page that is created empty instead of copied from a file; a page that names no
     /// file is created empty as well.
     bool isBlank = false;
+    /// The state of the file that is meant, as inspectDocument() found it; null for the file as it
+    /// is when the page is used.
+    PdfSourceFilePtr source;
 };
 
 /// What the engine found in a file.
@@ -46,6 +51,8 @@ struct PdfDocumentInfo
     /// That is the crop box cut to the media box, scaled by the page's user unit and turned by the
     /// page's own rotation.
     QList<QSizeF> pageSizes;
+    /// The state of the file that was inspected, for PdfSourcePage::source.
+    PdfSourceFilePtr source;
 };
 
 /// The PDF engine: reads, renders and writes PDF files.
@@ -72,7 +79,8 @@ public:
     /// `targetSize` is in device pixels and is the size of the rotated page; the page is stretched
     /// to it. Returns a null image on failure. A page that takes too long or too much memory fails,
     /// and so does a target of more than 2^29 pixels.
-    /// Errors: RenderFailed, or those of inspectDocument() when the file does not open.
+    /// Errors: RenderFailed, or those of inspectDocument() when the file does not open;
+    /// FileNotFound also when it is not in the state that the page names.
     static QImage renderPage(const PdfSourcePage &page, QSize targetSize, PdfBackendError *error,
                              QString *message);
 
@@ -88,7 +96,9 @@ public:
     /// The document is written to a temporary file in the target's folder, checked by reopening it
     /// and then moved over `path` in one step; the target's permissions are kept. On failure the
     /// target is as it was before and no temporary file remains. The target may be one of the
-    /// sources. Errors: WriteFailed, or those of inspectDocument() for a source.
+    /// sources; see PdfSourceFile for what becomes of its old content. A source that is not in the
+    /// state that its pages name ends the operation.
+    /// Errors: WriteFailed, or those of inspectDocument() for a source.
     static bool saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
                              PdfBackendError *error, QString *message);
 };

@@ -70,8 +70,7 @@ bool PdfDocumentModel::loadDocument(const QString &path, const QString &password
         return false;
     }
     beginResetModel();
-    m_pages = GapList<PdfPageRecord>(
-        recordsOfFile(path, password, info.pageSizes, PdfPageOrigin::Original));
+    m_pages = GapList<PdfPageRecord>(recordsOfFile(path, password, info, PdfPageOrigin::Original));
     m_rowIndex.invalidate();
     m_documentPath = path;
     m_documentPassword = password;
@@ -91,8 +90,7 @@ bool PdfDocumentModel::insertDocument(const QString &path, int row, const QStrin
     if (!PdfEditorBackend::inspectDocument(path, password, &info, error, message)) {
         return false;
     }
-    insertRecords(insertionRow(row),
-                  recordsOfFile(path, password, info.pageSizes, PdfPageOrigin::Inserted));
+    insertRecords(insertionRow(row), recordsOfFile(path, password, info, PdfPageOrigin::Inserted));
     markEdited();
     return true;
 }
@@ -410,18 +408,19 @@ QList<int> PdfDocumentModel::sortedRows(const QList<PdfPageId> &ids) const
 }
 
 QList<PdfPageRecord> PdfDocumentModel::recordsOfFile(const QString &path, const QString &password,
-                                                     const QList<QSizeF> &pageSizes,
+                                                     const PdfDocumentInfo &info,
                                                      PdfPageOrigin origin)
 {
     PdfPageRecord record;
     record.sourcePath = path;
     record.password = password;
+    record.source = info.source;
     record.origin = origin;
     record.changed = origin != PdfPageOrigin::Original;
 
     QList<PdfPageRecord> records;
-    records.reserve(pageSizes.size());
-    for (const QSizeF &size : pageSizes) {
+    records.reserve(info.pageSizes.size());
+    for (const QSizeF &size : info.pageSizes) {
         record.id = m_nextPageId++;
         record.sourcePageIndex = static_cast<qint32>(records.size());
         record.pageSize = size;

@@ -117,7 +117,7 @@ private:
     /// The rows of the known ones among `ids`, ascending, repetitions included.
     [[nodiscard]] QList<int> sortedRows(const QList<PdfPageId> &ids) const;
     [[nodiscard]] QList<PdfPageRecord> recordsOfFile(const QString &path, const QString &password,
-                                                     const QList<QSizeF> &pageSizes,
+                                                     const PdfDocumentInfo &info,
                                                      PdfPageOrigin origin);
     void insertRecords(int row, QList<PdfPageRecord> records);
     void selectRow(int row, bool selected);

@@ -14,6 +14,7 @@ PdfSourcePage PdfPageRecord::toSourcePage() const
     page.pageIndex = sourcePageIndex;
     page.rotation = rotation;
     page.pageSize = pageSize;
+    page.source = source;
     page.isBlank = origin == PdfPageOrigin::Blank;
     return page;
 }

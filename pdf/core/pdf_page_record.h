@@ -42,6 +42,8 @@ struct PdfPageRecord
     bool selected = false;
     /// The page was created or altered since the last save.
     bool changed = false;
+    /// The state of the source file that the page is of; null for a blank page.
+    PdfSourceFilePtr source;
 
     /// Size in points as shown: width and height swapped for a page turned by 90 or 270 degrees.
     [[nodiscard]] QSizeF displaySize() const;

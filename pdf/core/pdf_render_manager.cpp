@@ -19,9 +19,14 @@ constexpr int kThreadExpiryMs = 15000;
 QString cacheKey(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose purpose)
 {
     const bool blank = page.origin == PdfPageOrigin::Blank;
+    const int generation = page.source ? page.source->generation() : 0;
+    // States of one file that differ in content must not share images.
+    const QString source = generation == 0
+                               ? page.sourcePath
+                               : page.sourcePath + QLatin1Char('#') + QString::number(generation);
     // One call with all arguments, because a path may contain place markers itself.
     return QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
-        .arg(page.sourcePath, QString::number(page.sourcePageIndex), QString::number(page.rotation),
+        .arg(source, QString::number(page.sourcePageIndex), QString::number(page.rotation),
              QString::number(targetSize.width()), QString::number(targetSize.height()),
              QString::number(static_cast<qint32>(purpose)), QString::number(blank ? 1 : 0));
 }

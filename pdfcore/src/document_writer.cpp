@@ -4,7 +4,7 @@
 #include "pdfcore/src/blank_page.h"
 #include "pdfcore/src/qpdf_io.h"
 #include "pdfcore/src/qpdf_source.h"
-#include "pdfcore/src/session_pool.h"
+#include "pdfcore/src/source_files.h"
 #include "pdfcore/src/source_page.h"
 
 #include <QHash>
@@ -34,14 +34,21 @@ class Sources
 {
 public:
     /// Null on failure, with the error in `outcome`.
-    Source *get(const QString &path, const QString &password, EngineError *outcome)
+    Source *get(const PdfSourcePage &page, EngineError *outcome)
     {
+        const QString &password = page.password;
+        const QString path = SourceFiles::instance().locate(page, outcome);
+        if (outcome->isError())
+            return nullptr;
         const std::pair<QString, QString> key(path, password);
         if (const auto found = m_sources.find(key); found != m_sources.end())
             return &found->second;
         std::shared_ptr<QPDF> document = openQpdf(path, password, outcome);
         if (!document)
             return nullptr;
+        // The file may have been replaced before it was open; what is open stays what it is.
+        if (SourceFiles::instance().locate(page, outcome) != path)
+            return outcome->isError() ? nullptr : get(page, outcome);
         std::vector<QPDFObjectHandle> pages = pagesOf(*document);
         return &m_sources.emplace(key, Source{std::move(document), std::move(pages)}).first->second;
     }
@@ -94,7 +101,7 @@ EngineError addPages(const QList<PdfSourcePage> &pages, Sources &sources, QPDF &
             output.addPage(blank, false);
         } else {
             EngineError outcome;
-            Source *source = sources.get(page.filePath, page.password, &outcome);
+            Source *source = sources.get(page, &outcome);
             if (source == nullptr)
                 return outcome;
             if (page.pageIndex < 0 ||
@@ -157,6 +164,22 @@ EngineError check(const QString &path, qsizetype pageCount)
     }
 }
 
+/// Whether the sources are still what they were when they were read.
+EngineError checkSources(const QList<PdfSourcePage> &pages)
+{
+    const PdfSourceFile *checked = nullptr;
+    for (const PdfSourcePage &page : pages) {
+        if (page.source.get() == checked)
+            continue;
+        checked = page.source.get();
+        EngineError outcome;
+        SourceFiles::instance().locate(page, &outcome);
+        if (outcome.isError())
+            return outcome;
+    }
+    return {};
+}
+
 } // namespace
 
 EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path)
@@ -174,8 +197,9 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
         return error;
     if (EngineError error = check(file.temporaryPath(), pages.size()); error.isError())
         return error;
-    const SessionPool::FileClosure closure(SessionPool::instance(), file.target());
-    if (!file.commit(&reason))
+    if (EngineError error = checkSources(pages); error.isError())
+        return error;
+    if (!SourceFiles::instance().replaceTarget(file, &reason))
         return {PdfBackendError::WriteFailed, reason};
     return {};
 }

@@ -1,5 +1,7 @@
 #include "pdfcore/src/file_identity.h"
 
+#include "pdfcore/src/platform_file.h"
+
 #include <QFileInfo>
 
 namespace pdfcore {
@@ -12,6 +14,7 @@ FileIdentity FileIdentity::of(const QString &path)
     if (info.isFile()) {
         identity.size = info.size();
         identity.modified = info.lastModified();
+        identity.number = fileNumber(path);
     }
     return identity;
 }

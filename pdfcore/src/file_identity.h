@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QtGlobal>
 
 namespace pdfcore {
 
@@ -11,6 +12,7 @@ struct FileIdentity
     QString path;
     qint64 size = -1;
     QDateTime modified;
+    quint64 number = 0; ///< Changes when another file takes the name; 0 where that is not known.
 
     /// Reads the identity of the file at `path` now; `size` is -1 when there is no such file.
     static FileIdentity of(const QString &path);
@@ -19,7 +21,7 @@ struct FileIdentity
     /// Whether the file has not been written between the two; the path does not count.
     [[nodiscard]] bool isSameState(const FileIdentity &other) const
     {
-        return size == other.size && modified == other.modified;
+        return size == other.size && modified == other.modified && number == other.number;
     }
 };
 

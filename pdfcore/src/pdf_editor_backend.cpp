@@ -3,6 +3,7 @@
 #include "pdfcore/src/document_writer.h"
 #include "pdfcore/src/engine_error.h"
 #include "pdfcore/src/session_pool.h"
+#include "pdfcore/src/source_files.h"
 #include "pdfcore/src/source_page.h"
 
 #include <exception>
@@ -11,6 +12,7 @@ namespace {
 
 using pdfcore::EngineError;
 using pdfcore::SessionPool;
+using pdfcore::SourceFiles;
 
 /// Pixels of the largest image that is made: 2 GiB of memory, enough for A2 paper at 1200 dpi.
 constexpr qint64 kMaxPixels = qint64{1} << 29;
@@ -58,13 +60,23 @@ public:
 private:
     bool borrow(const PdfSourcePage &page, EngineError *outcome)
     {
-        if (m_session && m_path == page.filePath && m_password == page.password)
+        // A session that is kept is of one state of the file already.
+        const QString path = SourceFiles::instance().locate(page, outcome);
+        if (outcome->isError())
+            return false;
+        if (m_session && m_path == path && m_password == page.password)
             return true;
         m_session = {};
-        m_session = SessionPool::instance().acquire(page.filePath, page.password, outcome);
-        m_path = page.filePath;
+        m_session = SessionPool::instance().acquire(path, page.password, outcome);
+        if (!m_session)
+            return false;
+        m_path = path;
         m_password = page.password;
-        return static_cast<bool>(m_session);
+        // The file may have been replaced before it could be borrowed; now it cannot be any more.
+        if (SourceFiles::instance().locate(page, outcome) == path)
+            return true;
+        m_session = {};
+        return !outcome->isError() && borrow(page, outcome);
     }
 
     SessionPool::Lease m_session;
@@ -95,7 +107,7 @@ bool PdfEditorBackend::inspectDocument(const QString &path, const QString &passw
         if (!session)
             return step;
         if (info != nullptr)
-            info->pageSizes = session->pages()->pageSizes;
+            *info = {session->pages()->pageSizes, SourceFiles::instance().use(session->file())};
         return step;
     });
     pdfcore::report(outcome, error, message);

@@ -12,6 +12,7 @@
 #include <windows.h>
 #else
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -56,13 +57,41 @@ QString extendedWindowsPath(const QString &path)
     return QStringLiteral("\\\\?\\") + native;
 }
 
+#ifdef Q_OS_WIN
+namespace {
+
+std::wstring nativePath(const QString &path)
+{
+    return extendedWindowsPath(QDir(path).absolutePath()).toStdWString();
+}
+
+} // namespace
+#endif
+
+bool linkFile(const QString &path, const QString &name)
+{
+#ifdef Q_OS_WIN
+    return CreateHardLinkW(nativePath(name).c_str(), nativePath(path).c_str(), nullptr) != 0;
+#else
+    return link(QFile::encodeName(path).constData(), QFile::encodeName(name).constData()) == 0;
+#endif
+}
+
+quint64 fileNumber(const QString &path)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(path)
+    return 0;
+#else
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? quint64{status.st_ino} : 0;
+#endif
+}
+
 bool replaceFile(const QString &from, const QString &to, QString *reason)
 {
 #ifdef Q_OS_WIN
-    const auto native = [](const QString &path) {
-        return extendedWindowsPath(QDir(path).absolutePath()).toStdWString();
-    };
-    if (MoveFileExW(native(from).c_str(), native(to).c_str(),
+    if (MoveFileExW(nativePath(from).c_str(), nativePath(to).c_str(),
                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
         return true;
     const std::error_code error(static_cast<int>(GetLastError()), std::system_category());

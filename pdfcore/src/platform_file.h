@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
 class QFileDevice;
 
@@ -15,6 +16,12 @@ void syncFolder(const QString &path);
 /// The spelling of an absolute path by which Windows takes it at any length and as it stands; a
 /// path on a network share has one of its own. Computed alike on every system.
 [[nodiscard]] QString extendedWindowsPath(const QString &path);
+
+/// Gives the file at `path` a second name. False where that cannot be.
+bool linkFile(const QString &path, const QString &name);
+
+/// What tells the file at `path` from another one that took its name; 0 where that is not known.
+[[nodiscard]] quint64 fileNumber(const QString &path);
 
 /// Moves `from` over `to`, which may exist, in one step within one folder.
 ///

@@ -43,16 +43,9 @@ SessionPool::FileClosure::FileClosure(SessionPool &pool, const QString &path)
     : m_pool(pool)
     , m_key(comparablePath(path))
 {
-    Sessions closing;
     std::unique_lock lock(m_pool.m_mutex);
     m_pool.m_closed.insert(m_key);
-    for (auto it = m_pool.m_idle.begin(); it != m_pool.m_idle.end();) {
-        const auto next = std::next(it);
-        if (it->key == m_key)
-            closing.splice(closing.end(), m_pool.m_idle, it);
-        it = next;
-    }
-    m_pool.close(lock, std::move(closing));
+    m_pool.close(lock, m_pool.takeIdle(m_key));
     m_pool.m_changed.wait(lock, [this] { return !m_pool.m_lent.contains(m_key); });
 }
 
@@ -156,6 +149,25 @@ void SessionPool::closeIdle()
 {
     std::unique_lock lock(m_mutex);
     close(lock, std::exchange(m_idle, {}));
+}
+
+void SessionPool::closeIdle(const QString &path)
+{
+    const QString key = comparablePath(path);
+    std::unique_lock lock(m_mutex);
+    close(lock, takeIdle(key));
+}
+
+SessionPool::Sessions SessionPool::takeIdle(const QString &key)
+{
+    Sessions taken;
+    for (auto it = m_idle.begin(); it != m_idle.end();) {
+        const auto next = std::next(it);
+        if (it->key == key)
+            taken.splice(taken.end(), m_idle, it);
+        it = next;
+    }
+    return taken;
 }
 
 std::unique_ptr<DocumentSession> SessionPool::takeIdle(const QString &key, const FileIdentity &file,

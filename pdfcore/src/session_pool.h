@@ -90,6 +90,8 @@ public:
     [[nodiscard]] std::size_t idleBytes() const;
     /// Closes every idle session.
     void closeIdle();
+    /// Closes every idle session of the file.
+    void closeIdle(const QString &path);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -115,6 +117,7 @@ private:
     void rememberPages(const QString &key, const FileIdentity &file,
                        const std::shared_ptr<const PageTree> &pages);
     void giveBack(const QString &key, std::unique_ptr<DocumentSession> session);
+    Sessions takeIdle(const QString &key);
     /// Closes sessions with the lock released. Until they are closed their files count as lent.
     void close(std::unique_lock<std::mutex> &lock, Sessions sessions);
     Sessions takeSurplus();

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "pdfcore/pdf_editor_backend.h"
+#include "pdfcore/pdf_source_file.h"
+#include "pdfcore/src/engine_error.h"
+#include "pdfcore/src/file_identity.h"
+
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace pdfcore {
+
+class AtomicFile;
+
+/// The states of files that are in use anywhere in the program; see PdfSourceFile. Any thread.
+class SourceFiles final
+{
+public:
+    static SourceFiles &instance();
+
+    /// The state that `file` names; the same object as long as one is in use.
+    PdfSourceFilePtr use(const FileIdentity &file);
+
+    /// Where the page's content is to be read from; empty with an error when it is not what it was
+    /// when it was inspected. A page that names no state is read from its file as it is now.
+    QString locate(const PdfSourcePage &page, EngineError *outcome);
+
+    /// Puts a finished file in the place of its target. Content of the target that is in use is set
+    /// aside before. On failure everything is as it was and the reason is in `reason`.
+    bool replaceTarget(AtomicFile &file, QString *reason);
+
+private:
+    bool setAside(const QString &target, QString *reason);
+    std::vector<PdfSourceFilePtr> statesInUse(const QString &path);
+
+    std::mutex m_replacing; ///< Files are replaced one after another.
+    std::mutex m_mutex;     ///< Guards what follows.
+    /// By the comparable path. Those no longer in use are dropped from time to time.
+    std::multimap<QString, std::weak_ptr<const PdfSourceFile>> m_states;
+    std::map<QString, int> m_generations; ///< The next one of a path.
+};
+
+} // namespace pdfcore

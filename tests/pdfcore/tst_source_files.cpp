@@ -1,0 +1,341 @@
+#include "pdfcore/pdf_source_file.h"
+#include "tests/pdfcore/engine_calls.h"
+#include "tests/support/pdf_fixture.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <atomic>
+#include <thread>
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The pages of a file as an open document holds them.
+QList<PdfSourcePage> openedPages(const QString &path, const QString &password = {})
+{
+    PdfDocumentInfo info;
+    QList<PdfSourcePage> pages;
+    if (!PdfEditorBackend::inspectDocument(path, password, &info, nullptr, nullptr))
+        return pages;
+    for (qsizetype i = 0; i < info.pageSizes.size(); ++i) {
+        PdfSourcePage page = filePage(path, static_cast<int>(i), 0, password);
+        page.pageSize = info.pageSizes.at(i);
+        page.source = info.source;
+        pages.append(page);
+    }
+    return pages;
+}
+
+/// The numbers that pages of PdfFixture::pagesByNumber() carry as colours; -1 for a failed one.
+QList<int> numbersOf(const QList<PdfSourcePage> &pages)
+{
+    QList<int> numbers;
+    for (const PdfSourcePage &page : pages) {
+        const Rendering rendering = render(page, {4, 4});
+        int number = rendering.ok ? 0 : -1;
+        while (rendering.ok && number < 125 &&
+               distance(middle(rendering.image), PdfFixture::numberColour(number)) > 1)
+            ++number;
+        numbers.append(number);
+    }
+    return numbers;
+}
+
+QString asideRoot()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/quillora-sources"_s;
+}
+
+QStringList keptFiles()
+{
+    QStringList files;
+    QDirIterator entries(asideRoot(), {u"*.pdf"_s}, QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext())
+        files.append(entries.next());
+    return files;
+}
+
+} // namespace
+
+class SourceFilesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void pagesStayTheSameWhenTheirFileIsReplaced();
+    void pagesOfAProtectedFileStayTheSame();
+    void savingAgainWritesTheOldPages();
+    void theFileItselfHasTheNewPages();
+    void pagesOfEachStateStayTheirOwn();
+    void keptContentGoesWithItsLastUser();
+    void contentThatNobodyUsesIsNotKept();
+    void aFailedSaveKeepsThePages();
+    void rendersUnderWayDuringASaveShowTheOldPages();
+    void pagesOfAFileChangedByAnotherProgramFail();
+    void savingPagesOfAFileChangedByAnotherProgramFails();
+    void pagesOfAFileReplacedByAnotherProgramFail();
+    void pagesOfAMissingFileFail();
+    void pagesWithoutAStateFollowTheFile();
+    void inspectingTheSameStateAgainGivesTheSameOne();
+    void leftOversOfEndedProcessesAreRemoved();
+    void contentOfLivingProcessesStays();
+};
+
+void SourceFilesTest::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    QDir(asideRoot()).removeRecursively();
+}
+
+void SourceFilesTest::cleanup()
+{
+    QCOMPARE(keptFiles(), QStringList());
+}
+
+void SourceFilesTest::pagesStayTheSameWhenTheirFileIsReplaced()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3), pages.at(1)}, path).ok);
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
+}
+
+void SourceFilesTest::pagesOfAProtectedFileStayTheSame()
+{
+    Folder folder;
+    PdfFixture::Encryption encryption;
+    encryption.userPassword = "secret";
+    encryption.ownerPassword = "owner";
+    const QString path = folder.add(
+        u"protected.pdf"_s, PdfFixture::encrypted(PdfFixture::pagesByNumber(3), encryption));
+    const QList<PdfSourcePage> pages = openedPages(path, u"secret"_s);
+    QVERIFY(save({pages.at(2)}, path).ok);
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2}));
+    QVERIFY(save({pages.at(1), pages.at(0)}, path).ok);
+    QCOMPARE(numbersOf(openedPages(path)), (QList<int>{1, 0}));
+}
+
+void SourceFilesTest::savingAgainWritesTheOldPages()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QString other = folder.path(u"other.pdf"_s);
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3)}, path).ok);
+    QVERIFY(save({pages.at(2), pages.at(0)}, path).ok);
+    QVERIFY(save({pages.at(1)}, other).ok);
+    QCOMPARE(numbersOf(openedPages(path)), (QList<int>{2, 0}));
+    QCOMPARE(numbersOf(openedPages(other)), QList<int>{1});
+}
+
+void SourceFilesTest::theFileItselfHasTheNewPages()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3), pages.at(1)}, path).ok);
+    QCOMPARE(numbersOf({filePage(path, 0), filePage(path, 1)}), (QList<int>{3, 1}));
+}
+
+void SourceFilesTest::pagesOfEachStateStayTheirOwn()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> first = openedPages(path);
+    QVERIFY(save({first.at(3), first.at(2)}, path).ok);
+    const QList<PdfSourcePage> second = openedPages(path);
+    QVERIFY(save({second.at(1)}, path).ok);
+    const QList<PdfSourcePage> third = openedPages(path);
+    QCOMPARE(numbersOf(first), (QList<int>{0, 1, 2, 3}));
+    QCOMPARE(numbersOf(second), (QList<int>{3, 2}));
+    QCOMPARE(numbersOf(third), QList<int>{2});
+    QCOMPARE(first.at(0).source->generation(), 0);
+    QCOMPARE(second.at(0).source->generation(), 1);
+    QCOMPARE(third.at(0).source->generation(), 2);
+    QCOMPARE(first.at(0).source->path(), path);
+}
+
+void SourceFilesTest::keptContentGoesWithItsLastUser()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3)}, path).ok);
+    QCOMPARE(keptFiles().size(), 1);
+    const QList<PdfSourcePage> history{pages.at(1)};
+    pages.clear();
+    QCOMPARE(keptFiles().size(), 1);
+    QCOMPARE(numbersOf(history), QList<int>{1});
+}
+
+void SourceFilesTest::contentThatNobodyUsesIsNotKept()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QString other = folder.add(u"other.pdf"_s, PdfFixture::pagesByNumber(2));
+    openedPages(other);
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save(pages, other).ok);
+    QCOMPARE(keptFiles(), QStringList());
+}
+
+void SourceFilesTest::aFailedSaveKeepsThePages()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QByteArray before = contentOf(path);
+    QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(!save({pages.at(0), filePage(folder.path(u"missing.pdf"_s))}, path).ok);
+    QCOMPARE(contentOf(path), before);
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
+}
+
+void SourceFilesTest::rendersUnderWayDuringASaveShowTheOldPages()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    std::atomic<bool> stopping{false};
+    std::atomic<int> wrong{0};
+    std::atomic<int> rendered{0};
+    std::thread reader([&] {
+        while (!stopping || rendered < 20) {
+            if (numbersOf(pages) != QList<int>{0, 1, 2, 3})
+                ++wrong;
+            ++rendered;
+        }
+    });
+    for (int i = 0; i < 10; ++i)
+        QVERIFY(save({pages.at(3 - i % 4), pages.at(0)}, path).ok);
+    stopping = true;
+    reader.join();
+    QCOMPARE(wrong.load(), 0);
+}
+
+void SourceFilesTest::pagesOfAFileChangedByAnotherProgramFail()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(5));
+    const Rendering rendering = render(pages.at(0));
+    QVERIFY(!rendering.ok);
+    QVERIFY(rendering.image.isNull());
+    QVERIFY2(rendering.message.contains(u"changed"_s), qPrintable(rendering.message));
+}
+
+void SourceFilesTest::savingPagesOfAFileChangedByAnotherProgramFails()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QString target = folder.add(u"target.pdf"_s, PdfFixture::pagesByNumber(1));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(5));
+    for (const QString &where : {target, path}) {
+        const QByteArray before = contentOf(where);
+        const Outcome outcome = save(pages, where);
+        QVERIFY(!outcome.ok);
+        QCOMPARE(outcome.error, PdfBackendError::FileNotFound);
+        QVERIFY2(outcome.message.contains(u"changed"_s), qPrintable(outcome.message));
+        QCOMPARE(contentOf(where), before);
+    }
+    QCOMPARE(folder.leftovers(), QStringList());
+}
+
+void SourceFilesTest::pagesOfAFileReplacedByAnotherProgramFail()
+{
+    // A file of the same size and time, as a program makes it that keeps the times of what it puts
+    // back.
+    Folder folder;
+    const QByteArray content = PdfFixture::pagesByNumber(4);
+    const QString path = folder.add(u"four.pdf"_s, content);
+    const QDateTime modified = QFileInfo(path).lastModified();
+    const QList<PdfSourcePage> pages = openedPages(path);
+    const QString other = folder.add(u"other.pdf"_s, content);
+    {
+        QFile file(other);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(modified, QFileDevice::FileModificationTime));
+    }
+#ifdef Q_OS_WIN
+    QSKIP("Files are told apart by size and time alone.");
+#endif
+    QVERIFY(QFile::rename(path, folder.path(u"away.pdf"_s)));
+    QVERIFY(QFile::rename(other, path));
+    QCOMPARE(QFileInfo(path).lastModified(), modified);
+    QVERIFY(!render(pages.at(0)).ok);
+}
+
+void SourceFilesTest::pagesOfAMissingFileFail()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(QFile::remove(path));
+    const Rendering rendering = render(pages.at(0));
+    QVERIFY(!rendering.ok);
+    const Outcome outcome = save(pages, path);
+    QCOMPARE(outcome.error, PdfBackendError::FileNotFound);
+    QVERIFY(!QFile::exists(path));
+}
+
+void SourceFilesTest::pagesWithoutAStateFollowTheFile()
+{
+    Folder folder;
+    const QString path = folder.add(u"two.pdf"_s, PdfFixture::pagesByNumber(2));
+    QCOMPARE(numbersOf({filePage(path, 1)}), QList<int>{1});
+    folder.add(u"two.pdf"_s, PdfFixture::document({PdfFixture::plain({200, 300}, Qt::white),
+                                                   PdfFixture::plain({200, 300}, Qt::red)}));
+    COMPARE_COLOUR(middle(render(filePage(path, 1)).image), QColor(Qt::red), 1);
+}
+
+void SourceFilesTest::inspectingTheSameStateAgainGivesTheSameOne()
+{
+    Folder folder;
+    const QString path = folder.add(u"two.pdf"_s, PdfFixture::pagesByNumber(2));
+    const QList<PdfSourcePage> first = openedPages(path);
+    const QList<PdfSourcePage> second = openedPages(path);
+    QVERIFY(first.at(0).source);
+    QCOMPARE(second.at(0).source, first.at(0).source);
+}
+
+void SourceFilesTest::leftOversOfEndedProcessesAreRemoved()
+{
+    const QString folder = asideRoot() + u"/ended"_s;
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(PdfFixture::write(folder + u"/1.pdf"_s, "old content"));
+    // A lock of a process that does not run any more, as QLockFile writes it.
+    QProcess process;
+    process.start(QCoreApplication::applicationFilePath(), {u"-functions"_s});
+    QVERIFY(process.waitForStarted());
+    const qint64 ended = process.processId();
+    QVERIFY(process.waitForFinished());
+    QVERIFY(PdfFixture::write(folder + u"/in-use.lock"_s,
+                              QByteArray::number(ended) + "\ntst_source_files\n" +
+                                  QSysInfo::machineHostName().toUtf8() + '\n'));
+    PdfSourceFile::removeLeftOvers();
+    QVERIFY(!QFileInfo::exists(folder));
+}
+
+void SourceFilesTest::contentOfLivingProcessesStays()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3)}, path).ok);
+    PdfSourceFile::removeLeftOvers();
+    QCOMPARE(keptFiles().size(), 1);
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
+}
+
+QTEST_GUILESS_MAIN(SourceFilesTest)
+#include "tst_source_files.moc"
