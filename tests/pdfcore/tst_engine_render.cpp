@@ -1,3 +1,4 @@
+#include "pdfcore/src/session_pool.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -50,6 +51,7 @@ class EngineRenderTest : public QObject
     Q_OBJECT
 
 private slots:
+    void aBatchIsSharedBetweenThreads();
     void blankPageAndFilePageInOneBatch();
     void pageWithoutFileIsBlank();
     void oneFailingPageDoesNotSpoilTheBatch();
@@ -587,6 +589,27 @@ void EngineRenderTest::changedFileIsShownAsItIsNow()
     QCOMPARE(inspect(path).pageSizes.size(), 2);
     QVERIFY(QFile::remove(path));
     QCOMPARE(render(filePage(path)).error, PdfBackendError::FileNotFound);
+}
+
+void EngineRenderTest::aBatchIsSharedBetweenThreads()
+{
+    constexpr int kPages = 60;
+    Folder folder;
+    const QString path = folder.add(u"many.pdf"_s, PdfFixture::pagesByNumber(kPages));
+    pdfcore::SessionPool::instance().closeIdle();
+    QList<PdfSourcePage> pages;
+    for (int i = 0; i < kPages; ++i)
+        pages.append(filePage(path, kPages - 1 - i));
+    QStringList errors;
+    const QList<QImage> images =
+        PdfEditorBackend::renderPages(pages, QList<QSize>(kPages, {600, 900}), &errors);
+    QCOMPARE(images.size(), kPages);
+    for (int i = 0; i < kPages; ++i) {
+        QCOMPARE(errors.at(i), QString());
+        COMPARE_COLOUR(middle(images.at(i)), PdfFixture::numberColour(kPages - 1 - i), 1);
+    }
+    // Each thread had the document open for itself.
+    QVERIFY(pdfcore::SessionPool::instance().idleCount() >= 2);
 }
 
 QTEST_GUILESS_MAIN(EngineRenderTest)

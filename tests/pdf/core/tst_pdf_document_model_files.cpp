@@ -139,7 +139,9 @@ void TestPdfDocumentModelFiles::loadedPagesAreOriginalAndUnchanged()
         expected.sourcePath = m_threePages;
         expected.sourcePageIndex = row;
         expected.pageSize = kThreePages.at(row);
+        expected.source = observed.model.pageAt(0)->source;
         QCOMPARE(*observed.model.pageAt(row), expected);
+        QCOMPARE(expected.source->path(), m_threePages);
     }
 }
 
@@ -305,7 +307,9 @@ void TestPdfDocumentModelFiles::insertedPagesCarryTheirFileAndPassword()
     expected.pageSize = QSizeF(500, 600);
     expected.origin = PdfPageOrigin::Inserted;
     expected.changed = true;
+    expected.source = observed.model.pageAt(1)->source;
     QCOMPARE(*observed.model.pageAt(1), expected);
+    QCOMPARE(expected.source->path(), m_protected);
     QVERIFY(observed.model.documentPassword().isEmpty());
 }
 
