@@ -8,7 +8,11 @@ namespace pdfcore {
 
 namespace {
 
+/// Bytes read from the file at a time, at most.
 constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
+
+/// Bytes read after a jump; what is read on from there comes in steps that double.
+constexpr std::size_t kJumpBytes = std::size_t{4} << 10;
 
 bool isEndOfLine(char ch)
 {
@@ -23,20 +27,20 @@ QFileInput::QFileInput(const QString &path)
 {
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         throw std::runtime_error(m_file.errorString().toStdString());
-    m_chunk.reserve(kChunkBytes);
+    m_chunk.resize(kChunkBytes);
 }
 
 bool QFileInput::fill()
 {
-    const qpdf_offset_t end = m_chunkStart + static_cast<qpdf_offset_t>(m_chunk.size());
+    const qpdf_offset_t end = m_chunkStart + static_cast<qpdf_offset_t>(m_filled);
     if (m_position >= m_chunkStart && m_position < end)
         return true;
-    m_chunk.resize(kChunkBytes);
+    m_step = m_position == end ? std::clamp(2 * m_step, kJumpBytes, kChunkBytes) : kJumpBytes;
     qint64 got = -1;
     if (m_file.seek(m_position))
-        got = m_file.read(m_chunk.data(), static_cast<qint64>(kChunkBytes));
+        got = m_file.read(m_chunk.data(), static_cast<qint64>(m_step));
     m_chunkStart = m_position;
-    m_chunk.resize(static_cast<std::size_t>(std::max<qint64>(got, 0)));
+    m_filled = static_cast<std::size_t>(std::max<qint64>(got, 0));
     if (got < 0)
         throw std::runtime_error("the file cannot be read: " + m_file.errorString().toStdString());
     return got > 0;
@@ -46,7 +50,7 @@ qpdf_offset_t QFileInput::findAndSkipNextEOL()
 {
     while (fill()) {
         const char *begin = m_chunk.data() + (m_position - m_chunkStart);
-        const char *end = m_chunk.data() + m_chunk.size();
+        const char *end = m_chunk.data() + m_filled;
         const char *found = std::find_if(begin, end, isEndOfLine);
         m_position += found - begin;
         if (found == end)
@@ -77,7 +81,7 @@ size_t QFileInput::read(char *target, size_t length)
     std::size_t done = 0;
     while (done < length && fill()) {
         const auto start = static_cast<std::size_t>(m_position - m_chunkStart);
-        const std::size_t part = std::min(length - done, m_chunk.size() - start);
+        const std::size_t part = std::min(length - done, m_filled - start);
         std::memcpy(target + done, m_chunk.data() + start, part);
         done += part;
         m_position += static_cast<qpdf_offset_t>(part);

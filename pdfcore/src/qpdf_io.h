@@ -35,6 +35,8 @@ private:
     QFile m_file;
     std::string m_name;
     std::vector<char> m_chunk;
+    std::size_t m_filled = 0; ///< Bytes of the chunk that were read.
+    std::size_t m_step = 0;   ///< Bytes that were asked for last.
     qpdf_offset_t m_chunkStart = 0;
     qpdf_offset_t m_position = 0;
 };
