@@ -1,11 +1,13 @@
 #include "app/frameless_window.h"
 
 #include "app/language_dialog.h"
+#include "app/main_page.h"
 #include "app/title_bar.h"
 #include "app/window_corner.h"
 #include "app/window_shape.h"
 #include "widgets/theme.h"
 
+#include <QCloseEvent>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -58,6 +60,12 @@ void FramelessWindow::setContentWidget(QWidget *widget)
     layout()->addWidget(m_content);
     for (WindowCorner *corner : m_lowerCorners)
         corner->raise();
+}
+
+void FramelessWindow::closeEvent(QCloseEvent *event)
+{
+    auto *page = qobject_cast<MainPage *>(m_content);
+    event->setAccepted(page == nullptr || page->maybeClose());
 }
 
 void FramelessWindow::mousePressEvent(QMouseEvent *event)

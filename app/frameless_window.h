@@ -24,6 +24,8 @@ public:
     void setContentWidget(QWidget *widget);
 
 protected:
+    /// Unsaved changes in any tab are asked about first; the user may keep the window open.
+    void closeEvent(QCloseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;

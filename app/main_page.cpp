@@ -4,11 +4,13 @@
 #include "app/home_page.h"
 #include "app/tool_table.h"
 #include "pdf/viewer/pdf_show_page.h"
+#include "pdf/viewer/pdf_viewer_widget.h"
 #include "widgets/theme.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
+#include <QPointer>
 #include <QTabBar>
 #include <QVBoxLayout>
 
@@ -121,10 +123,35 @@ void MainPage::openFileInTab(const QString &path)
         return;
     }
     connect(page, &PdfShowPage::toolRequested, this, &MainPage::openToolWithFile);
-    const int index = m_tabs->addTab(page, QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")),
-                                     QFileInfo(normalizedPath).fileName());
-    m_tabs->setTabToolTip(index, QDir::toNativeSeparators(normalizedPath));
+    connect(page->viewer(), &PdfViewerWidget::documentSaved, this,
+            [this, page](const QString &saved) { setFileOf(page, normalizedFilePath(saved)); });
+    const int index =
+        m_tabs->addTab(page, QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")), QString());
+    setFileOf(page, normalizedPath);
     m_tabs->setCurrentIndex(index);
+}
+
+void MainPage::setFileOf(QWidget *page, const QString &path)
+{
+    page->setProperty(kFilePathProperty, path);
+    const int index = m_tabs->indexOf(page);
+    m_tabs->setTabText(index, QFileInfo(path).fileName());
+    m_tabs->setTabToolTip(index, QDir::toNativeSeparators(path));
+}
+
+bool MainPage::maybeClose()
+{
+    const QPointer<MainPage> self(this);
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const auto *page = qobject_cast<PdfShowPage *>(m_tabs->widget(index));
+        if (!page || !page->viewer()->isModified())
+            continue;
+        m_tabs->setCurrentIndex(index);
+        const bool mayClose = page->viewer()->maybeSave();
+        if (!self || !mayClose)
+            return false;
+    }
+    return true;
 }
 
 void MainPage::openFile(const QString &path)

@@ -28,12 +28,17 @@ public:
     ///
     /// A file that does not open leaves no tab; the viewer has told the user why.
     void openFileInTab(const QString &path);
+    /// Asks about the unsaved changes of each tab in turn, with the tab in front; false when the
+    /// user wants to go on working.
+    [[nodiscard]] bool maybeClose();
 
 public slots:
     /// openFileInTab(), then records `path` as recently opened, whatever came of it.
     void openFile(const QString &path);
 
 private:
+    /// Shows the file at `path` as the one of the tab of `page`.
+    void setFileOf(QWidget *page, const QString &path);
     [[nodiscard]] int indexOfFile(const QString &normalizedPath) const;
 
     CustomTabWidget *m_tabs;

@@ -4,6 +4,7 @@
 #include "app/language_manager.h"
 #include "app/main_page.h"
 #include "app/window_picture.h"
+#include "pdfcore/pdf_source_file.h"
 #include "res/resources.h"
 #include "widgets/theme.h"
 
@@ -12,6 +13,7 @@
 #include <QFont>
 #include <QIcon>
 #include <QPalette>
+#include <QThreadPool>
 
 namespace {
 
@@ -106,6 +108,8 @@ int Startup::run(int &argc, char **argv)
     setIdentity();
     LanguageManager::instance()->initialize();
     setAppearance();
+    // What a run that did not end in order has left; on the disk, which may be slow.
+    QThreadPool::globalInstance()->start(&PdfSourceFile::removeLeftOvers);
 
     const std::unique_ptr<FramelessWindow> window = showMainWindow();
     const std::unique_ptr<WindowPicture> picture = WindowPicture::requestedFor(*window);

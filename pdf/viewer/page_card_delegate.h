@@ -12,7 +12,9 @@ struct PageHover
     int row = -1;
     /// The part of that row's action bar under the pointer, -1 for none.
     int part = -1;
-    /// A button of the mouse went down on that part and is still down.
+    /// The pointer is on that row's selection box.
+    bool onSelectionBox = false;
+    /// A button of the mouse went down there and is still down.
     bool pressed = false;
 
     friend bool operator==(const PageHover &, const PageHover &) = default;

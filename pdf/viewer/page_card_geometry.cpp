@@ -20,6 +20,7 @@ constexpr int kCellExtraWidth = 20;
 
 constexpr int kCellThumbnailTop = 12;
 constexpr int kCellCardMargin = 6;
+constexpr int kCellCaptionHeight = 32;
 constexpr QPoint kSelectionBoxOffset{14, 13};
 constexpr int kSelectionBoxSide = 28;
 constexpr int kCellBarMargin = 12;
@@ -65,8 +66,9 @@ PageCellGeometry pageCellGeometry(const QRect &cell, QSize thumbnail)
     geometry.thumbnail = box;
     geometry.card =
         box.adjusted(-kCellCardMargin, -kCellCardMargin, kCellCardMargin, kCellCardMargin);
+    const int captionHeight = std::min(cell.bottom() - geometry.card.bottom(), kCellCaptionHeight);
     geometry.caption = QRect(geometry.card.left(), geometry.card.bottom() + 1,
-                             geometry.card.width(), cell.bottom() - geometry.card.bottom());
+                             geometry.card.width(), captionHeight);
     geometry.selectionBox =
         QRect(box.topLeft() + kSelectionBoxOffset, QSize(kSelectionBoxSide, kSelectionBoxSide));
     geometry.actionBar = QRect(box.left() + kCellBarMargin, box.bottom() - kCellBarRise,

@@ -162,14 +162,15 @@ void drawPlus(QPainter &painter, const QPointF &centre, double arm, const QColor
     painter.drawLine(centre - QPointF(0, arm), centre + QPointF(0, arm));
 }
 
-/// Scissors that cut upwards.
-void drawScissors(QPainter &painter, const QPointF &centre, const QColor &color)
+/// Scissors that cut upwards, about 12 pixels high at a scale of 1.
+void drawScissors(QPainter &painter, const QPointF &centre, double scale, const QColor &color)
 {
-    const auto at = [&centre](double x, double y) { return centre + QPointF(x, y); };
+    const auto at = [=](double x, double y) { return centre + QPointF(x, y) * scale; };
+    const double handle = 2.1 * scale;
     painter.setPen(roundPen(color, 1.5));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(at(-3.4, 4.0), 2.1, 2.1);
-    painter.drawEllipse(at(3.4, 4.0), 2.1, 2.1);
+    painter.drawEllipse(at(-3.4, 4.0), handle, handle);
+    painter.drawEllipse(at(3.4, 4.0), handle, handle);
     painter.drawLine(at(-2.3, 2.2), at(3.2, -6.2));
     painter.drawLine(at(2.3, 2.2), at(-3.2, -6.2));
 }
@@ -276,13 +277,14 @@ void drawInsertMarker(QPainter &painter, const QRect &zone, const QRect &gap,
     painter.setRenderHint(QPainter::Antialiasing);
     fade(painter, opacityOf(state));
     const bool lit = state.hovered || state.pressed;
-    const QRectF circle = centredIn(zone, QSizeF(kMarkerSide, kMarkerSide));
+    const double side = std::min(kMarkerSide, zone.width() - 2);
+    const QRectF circle = centredIn(zone, QSizeF(side, side));
     const double x = circle.center().x();
-    painter.setPen(lit ? roundPen(partFill(state), 2.0) : roundPen(Theme::borderStrong, 1.0));
-    painter.drawLine(QPointF(x, gap.top()), QPointF(x, gap.bottom()));
-    drawPanel(painter, circle, kMarkerSide / 2.0, lit ? partFill(state) : Theme::white,
+    painter.setPen(QPen(lit ? partFill(state) : Theme::border, 2.0, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(QPointF(x, gap.top()), QPointF(x, gap.bottom() + 1));
+    drawPanel(painter, circle, side / 2, lit ? partFill(state) : Theme::white,
               lit ? partFill(state) : Theme::accent, 1.5);
-    drawPlus(painter, circle.center(), 5.0, lit ? Theme::white : Theme::accent);
+    drawPlus(painter, circle.center(), side / 5, lit ? Theme::white : Theme::accent);
 }
 
 void drawSplitLine(QPainter &painter, const QRect &gap, const PartState &state)
@@ -291,19 +293,24 @@ void drawSplitLine(QPainter &painter, const QRect &gap, const PartState &state)
     painter.setRenderHint(QPainter::Antialiasing);
     fade(painter, opacityOf(state));
     const bool lit = state.on || state.hovered || state.pressed;
+    const QColor lineColor = lit ? partFill(state) : Theme::textMuted;
     const QPointF centre = QRectF(gap).center();
 
-    QPen line(lit ? partFill(state) : Theme::textMuted, state.on ? 2.0 : 1.5);
+    QPen line(lineColor, state.on ? 2.0 : 1.5);
     line.setCapStyle(Qt::FlatCap);
     line.setDashPattern({4.0, 3.0});
     painter.setPen(line);
-    painter.drawLine(QPointF(centre.x(), gap.top()), QPointF(centre.x(), gap.bottom()));
+    // At the edge of the view only half of the gap is left for the badge.
+    const double width = std::min(kScissorsSide, gap.width() - 2);
+    const QRectF badge = centredIn(gap, QSizeF(width, kScissorsSide));
+    // Away from the badge on both sides, so that the dashes above mirror the ones below.
+    painter.drawLine(QPointF(centre.x(), badge.top()), QPointF(centre.x(), gap.top()));
+    painter.drawLine(QPointF(centre.x(), badge.bottom()), QPointF(centre.x(), gap.bottom() + 1));
 
-    const QRectF badge = centredIn(gap, QSizeF(kScissorsSide, kScissorsSide));
-    drawPanel(painter, badge, kScissorsSide / 2.0, state.on ? partFill(state) : Theme::white,
-              lit ? partFill(state) : Theme::textMuted, 1.5);
+    drawPanel(painter, badge, width / 2, state.on ? partFill(state) : Theme::white, lineColor, 1.5);
     const QColor offColor = lit ? partFill(state) : Theme::textSecondary;
-    drawScissors(painter, badge.center(), state.on ? Theme::white : offColor);
+    drawScissors(painter, badge.center(), std::min(width / 19.0, 1.0),
+                 state.on ? Theme::white : offColor);
 }
 
 void drawDropIndicator(QPainter &painter, const QRect &line)

@@ -66,11 +66,12 @@ void drawActionBar(QPainter &painter, const QRect &bar, const QList<Action> &act
 
 void drawSelectionBox(QPainter &painter, const QRect &zone, const PartState &state);
 
-/// The button between two cells where pages can be inserted, and a line in `gap` while it is
-/// hovered.
+/// The button in `zone` between two cells where pages can be inserted, and a line in `gap`. At the
+/// edge of a view, both are what is left of them in view.
 void drawInsertMarker(QPainter &painter, const QRect &zone, const QRect &gap,
                       const PartState &state);
-/// The dashed line in `gap` where the document can be split, and the scissors in its middle.
+/// The dashed line in `gap` where the document can be split, and the scissors in its middle. At the
+/// edge of a view, `gap` is what is left of it in view.
 void drawSplitLine(QPainter &painter, const QRect &gap, const PartState &state);
 
 /// The line that marks where a dragged page would go, along the longer side of `line`.

@@ -155,8 +155,12 @@ void PageListView::scrollContentsBy(int dx, int dy)
 
 void PageListView::paintEvent(QPaintEvent *event)
 {
+    // The base class would mark a place of its own as well, and it knows of none.
+    const bool isIndicatorShown = showDropIndicator();
+    setDropIndicatorShown(false);
     QListView::paintEvent(event);
-    if (m_dropTarget) {
+    setDropIndicatorShown(isIndicatorShown);
+    if (m_dropTarget && isIndicatorShown) {
         QPainter painter(viewport());
         PageCardPainter::drawDropIndicator(painter, m_dropTarget->indicator);
     }
@@ -229,7 +233,7 @@ void PageListView::currentChanged(const QModelIndex &current, const QModelIndex 
 bool PageListView::isOwnPageDrag(const QDropEvent &event) const
 {
     const auto *source = qobject_cast<const QAbstractItemView *>(event.source());
-    return source && model() && source->model() == model() &&
+    return source && documentModel() && source->model() == model() &&
            event.possibleActions().testFlag(Qt::MoveAction) &&
            event.mimeData()->hasFormat(PageDragFormat::kMimeType);
 }

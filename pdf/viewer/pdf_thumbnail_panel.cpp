@@ -51,7 +51,11 @@ PdfThumbnailPanel::PdfThumbnailPanel(QWidget *parent)
     connectParts();
 }
 
-PdfThumbnailPanel::~PdfThumbnailPanel() = default;
+PdfThumbnailPanel::~PdfThumbnailPanel()
+{
+    // The list paints from members that go before it.
+    delete m_list;
+}
 
 QSize PdfThumbnailPanel::sizeHint() const
 {
@@ -128,9 +132,14 @@ bool PdfThumbnailPanel::eventFilter(QObject *watched, QEvent *event)
         return QWidget::eventFilter(watched, event);
     }
     switch (event->type()) {
-    case QEvent::MouseMove:
-        movePointer(static_cast<QMouseEvent *>(event)->position().toPoint());
+    case QEvent::MouseMove: {
+        const auto &move = *static_cast<QMouseEvent *>(event);
+        if (!move.buttons().testFlag(Qt::LeftButton)) {
+            setHover({m_hover.row, m_hover.part, false, false});
+        }
+        movePointer(move.position().toPoint());
         break;
+    }
     case QEvent::Leave:
         movePointer(std::nullopt);
         break;
@@ -448,13 +457,13 @@ void PdfThumbnailPanel::setHover(const PageHover &hover)
 
 bool PdfThumbnailPanel::pressStrip(const QMouseEvent &event)
 {
-    const QPoint point = event.position().toPoint();
-    const int part = stripPartAt(m_hover.row, point);
+    m_stripPressed = false;
+    const int part = stripPartAt(m_hover.row, event.position().toPoint());
     if (event.button() != Qt::LeftButton || part < 0) {
         return false;
     }
     m_stripPressed = true;
-    setHover({m_hover.row, part, true});
+    setHover({m_hover.row, part, false, true});
     const PdfPageId id = m_model->pageAt(m_hover.row)->id;
     switch (part) {
     case ThumbnailDelegate::PreviewPart:
@@ -472,7 +481,7 @@ bool PdfThumbnailPanel::pressStrip(const QMouseEvent &event)
 
 bool PdfThumbnailPanel::releaseStrip()
 {
-    setHover({m_hover.row, m_hover.part, false});
+    setHover({m_hover.row, m_hover.part, false, false});
     // The list has not seen the press, so the release must not become its click.
     return std::exchange(m_stripPressed, false);
 }

@@ -2,28 +2,68 @@
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
+#include "pdf/core/pdf_undo_manager.h"
+#include "pdf/viewer/page_files_writer.h"
+#include "pdf/viewer/page_printer.h"
+#include "pdf/viewer/pdf_bottom_control_bar.h"
 #include "pdf/viewer/pdf_document_view.h"
+#include "pdf/viewer/pdf_operation_side_panel.h"
+#include "pdf/viewer/pdf_page_manager_view.h"
+#include "pdf/viewer/pdf_thumbnail_panel.h"
+#include "pdf/viewer/pdf_top_tool_bar.h"
+#include "pdf/viewer/reveal_in_folder.h"
+#include "pdf/viewer/rounded_popup_menu.h"
 #include "widgets/modern_message_box.h"
 #include "widgets/theme.h"
 
+#include <QDir>
+#include <QEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTimer>
+#include <QUndoStack>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
 // %1 handle
 constexpr QLatin1String kSplitterStyleSheet{
     "QSplitter#pdfViewerSplitter::handle { background: %1; }"};
+// %1 line
+constexpr QLatin1String kDividerStyleSheet{
+    "#pdfToolbarViewDivider { background: %1; border: none; }"};
 constexpr int kSplitterHandleWidth = 1;
+constexpr int kThumbnailPanelWidth = 210;
+constexpr int kViewsWidth = 1000;
+constexpr int kSidePanelWidth = 340;
+constexpr int kBottomBarMargin = 24;
+constexpr int kBottomBarLeastTop = 8;
 constexpr int kPasswordDialogWidth = 360;
+constexpr int kQuarterTurn = 90;
 
 bool needsPassword(PdfBackendError error)
 {
     return error == PdfBackendError::PasswordRequired || error == PdfBackendError::InvalidPassword;
 }
+
+/// Shows the wait cursor for as long as it lives.
+class WaitCursor
+{
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor &) = delete;
+    WaitCursor &operator=(const WaitCursor &) = delete;
+};
 
 } // namespace
 
@@ -31,10 +71,15 @@ PdfViewerWidget::PdfViewerWidget(QWidget *parent)
     : QWidget(parent)
     , m_model(new PdfDocumentModel(this))
     , m_renderManager(new PdfRenderManager(this))
+    , m_undoManager(new PdfUndoManager(m_model, this))
+    , m_write(&PdfEditorBackend::saveDocument)
 {
+    qRegisterMetaType<PdfViewMode>("PdfViewMode");
+    qRegisterMetaType<PdfWorkspaceMode>("PdfWorkspaceMode");
     buildInterface();
     connectParts();
     refreshPageState();
+    refreshSelectionState();
 }
 
 PdfViewerWidget::~PdfViewerWidget() = default;
@@ -59,27 +104,254 @@ bool PdfViewerWidget::openFile(const QString &path, const QString &password)
             return false;
         }
         if (!answer) {
-            m_documentView->restartRequests();
+            restartRequests();
             return false;
         }
         loaded = m_model->loadDocument(path, *answer, &error, &message);
     }
     if (!loaded) {
-        m_documentView->restartRequests();
+        restartRequests();
         showBackendError(tr("无法打开 PDF"), error, message);
         return false;
     }
 
-    m_documentView->fitWidth();
+    setViewMode(PdfViewMode::DocumentView);
+    m_undoManager->reset();
+    fitWidth();
     m_documentView->goToPage(0);
     refreshPageState();
     emit documentLoaded(m_model->documentPath());
     return true;
 }
 
+bool PdfViewerWidget::isModified() const
+{
+    return m_model->isModified();
+}
+
 bool PdfViewerWidget::maybeSave()
 {
-    return !m_model->isModified();
+    if (!m_model->isModified()) {
+        return true;
+    }
+    const QPointer<PdfViewerWidget> self(this);
+    const int answer = ModernMessageBox::questionWithDiscard(
+        this, tr("保存修改"), tr("当前 PDF 已修改，是否保存？"), QString(), tr("保存"),
+        tr("不保存"), tr("取消"), ModernMessageBox::Warning);
+    if (!self) {
+        return false;
+    }
+    switch (answer) {
+    case ModernMessageBox::Confirmed:
+        return save();
+    case ModernMessageBox::Cancelled:
+        return false;
+    default:
+        return true;
+    }
+}
+
+bool PdfViewerWidget::save()
+{
+    if (m_model->rowCount() == 0) {
+        return false;
+    }
+    const QString path = m_model->documentPath();
+    return path.isEmpty() ? promptSaveAs() : saveAs(path);
+}
+
+bool PdfViewerWidget::promptSaveAs()
+{
+    const QString path = m_model->documentPath();
+    const QString proposal =
+        path.isEmpty() ? QDir(QDir::homePath()).filePath(tr("未命名.pdf")) : path;
+    const QPointer<PdfViewerWidget> self(this);
+    const QString answer =
+        QFileDialog::getSaveFileName(this, tr("将 PDF 保存为"), proposal, tr("PDF 文件 (*.pdf)"));
+    return self && !answer.isEmpty() && saveAs(answer);
+}
+
+bool PdfViewerWidget::saveAs(const QString &path)
+{
+    if (path.isEmpty() || m_model->rowCount() == 0 || m_saving) {
+        return false;
+    }
+    const QString target = QFileInfo(path).absoluteFilePath();
+    const QPointer<PdfViewerWidget> self(this);
+    m_saving = true;
+    const SaveResult result = saveShowingProgress(this, m_model->sourcePages(), target, m_write);
+    if (!self) {
+        return result.ok;
+    }
+    m_saving = false;
+    if (!result.ok) {
+        showBackendError(tr("保存 PDF 失败"), result.error, result.message);
+        return false;
+    }
+    m_model->markSaved(target);
+    m_undoManager->markClean();
+    emit documentSaved(target);
+    return true;
+}
+
+void PdfViewerWidget::printDocument()
+{
+    const int count = m_model->rowCount();
+    if (count == 0) {
+        return;
+    }
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(QFileInfo(m_model->documentPath()).fileName());
+    printer.setFromTo(1, count);
+    const QPointer<PdfViewerWidget> self(this);
+    {
+        const QPointer<QPrintDialog> dialog(new QPrintDialog(&printer, this));
+        dialog->setWindowTitle(tr("打印 PDF"));
+        dialog->setMinMax(1, count);
+        const bool accepted = dialog->exec() == QDialog::Accepted && dialog;
+        delete dialog;
+        if (!accepted || !self) {
+            return;
+        }
+    }
+    PagePrinter pages;
+    PagePrinter::Outcome outcome{};
+    {
+        const WaitCursor cursor;
+        outcome = pages.print(m_model->pages(),
+                              printRange(printer.fromPage(), printer.toPage(), count), printer);
+    }
+    if (outcome == PagePrinter::Outcome::NotStarted) {
+        ModernMessageBox::showError(this, tr("打印失败"), tr("无法启动打印任务。"), QString());
+    } else if (outcome == PagePrinter::Outcome::Incomplete) {
+        ModernMessageBox::showError(this, tr("打印未完成"), pages.reason(), QString());
+    }
+}
+
+void PdfViewerWidget::revealInFolder()
+{
+    if (!m_model->documentPath().isEmpty()) {
+        ::revealInFolder(m_model->documentPath());
+    }
+}
+
+void PdfViewerWidget::insertPdfFiles(const QStringList &files, int beforeRow)
+{
+    const QPointer<PdfViewerWidget> self(this);
+    int row = std::clamp(beforeRow, 0, m_model->rowCount());
+    for (const QString &file : files) {
+        const int before = m_model->rowCount();
+        const bool inserted = insertPdfFile(file, row);
+        if (!self) {
+            return;
+        }
+        if (inserted) {
+            row += m_model->rowCount() - before;
+        }
+    }
+}
+
+bool PdfViewerWidget::insertPdfFile(const QString &file, int row)
+{
+    const QPointer<PdfViewerWidget> self(this);
+    PdfBackendError error = PdfBackendError::None;
+    QString message;
+    bool inserted = m_undoManager->insertPdf(file, row, QString(), &error, &message);
+    while (!inserted && needsPassword(error)) {
+        const std::optional<QString> answer = askPassword(
+            error == PdfBackendError::PasswordRequired ? tr("插入的 PDF 已加密，请输入密码：")
+                                                       : tr("密码错误，请重新输入 PDF 密码："));
+        if (!self || !answer) {
+            return false;
+        }
+        inserted = m_undoManager->insertPdf(file, row, *answer, &error, &message);
+    }
+    if (!inserted) {
+        showBackendError(tr("插入 PDF 失败"), error, message);
+    }
+    return inserted;
+}
+
+void PdfViewerWidget::chooseInsertFiles(int beforeRow)
+{
+    const QPointer<PdfViewerWidget> self(this);
+    const QStringList files = QFileDialog::getOpenFileNames(
+        this, tr("插入 PDF"), QFileInfo(m_model->documentPath()).absolutePath(),
+        tr("PDF 文件 (*.pdf)"));
+    if (self) {
+        insertPdfFiles(files, beforeRow);
+    }
+}
+
+void PdfViewerWidget::showInsertMenu(int beforeRow, const QPoint &globalPosition)
+{
+    const QPointer<RoundedPopupMenu> menu(new RoundedPopupMenu(this));
+    menu->setObjectName(QStringLiteral("pdfInsertMenu"));
+    const QAction *insertFiles = menu->addAction(tr("插入 PDF"));
+    menu->addSeparator();
+    const QAction *insertBlank = menu->addAction(tr("在后面插入空白页"));
+    const QAction *chosen = menu->exec(globalPosition);
+    if (!menu) {
+        return;
+    }
+    menu->deleteLater();
+    if (chosen == insertFiles) {
+        chooseInsertFiles(beforeRow);
+    } else if (chosen == insertBlank) {
+        insertBlankPage(beforeRow);
+    }
+}
+
+void PdfViewerWidget::insertBlankPage(int beforeRow)
+{
+    const int neighbour = std::max(std::min(m_model->rowCount(), beforeRow) - 1, 0);
+    const PdfPageRecord *page = m_model->pageAt(neighbour);
+    m_undoManager->insertBlankPage(beforeRow, page ? page->displaySize() : kBlankPageSize);
+}
+
+void PdfViewerWidget::extractPages(bool combineIntoOne, const QString &outputDirectory)
+{
+    writeFiles(planExtract(baseName(), m_model->selectedRows(), combineIntoOne), outputDirectory,
+               {tr("提取失败"), tr("部分页面提取失败"), tr("提取完成")});
+}
+
+void PdfViewerWidget::splitDocument(bool everyPage, const QList<int> &beforeRows,
+                                    const QString &outputDirectory)
+{
+    writeFiles(planSplit(baseName(), m_model->rowCount(), everyPage, beforeRows), outputDirectory,
+               {tr("拆分失败"), tr("部分文件拆分失败"), tr("拆分完成")});
+}
+
+void PdfViewerWidget::writeFiles(const QList<PageOutputFile> &plan, const QString &outputDirectory,
+                                 const BatchTexts &texts)
+{
+    if (plan.isEmpty() || outputDirectory.isEmpty()) {
+        return;
+    }
+    if (!QDir().mkpath(outputDirectory)) {
+        ModernMessageBox::showError(this, texts.noFolderTitle, tr("无法创建目标文件夹。"),
+                                    QString());
+        return;
+    }
+    PageFilesResult result;
+    {
+        const WaitCursor cursor;
+        result = writePageFiles(plan, m_model->sourcePages(), outputDirectory);
+    }
+    if (!result.failures.isEmpty()) {
+        ModernMessageBox::showError(this, texts.failedTitle,
+                                    tr("已生成 %1 个文件，%2 个文件失败。\n\n%3")
+                                        .arg(QString::number(result.written.size()),
+                                             QString::number(result.failures.size()),
+                                             result.failures.join(u'\n')),
+                                    QString());
+        return;
+    }
+    ModernMessageBox::showMessage(
+        this, ModernMessageBox::Information, texts.doneTitle,
+        tr("已生成 %1 个 PDF 文件。\n%2")
+            .arg(QString::number(result.written.size()), QDir::toNativeSeparators(outputDirectory)),
+        QString());
 }
 
 void PdfViewerWidget::showBackendError(const QString &title, PdfBackendError error,
@@ -141,11 +413,13 @@ void PdfViewerWidget::zoomOut()
 void PdfViewerWidget::fitWidth()
 {
     m_documentView->fitWidth();
+    m_bottomBar->setFitWidth(true);
 }
 
 void PdfViewerWidget::fitPage()
 {
     m_documentView->fitPage();
+    m_bottomBar->setFitWidth(false);
 }
 
 void PdfViewerWidget::fitHeight()
@@ -153,51 +427,387 @@ void PdfViewerWidget::fitHeight()
     fitPage();
 }
 
+void PdfViewerWidget::showThumbnailPanel(bool show)
+{
+    m_thumbnailsVisible = show;
+    m_thumbnailPanel->setVisible(show && m_viewMode == PdfViewMode::DocumentView);
+    m_topToolBar->setThumbnailChecked(show);
+    QTimer::singleShot(0, this, &PdfViewerWidget::applyFitMode);
+    placeBottomBarSoon();
+}
+
+void PdfViewerWidget::applyFitMode()
+{
+    switch (m_documentView->fitMode()) {
+    case PdfDocumentView::FitMode::Width:
+        m_documentView->fitWidth();
+        break;
+    case PdfDocumentView::FitMode::Page:
+        m_documentView->fitPage();
+        break;
+    case PdfDocumentView::FitMode::Manual:
+        break;
+    }
+}
+
+void PdfViewerWidget::setViewMode(PdfViewMode mode)
+{
+    const bool isDocumentView = mode == PdfViewMode::DocumentView;
+    m_viewMode = mode;
+    m_viewStack->setCurrentIndex(isDocumentView ? 0 : 1);
+    m_thumbnailPanel->setVisible(isDocumentView && m_thumbnailsVisible);
+    allowBottomBar(isDocumentView && m_model->rowCount() > 0);
+    m_topToolBar->setViewMode(static_cast<int>(mode));
+    if (isDocumentView) {
+        setWorkspaceMode(PdfWorkspaceMode::NormalMode);
+    }
+    placeBottomBarSoon();
+}
+
+void PdfViewerWidget::setWorkspaceMode(PdfWorkspaceMode mode)
+{
+    m_workspaceMode = mode;
+    m_topToolBar->setWorkspaceMode(static_cast<int>(mode));
+    m_pageManagerView->setWorkspaceMode(static_cast<int>(mode));
+    m_operationSidePanel->setWorkspaceMode(static_cast<int>(mode));
+}
+
+bool PdfViewerWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_viewStack) {
+        switch (event->type()) {
+        case QEvent::Move:
+        case QEvent::Resize:
+        case QEvent::Show:
+        case QEvent::LayoutRequest:
+            placeBottomBarSoon();
+            break;
+        default:
+            break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PdfViewerWidget::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeBottomBarSoon();
+}
+
+void PdfViewerWidget::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    placeBottomBarSoon();
+}
+
 void PdfViewerWidget::buildInterface()
 {
     setObjectName(QStringLiteral("pdfViewerWidget"));
+    m_topToolBar = new PdfTopToolBar(this);
+    buildSplitter();
 
+    auto *divider = new QFrame(this);
+    divider->setObjectName(QStringLiteral("pdfToolbarViewDivider"));
+    divider->setFixedHeight(1);
+    divider->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    divider->setStyleSheet(QString(kDividerStyleSheet).arg(Theme::border.name()));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_topToolBar);
+    layout->addWidget(divider);
+    layout->addWidget(m_splitter, 1);
+
+    // Floats over the views and is in no layout.
+    m_bottomBar = new PdfBottomControlBar(m_viewStack);
+    m_bottomBar->hide();
+    m_bottomBar->raise();
+    placeBottomBarSoon();
+    setFocusProxy(m_documentView);
+}
+
+void PdfViewerWidget::buildSplitter()
+{
+    m_thumbnailPanel = new PdfThumbnailPanel;
+    m_thumbnailPanel->setModel(m_model);
+    m_thumbnailPanel->setRenderManager(m_renderManager);
     m_documentView = new PdfDocumentView;
     m_documentView->setModel(m_model);
     m_documentView->setRenderManager(m_renderManager);
+    m_pageManagerView = new PdfPageManagerView;
+    m_pageManagerView->setModel(m_model);
+    m_pageManagerView->setRenderManager(m_renderManager);
+    m_operationSidePanel = new PdfOperationSidePanel;
+    m_operationSidePanel->setModel(m_model);
 
     m_viewStack = new QStackedWidget;
+    m_viewStack->installEventFilter(this);
     m_viewStack->addWidget(m_documentView);
+    m_viewStack->addWidget(m_pageManagerView);
 
     m_splitter = new QSplitter(Qt::Horizontal, this);
     m_splitter->setObjectName(QStringLiteral("pdfViewerSplitter"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(kSplitterHandleWidth);
     m_splitter->setStyleSheet(QString(kSplitterStyleSheet).arg(Theme::border.name()));
+    m_splitter->addWidget(m_thumbnailPanel);
     m_splitter->addWidget(m_viewStack);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_splitter, 1);
-    setFocusProxy(m_documentView);
+    m_splitter->addWidget(m_operationSidePanel);
+    m_splitter->setStretchFactor(0, 0);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setStretchFactor(2, 0);
+    m_splitter->setSizes({kThumbnailPanelWidth, kViewsWidth, kSidePanelWidth});
 }
 
 void PdfViewerWidget::connectParts()
 {
-    connect(m_documentView, &PdfDocumentView::currentPageChanged, this,
-            &PdfViewerWidget::currentPageChanged);
+    connectDocumentView();
+    connectThumbnailPanel();
+    connectBottomBar();
+    connectToolBarModes();
+    connectToolBarEdits();
+    connectToolBarFile();
+    connectPageManagerView();
+    connectSidePanel();
+    connectModel();
+}
+
+void PdfViewerWidget::connectDocumentView()
+{
+    connect(m_documentView, &PdfDocumentView::currentPageChanged, this, [this](int page) {
+        m_thumbnailPanel->setCurrentPage(page);
+        m_bottomBar->setCurrentPage(page);
+        emit currentPageChanged(page);
+    });
     connect(m_documentView, &PdfDocumentView::zoomFactorChanged, this, [this](double factor) {
+        m_bottomBar->setZoom(factor);
         emit zoomChanged(factor);
         emit zoomFactorChanged(factor);
     });
     connect(m_documentView, &PdfDocumentView::firstPagePainted, this,
             &PdfViewerWidget::firstPagePainted);
+}
 
+void PdfViewerWidget::connectThumbnailPanel()
+{
+    const PdfThumbnailPanel *panel = m_thumbnailPanel;
+    connect(panel, &PdfThumbnailPanel::pageActivated, m_documentView, &PdfDocumentView::goToPage);
+    connect(panel, &PdfThumbnailPanel::previewPageRequested, this, &PdfViewerWidget::previewPage);
+    connect(panel, &PdfThumbnailPanel::rotatePageRequested, this,
+            [this](PdfPageId id) { m_undoManager->rotatePages({id}, kQuarterTurn); });
+    connect(panel, &PdfThumbnailPanel::deletePageRequested, this,
+            [this](PdfPageId id) { m_undoManager->deletePages({id}); });
+    connect(panel, &PdfThumbnailPanel::chooseInsertFilesRequested, this,
+            &PdfViewerWidget::chooseInsertFiles);
+    connect(panel, &PdfThumbnailPanel::insertFilesRequested, this,
+            &PdfViewerWidget::insertPdfFiles);
+}
+
+void PdfViewerWidget::connectBottomBar()
+{
+    const PdfBottomControlBar *bar = m_bottomBar;
+    connect(bar, &PdfBottomControlBar::previousPageRequested, this,
+            [this] { m_documentView->goToPage(std::max(m_documentView->currentPage() - 1, 0)); });
+    connect(bar, &PdfBottomControlBar::nextPageRequested, this, [this] {
+        m_documentView->goToPage(
+            std::min(m_documentView->currentPage() + 1, m_model->rowCount() - 1));
+    });
+    connect(bar, &PdfBottomControlBar::pageRequested, this, &PdfViewerWidget::goToPage);
+    connect(bar, &PdfBottomControlBar::zoomRequested, this, &PdfViewerWidget::setZoomFactor);
+    connect(bar, &PdfBottomControlBar::fitWidthRequested, this, &PdfViewerWidget::fitWidth);
+    connect(bar, &PdfBottomControlBar::fitPageRequested, this, &PdfViewerWidget::fitPage);
+}
+
+void PdfViewerWidget::connectToolBarModes()
+{
+    const PdfTopToolBar *bar = m_topToolBar;
+    connect(bar, &PdfTopToolBar::documentViewRequested, this,
+            [this] { setViewMode(PdfViewMode::DocumentView); });
+    connect(bar, &PdfTopToolBar::pageManageViewRequested, this,
+            [this] { setViewMode(PdfViewMode::PageManageView); });
+    connect(bar, &PdfTopToolBar::thumbnailToggled, this, &PdfViewerWidget::showThumbnailPanel);
+    connect(bar, &PdfTopToolBar::insertModeRequested, this,
+            [this] { manageIn(PdfWorkspaceMode::InsertMode); });
+    connect(bar, &PdfTopToolBar::extractModeRequested, this,
+            [this] { manageIn(PdfWorkspaceMode::ExtractMode); });
+    connect(bar, &PdfTopToolBar::splitModeRequested, this,
+            [this] { manageIn(PdfWorkspaceMode::SplitMode); });
+    connect(bar, &PdfTopToolBar::handToolToggled, m_documentView,
+            &PdfDocumentView::setHandToolEnabled);
+}
+
+void PdfViewerWidget::connectToolBarEdits()
+{
+    const PdfTopToolBar *bar = m_topToolBar;
+    connect(bar, &PdfTopToolBar::rotateLeftRequested, this, [this] {
+        m_undoManager->rotatePages(m_model->selectedPageIds().values(), -kQuarterTurn);
+    });
+    connect(bar, &PdfTopToolBar::rotateRightRequested, this, [this] {
+        m_undoManager->rotatePages(m_model->selectedPageIds().values(), kQuarterTurn);
+    });
+    connect(bar, &PdfTopToolBar::deleteRequested, this,
+            [this] { m_undoManager->deletePages(m_model->selectedPageIds().values()); });
+    connect(bar, &PdfTopToolBar::selectAllToggled, this, [this](bool selected) {
+        if (selected) {
+            m_model->selectAll();
+        } else {
+            m_model->clearSelection();
+        }
+    });
+
+    QUndoStack *stack = m_undoManager->undoStack();
+    connect(bar, &PdfTopToolBar::undoRequested, stack, &QUndoStack::undo);
+    connect(bar, &PdfTopToolBar::redoRequested, stack, &QUndoStack::redo);
+    connect(stack, &QUndoStack::canUndoChanged, this, [this, stack](bool canUndo) {
+        m_topToolBar->setUndoRedoEnabled(canUndo, stack->canRedo());
+    });
+    connect(stack, &QUndoStack::canRedoChanged, this, [this, stack](bool canRedo) {
+        m_topToolBar->setUndoRedoEnabled(stack->canUndo(), canRedo);
+    });
+}
+
+void PdfViewerWidget::connectToolBarFile()
+{
+    const PdfTopToolBar *bar = m_topToolBar;
+    connect(bar, &PdfTopToolBar::saveRequested, this, &PdfViewerWidget::save);
+    connect(bar, &PdfTopToolBar::saveAsRequested, this, &PdfViewerWidget::promptSaveAs);
+    connect(bar, &PdfTopToolBar::printRequested, this, &PdfViewerWidget::printDocument);
+    connect(bar, &PdfTopToolBar::revealInFolderRequested, this, &PdfViewerWidget::revealInFolder);
+    connect(bar, &PdfTopToolBar::convertToOfficeRequested, this,
+            [this] { emit convertPdfToOfficeRequested(m_model->documentPath()); });
+
+    struct ToolRequest
+    {
+        void (PdfTopToolBar::*requested)();
+        QLatin1String toolId;
+    };
+    static constexpr ToolRequest kToolRequests[] = {
+        {&PdfTopToolBar::compressRequested, QLatin1String("compress")},
+        {&PdfTopToolBar::convertToImagesRequested, QLatin1String("images")},
+        {&PdfTopToolBar::encryptRequested, QLatin1String("encrypt")},
+        {&PdfTopToolBar::decryptRequested, QLatin1String("decrypt")},
+        {&PdfTopToolBar::pageNumberRequested, QLatin1String("page-number")},
+        {&PdfTopToolBar::searchRequested, QLatin1String("search")},
+    };
+    for (const ToolRequest &request : kToolRequests) {
+        connect(bar, request.requested, this, [this, toolId = request.toolId] {
+            emit externalToolRequested(toolId, m_model->documentPath());
+        });
+    }
+}
+
+void PdfViewerWidget::connectPageManagerView()
+{
+    const PdfPageManagerView *grid = m_pageManagerView;
+    connect(grid, &PdfPageManagerView::previewPageRequested, this, &PdfViewerWidget::previewPage);
+    connect(grid, &PdfPageManagerView::duplicatePageRequested, this,
+            [this](PdfPageId id) { m_undoManager->duplicatePages({id}); });
+    connect(grid, &PdfPageManagerView::rotatePageRequested, this,
+            [this](PdfPageId id) { m_undoManager->rotatePages({id}, kQuarterTurn); });
+    connect(grid, &PdfPageManagerView::deletePageRequested, this,
+            [this](PdfPageId id) { m_undoManager->deletePages({id}); });
+    connect(grid, &PdfPageManagerView::insertAtRequested, this, &PdfViewerWidget::showInsertMenu);
+    connect(grid, &PdfPageManagerView::splitPointsChanged, m_operationSidePanel,
+            &PdfOperationSidePanel::setSplitPoints);
+}
+
+void PdfViewerWidget::connectSidePanel()
+{
+    const PdfOperationSidePanel *panel = m_operationSidePanel;
+    connect(panel, &PdfOperationSidePanel::extractRequested, this, &PdfViewerWidget::extractPages);
+    connect(panel, &PdfOperationSidePanel::splitRequested, this, &PdfViewerWidget::splitDocument);
+    connect(panel, &PdfOperationSidePanel::everyPageSplitToggled, m_pageManagerView,
+            &PdfPageManagerView::setEveryPageSplit);
+}
+
+void PdfViewerWidget::connectModel()
+{
     connect(m_model, &PdfDocumentModel::modelReset, this, &PdfViewerWidget::refreshPageState);
     connect(m_model, &PdfDocumentModel::rowsInserted, this, &PdfViewerWidget::refreshPageState);
     connect(m_model, &PdfDocumentModel::rowsRemoved, this, &PdfViewerWidget::refreshPageState);
     connect(m_model, &PdfDocumentModel::modifiedChanged, this, &PdfViewerWidget::modifiedChanged);
+    connect(m_model, &PdfDocumentModel::selectionChanged, this,
+            &PdfViewerWidget::refreshSelectionState);
+    // With a page more, not every page is selected any longer.
+    connect(m_model, &PdfDocumentModel::rowsInserted, this,
+            &PdfViewerWidget::refreshSelectionState);
 }
 
 void PdfViewerWidget::refreshPageState()
 {
-    emit pageCountChanged(m_model->rowCount());
+    const int count = m_model->rowCount();
+    m_bottomBar->setPageCount(count);
+    m_bottomBar->setCurrentPage(std::min(std::max(count - 1, 0), m_documentView->currentPage()));
+    allowBottomBar(count > 0 && m_viewMode == PdfViewMode::DocumentView);
+    m_topToolBar->setDocumentActionsEnabled(count > 0);
+    emit pageCountChanged(count);
+    placeBottomBarSoon();
+}
+
+void PdfViewerWidget::refreshSelectionState()
+{
+    const int count = m_model->rowCount();
+    const auto selected = static_cast<int>(m_model->selectedRows().size());
+    m_topToolBar->setSelectionActionsEnabled(selected > 0);
+    m_topToolBar->setSelectAllChecked(count > 0 && selected == count);
+}
+
+void PdfViewerWidget::previewPage(PdfPageId id)
+{
+    setViewMode(PdfViewMode::DocumentView);
+    m_documentView->goToPage(m_model->rowForPageId(id));
+}
+
+void PdfViewerWidget::manageIn(PdfWorkspaceMode mode)
+{
+    setViewMode(PdfViewMode::PageManageView);
+    setWorkspaceMode(mode);
+}
+
+void PdfViewerWidget::allowBottomBar(bool allowed)
+{
+    m_bottomBarAllowed = allowed;
+    if (!allowed) {
+        m_bottomBar->hide();
+    }
+}
+
+void PdfViewerWidget::placeBottomBarSoon()
+{
+    if (m_bottomBarPlacementPending) {
+        return;
+    }
+    m_bottomBarPlacementPending = true;
+    QTimer::singleShot(0, this, &PdfViewerWidget::placeBottomBar);
+}
+
+void PdfViewerWidget::placeBottomBar()
+{
+    m_bottomBarPlacementPending = false;
+    if (!m_bottomBarAllowed || m_viewStack->width() <= 0 || m_viewStack->height() < 1 ||
+        !isVisible() || !m_viewStack->isVisible()) {
+        return;
+    }
+    m_bottomBar->resize(m_bottomBar->sizeHint());
+    m_bottomBar->move(std::max((m_viewStack->width() - m_bottomBar->width()) / 2, 0),
+                      std::max(m_viewStack->height() - kBottomBarMargin - m_bottomBar->height(),
+                               kBottomBarLeastTop));
+    m_bottomBar->show();
+    m_bottomBar->raise();
+}
+
+void PdfViewerWidget::restartRequests()
+{
+    m_documentView->restartRequests();
+    m_thumbnailPanel->restartRequests();
+    m_pageManagerView->restartRequests();
+}
+
+QString PdfViewerWidget::baseName() const
+{
+    return QFileInfo(m_model->documentPath()).completeBaseName();
 }
 
 std::optional<QString> PdfViewerWidget::askPassword(const QString &label)

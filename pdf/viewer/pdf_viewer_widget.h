@@ -1,21 +1,37 @@
 #pragma once
 
+#include "pdf/core/pdf_page_record.h"
+#include "pdf/viewer/document_saver.h"
+#include "pdf/viewer/page_output_plan.h"
+#include "pdf/viewer/pdf_view_modes.h"
 #include "pdfcore/pdf_editor_backend.h"
 
+#include <QList>
+#include <QPoint>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 
+class PdfBottomControlBar;
 class PdfDocumentModel;
 class PdfDocumentView;
+class PdfOperationSidePanel;
+class PdfPageManagerView;
 class PdfRenderManager;
+class PdfThumbnailPanel;
+class PdfTopToolBar;
+class PdfUndoManager;
 class QSplitter;
 class QStackedWidget;
 
-/// The workspace of one open PDF: owns the document and its renderer and shows its pages.
+/// The workspace of one open PDF: owns the document, its renderer and its edit history, shows its
+/// pages, and carries out the commands that concern the whole document.
 ///
-/// Pages are counted from zero.
+/// Pages and rows are counted from zero. Whatever goes wrong is told to the user in a message box.
+/// Lives on the interface thread.
 class PdfViewerWidget final : public QWidget
 {
     Q_OBJECT
@@ -29,8 +45,39 @@ public:
     /// been told of a failure; giving up at the password is none.
     bool openFile(const QString &path, const QString &password);
 
-    /// True when the document may be replaced or closed.
+    /// The document has changes that were not saved.
+    [[nodiscard]] bool isModified() const;
+    /// Asks what to do with unsaved changes; true when the document may be replaced or closed.
     [[nodiscard]] bool maybeSave();
+
+    /// Writes the document to its file, or to one that the user chooses if it has none.
+    bool save();
+    /// Lets the user choose a file to save to.
+    bool promptSaveAs();
+    /// Writes the document to `path`, which becomes its file. Returns when it is written; the
+    /// window stays alive meanwhile. Nothing is loaded anew.
+    bool saveAs(const QString &path);
+    /// Replaces what writes documents.
+    void setSaveFunction(PdfSaveFunction write) { m_write = std::move(write); }
+
+    /// Prints the document after the user has chosen how.
+    void printDocument();
+    /// Shows the document's file in the file manager.
+    void revealInFolder();
+
+    /// Inserts the pages of the files before `beforeRow`, in order, asking for passwords. A file
+    /// that cannot be inserted is left out.
+    void insertPdfFiles(const QStringList &files, int beforeRow);
+    void chooseInsertFiles(int beforeRow);
+    /// Offers what can be inserted before `beforeRow` in a menu.
+    void showInsertMenu(int beforeRow, const QPoint &globalPosition);
+
+    /// Writes the selected pages to files of their own, or to one, in `outputDirectory`.
+    void extractPages(bool combineIntoOne, const QString &outputDirectory);
+    /// Writes the parts between the cuts to files in `outputDirectory`: a cut before each of
+    /// `beforeRows`, or before every page.
+    void splitDocument(bool everyPage, const QList<int> &beforeRows,
+                       const QString &outputDirectory);
 
     /// Tells the user that the engine failed: a sentence for `error` and the engine's own `detail`.
     void showBackendError(const QString &title, PdfBackendError error, const QString &detail);
@@ -47,6 +94,8 @@ signals:
     void externalToolRequested(const QString &toolId, const QString &path);
     /// The finished image of the current page was painted for the first time in this document.
     void firstPagePainted();
+    /// The document was written to `path`, which is its file now.
+    void documentSaved(const QString &path);
 
 public slots:
     void setCurrentPage(int page);
@@ -57,17 +106,71 @@ public slots:
     void fitWidth();
     void fitPage();
     void fitHeight();
+    void showThumbnailPanel(bool show);
+    void setViewMode(PdfViewMode mode);
+    void setWorkspaceMode(PdfWorkspaceMode mode);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void buildInterface();
+    void buildSplitter();
     void connectParts();
+    void connectDocumentView();
+    void connectThumbnailPanel();
+    void connectBottomBar();
+    void connectToolBarModes();
+    void connectToolBarEdits();
+    void connectToolBarFile();
+    void connectPageManagerView();
+    void connectSidePanel();
+    void connectModel();
+
     void refreshPageState();
+    void refreshSelectionState();
+    void previewPage(PdfPageId id);
+    /// Switches to the grid and to what it is to be used for.
+    void manageIn(PdfWorkspaceMode mode);
+    void applyFitMode();
+    void placeBottomBarSoon();
+    void placeBottomBar();
+    void allowBottomBar(bool allowed);
+    void restartRequests();
+
+    [[nodiscard]] QString baseName() const;
     /// Nothing when the user gives up.
     [[nodiscard]] std::optional<QString> askPassword(const QString &label);
+    bool insertPdfFile(const QString &file, int row);
+    void insertBlankPage(int beforeRow);
+    /// What the user is told about a batch of files that were written.
+    struct BatchTexts
+    {
+        QString noFolderTitle;
+        QString failedTitle;
+        QString doneTitle;
+    };
+    void writeFiles(const QList<PageOutputFile> &plan, const QString &outputDirectory,
+                    const BatchTexts &texts);
 
     PdfDocumentModel *m_model;
     PdfRenderManager *m_renderManager;
+    PdfUndoManager *m_undoManager;
+    PdfTopToolBar *m_topToolBar = nullptr;
     QSplitter *m_splitter = nullptr;
+    PdfThumbnailPanel *m_thumbnailPanel = nullptr;
     QStackedWidget *m_viewStack = nullptr;
     PdfDocumentView *m_documentView = nullptr;
+    PdfPageManagerView *m_pageManagerView = nullptr;
+    PdfOperationSidePanel *m_operationSidePanel = nullptr;
+    PdfBottomControlBar *m_bottomBar = nullptr;
+    PdfViewMode m_viewMode = PdfViewMode::DocumentView;
+    PdfWorkspaceMode m_workspaceMode = PdfWorkspaceMode::NormalMode;
+    bool m_thumbnailsVisible = true;
+    bool m_bottomBarAllowed = false;
+    bool m_bottomBarPlacementPending = false;
+    bool m_saving = false;
+    PdfSaveFunction m_write;
 };

@@ -9,6 +9,37 @@
     </message>
 </context>
 <context>
+    <name>FileLocationSelector</name>
+    <message>
+        <source>文件保存位置</source>
+        <translation>موقع حفظ الملفات</translation>
+    </message>
+    <message>
+        <source>原始文件夹</source>
+        <translation>مجلد المصدر</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>سطح المكتب</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>المستندات</translation>
+    </message>
+    <message>
+        <source>选择其他文件夹…</source>
+        <translation>‫اختيار مجلد آخر…‬</translation>
+    </message>
+    <message>
+        <source>选择文件保存位置</source>
+        <translation>اختيار موقع حفظ الملفات</translation>
+    </message>
+    <message>
+        <source>自定义文件夹</source>
+        <translation>مجلد مخصص</translation>
+    </message>
+</context>
+<context>
     <name>HomePage</name>
     <message>
         <source>工具</source>
@@ -194,6 +225,60 @@
     </message>
 </context>
 <context>
+    <name>PageGridZoomControl</name>
+    <message>
+        <source>缩小</source>
+        <translation>تصغير</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>تكبير</translation>
+    </message>
+</context>
+<context>
+    <name>PageManagerDelegate</name>
+    <message>
+        <source>正在生成预览…</source>
+        <translation>جارٍ إنشاء المعاينة…</translation>
+    </message>
+    <message>
+        <source>在此处插入页面</source>
+        <translation>إدراج صفحات هنا</translation>
+    </message>
+    <message>
+        <source>取消此处的拆分</source>
+        <translation>إلغاء التقسيم هنا</translation>
+    </message>
+    <message>
+        <source>在此处拆分</source>
+        <translation>التقسيم هنا</translation>
+    </message>
+    <message>
+        <source>取消选择页面</source>
+        <translation>إلغاء تحديد الصفحة</translation>
+    </message>
+    <message>
+        <source>选择页面</source>
+        <translation>تحديد الصفحة</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>معاينة الصفحة</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>تكرار الصفحة</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>تدوير الصفحة إلى اليمين</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>حذف الصفحة</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -281,6 +366,71 @@
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
         <translation>‫ادمج عدة ملفات PDF في ملف واحد.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PdfOperationSidePanel</name>
+    <message>
+        <source>将选定页面提取为单个文件</source>
+        <translation>استخراج الصفحات المحددة في ملف واحد</translation>
+    </message>
+    <message>
+        <source>将每个页面拆分为单个文件</source>
+        <translation>تقسيم كل صفحة إلى ملف مستقل</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>استخراج</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>تقسيم</translation>
+    </message>
+    <message>
+        <source>文件提取选项</source>
+        <translation>خيارات الاستخراج</translation>
+    </message>
+    <message>
+        <source>将选定页面另存为</source>
+        <translation>حفظ الصفحات المحددة باسم</translation>
+    </message>
+    <message>
+        <source>文件拆分选项</source>
+        <translation>خيارات التقسيم</translation>
+    </message>
+    <message>
+        <source>输出预览</source>
+        <translation>معاينة الملفات الناتجة</translation>
+    </message>
+    <message>
+        <source>文件位置</source>
+        <translation>موقع الملفات</translation>
+    </message>
+    <message>
+        <source>请先选择要提取的页面</source>
+        <translation>حدد أولًا الصفحات المراد استخراجها</translation>
+    </message>
+    <message>
+        <source>%1-extracted.pdf
+页面 %2</source>
+        <translation>%1-extracted.pdf
+الصفحات %2</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+第 %2 页</source>
+        <translation>%1-%2.pdf
+الصفحة %2</translation>
+    </message>
+    <message>
+        <source>点击页面之间的虚线，可以自定义拆分文件。</source>
+        <translation>‫انقر الخطوط المتقطعة بين الصفحات لاختيار مواضع التقسيم.‬</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+页面 %3-%4</source>
+        <translation>%1-%2.pdf
+الصفحات %3-%4</translation>
     </message>
 </context>
 <context>
@@ -509,6 +659,132 @@
     <message>
         <source>取消</source>
         <translation>إلغاء</translation>
+    </message>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>‫يتعذر على الطابعة إنشاء صفحة جديدة.‬</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>‫تعذر عرض الصفحة %1.‬</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>حفظ التغييرات</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>‫تم تعديل ملف PDF الحالي. هل تريد حفظه؟‬</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>حفظ</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>عدم الحفظ</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>‫بدون عنوان.pdf‬</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>‫حفظ PDF باسم‬</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>‫ملفات PDF‬ (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>‫تعذر حفظ PDF‬</translation>
+    </message>
+    <message>
+        <source>打印 PDF</source>
+        <translation>‫طباعة PDF‬</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>تعذرت الطباعة</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>‫تعذر بدء مهمة الطباعة.‬</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>لم تكتمل الطباعة</translation>
+    </message>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>‫ملف PDF المراد إدراجه مشفر. أدخل كلمة المرور:‬</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>‫تعذر إدراج PDF‬</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>‫إدراج PDF‬</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>إدراج صفحة فارغة بعدها</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>تعذر الاستخراج</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>تعذر استخراج بعض الصفحات</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>اكتمل الاستخراج</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>تعذر التقسيم</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>تعذر فصل بعض الملفات</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>اكتمل التقسيم</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>‫تعذر إنشاء مجلد الوجهة.‬</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>عدد الملفات التي أُنشئت: %1، وعدد التي فشلت: %2.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>‫عدد ملفات PDF التي أُنشئت: %1.‬
+%2</translation>
+    </message>
+    <message>
+        <source>正在保存 PDF</source>
+        <translation>‫جارٍ حفظ PDF‬</translation>
+    </message>
+    <message>
+        <source>正在写入文件，大文件可能需要一些时间。</source>
+        <translation>‫تجري كتابة الملف. قد تستغرق الملفات الكبيرة بعض الوقت.‬</translation>
+    </message>
+    <message>
+        <source>保存完成前请不要关闭程序。</source>
+        <translation>‫لا تغلق البرنامج قبل اكتمال الحفظ.‬</translation>
     </message>
 </context>
 <context>

@@ -9,6 +9,37 @@
     </message>
 </context>
 <context>
+    <name>FileLocationSelector</name>
+    <message>
+        <source>文件保存位置</source>
+        <translation>Speicherort</translation>
+    </message>
+    <message>
+        <source>原始文件夹</source>
+        <translation>Quellordner</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>Dokumente</translation>
+    </message>
+    <message>
+        <source>选择其他文件夹…</source>
+        <translation>Anderen Ordner wählen …</translation>
+    </message>
+    <message>
+        <source>选择文件保存位置</source>
+        <translation>Speicherort wählen</translation>
+    </message>
+    <message>
+        <source>自定义文件夹</source>
+        <translation>Eigener Ordner</translation>
+    </message>
+</context>
+<context>
     <name>HomePage</name>
     <message>
         <source>工具</source>
@@ -194,6 +225,60 @@
     </message>
 </context>
 <context>
+    <name>PageGridZoomControl</name>
+    <message>
+        <source>缩小</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>Vergrößern</translation>
+    </message>
+</context>
+<context>
+    <name>PageManagerDelegate</name>
+    <message>
+        <source>正在生成预览…</source>
+        <translation>Vorschau wird erstellt…</translation>
+    </message>
+    <message>
+        <source>在此处插入页面</source>
+        <translation>Seiten hier einfügen</translation>
+    </message>
+    <message>
+        <source>取消此处的拆分</source>
+        <translation>Hier nicht teilen</translation>
+    </message>
+    <message>
+        <source>在此处拆分</source>
+        <translation>Hier teilen</translation>
+    </message>
+    <message>
+        <source>取消选择页面</source>
+        <translation>Auswahl der Seite aufheben</translation>
+    </message>
+    <message>
+        <source>选择页面</source>
+        <translation>Seite auswählen</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>Seite anzeigen</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Seite duplizieren</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Seite nach rechts drehen</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Seite löschen</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -281,6 +366,71 @@ oder mehrere PDFs hier ablegen</translation>
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
         <translation>Mehrere PDF-Dateien zu einer zusammenfügen.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfOperationSidePanel</name>
+    <message>
+        <source>将选定页面提取为单个文件</source>
+        <translation>Ausgewählte Seiten in eine einzige Datei extrahieren</translation>
+    </message>
+    <message>
+        <source>将每个页面拆分为单个文件</source>
+        <translation>Jede Seite in eine eigene Datei teilen</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extrahieren</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>文件提取选项</source>
+        <translation>Optionen zum Extrahieren</translation>
+    </message>
+    <message>
+        <source>将选定页面另存为</source>
+        <translation>Ausgewählte Seiten speichern als</translation>
+    </message>
+    <message>
+        <source>文件拆分选项</source>
+        <translation>Optionen zum Teilen</translation>
+    </message>
+    <message>
+        <source>输出预览</source>
+        <translation>Vorschau der Ausgabe</translation>
+    </message>
+    <message>
+        <source>文件位置</source>
+        <translation>Speicherort</translation>
+    </message>
+    <message>
+        <source>请先选择要提取的页面</source>
+        <translation>Wählen Sie zuerst die zu extrahierenden Seiten aus</translation>
+    </message>
+    <message>
+        <source>%1-extracted.pdf
+页面 %2</source>
+        <translation>%1-extracted.pdf
+Seiten %2</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+第 %2 页</source>
+        <translation>%1-%2.pdf
+Seite %2</translation>
+    </message>
+    <message>
+        <source>点击页面之间的虚线，可以自定义拆分文件。</source>
+        <translation>Klicken Sie auf die gestrichelten Linien zwischen den Seiten, um festzulegen, wo geteilt wird.</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+页面 %3-%4</source>
+        <translation>%1-%2.pdf
+Seiten %3-%4</translation>
     </message>
 </context>
 <context>
@@ -509,6 +659,132 @@ oder mehrere PDFs hier ablegen</translation>
     <message>
         <source>取消</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>Der Drucker kann keine neue Seite anlegen.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>Seite %1 konnte nicht gerendert werden.</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Änderungen speichern</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>Die aktuelle PDF-Datei wurde geändert. Möchten Sie sie speichern?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>Nicht speichern</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Unbenannt.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>PDF speichern unter</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF-Dateien (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>Die PDF-Datei konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>打印 PDF</source>
+        <translation>PDF drucken</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>Drucken fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>Der Druckauftrag konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>Drucken nicht abgeschlossen</translation>
+    </message>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>Die einzufügende PDF-Datei ist verschlüsselt. Geben Sie ihr Kennwort ein:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>Die PDF-Datei konnte nicht eingefügt werden</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>PDF einfügen</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Leere Seite dahinter einfügen</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>Extrahieren fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>Einige Seiten konnten nicht extrahiert werden</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extrahieren abgeschlossen</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>Teilen fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>Einige Dateien konnten nicht abgeteilt werden</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>Teilen abgeschlossen</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>Der Zielordner konnte nicht erstellt werden.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>%1 Dateien wurden erstellt, %2 sind fehlgeschlagen.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>%1 PDF-Dateien wurden erstellt.
+%2</translation>
+    </message>
+    <message>
+        <source>正在保存 PDF</source>
+        <translation>PDF wird gespeichert</translation>
+    </message>
+    <message>
+        <source>正在写入文件，大文件可能需要一些时间。</source>
+        <translation>Die Datei wird geschrieben. Bei großen Dateien kann das etwas dauern.</translation>
+    </message>
+    <message>
+        <source>保存完成前请不要关闭程序。</source>
+        <translation>Schließen Sie das Programm nicht, bevor das Speichern abgeschlossen ist.</translation>
     </message>
 </context>
 <context>

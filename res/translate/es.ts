@@ -9,6 +9,37 @@
     </message>
 </context>
 <context>
+    <name>FileLocationSelector</name>
+    <message>
+        <source>文件保存位置</source>
+        <translation>Ubicación de guardado</translation>
+    </message>
+    <message>
+        <source>原始文件夹</source>
+        <translation>Carpeta de origen</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Escritorio</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>Documentos</translation>
+    </message>
+    <message>
+        <source>选择其他文件夹…</source>
+        <translation>Elegir otra carpeta…</translation>
+    </message>
+    <message>
+        <source>选择文件保存位置</source>
+        <translation>Elegir dónde guardar los archivos</translation>
+    </message>
+    <message>
+        <source>自定义文件夹</source>
+        <translation>Carpeta personalizada</translation>
+    </message>
+</context>
+<context>
     <name>HomePage</name>
     <message>
         <source>工具</source>
@@ -194,6 +225,60 @@
     </message>
 </context>
 <context>
+    <name>PageGridZoomControl</name>
+    <message>
+        <source>缩小</source>
+        <translation>Alejar</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>Acercar</translation>
+    </message>
+</context>
+<context>
+    <name>PageManagerDelegate</name>
+    <message>
+        <source>正在生成预览…</source>
+        <translation>Generando vista previa…</translation>
+    </message>
+    <message>
+        <source>在此处插入页面</source>
+        <translation>Insertar páginas aquí</translation>
+    </message>
+    <message>
+        <source>取消此处的拆分</source>
+        <translation>No dividir aquí</translation>
+    </message>
+    <message>
+        <source>在此处拆分</source>
+        <translation>Dividir aquí</translation>
+    </message>
+    <message>
+        <source>取消选择页面</source>
+        <translation>Anular la selección de la página</translation>
+    </message>
+    <message>
+        <source>选择页面</source>
+        <translation>Seleccionar la página</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>Ver la página</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Duplicar la página</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Girar la página a la derecha</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Eliminar la página</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -281,6 +366,71 @@ o soltar varios PDF aquí</translation>
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
         <translation>Combine varios archivos PDF en uno.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfOperationSidePanel</name>
+    <message>
+        <source>将选定页面提取为单个文件</source>
+        <translation>Extraer las páginas seleccionadas en un solo archivo</translation>
+    </message>
+    <message>
+        <source>将每个页面拆分为单个文件</source>
+        <translation>Dividir cada página en su propio archivo</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extraer</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Dividir</translation>
+    </message>
+    <message>
+        <source>文件提取选项</source>
+        <translation>Opciones de extracción</translation>
+    </message>
+    <message>
+        <source>将选定页面另存为</source>
+        <translation>Guardar las páginas seleccionadas como</translation>
+    </message>
+    <message>
+        <source>文件拆分选项</source>
+        <translation>Opciones de división</translation>
+    </message>
+    <message>
+        <source>输出预览</source>
+        <translation>Vista previa del resultado</translation>
+    </message>
+    <message>
+        <source>文件位置</source>
+        <translation>Ubicación de los archivos</translation>
+    </message>
+    <message>
+        <source>请先选择要提取的页面</source>
+        <translation>Seleccione primero las páginas que desea extraer</translation>
+    </message>
+    <message>
+        <source>%1-extracted.pdf
+页面 %2</source>
+        <translation>%1-extracted.pdf
+Páginas %2</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+第 %2 页</source>
+        <translation>%1-%2.pdf
+Página %2</translation>
+    </message>
+    <message>
+        <source>点击页面之间的虚线，可以自定义拆分文件。</source>
+        <translation>Haga clic en las líneas discontinuas entre las páginas para elegir dónde dividir.</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+页面 %3-%4</source>
+        <translation>%1-%2.pdf
+Páginas %3-%4</translation>
     </message>
 </context>
 <context>
@@ -509,6 +659,132 @@ o soltar varios PDF aquí</translation>
     <message>
         <source>取消</source>
         <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>La impresora no puede crear una página nueva.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>No se pudo representar la página %1.</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Guardar los cambios</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>El PDF actual se ha modificado. ¿Desea guardarlo?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Guardar</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>No guardar</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Sin título.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>Guardar el PDF como</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Archivos PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>No se pudo guardar el PDF</translation>
+    </message>
+    <message>
+        <source>打印 PDF</source>
+        <translation>Imprimir el PDF</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>No se pudo imprimir</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>No se pudo iniciar el trabajo de impresión.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>La impresión no se completó</translation>
+    </message>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>El PDF que desea insertar está cifrado. Introduzca su contraseña:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>No se pudo insertar el PDF</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insertar PDF</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Insertar una página en blanco después</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>No se pudo extraer</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>No se pudieron extraer algunas páginas</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extracción completada</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>No se pudo dividir</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>No se pudieron separar algunos archivos</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>División completada</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>No se pudo crear la carpeta de destino.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>Se crearon %1 archivos y %2 fallaron.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>Se crearon %1 archivos PDF.
+%2</translation>
+    </message>
+    <message>
+        <source>正在保存 PDF</source>
+        <translation>Guardando el PDF</translation>
+    </message>
+    <message>
+        <source>正在写入文件，大文件可能需要一些时间。</source>
+        <translation>Escribiendo el archivo. Los archivos grandes pueden tardar un poco.</translation>
+    </message>
+    <message>
+        <source>保存完成前请不要关闭程序。</source>
+        <translation>No cierre el programa hasta que termine de guardarse.</translation>
     </message>
 </context>
 <context>

@@ -9,6 +9,37 @@
     </message>
 </context>
 <context>
+    <name>FileLocationSelector</name>
+    <message>
+        <source>文件保存位置</source>
+        <translation>Emplacement d’enregistrement</translation>
+    </message>
+    <message>
+        <source>原始文件夹</source>
+        <translation>Dossier source</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Bureau</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>Documents</translation>
+    </message>
+    <message>
+        <source>选择其他文件夹…</source>
+        <translation>Choisir un autre dossier…</translation>
+    </message>
+    <message>
+        <source>选择文件保存位置</source>
+        <translation>Choisir l’emplacement d’enregistrement</translation>
+    </message>
+    <message>
+        <source>自定义文件夹</source>
+        <translation>Dossier personnalisé</translation>
+    </message>
+</context>
+<context>
     <name>HomePage</name>
     <message>
         <source>工具</source>
@@ -194,6 +225,60 @@
     </message>
 </context>
 <context>
+    <name>PageGridZoomControl</name>
+    <message>
+        <source>缩小</source>
+        <translation>Zoom arrière</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>Zoom avant</translation>
+    </message>
+</context>
+<context>
+    <name>PageManagerDelegate</name>
+    <message>
+        <source>正在生成预览…</source>
+        <translation>Génération de l’aperçu…</translation>
+    </message>
+    <message>
+        <source>在此处插入页面</source>
+        <translation>Insérer des pages ici</translation>
+    </message>
+    <message>
+        <source>取消此处的拆分</source>
+        <translation>Ne pas diviser ici</translation>
+    </message>
+    <message>
+        <source>在此处拆分</source>
+        <translation>Diviser ici</translation>
+    </message>
+    <message>
+        <source>取消选择页面</source>
+        <translation>Désélectionner la page</translation>
+    </message>
+    <message>
+        <source>选择页面</source>
+        <translation>Sélectionner la page</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>Afficher la page</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Dupliquer la page</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Pivoter la page à droite</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Supprimer la page</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -281,6 +366,71 @@ ou déposer plusieurs PDF ici</translation>
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
         <translation>Fusionner plusieurs fichiers PDF en un seul.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfOperationSidePanel</name>
+    <message>
+        <source>将选定页面提取为单个文件</source>
+        <translation>Extraire les pages sélectionnées dans un seul fichier</translation>
+    </message>
+    <message>
+        <source>将每个页面拆分为单个文件</source>
+        <translation>Diviser chaque page dans un fichier distinct</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extraire</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Diviser</translation>
+    </message>
+    <message>
+        <source>文件提取选项</source>
+        <translation>Options d’extraction</translation>
+    </message>
+    <message>
+        <source>将选定页面另存为</source>
+        <translation>Enregistrer les pages sélectionnées sous</translation>
+    </message>
+    <message>
+        <source>文件拆分选项</source>
+        <translation>Options de division</translation>
+    </message>
+    <message>
+        <source>输出预览</source>
+        <translation>Aperçu de la sortie</translation>
+    </message>
+    <message>
+        <source>文件位置</source>
+        <translation>Emplacement des fichiers</translation>
+    </message>
+    <message>
+        <source>请先选择要提取的页面</source>
+        <translation>Sélectionnez d’abord les pages à extraire</translation>
+    </message>
+    <message>
+        <source>%1-extracted.pdf
+页面 %2</source>
+        <translation>%1-extracted.pdf
+Pages %2</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+第 %2 页</source>
+        <translation>%1-%2.pdf
+Page %2</translation>
+    </message>
+    <message>
+        <source>点击页面之间的虚线，可以自定义拆分文件。</source>
+        <translation>Cliquez sur les lignes pointillées entre les pages pour choisir où diviser.</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+页面 %3-%4</source>
+        <translation>%1-%2.pdf
+Pages %3-%4</translation>
     </message>
 </context>
 <context>
@@ -509,6 +659,132 @@ ou déposer plusieurs PDF ici</translation>
     <message>
         <source>取消</source>
         <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>L’imprimante ne peut pas créer de nouvelle page.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>Le rendu de la page %1 a échoué.</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Enregistrer les modifications</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>Le PDF actuel a été modifié. Voulez-vous l’enregistrer ?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>Ne pas enregistrer</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Sans titre.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>Enregistrer le PDF sous</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>Échec de l’enregistrement du PDF</translation>
+    </message>
+    <message>
+        <source>打印 PDF</source>
+        <translation>Imprimer le PDF</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>Échec de l’impression</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>La tâche d’impression n’a pas pu démarrer.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>Impression inachevée</translation>
+    </message>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>Le PDF à insérer est chiffré. Saisissez son mot de passe :</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>Échec de l’insertion du PDF</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insérer un PDF</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Insérer une page vierge après</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>Échec de l’extraction</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>Certaines pages n’ont pas pu être extraites</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extraction terminée</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>Échec de la division</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>Certains fichiers n’ont pas pu être séparés</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>Division terminée</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>Le dossier de destination n’a pas pu être créé.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>%1 fichiers créés, %2 en échec.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>%1 fichiers PDF créés.
+%2</translation>
+    </message>
+    <message>
+        <source>正在保存 PDF</source>
+        <translation>Enregistrement du PDF</translation>
+    </message>
+    <message>
+        <source>正在写入文件，大文件可能需要一些时间。</source>
+        <translation>Écriture du fichier. Les fichiers volumineux peuvent prendre un certain temps.</translation>
+    </message>
+    <message>
+        <source>保存完成前请不要关闭程序。</source>
+        <translation>Ne fermez pas le programme avant la fin de l’enregistrement.</translation>
     </message>
 </context>
 <context>

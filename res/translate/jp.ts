@@ -9,6 +9,37 @@
     </message>
 </context>
 <context>
+    <name>FileLocationSelector</name>
+    <message>
+        <source>文件保存位置</source>
+        <translation>ファイルの保存場所</translation>
+    </message>
+    <message>
+        <source>原始文件夹</source>
+        <translation>元のフォルダー</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>デスクトップ</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>ドキュメント</translation>
+    </message>
+    <message>
+        <source>选择其他文件夹…</source>
+        <translation>別のフォルダーを選択…</translation>
+    </message>
+    <message>
+        <source>选择文件保存位置</source>
+        <translation>ファイルの保存場所を選択</translation>
+    </message>
+    <message>
+        <source>自定义文件夹</source>
+        <translation>カスタムフォルダー</translation>
+    </message>
+</context>
+<context>
     <name>HomePage</name>
     <message>
         <source>工具</source>
@@ -194,6 +225,60 @@
     </message>
 </context>
 <context>
+    <name>PageGridZoomControl</name>
+    <message>
+        <source>缩小</source>
+        <translation>縮小</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>拡大</translation>
+    </message>
+</context>
+<context>
+    <name>PageManagerDelegate</name>
+    <message>
+        <source>正在生成预览…</source>
+        <translation>プレビューを生成中…</translation>
+    </message>
+    <message>
+        <source>在此处插入页面</source>
+        <translation>ここにページを挿入</translation>
+    </message>
+    <message>
+        <source>取消此处的拆分</source>
+        <translation>ここでの分割を取り消す</translation>
+    </message>
+    <message>
+        <source>在此处拆分</source>
+        <translation>ここで分割</translation>
+    </message>
+    <message>
+        <source>取消选择页面</source>
+        <translation>ページの選択を解除</translation>
+    </message>
+    <message>
+        <source>选择页面</source>
+        <translation>ページを選択</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>ページをプレビュー</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>ページを複製</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>ページを右に回転</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>ページを削除</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -281,6 +366,71 @@
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
         <translation>複数の PDF ファイルを 1 つに結合します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfOperationSidePanel</name>
+    <message>
+        <source>将选定页面提取为单个文件</source>
+        <translation>選択したページを 1 つのファイルに抽出</translation>
+    </message>
+    <message>
+        <source>将每个页面拆分为单个文件</source>
+        <translation>各ページを個別のファイルに分割</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>抽出</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>分割</translation>
+    </message>
+    <message>
+        <source>文件提取选项</source>
+        <translation>抽出オプション</translation>
+    </message>
+    <message>
+        <source>将选定页面另存为</source>
+        <translation>選択したページの保存名</translation>
+    </message>
+    <message>
+        <source>文件拆分选项</source>
+        <translation>分割オプション</translation>
+    </message>
+    <message>
+        <source>输出预览</source>
+        <translation>出力プレビュー</translation>
+    </message>
+    <message>
+        <source>文件位置</source>
+        <translation>ファイルの場所</translation>
+    </message>
+    <message>
+        <source>请先选择要提取的页面</source>
+        <translation>抽出するページを先に選択してください</translation>
+    </message>
+    <message>
+        <source>%1-extracted.pdf
+页面 %2</source>
+        <translation>%1-extracted.pdf
+ページ %2</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+第 %2 页</source>
+        <translation>%1-%2.pdf
+%2 ページ</translation>
+    </message>
+    <message>
+        <source>点击页面之间的虚线，可以自定义拆分文件。</source>
+        <translation>ページの間の破線をクリックすると、分割する位置を指定できます。</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+页面 %3-%4</source>
+        <translation>%1-%2.pdf
+ページ %3-%4</translation>
     </message>
 </context>
 <context>
@@ -509,6 +659,132 @@
     <message>
         <source>取消</source>
         <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>プリンターで新しいページを作成できません。</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>%1 ページを描画できませんでした。</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>変更の保存</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>現在の PDF は変更されています。保存しますか?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>保存しない</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>無題.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>PDF に名前を付けて保存</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF ファイル (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>PDF を保存できませんでした</translation>
+    </message>
+    <message>
+        <source>打印 PDF</source>
+        <translation>PDF の印刷</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>印刷に失敗しました</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>印刷ジョブを開始できませんでした。</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>印刷は完了しませんでした</translation>
+    </message>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>挿入する PDF は暗号化されています。パスワードを入力してください:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>PDF を挿入できませんでした</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>PDF の挿入</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>後ろに空白ページを挿入</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>抽出に失敗しました</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>一部のページを抽出できませんでした</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>抽出が完了しました</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>分割に失敗しました</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>一部のファイルを分割できませんでした</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>分割が完了しました</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>保存先のフォルダーを作成できませんでした。</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>%1 個のファイルを作成しました。%2 個のファイルは失敗しました。
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>%1 個の PDF ファイルを作成しました。
+%2</translation>
+    </message>
+    <message>
+        <source>正在保存 PDF</source>
+        <translation>PDF を保存しています</translation>
+    </message>
+    <message>
+        <source>正在写入文件，大文件可能需要一些时间。</source>
+        <translation>ファイルを書き込んでいます。大きなファイルでは時間がかかることがあります。</translation>
+    </message>
+    <message>
+        <source>保存完成前请不要关闭程序。</source>
+        <translation>保存が完了するまでプログラムを終了しないでください。</translation>
     </message>
 </context>
 <context>

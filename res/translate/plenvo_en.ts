@@ -9,6 +9,37 @@
     </message>
 </context>
 <context>
+    <name>FileLocationSelector</name>
+    <message>
+        <source>文件保存位置</source>
+        <translation>File save location</translation>
+    </message>
+    <message>
+        <source>原始文件夹</source>
+        <translation>Source folder</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>Documents</translation>
+    </message>
+    <message>
+        <source>选择其他文件夹…</source>
+        <translation>Choose another folder…</translation>
+    </message>
+    <message>
+        <source>选择文件保存位置</source>
+        <translation>Choose where to save the files</translation>
+    </message>
+    <message>
+        <source>自定义文件夹</source>
+        <translation>Custom folder</translation>
+    </message>
+</context>
+<context>
     <name>HomePage</name>
     <message>
         <source>工具</source>
@@ -194,6 +225,60 @@
     </message>
 </context>
 <context>
+    <name>PageGridZoomControl</name>
+    <message>
+        <source>缩小</source>
+        <translation>Zoom out</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>Zoom in</translation>
+    </message>
+</context>
+<context>
+    <name>PageManagerDelegate</name>
+    <message>
+        <source>正在生成预览…</source>
+        <translation>Generating preview…</translation>
+    </message>
+    <message>
+        <source>在此处插入页面</source>
+        <translation>Insert pages here</translation>
+    </message>
+    <message>
+        <source>取消此处的拆分</source>
+        <translation>Do not split here</translation>
+    </message>
+    <message>
+        <source>在此处拆分</source>
+        <translation>Split here</translation>
+    </message>
+    <message>
+        <source>取消选择页面</source>
+        <translation>Deselect page</translation>
+    </message>
+    <message>
+        <source>选择页面</source>
+        <translation>Select page</translation>
+    </message>
+    <message>
+        <source>预览页面</source>
+        <translation>Preview page</translation>
+    </message>
+    <message>
+        <source>复制页面</source>
+        <translation>Duplicate page</translation>
+    </message>
+    <message>
+        <source>向右旋转页面</source>
+        <translation>Rotate page right</translation>
+    </message>
+    <message>
+        <source>删除页面</source>
+        <translation>Delete page</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -281,6 +366,71 @@ or drop several PDFs here</translation>
     <message>
         <source>将多个 PDF 文件合并为一个。</source>
         <translation>Merge several PDF files into one.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfOperationSidePanel</name>
+    <message>
+        <source>将选定页面提取为单个文件</source>
+        <translation>Extract the selected pages as a single file</translation>
+    </message>
+    <message>
+        <source>将每个页面拆分为单个文件</source>
+        <translation>Split every page into a file of its own</translation>
+    </message>
+    <message>
+        <source>提取</source>
+        <translation>Extract</translation>
+    </message>
+    <message>
+        <source>拆分</source>
+        <translation>Split</translation>
+    </message>
+    <message>
+        <source>文件提取选项</source>
+        <translation>Extraction options</translation>
+    </message>
+    <message>
+        <source>将选定页面另存为</source>
+        <translation>Save the selected pages as</translation>
+    </message>
+    <message>
+        <source>文件拆分选项</source>
+        <translation>Split options</translation>
+    </message>
+    <message>
+        <source>输出预览</source>
+        <translation>Output preview</translation>
+    </message>
+    <message>
+        <source>文件位置</source>
+        <translation>File location</translation>
+    </message>
+    <message>
+        <source>请先选择要提取的页面</source>
+        <translation>Select the pages to extract first</translation>
+    </message>
+    <message>
+        <source>%1-extracted.pdf
+页面 %2</source>
+        <translation>%1-extracted.pdf
+Pages %2</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+第 %2 页</source>
+        <translation>%1-%2.pdf
+Page %2</translation>
+    </message>
+    <message>
+        <source>点击页面之间的虚线，可以自定义拆分文件。</source>
+        <translation>Click the dashed lines between the pages to choose where to split.</translation>
+    </message>
+    <message>
+        <source>%1-%2.pdf
+页面 %3-%4</source>
+        <translation>%1-%2.pdf
+Pages %3-%4</translation>
     </message>
 </context>
 <context>
@@ -509,6 +659,132 @@ or drop several PDFs here</translation>
     <message>
         <source>取消</source>
         <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>The printer cannot create a new page.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>Page %1 could not be rendered.</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Save changes</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>The current PDF has been modified. Save it?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>Don’t Save</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Untitled.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>Save the PDF As</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF files (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>Saving the PDF failed</translation>
+    </message>
+    <message>
+        <source>打印 PDF</source>
+        <translation>Print the PDF</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>Printing failed</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>The print job could not be started.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>Printing was not completed</translation>
+    </message>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>The PDF to insert is encrypted. Enter its password:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>Inserting the PDF failed</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insert PDF</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Insert a blank page after</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>Extraction failed</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>Some pages could not be extracted</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extraction complete</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>Split failed</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>Some files could not be split off</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>Split complete</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>The target folder could not be created.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>%1 files were created, %2 failed.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>%1 PDF files were created.
+%2</translation>
+    </message>
+    <message>
+        <source>正在保存 PDF</source>
+        <translation>Saving the PDF</translation>
+    </message>
+    <message>
+        <source>正在写入文件，大文件可能需要一些时间。</source>
+        <translation>Writing the file. Large files may take a while.</translation>
+    </message>
+    <message>
+        <source>保存完成前请不要关闭程序。</source>
+        <translation>Do not close the program until saving has finished.</translation>
     </message>
 </context>
 <context>

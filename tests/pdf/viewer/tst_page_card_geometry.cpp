@@ -77,6 +77,10 @@ void TestPageCardGeometry::cellOfTheGrid()
     QVERIFY(cell.card.contains(cell.thumbnail));
     QCOMPARE(cell.caption.top(), cell.card.bottom() + 1);
     QCOMPARE(cell.caption.bottom(), cell.cell.bottom());
+    // In a large cell the caption stays near its card.
+    const PageCellGeometry large = pageCellGeometry(QRect(0, 0, 500, 544), QSize(413, 464));
+    QCOMPARE(large.caption.top(), large.card.bottom() + 1);
+    QCOMPARE(large.caption.height(), 32);
 }
 
 void TestPageCardGeometry::barIsDividedIntoEqualParts_data()

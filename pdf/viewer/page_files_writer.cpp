@@ -1,0 +1,24 @@
+#include "pdf/viewer/page_files_writer.h"
+
+#include <QDir>
+
+PageFilesResult writePageFiles(const QList<PageOutputFile> &plan, const QList<PdfSourcePage> &pages,
+                               const QString &directory)
+{
+    PageFilesResult result;
+    for (const PageOutputFile &file : plan) {
+        QList<PdfSourcePage> part;
+        part.reserve(file.rows.size());
+        for (const int row : file.rows) {
+            part.append(pages.at(row));
+        }
+        const QString path = QDir(directory).filePath(file.fileName);
+        QString message;
+        if (PdfEditorBackend::saveDocument(part, path, nullptr, &message)) {
+            result.written.append(path);
+        } else {
+            result.failures.append(message.isEmpty() ? path : message);
+        }
+    }
+    return result;
+}

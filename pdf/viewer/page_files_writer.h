@@ -1,0 +1,23 @@
+#pragma once
+
+#include "pdf/viewer/page_output_plan.h"
+#include "pdfcore/pdf_editor_backend.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// What became of the files of a plan.
+struct PageFilesResult
+{
+    QStringList written;  ///< Paths.
+    QStringList failures; ///< The engine's reason for each file that failed, or its path.
+};
+
+/// Writes the planned files into `directory`, one after the other on the calling thread; existing
+/// ones are replaced. A file that fails does not stop the others.
+///
+/// @param pages  The document's pages; the plan's rows lead into it.
+[[nodiscard]] PageFilesResult writePageFiles(const QList<PageOutputFile> &plan,
+                                             const QList<PdfSourcePage> &pages,
+                                             const QString &directory);

@@ -1,0 +1,136 @@
+#include "tests/pdf/viewer/dialog_answers.h"
+
+#include "widgets/modern_message_box.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+QString labelText(const QWidget *box, const char *objectName)
+{
+    const auto *label = box->findChild<QLabel *>(QLatin1String(objectName));
+    return label ? label->text() : QString();
+}
+
+} // namespace
+
+DialogAnswers::DialogAnswers()
+{
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    // A dialog may open another one while it is answered, during which the timer would be silent.
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+        if (!m_answerPosted) {
+            m_answerPosted = true;
+            QMetaObject::invokeMethod(this, &DialogAnswers::answer, Qt::QueuedConnection);
+        }
+    });
+    m_timer.start(1);
+}
+
+DialogAnswers::~DialogAnswers() = default;
+
+void DialogAnswers::answer()
+{
+    m_answerPosted = false;
+    if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+        answerMenu(menu);
+        return;
+    }
+    QWidget *active = QApplication::activeModalWidget();
+    if (auto *dialog = qobject_cast<QInputDialog *>(active)) {
+        answerPassword(dialog);
+    } else if (auto *box = qobject_cast<ModernMessageBox *>(active)) {
+        answerBox(box);
+    } else if (auto *fileDialog = qobject_cast<QFileDialog *>(active)) {
+        answerFileDialog(fileDialog);
+    } else if (auto *question = qobject_cast<QMessageBox *>(active)) {
+        // The file dialog's own question whether to replace a file.
+        question->button(QMessageBox::Yes)->click();
+    }
+}
+
+void DialogAnswers::answerPassword(QInputDialog *dialog)
+{
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("需要密码"));
+    QCOMPARE(dialog->textEchoMode(), QLineEdit::Password);
+    QCOMPARE(dialog->textValue(), QString());
+    m_seen.append(dialog->labelText());
+    const QString password = m_passwords.isEmpty() ? QString() : m_passwords.takeFirst();
+    if (password.isNull()) {
+        dialog->reject();
+    } else {
+        dialog->setTextValue(password);
+        dialog->accept();
+    }
+}
+
+void DialogAnswers::answerBox(ModernMessageBox *box)
+{
+    const bool isBusyBox = box->findChildren<QPushButton *>().isEmpty();
+    if (m_answered == box) {
+        return;
+    }
+    m_answered = box;
+    for (const char *name : {"messageBoxTitle", "messageBoxMessage", "messageBoxDetails"}) {
+        m_seen.append(labelText(box, name));
+    }
+    if (!isBusyBox) {
+        const QString name =
+            m_buttons.isEmpty() ? QStringLiteral("messageBoxConfirmButton") : m_buttons.takeFirst();
+        auto *button = box->findChild<QPushButton *>(name);
+        QVERIFY2(button, qPrintable(name));
+        m_answered.clear();
+        button->click();
+    }
+}
+
+void DialogAnswers::answerFileDialog(QFileDialog *dialog)
+{
+    if (m_answered == dialog) {
+        // The dialog has refused its answer.
+        dialog->reject();
+        return;
+    }
+    m_answered = dialog;
+    m_fileDialogs.append({dialog->windowTitle(), dialog->nameFilters(),
+                          dialog->directory().absolutePath(), dialog->selectedFiles(),
+                          dialog->fileMode()});
+    const QStringList files = m_files.isEmpty() ? QStringList() : m_files.takeFirst();
+    if (files.isEmpty()) {
+        dialog->reject();
+        return;
+    }
+    auto *field = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    QVERIFY(field);
+    field->setText(files.size() == 1
+                       ? files.first()
+                       : QLatin1Char('"') + files.join(QStringLiteral("\" \"")) + QLatin1Char('"'));
+    QMetaObject::invokeMethod(dialog, "accept");
+}
+
+void DialogAnswers::answerMenu(QMenu *menu)
+{
+    m_menuTexts.clear();
+    QAction *chosen = nullptr;
+    const QString wanted = m_menuEntries.isEmpty() ? QString() : m_menuEntries.takeFirst();
+    for (QAction *action : menu->actions()) {
+        m_menuTexts.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+        if (!wanted.isEmpty() && action->text() == wanted) {
+            chosen = action;
+        }
+    }
+    if (chosen) {
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
+    } else {
+        menu->close();
+    }
+}
