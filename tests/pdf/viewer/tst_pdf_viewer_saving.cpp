@@ -70,7 +70,8 @@ public:
     ~MountedFolder()
     {
         if (m_mounted) {
-            run(u"umount"_s, {m_folder});
+            // Whatever file in it is still open.
+            run(u"umount"_s, {u"--lazy"_s, m_folder});
         }
     }
     Q_DISABLE_COPY_MOVE(MountedFolder)

@@ -1,0 +1,114 @@
+#include "pdfcore/pdf_source_file.h"
+#include "tests/pdfcore/engine_calls.h"
+#include "tests/support/pdf_fixture.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kPages = 40;
+constexpr int kRounds = 60;
+
+/// Numbers of the pages of a file made from PdfFixture::pagesByNumber(), by their colours.
+QList<int> pageNumbers(const QString &path)
+{
+    QList<int> numbers;
+    const qsizetype count = inspect(path).pageSizes.size();
+    for (int i = 0; i < count; ++i) {
+        const QColor colour = middle(render(filePage(path, i), {4, 4}).image);
+        int number = 0;
+        while (number < 125 && distance(colour, PdfFixture::numberColour(number)) > 1)
+            ++number;
+        numbers.append(number);
+    }
+    return numbers;
+}
+
+/// What the killed process does: it turns the order of the pages over and over again, in place.
+int saveForever(const QString &path)
+{
+    for (;;) {
+        PdfDocumentInfo info;
+        if (!PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr))
+            return 1;
+        QList<PdfSourcePage> pages;
+        for (qsizetype i = info.pageSizes.size(); i > 0; --i) {
+            pages.append(filePage(path, static_cast<int>(i) - 1));
+            pages.last().source = info.source;
+        }
+        if (!save(pages, path).ok)
+            return 2;
+    }
+}
+
+} // namespace
+
+class EngineKillTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aKilledSaveLeavesTheOldFileOrTheNewOne();
+};
+
+void EngineKillTest::aKilledSaveLeavesTheOldFileOrTheNewOne()
+{
+    Folder folder;
+    const QString path = folder.add(u"report.pdf"_s, PdfFixture::pagesByNumber(kPages));
+    const QList<int> forwards = pageNumbers(path);
+    QList<int> backwards = forwards;
+    std::reverse(backwards.begin(), backwards.end());
+
+    QRandomGenerator random(11);
+    bool sawForwards = false;
+    bool sawBackwards = false;
+    bool wasAtWork = false;
+    for (int round = 0; round < kRounds; ++round) {
+        QProcess process;
+        process.start(QCoreApplication::applicationFilePath(), {u"--save"_s, path});
+        QVERIFY(process.waitForStarted());
+        QVERIFY2(!process.waitForFinished(30 + static_cast<int>(random.bounded(60))),
+                 qPrintable(u"ended with %1"_s.arg(process.exitCode())));
+        process.kill();
+        QVERIFY(process.waitForFinished());
+        // A temporary file shows that it was in the middle of a save.
+        for (const QString &leftover : folder.leftovers()) {
+            wasAtWork = true;
+            QVERIFY(QFile::remove(folder.path(leftover)));
+        }
+        const QList<int> found = pageNumbers(path);
+        sawForwards = sawForwards || found == forwards;
+        sawBackwards = sawBackwards || found == backwards;
+        QVERIFY(found == forwards || found == backwards);
+    }
+    QVERIFY(wasAtWork);
+    QVERIFY(sawForwards && sawBackwards);
+
+    // What the killed processes had set aside goes with the next start.
+    PdfSourceFile::removeLeftOvers();
+    const QDir aside(QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
+                     u"/quillora-sources"_s);
+    QCOMPARE(aside.entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+}
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QStandardPaths::setTestModeEnabled(true);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--save"_s)
+        return saveForever(arguments.value(2));
+    EngineKillTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_engine_kill.moc"
