@@ -150,6 +150,7 @@ void PdfPageManagerView::showEvent(QShowEvent *event)
 void PdfPageManagerView::buildInterface()
 {
     setObjectName(QStringLiteral("pdfPageManagerView"));
+    setFocusProxy(m_list);
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(kStyleSheet);
 

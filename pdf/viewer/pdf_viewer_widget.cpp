@@ -455,6 +455,7 @@ void PdfViewerWidget::setViewMode(PdfViewMode mode)
     const bool isDocumentView = mode == PdfViewMode::DocumentView;
     m_viewMode = mode;
     m_viewStack->setCurrentIndex(isDocumentView ? 0 : 1);
+    setFocusProxy(m_viewStack->currentWidget());
     m_thumbnailPanel->setVisible(isDocumentView && m_thumbnailsVisible);
     allowBottomBar(isDocumentView && m_model->rowCount() > 0);
     m_topToolBar->setViewMode(static_cast<int>(mode));
