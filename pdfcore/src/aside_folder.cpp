@@ -1,10 +1,12 @@
 #include "pdfcore/src/aside_folder.h"
 
 #include "pdfcore/src/platform_file.h"
+#include "pdfcore/src/session_pool.h"
 
-#include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -14,6 +16,9 @@ namespace {
 
 constexpr QFileDevice::Permissions kOwnerOnly =
     QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+
+/// For so long, a folder without a proper lock may belong to a process that is just making it.
+constexpr qint64 kStartingSeconds = 3600;
 
 const QString kLockName = QStringLiteral("in-use.lock");
 
@@ -45,70 +50,106 @@ AsideFolder &AsideFolder::instance()
     return folder;
 }
 
+AsideFolder::AsideFolder()
+    : m_places(static_cast<std::size_t>(parents().size()))
+{
+    // It must still be there when the folders are removed: what it has open cannot be everywhere.
+    SessionPool::instance();
+}
+
 AsideFolder::~AsideFolder()
 {
-    if (m_path.isEmpty())
-        return;
-    m_lock->unlock();
-    QDir(m_path).removeRecursively();
+    SessionPool::instance().closeIdle();
+    for (Place &place : m_places) {
+        if (place.path.isEmpty())
+            continue;
+        // The lock goes last, so that what cannot be removed now is still known as left over.
+        QDir folder(place.path);
+        const QStringList files = folder.entryList({QStringLiteral("*.pdf")}, QDir::Files);
+        for (const QString &file : files)
+            folder.remove(file);
+        if (!folder.entryList({QStringLiteral("*.pdf")}, QDir::Files).isEmpty())
+            continue;
+        place.lock->unlock();
+        folder.removeRecursively();
+    }
 }
 
 QString AsideFolder::keep(const QString &path, QString *reason)
 {
-    QString kept;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!prepare(reason))
-            return {};
-        kept = QStringLiteral("%1/%2.pdf").arg(m_path).arg(++m_files);
+    const QStringList names = newNames();
+    for (const QString &name : names) {
+        if (linkFile(path, name))
+            return name;
     }
-    if (linkFile(path, kept))
-        return kept;
-    QFile source(path);
-    if (source.copy(kept)) {
-        QFile::setPermissions(kept, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        return kept;
+    *reason = QStringLiteral("There is no place to keep the old content of the file.");
+    for (const QString &name : names) {
+        QFile source(path);
+        if (source.copy(name)) {
+            QFile::setPermissions(name, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+            return name;
+        }
+        *reason = source.errorString();
+        QFile::remove(name);
     }
-    *reason = source.errorString();
-    QFile::remove(kept);
     return {};
 }
 
-bool AsideFolder::prepare(QString *reason)
+QStringList AsideFolder::newNames()
 {
-    if (!m_path.isEmpty())
-        return true;
-    for (const QString &parent : parents()) {
-        const QString path =
-            parent + QLatin1Char('/') + QUuid::createUuid().toString(QUuid::WithoutBraces);
-        if (!QDir().mkpath(path))
-            continue;
-        QFile::setPermissions(path, kOwnerOnly);
-        auto lock = lockOf(path);
-        if (lock->tryLock()) {
-            m_path = path;
-            m_lock = std::move(lock);
-            return true;
-        }
-        QDir(path).removeRecursively();
+    const QStringList folders = parents();
+    const std::lock_guard lock(m_mutex);
+    QStringList names;
+    ++m_files;
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        if (prepare(m_places[i], folders.value(static_cast<qsizetype>(i))))
+            names.append(QStringLiteral("%1/%2.pdf").arg(m_places[i].path).arg(m_files));
     }
-    *reason = QStringLiteral("There is no place to keep the old content of the file.");
-    return false;
+    return names;
+}
+
+bool AsideFolder::prepare(Place &place, const QString &parent)
+{
+    // Cached data may be cleared away at any time.
+    if (!place.path.isEmpty() && QFileInfo(place.path).isDir())
+        return true;
+    place = {};
+    if (parent.isEmpty() || !QDir().mkpath(parent))
+        return false;
+    const QString path =
+        parent + QLatin1Char('/') + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    if (!QDir().mkdir(path, kOwnerOnly))
+        return false;
+    auto lock = lockOf(path);
+    if (!lock->tryLock()) {
+        QDir(path).removeRecursively();
+        return false;
+    }
+    place.path = path;
+    place.lock = std::move(lock);
+    return true;
 }
 
 void AsideFolder::removeLeftOvers()
 {
     for (const QString &parent : parents()) {
-        const QStringList names = QDir(parent).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-        for (const QString &name : names) {
-            const QString path = parent + QLatin1Char('/') + name;
-            // A process that lives holds the lock; one without a lock file is just starting.
-            if (!QFile::exists(path + QLatin1Char('/') + kLockName))
-                continue;
+        const QFileInfoList folders =
+            QDir(parent).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+        for (const QFileInfo &folder : folders) {
+            const QString path = folder.absoluteFilePath();
             const auto lock = lockOf(path);
-            if (!lock->tryLock())
+            qint64 process = 0;
+            QString host;
+            QString program;
+            if (lock->getLockInfo(&process, &host, &program)) {
+                // A process that lives holds its lock.
+                if (!lock->tryLock())
+                    continue;
+                lock->unlock();
+            } else if (folder.lastModified().secsTo(QDateTime::currentDateTime()) <
+                       kStartingSeconds) {
                 continue;
-            lock->unlock();
+            }
             QDir(path).removeRecursively();
         }
     }

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -64,23 +63,26 @@ public:
 private:
     bool borrow(const PdfSourcePage &page, EngineError *outcome)
     {
-        // A session that is kept is of one state of the file already.
         const QString path = SourceFiles::instance().locate(page, outcome);
         if (outcome->isError())
             return false;
-        if (m_session && m_path == path && m_password == page.password)
+        if (m_session && m_path == path && m_password == page.password &&
+            m_session->file().isSameState(FileIdentity::of(path)) &&
+            !SessionPool::instance().isAwaited(path))
             return true;
         m_session = {};
         m_session = SessionPool::instance().acquire(path, page.password, outcome);
-        if (!m_session)
-            return false;
         m_path = path;
         m_password = page.password;
-        // The file may have been replaced before it could be borrowed; now it cannot be any more.
-        if (SourceFiles::instance().locate(page, outcome) == path)
-            return true;
+        // The content may have moved before it could be borrowed; now it cannot any more.
+        EngineError moved;
+        if (SourceFiles::instance().locate(page, &moved) == path)
+            return static_cast<bool>(m_session);
         m_session = {};
-        return !outcome->isError() && borrow(page, outcome);
+        if (!moved.isError())
+            return borrow(page, outcome);
+        *outcome = moved;
+        return false;
     }
 
     SessionPool::Lease m_session;
@@ -88,14 +90,28 @@ private:
     QString m_password;
 };
 
-/// The threads that render now.
+/// The threads that render now or are about to.
 std::atomic<int> &busyThreads()
 {
     static std::atomic<int> count{0};
     return count;
 }
 
-/// Counts a thread among the busy ones for as long as it lives.
+/// Takes as many as it can of `wanted` threads that may render besides those that do. Each is given
+/// back with --busyThreads().
+int reserveThreads(int wanted)
+{
+    int busy = busyThreads();
+    for (;;) {
+        const int granted = std::min(renderThreadLimit() - busy, wanted);
+        if (granted <= 0)
+            return 0;
+        if (busyThreads().compare_exchange_weak(busy, busy + granted))
+            return granted;
+    }
+}
+
+/// Counts the calling thread among the busy ones for as long as it lives.
 class BusyThread
 {
 public:
@@ -120,7 +136,6 @@ public:
 
     void work()
     {
-        const BusyThread busy;
         BatchRenderer renderer;
         for (qsizetype i = m_next++; i < m_pages.size(); i = m_next++) {
             try {
@@ -153,15 +168,22 @@ int renderThreadLimit()
 void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes,
                  QList<QImage> &images, QStringList &messages)
 {
+    const BusyThread busy;
     SharedBatch batch(pages, targetSizes, images, messages);
-    const int idle = renderThreadLimit() - 1 - busyThreads();
-    const auto wanted = std::min<qsizetype>(idle, pages.size() - 1);
     std::vector<std::thread> helpers;
+    int granted =
+        reserveThreads(static_cast<int>(std::min<qsizetype>(pages.size(), kMostThreads)) - 1);
     try {
-        for (qsizetype i = 0; i < wanted; ++i)
-            helpers.emplace_back([&batch] { batch.work(); });
-    } catch (const std::system_error &) {
+        helpers.reserve(static_cast<std::size_t>(granted));
+        for (; granted > 0; --granted) {
+            helpers.emplace_back([&batch] {
+                batch.work();
+                --busyThreads();
+            });
+        }
+    } catch (const std::exception &) {
         // Without another thread the work takes longer.
+        busyThreads() -= granted;
     }
     batch.work();
     for (std::thread &helper : helpers)

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <future>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -111,7 +112,8 @@ std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
     if (!outcome->isError())
         *outcome = session->usePages();
     const BudgetBreach breach = session->m_context.endWork();
-    if (outcome->isError() && breach != BudgetBreach::None)
+    // What was refused memory or time may have passed for something that is not there.
+    if (breach != BudgetBreach::None)
         *outcome = session->budgetError(breach, PdfBackendError::InvalidDocument);
     if (outcome->isError())
         return nullptr;
@@ -257,9 +259,15 @@ std::vector<PageTreeKid> DocumentSession::readManyKids()
             readKids(twin.m_context, twin.m_document, numbers, half, numbers.size(), kids);
         twin.m_context.endWork();
     };
-    const std::future<void> secondHalf = std::async(std::launch::async, readSecondHalf);
+    std::future<void> secondHalf;
+    try {
+        secondHalf = std::async(std::launch::async, readSecondHalf);
+    } catch (const std::system_error &) {
+        // Without another thread the walk reads that half itself.
+    }
     readKids(m_context, m_document, numbers, 0, half, kids);
-    secondHalf.wait();
+    if (secondHalf.valid())
+        secondHalf.wait();
     return kids;
 }
 

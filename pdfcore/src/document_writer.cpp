@@ -44,11 +44,14 @@ public:
         if (const auto found = m_sources.find(key); found != m_sources.end())
             return &found->second;
         std::shared_ptr<QPDF> document = openQpdf(path, password, outcome);
+        // The content may have moved before it was open; what is open stays what it is.
+        EngineError moved;
+        if (SourceFiles::instance().locate(page, &moved) != path) {
+            *outcome = moved;
+            return moved.isError() ? nullptr : get(page, outcome);
+        }
         if (!document)
             return nullptr;
-        // The file may have been replaced before it was open; what is open stays what it is.
-        if (SourceFiles::instance().locate(page, outcome) != path)
-            return outcome->isError() ? nullptr : get(page, outcome);
         std::vector<QPDFObjectHandle> pages = pagesOf(*document);
         return &m_sources.emplace(key, Source{std::move(document), std::move(pages)}).first->second;
     }

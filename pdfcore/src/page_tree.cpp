@@ -1,6 +1,7 @@
 #include "pdfcore/src/page_tree.h"
 
 #include <cmath>
+#include <exception>
 #include <unordered_set>
 
 namespace pdfcore {
@@ -31,14 +32,32 @@ struct TreeWalk
     std::unordered_set<int> visitedNodes;
 };
 
+/// Lets a container grow; no C++ exception may pass the frames of MuPDF.
+template <typename Step>
+void growing(fz_context *ctx, Step &&step)
+{
+    bool grown = true;
+    try {
+        step();
+    } catch (const std::exception &) {
+        grown = false;
+    }
+    if (!grown)
+        fz_throw(ctx, FZ_ERROR_MEMORY, "out of memory");
+}
+
 void pushLevel(TreeWalk &walk, pdf_obj *node)
 {
     const int number = pdf_to_num(walk.ctx, node);
     if (walk.levels.size() >= kMaxTreeDepth)
         return;
-    if (number != 0 && !walk.visitedNodes.insert(number).second)
-        return;
-    walk.levels.push_back({pdf_keep_obj(walk.ctx, node), number, 0});
+    bool isNew = true;
+    growing(walk.ctx, [&] {
+        isNew = number == 0 || walk.visitedNodes.insert(number).second;
+        walk.levels.reserve(walk.levels.size() + 1);
+    });
+    if (isNew)
+        walk.levels.push_back({pdf_keep_obj(walk.ctx, node), number, 0});
 }
 
 bool hasKids(fz_context *ctx, pdf_obj *node)
@@ -175,12 +194,18 @@ void settleInheritance(TreeWalk &walk, pdf_obj *page)
     pdf_dict_del(ctx, page, PDF_NAME(Parent));
 }
 
+void addPage(TreeWalk &walk, int number, QSizeF size)
+{
+    growing(walk.ctx, [&] {
+        walk.tree.pageNumbers.push_back(number);
+        walk.tree.pageSizes.append(size);
+    });
+}
+
 void addPage(TreeWalk &walk, pdf_obj *page)
 {
     const int number = pageNumber(walk, page);
-    const QSizeF size = knownSizeOfPage(walk.ctx, page);
-    walk.tree.pageNumbers.push_back(number);
-    walk.tree.pageSizes.append(size);
+    addPage(walk, number, knownSizeOfPage(walk.ctx, page));
 }
 
 /// Looks at a kid in the document's memory, which may change it.
@@ -219,8 +244,7 @@ void visit(TreeWalk &walk, pdf_obj *kid, int index)
         visitInPlace(walk, kid);
         return;
     }
-    walk.tree.pageNumbers.push_back(number);
-    walk.tree.pageSizes.append(read.size);
+    addPage(walk, number, read.size);
 }
 
 pdf_obj *rootOf(fz_context *ctx, pdf_document *document)
@@ -286,7 +310,7 @@ std::vector<int> rootKidNumbers(MupdfContext &context, pdf_document *document)
         [&](fz_context *ctx) {
             pdf_obj *kids = pdf_dict_get(ctx, rootOf(ctx, document), PDF_NAME(Kids));
             const int count = pdf_array_len(ctx, kids);
-            numbers.reserve(static_cast<std::size_t>(count));
+            growing(ctx, [&] { numbers.reserve(static_cast<std::size_t>(count)); });
             for (int i = 0; i < count; ++i)
                 numbers.push_back(pdf_to_num(ctx, pdf_array_get(ctx, kids, i)));
         },

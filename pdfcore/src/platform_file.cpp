@@ -80,8 +80,15 @@ bool linkFile(const QString &path, const QString &name)
 quint64 fileNumber(const QString &path)
 {
 #ifdef Q_OS_WIN
-    Q_UNUSED(path)
-    return 0;
+    const HANDLE file = CreateFileW(nativePath(path).c_str(), FILE_READ_ATTRIBUTES,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return 0;
+    BY_HANDLE_FILE_INFORMATION information = {};
+    const bool known = GetFileInformationByHandle(file, &information) != 0;
+    CloseHandle(file);
+    return known ? quint64{information.nFileIndexHigh} << 32 | information.nFileIndexLow : 0;
 #else
     struct stat status = {};
     return stat(QFile::encodeName(path).constData(), &status) == 0 ? quint64{status.st_ino} : 0;
@@ -91,10 +98,21 @@ quint64 fileNumber(const QString &path)
 bool replaceFile(const QString &from, const QString &to, QString *reason)
 {
 #ifdef Q_OS_WIN
-    if (MoveFileExW(nativePath(from).c_str(), nativePath(to).c_str(),
-                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
-        return true;
-    const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
+    // Virus scanners and indexers have files open for moments.
+    constexpr int kTries = 10;
+    constexpr DWORD kPauseMs = 50;
+    DWORD code = ERROR_SUCCESS;
+    for (int i = 0; i < kTries; ++i) {
+        if (MoveFileExW(nativePath(from).c_str(), nativePath(to).c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+            return true;
+        code = GetLastError();
+        if (code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED &&
+            code != ERROR_LOCK_VIOLATION)
+            break;
+        Sleep(kPauseMs);
+    }
+    const std::error_code error(static_cast<int>(code), std::system_category());
 #else
     std::error_code error;
     std::filesystem::rename(std::filesystem::path(QFile::encodeName(from).constData()),

@@ -130,6 +130,18 @@ void SessionPool::setBudgets(const SessionBudgets &budgets)
     m_budgets = budgets;
 }
 
+bool SessionPool::isAwaited(const QString &path) const
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_closed.empty())
+            return false;
+    }
+    const QString key = comparablePath(path);
+    const std::lock_guard lock(m_mutex);
+    return m_closed.contains(key);
+}
+
 int SessionPool::idleCount() const
 {
     const std::lock_guard lock(m_mutex);

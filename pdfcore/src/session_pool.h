@@ -84,6 +84,9 @@ public:
     /// Sets what the work of sessions that are opened from now on may cost.
     void setBudgets(const SessionBudgets &budgets);
 
+    /// Whether somebody waits for all sessions of the file to be given back, or keeps it closed.
+    [[nodiscard]] bool isAwaited(const QString &path) const;
+
     /// Sessions that are open and idle now.
     [[nodiscard]] int idleCount() const;
     /// Memory that the idle sessions hold, in bytes.

@@ -40,10 +40,11 @@ SourceFiles &SourceFiles::instance()
 PdfSourceFilePtr SourceFiles::use(const FileIdentity &file)
 {
     const QString key = comparablePath(file.path);
+    States looked; // Whichever goes with this list goes after the lock.
     const std::lock_guard lock(m_mutex);
     auto [entry, end] = m_states.equal_range(key);
     while (entry != end) {
-        const PdfSourceFilePtr state = entry->second.lock();
+        const PdfSourceFilePtr state = looked.emplace_back(entry->second.lock());
         if (!state) {
             entry = m_states.erase(entry);
             continue;
@@ -54,7 +55,7 @@ PdfSourceFilePtr SourceFiles::use(const FileIdentity &file)
     }
     auto content = std::make_unique<SourceContent>();
     content->file = file;
-    content->generation = m_generations[key]++;
+    content->generation = m_generations[file.path]++;
     const PdfSourceFilePtr state(new PdfSourceFile(std::move(content)));
     m_states.emplace(key, state);
     return state;
@@ -79,10 +80,16 @@ bool SourceFiles::replaceTarget(AtomicFile &file, QString *reason)
 {
     const std::lock_guard lock(m_replacing);
     const SessionPool::FileClosure closure(SessionPool::instance(), file.target());
-    return setAside(file.target(), reason) && file.commit(reason);
+    States changed;
+    if (!setAside(file.target(), &changed, reason))
+        return false;
+    if (file.commit(reason))
+        return true;
+    takeBack(changed);
+    return false;
 }
 
-bool SourceFiles::setAside(const QString &target, QString *reason)
+bool SourceFiles::setAside(const QString &target, States *changed, QString *reason)
 {
     const FileIdentity now = FileIdentity::of(target);
     if (!now.exists())
@@ -92,17 +99,41 @@ bool SourceFiles::setAside(const QString &target, QString *reason)
         if (!content.isInFile(now))
             continue;
         const QString kept = AsideFolder::instance().keep(target, reason);
-        if (kept.isEmpty())
+        const FileIdentity aside = FileIdentity::of(kept);
+        const bool isWhole =
+            aside.size == now.size && FileIdentity::of(target).isSameState(content.file);
+        if (kept.isEmpty() || !isWhole) {
+            if (!kept.isEmpty()) {
+                QFile::remove(kept);
+                *reason = QStringLiteral("The file was changed by another program.");
+            }
+            takeBack(*changed);
             return false;
+        }
+        changed->push_back(state);
         const std::lock_guard lock(content.mutex);
-        content.aside = FileIdentity::of(kept);
+        content.aside = aside;
     }
     return true;
 }
 
-std::vector<PdfSourceFilePtr> SourceFiles::statesInUse(const QString &path)
+void SourceFiles::takeBack(const States &states)
 {
-    std::vector<PdfSourceFilePtr> states;
+    for (const PdfSourceFilePtr &state : states) {
+        SourceContent &content = *state->m_content;
+        FileIdentity aside;
+        {
+            const std::lock_guard lock(content.mutex);
+            aside = std::exchange(content.aside, {});
+        }
+        SessionPool::instance().closeIdle(aside.path);
+        QFile::remove(aside.path);
+    }
+}
+
+SourceFiles::States SourceFiles::statesInUse(const QString &path)
+{
+    States states;
     const std::lock_guard lock(m_mutex);
     const auto [first, end] = m_states.equal_range(comparablePath(path));
     for (auto entry = first; entry != end; ++entry) {

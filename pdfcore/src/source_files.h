@@ -34,14 +34,19 @@ public:
     bool replaceTarget(AtomicFile &file, QString *reason);
 
 private:
-    bool setAside(const QString &target, QString *reason);
-    std::vector<PdfSourceFilePtr> statesInUse(const QString &path);
+    using States = std::vector<PdfSourceFilePtr>;
+
+    /// Sets aside what is used of the target. On failure nothing has changed.
+    bool setAside(const QString &target, States *changed, QString *reason);
+    /// Takes the content of these states as being in their file again.
+    static void takeBack(const States &states);
+    States statesInUse(const QString &path);
 
     std::mutex m_replacing; ///< Files are replaced one after another.
     std::mutex m_mutex;     ///< Guards what follows.
-    /// By the comparable path. Those no longer in use are dropped from time to time.
+    /// By the comparable path. Those no longer in use are dropped when their file is used again.
     std::multimap<QString, std::weak_ptr<const PdfSourceFile>> m_states;
-    std::map<QString, int> m_generations; ///< The next one of a path.
+    std::map<QString, int> m_generations; ///< The next one of a path as it is spelled.
 };
 
 } // namespace pdfcore

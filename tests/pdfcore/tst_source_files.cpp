@@ -1,4 +1,6 @@
 #include "pdfcore/pdf_source_file.h"
+#include "pdfcore/src/atomic_file.h"
+#include "pdfcore/src/source_files.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -7,6 +9,8 @@
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QStorageInfo>
+#include <QTemporaryDir>
 
 #include <atomic>
 #include <thread>
@@ -87,6 +91,12 @@ private slots:
     void inspectingTheSameStateAgainGivesTheSameOne();
     void leftOversOfEndedProcessesAreRemoved();
     void contentOfLivingProcessesStays();
+    void folderWithoutALockIsRemovedOnceItIsOld();
+    void freshFolderWithoutALockStays();
+    void savingGoesOnAfterTheFolderWasRemoved();
+    void contentOnAnotherDiskIsCopied();
+    void aFailedReplacementLeavesTheStateInItsFile();
+    void statesBehindOneLinkHaveNumbersOfTheirOwn();
 };
 
 void SourceFilesTest::initTestCase()
@@ -335,6 +345,96 @@ void SourceFilesTest::contentOfLivingProcessesStays()
     PdfSourceFile::removeLeftOvers();
     QCOMPARE(keptFiles().size(), 1);
     QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
+}
+
+void SourceFilesTest::folderWithoutALockIsRemovedOnceItIsOld()
+{
+    const QString folder = asideRoot() + u"/old"_s;
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(PdfFixture::write(folder + u"/1.pdf"_s, "old content"));
+    QVERIFY(PdfFixture::write(folder + u"/in-use.lock"_s, {}));
+    QProcess touch;
+    touch.start(u"touch"_s, {u"-d"_s, u"2 hours ago"_s, folder});
+    if (!touch.waitForFinished() || touch.exitCode() != 0)
+        QSKIP("The time of a folder cannot be set.");
+    PdfSourceFile::removeLeftOvers();
+    QVERIFY(!QFileInfo::exists(folder));
+}
+
+void SourceFilesTest::freshFolderWithoutALockStays()
+{
+    const QString folder = asideRoot() + u"/fresh"_s;
+    QVERIFY(QDir().mkpath(folder));
+    PdfSourceFile::removeLeftOvers();
+    QVERIFY(QFileInfo::exists(folder));
+    QVERIFY(QDir().rmdir(folder));
+}
+
+void SourceFilesTest::savingGoesOnAfterTheFolderWasRemoved()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    {
+        const QList<PdfSourcePage> pages = openedPages(path);
+        QVERIFY(save({pages.at(3), pages.at(1)}, path).ok);
+    }
+    QVERIFY(QDir(asideRoot()).removeRecursively());
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(1)}, path).ok);
+    QCOMPARE(numbersOf(pages), (QList<int>{3, 1}));
+}
+
+void SourceFilesTest::contentOnAnotherDiskIsCopied()
+{
+    const QString memory = u"/dev/shm"_s;
+    if (!QFileInfo(memory).isWritable() ||
+        QStorageInfo(memory).device() == QStorageInfo(asideRoot()).device() ||
+        QStorageInfo(memory).device() == QStorageInfo(QDir::tempPath()).device())
+        QSKIP("There is no other disk.");
+    QTemporaryDir folder(memory + u"/tst_source_files-XXXXXX"_s);
+    const QString path = folder.filePath(u"four.pdf"_s);
+    QVERIFY(PdfFixture::write(path, PdfFixture::pagesByNumber(4)));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3)}, path).ok);
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
+    const QStringList kept = keptFiles();
+    QCOMPARE(kept.size(), 1);
+    constexpr QFileDevice::Permissions kOthers = QFileDevice::ReadGroup | QFileDevice::WriteGroup |
+                                                 QFileDevice::ReadOther | QFileDevice::WriteOther;
+    QVERIFY(!(QFileInfo(kept.constFirst()).permissions() & kOthers));
+}
+
+void SourceFilesTest::aFailedReplacementLeavesTheStateInItsFile()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    pdfcore::AtomicFile file(path);
+    QString reason;
+    QVERIFY(file.open(&reason));
+    QVERIFY(file.finishWriting(&reason));
+    QVERIFY(QFile::remove(file.temporaryPath()));
+    QVERIFY(!pdfcore::SourceFiles::instance().replaceTarget(file, &reason));
+    QVERIFY(!reason.isEmpty());
+    QCOMPARE(keptFiles(), QStringList());
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
+    QCOMPARE(openedPages(path).constFirst().source, pages.constFirst().source);
+}
+
+void SourceFilesTest::statesBehindOneLinkHaveNumbersOfTheirOwn()
+{
+    Folder folder;
+    const QString first = folder.add(u"first.pdf"_s, PdfFixture::pagesByNumber(2));
+    const QString second = folder.add(u"second.pdf"_s, PdfFixture::pagesByNumber(3));
+    const QString link = folder.path(u"link.pdf"_s);
+    if (!QFile::link(first, link))
+        QSKIP("There are no links here.");
+    const QList<PdfSourcePage> before = openedPages(link);
+    QVERIFY(QFile::remove(link));
+    QVERIFY(QFile::link(second, link));
+    const QList<PdfSourcePage> after = openedPages(link);
+    QCOMPARE(after.size(), 3);
+    QVERIFY(before.constFirst().source->generation() != after.constFirst().source->generation());
 }
 
 QTEST_GUILESS_MAIN(SourceFilesTest)
