@@ -111,6 +111,12 @@ void CustomTabBar::tabInserted(int index)
     QTabBar::tabInserted(index);
 }
 
+bool CustomTabBar::event(QEvent *event)
+{
+    // The bar takes an ampersand in a title for a keyboard shortcut, but titles are file names.
+    return event->type() == QEvent::Shortcut || QTabBar::event(event);
+}
+
 void CustomTabBar::mouseMoveEvent(QMouseEvent *event)
 {
     setHoveredIndex(tabAt(event->position().toPoint()));

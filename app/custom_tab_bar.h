@@ -7,7 +7,8 @@ class QPainter;
 /// The tab bar of the workspace, which paints its tabs itself.
 ///
 /// A tab whose data is 1 is the home tab: 90 pixels wide. Every tab but one inserted at index 0
-/// has a close button. Tool tips show what a tab's title cannot.
+/// has a close button. Tool tips show what a tab's title cannot. Titles are shown as they are: an
+/// ampersand makes no keyboard shortcut.
 class CustomTabBar final : public QTabBar
 {
     Q_OBJECT
@@ -18,6 +19,7 @@ public:
 protected:
     QSize tabSizeHint(int index) const override;
     void tabInserted(int index) override;
+    bool event(QEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

@@ -5,6 +5,7 @@
 #include "pdf/viewer/pdf_viewer_widget.h"
 
 #include <QDebug>
+#include <QPointer>
 
 namespace {
 
@@ -33,9 +34,16 @@ void CustomTabWidget::closeTab(int index)
     qDebug() << "remove index" << index;
     if (!page)
         return;
-    const auto *viewerPage = qobject_cast<PdfShowPage *>(page);
-    if (viewerPage && !viewerPage->viewer()->maybeSave())
-        return;
+    const QPointer<QWidget> pageInFront = currentWidget();
+    if (const auto *viewerPage = qobject_cast<PdfShowPage *>(page)) {
+        // The user is to see what he is asked about.
+        if (viewerPage->viewer()->isModified())
+            setCurrentWidget(page);
+        if (!viewerPage->viewer()->maybeSave())
+            return;
+    }
     removeTab(indexOf(page));
     page->deleteLater();
+    if (const int front = indexOf(pageInFront); front >= 0)
+        setCurrentIndex(front);
 }

@@ -6,8 +6,9 @@ class CustomTabBar;
 
 /// The tabs of the workspace.
 ///
-/// Closing a tab deletes its page later. A viewer is asked about unsaved changes first and may keep
-/// its tab; other pages close without a question.
+/// Closing a tab deletes its page later. A viewer with unsaved changes is brought to the front and
+/// asked about them first, and may keep its tab; other pages close without a question. Closing a
+/// tab in the background leaves the tab in front there.
 class CustomTabWidget final : public QTabWidget
 {
     Q_OBJECT

@@ -124,7 +124,7 @@ void MainPage::openFileInTab(const QString &path)
     }
     connect(page, &PdfShowPage::toolRequested, this, &MainPage::openToolWithFile);
     connect(page->viewer(), &PdfViewerWidget::documentSaved, this,
-            [this, page](const QString &saved) { setFileOf(page, normalizedFilePath(saved)); });
+            [this, page](const QString &saved) { noteSaved(page, normalizedFilePath(saved)); });
     const int index =
         m_tabs->addTab(page, QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")), QString());
     setFileOf(page, normalizedPath);
@@ -139,14 +139,28 @@ void MainPage::setFileOf(QWidget *page, const QString &path)
     m_tabs->setTabToolTip(index, QDir::toNativeSeparators(path));
 }
 
+void MainPage::noteSaved(QWidget *page, const QString &path)
+{
+    setFileOf(page, path);
+    for (PdfShowPage *other : viewerPages()) {
+        const bool showsThatFile =
+            other != page &&
+            QFileInfo(other->property(kFilePathProperty).toString()) == QFileInfo(path);
+        if (!showsThatFile || other->viewer()->isModified())
+            continue;
+        m_tabs->removeTab(m_tabs->indexOf(other));
+        other->deleteLater();
+    }
+}
+
 bool MainPage::maybeClose()
 {
     const QPointer<MainPage> self(this);
-    for (int index = 0; index < m_tabs->count(); ++index) {
-        const auto *page = qobject_cast<PdfShowPage *>(m_tabs->widget(index));
+    // Saving one document may close the tab of another.
+    for (const QPointer<PdfShowPage> &page : viewerPages()) {
         if (!page || !page->viewer()->isModified())
             continue;
-        m_tabs->setCurrentIndex(index);
+        m_tabs->setCurrentWidget(page);
         const bool mayClose = page->viewer()->maybeSave();
         if (!self || !mayClose)
             return false;
@@ -158,6 +172,16 @@ void MainPage::openFile(const QString &path)
 {
     openFileInTab(path);
     m_home->recordFile(path);
+}
+
+QList<QPointer<PdfShowPage>> MainPage::viewerPages() const
+{
+    QList<QPointer<PdfShowPage>> pages;
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        if (auto *page = qobject_cast<PdfShowPage *>(m_tabs->widget(index)))
+            pages.append(page);
+    }
+    return pages;
 }
 
 int MainPage::indexOfFile(const QString &normalizedPath) const

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QList>
+#include <QPointer>
 #include <QWidget>
 
 class CustomTabWidget;
 class HomePage;
+class PdfShowPage;
 
 /// The content of the main window: the workspace tabs.
 ///
@@ -39,6 +42,11 @@ public slots:
 private:
     /// Shows the file at `path` as the one of the tab of `page`.
     void setFileOf(QWidget *page, const QString &path);
+    /// Follows the document of `page` to the file it was saved to, and closes other tabs of that
+    /// file, which show what it was before, unless they hold changes of their own.
+    void noteSaved(QWidget *page, const QString &path);
+    /// The pages of the viewer tabs in the order of the tabs.
+    [[nodiscard]] QList<QPointer<PdfShowPage>> viewerPages() const;
     [[nodiscard]] int indexOfFile(const QString &normalizedPath) const;
 
     CustomTabWidget *m_tabs;

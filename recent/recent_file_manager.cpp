@@ -13,9 +13,6 @@ namespace {
 constexpr QLatin1String kFileName("recent_files.json");
 constexpr QLatin1String kListKey("recentFiles");
 
-/// No list of 200 paths comes near this size; anything larger is not ours and is not parsed.
-constexpr qint64 kMaxFileBytes = qint64{16} * 1024 * 1024;
-
 QString defaultFilePath()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
@@ -67,12 +64,8 @@ void RecentFileManager::load()
     QFile file(m_filePath);
     if (!file.exists() || !file.open(QIODevice::ReadOnly))
         return;
-    const QByteArray bytes = file.read(kMaxFileBytes + 1);
-    if (bytes.size() > kMaxFileBytes)
-        return;
-
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (error.error != QJsonParseError::NoError)
         return;
     const QJsonArray entries = document.object().value(kListKey).toArray();

@@ -2,11 +2,14 @@
 #include "app/custom_tab_widget.h"
 #include "res/resources.h"
 #include "tests/app/app_test.h"
+#include "tests/app/style_rules.h"
 #include "widgets/theme.h"
 
 #include <QImage>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QtMath>
 #include <QtTest>
 
 class TestCustomTabBar final : public QObject
@@ -28,6 +31,10 @@ private slots:
     void tabInsertedInFrontHasNoCloseButton();
     void closeButtonLiesBesideTheTitle();
     void closeButtonNamesItsTabOfTheMoment();
+    void closeButtonStyle_data();
+    void closeButtonStyle();
+    void tabWidgetStyle_data();
+    void tabWidgetStyle();
 
     void closingRemovesTheTabAndDeletesThePageLater();
     void closingWritesTheTrace();
@@ -35,7 +42,12 @@ private slots:
 
     void hoverIsPaintedAndClearedOnLeave();
     void currentTabIsPaintedOnWhite();
+    void movingWithinATabRepaintsNothing();
+    void titleStartsRightOfTheIcon();
     void longTitleIsCutBeforeTheCloseButton();
+    void homeTitleIsShownWhole_data();
+    void homeTitleIsShownWhole();
+    void ampersandInATitleIsNoShortcut();
     void scrollButtonsShowOnlyWhenNeeded_data();
     void scrollButtonsShowOnlyWhenNeeded();
     void lastOfManyTabsIsReachable();
@@ -163,6 +175,50 @@ void TestCustomTabBar::closeButtonNamesItsTabOfTheMoment()
     QCOMPARE(m_tabs->count(), 2);
 }
 
+void TestCustomTabBar::closeButtonStyle_data()
+{
+    QTest::addColumn<QString>("selector");
+    QTest::addColumn<QString>("declarations");
+    QTest::newRow("button") << QStringLiteral("QPushButton")
+                            << QStringLiteral("border: none; background: transparent;"
+                                              " border-radius: 4px; padding: 3px;"
+                                              " image: url(:/res/icons/modern/close.png)");
+    QTest::newRow("hover") << QStringLiteral("QPushButton:hover")
+                           << QStringLiteral("background: #D8DBE0");
+    QTest::newRow("pressed") << QStringLiteral("QPushButton:pressed")
+                             << QStringLiteral("background: #C8CCD2");
+}
+
+void TestCustomTabBar::closeButtonStyle()
+{
+    QFETCH(QString, selector);
+    QFETCH(QString, declarations);
+    addTabs(1);
+    QCOMPARE(StyleRules::declarationsFor(closeButton(1)->styleSheet(), selector),
+             StyleRules::declarations(declarations));
+    QVERIFY(QFile::exists(QStringLiteral(":/res/icons/modern/close.png")));
+}
+
+void TestCustomTabBar::tabWidgetStyle_data()
+{
+    QTest::addColumn<QString>("selector");
+    QTest::addColumn<QString>("declarations");
+    QTest::newRow("widget") << QStringLiteral("QTabWidget")
+                            << QStringLiteral("background: #F7F8FA; border: none");
+    QTest::newRow("bar") << QStringLiteral("QTabBar") << QStringLiteral("background: transparent");
+    QTest::newRow("pane") << QStringLiteral("QTabWidget::pane")
+                          << QStringLiteral("border: none; border-top: 1px solid #E5E6EB;"
+                                            " margin-top: -1px; background: white");
+}
+
+void TestCustomTabBar::tabWidgetStyle()
+{
+    QFETCH(QString, selector);
+    QFETCH(QString, declarations);
+    QCOMPARE(StyleRules::declarationsFor(m_tabs->styleSheet(), selector),
+             StyleRules::declarations(declarations));
+}
+
 void TestCustomTabBar::closingRemovesTheTabAndDeletesThePageLater()
 {
     addTabs(1);
@@ -223,6 +279,109 @@ void TestCustomTabBar::currentTabIsPaintedOnWhite()
     for (int y = 0; y < 12; ++y)
         accent = accent || image.pixelColor(tab.center().x(), y) == Theme::accent;
     QVERIFY(accent);
+}
+
+void TestCustomTabBar::movingWithinATabRepaintsNothing()
+{
+    class PaintCounter final : public QObject
+    {
+    public:
+        int paints = 0;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            paints += event->type() == QEvent::Paint ? 1 : 0;
+            return false;
+        }
+    } counter;
+    addTabs(2);
+    m_tabs->setCurrentIndex(0);
+    QTabBar *bar = m_tabs->tabBar();
+    bar->installEventFilter(&counter);
+    const auto paintsAfterMovingTo = [&](const QPoint &position) {
+        counter.paints = 0;
+        QTest::mouseMove(bar, position);
+        QTest::qWait(20);
+        return counter.paints;
+    };
+    const QPoint inside = bar->tabRect(1).center();
+    QVERIFY(paintsAfterMovingTo(inside) > 0);
+    QCOMPARE(paintsAfterMovingTo(inside + QPoint(20, 0)), 0);
+    QCOMPARE(paintsAfterMovingTo(inside + QPoint(-30, 5)), 0);
+    QVERIFY(paintsAfterMovingTo(bar->tabRect(2).center()) > 0);
+}
+
+void TestCustomTabBar::titleStartsRightOfTheIcon()
+{
+    addTabs(1);
+    m_tabs->setTabIcon(1, QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")));
+    QTabBar *bar = m_tabs->tabBar();
+    const auto barWithTitle = [&](const QString &title) {
+        m_tabs->setTabText(1, title);
+        return bar->grab().toImage();
+    };
+    const QImage untitled = barWithTitle(QString());
+    const QImage titled = barWithTitle(QString(40, QLatin1Char('H')));
+    const QRect tab = bar->tabRect(1);
+    int textLeft = tab.right();
+    for (int x = tab.right(); x >= tab.left(); --x) {
+        for (int y = 0; y < titled.height(); ++y)
+            textLeft = titled.pixel(x, y) == untitled.pixel(x, y) ? textLeft : x;
+    }
+    QFont font = bar->font();
+    font.setPixelSize(13);
+    const int bearing = qFloor(QFontMetricsF(font).leftBearing(QLatin1Char('H')));
+    const int start = textLeft - tab.left() - bearing;
+    QVERIFY2(start >= 34 && start <= 36, qPrintable(QString::number(start)));
+}
+
+void TestCustomTabBar::homeTitleIsShownWhole_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::newRow("Chinese") << QStringLiteral("首页");
+    QTest::newRow("English") << QStringLiteral("Home");
+    QTest::newRow("German") << QStringLiteral("Start");
+    QTest::newRow("French") << QStringLiteral("Accueil");
+    QTest::newRow("Spanish") << QStringLiteral("Inicio");
+    QTest::newRow("Arabic") << QStringLiteral("الرئيسية");
+    QTest::newRow("Japanese") << QStringLiteral("ホーム");
+}
+
+void TestCustomTabBar::homeTitleIsShownWhole()
+{
+    QFETCH(QString, title);
+    QTabBar *bar = m_tabs->tabBar();
+    const auto barWithTitle = [&](const QString &text) {
+        m_tabs->setTabText(0, text);
+        return bar->grab().toImage();
+    };
+    const QRect tab = bar->tabRect(0);
+    QImage expected = barWithTitle(QString());
+    const QImage titled = barWithTitle(title);
+    QVERIFY(titled != expected);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QFont font = bar->font();
+    font.setPixelSize(13);
+    painter.setFont(font);
+    painter.setPen(Theme::ink);
+    painter.drawText(tab.adjusted(34, 6, 0, 0),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, title);
+    painter.end();
+    QCOMPARE(titled, expected);
+}
+
+void TestCustomTabBar::ampersandInATitleIsNoShortcut()
+{
+    addTabs(1);
+    m_tabs->addTab(new QWidget, QStringLiteral("R&D.pdf"));
+    m_tabs->setCurrentIndex(1);
+    m_tabs->setTabText(0, QStringLiteral("Q&A.pdf"));
+    QApplication::setActiveWindow(m_tabs.get());
+    QTest::keyClick(m_tabs.get(), Qt::Key_D, Qt::AltModifier);
+    QCOMPARE(m_tabs->currentIndex(), 1);
+    QTest::keyClick(m_tabs.get(), Qt::Key_A, Qt::AltModifier);
+    QCOMPARE(m_tabs->currentIndex(), 1);
+    QCOMPARE(m_tabs->tabText(2), QStringLiteral("R&D.pdf"));
 }
 
 void TestCustomTabBar::longTitleIsCutBeforeTheCloseButton()

@@ -7,6 +7,7 @@
 #include "widgets/theme.h"
 
 #include <QImage>
+#include <QPainterPath>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -40,6 +41,9 @@ private slots:
     void squareContentIsRoundedInTheLowerCorners();
     void maximizedContentStaysSquare();
     void lowerCornersLetTheMouseThrough();
+    void maskHasARadiusOfTwelve_data();
+    void maskHasARadiusOfTwelve();
+    void maskCoversTheRoundedWindow();
     void maskFollowsTheSize();
     void maximizedWindowIsSquareWithoutMask();
     void stateChangeFromOutsideReachesTheTitleBar();
@@ -309,6 +313,40 @@ void TestFramelessWindow::lowerCornersLetTheMouseThrough()
     QCOMPARE(clicked.size(), 1);
 }
 
+void TestFramelessWindow::maskHasARadiusOfTwelve_data()
+{
+    QTest::addColumn<QPoint>("fromCorner");
+    QTest::addColumn<bool>("inside");
+    QTest::newRow("diagonal, outside") << QPoint(2, 2) << false;
+    QTest::newRow("diagonal, inside") << QPoint(4, 4) << true;
+    QTest::newRow("edge row, outside") << QPoint(6, 0) << false;
+    QTest::newRow("edge row, inside") << QPoint(10, 0) << true;
+    QTest::newRow("edge column, outside") << QPoint(0, 6) << false;
+    QTest::newRow("edge column, inside") << QPoint(0, 10) << true;
+}
+
+void TestFramelessWindow::maskHasARadiusOfTwelve()
+{
+    QFETCH(QPoint, fromCorner);
+    QFETCH(bool, inside);
+    const QRect window = m_window->rect();
+    const QPoint opposite = window.bottomRight() - fromCorner;
+    QCOMPARE(m_window->mask().contains(fromCorner), inside);
+    QCOMPARE(m_window->mask().contains(QPoint(opposite.x(), fromCorner.y())), inside);
+    QCOMPARE(m_window->mask().contains(QPoint(fromCorner.x(), opposite.y())), inside);
+    QCOMPARE(m_window->mask().contains(opposite), inside);
+}
+
+void TestFramelessWindow::maskCoversTheRoundedWindow()
+{
+    for (const QSize &size : {m_window->size(), QSize(1100, 700)}) {
+        m_window->resize(size);
+        QPainterPath outline;
+        outline.addRoundedRect(QRectF(QPointF(0, 0), size), 12, 12);
+        QTRY_COMPARE(m_window->mask(), QRegion(outline.toFillPolygon().toPolygon()));
+    }
+}
+
 void TestFramelessWindow::maskFollowsTheSize()
 {
     m_window->resize(1100, 700);
@@ -331,12 +369,18 @@ void TestFramelessWindow::maximizedWindowIsSquareWithoutMask()
 
 void TestFramelessWindow::stateChangeFromOutsideReachesTheTitleBar()
 {
+    const auto iconStyle = [](const QString &icon) {
+        return QStringLiteral("QPushButton { image: url(:/res/icons/modern/%1.png); }").arg(icon);
+    };
+    QCOMPARE(titleButton("maximizeBtn")->styleSheet(), iconStyle(QStringLiteral("maximize")));
     m_window->setWindowState(Qt::WindowMaximized);
     QTRY_COMPARE(titleButton("maximizeBtn")->property("maximized").toBool(), true);
     QCOMPARE(titleButton("maximizeBtn")->toolTip(), QStringLiteral("还原"));
+    QCOMPARE(titleButton("maximizeBtn")->styleSheet(), iconStyle(QStringLiteral("restore")));
     m_window->setWindowState(Qt::WindowNoState);
     QTRY_COMPARE(titleButton("maximizeBtn")->property("maximized").toBool(), false);
     QCOMPARE(titleButton("maximizeBtn")->toolTip(), QStringLiteral("最大化"));
+    QCOMPARE(titleButton("maximizeBtn")->styleSheet(), iconStyle(QStringLiteral("maximize")));
 }
 
 void TestFramelessWindow::maximizeButtonTogglesTheState()

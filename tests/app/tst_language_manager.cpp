@@ -268,10 +268,19 @@ void TestLanguageManager::unknownLanguageChangesNothing()
 
 void TestLanguageManager::missingTranslationFileChangesNothing()
 {
+    struct InForce
+    {
+        QString language = LanguageManager::instance()->currentLanguage();
+        QLocale locale;
+        QString home = translatedHome();
+        QVariant saved = QSettings().value(kKey);
+    };
     LanguageManager::instance()->setLanguage(QStringLiteral("de_DE"));
+    const InForce before;
     QSignalSpy changed(LanguageManager::instance(), &LanguageManager::languageChanged);
     Q_CLEANUP_RESOURCE(translations);
     const bool switched = LanguageManager::instance()->setLanguage(QStringLiteral("fr_FR"));
+    const InForce after;
     const QString savedFrench = QStringLiteral("fr_FR");
     QSettings().setValue(kKey, savedFrench);
     LanguageManager::instance()->initialize();
@@ -280,6 +289,11 @@ void TestLanguageManager::missingTranslationFileChangesNothing()
 
     QVERIFY(!switched);
     QVERIFY(changed.isEmpty());
+    QCOMPARE(before.home, QStringLiteral("Start"));
+    QCOMPARE(after.language, before.language);
+    QCOMPARE(after.locale, before.locale);
+    QCOMPARE(after.home, before.home);
+    QCOMPARE(after.saved, before.saved);
     QCOMPARE(afterStart, QStringLiteral("zh_CN"));
     QCOMPARE(QSettings().value(kKey).toString(), savedFrench);
     QVERIFY(LanguageManager::instance()->setLanguage(QStringLiteral("fr_FR")));

@@ -8,6 +8,7 @@
 #include "recent/recent_file_manager.h"
 #include "res/resources.h"
 #include "tests/app/app_test.h"
+#include "tests/app/style_rules.h"
 #include "tests/support/pdf_fixture.h"
 #include "tools/file_input_page.h"
 #include "tools/image_to_pdf_page.h"
@@ -36,6 +37,8 @@ private slots:
     void cleanup();
 
     void startsWithTheHomeTabAlone();
+    void styleSheets_data();
+    void styleSheets();
     void everyTool_data();
     void everyTool();
     void toolIconsExist();
@@ -76,6 +79,11 @@ private:
     }
     QString current() const { return tabs()->tabText(tabs()->currentIndex()); }
     HomePage *home() const { return m_page->findChild<HomePage *>(); }
+    bool showsIcon(int index, const QString &path) const
+    {
+        const QImage picture = QIcon(path).pixmap(16, 16).toImage();
+        return !picture.isNull() && tabs()->tabIcon(index).pixmap(16, 16).toImage() == picture;
+    }
 
     std::unique_ptr<AppTestFolders> m_folders;
     std::unique_ptr<MainPage> m_page;
@@ -118,8 +126,39 @@ void TestMainPage::startsWithTheHomeTabAlone()
     QCOMPARE(tabs()->tabText(0), QStringLiteral("首页"));
     QCOMPARE(tabs()->tabBar()->tabData(0), QVariant(1));
     QCOMPARE(tabs()->widget(0), home());
-    QVERIFY(!tabs()->tabIcon(0).isNull());
+    QVERIFY(showsIcon(0, QStringLiteral(":/res/icons/modern/home.png")));
     QCOMPARE(tabs()->geometry(), m_page->rect());
+}
+
+void TestMainPage::styleSheets_data()
+{
+    QTest::addColumn<bool>("ofTheTabs");
+    QTest::addColumn<QString>("selector");
+    QTest::addColumn<QString>("declarations");
+    const auto row = [](bool ofTheTabs, const char *selector, const char *declarations) {
+        QTest::newRow(selector) << ofTheTabs << QString::fromLatin1(selector)
+                                << QString::fromLatin1(declarations);
+    };
+    const char *rounded = "border-bottom-left-radius: 11px; border-bottom-right-radius: 11px";
+    row(false, "QWidget#mainPage",
+        "background: #ffffff; border-bottom-left-radius: 12px; border-bottom-right-radius: 12px");
+    row(true, "QTabWidget#mainTabWidget", rounded);
+    row(true, "QTabWidget#mainTabWidget::pane", rounded);
+    row(true, "QTabWidget#mainTabWidget SideNavigationBar", "border-bottom-left-radius: 11px");
+    row(true, "QTabWidget#mainTabWidget RecentFilesPage",
+        "background: #ffffff; border-bottom-right-radius: 11px");
+    // The style that the tabs have of their own is kept.
+    row(true, "QTabWidget", "background: #F7F8FA; border: none");
+}
+
+void TestMainPage::styleSheets()
+{
+    QFETCH(bool, ofTheTabs);
+    QFETCH(QString, selector);
+    QFETCH(QString, declarations);
+    const QWidget *styled = ofTheTabs ? static_cast<QWidget *>(tabs()) : m_page.get();
+    QCOMPARE(StyleRules::declarationsFor(styled->styleSheet(), selector),
+             StyleRules::declarations(declarations));
 }
 
 void TestMainPage::everyTool_data()
@@ -157,7 +196,7 @@ void TestMainPage::everyTool()
     QCOMPARE(tabs()->tabText(1), title);
     QCOMPARE(tabs()->widget(1)->property("plenvoToolType"), QVariant(type));
     QCOMPARE(QString::fromLatin1(tabs()->widget(1)->metaObject()->className()), className);
-    QCOMPARE(tabs()->tabIcon(1).pixmap(16, 16).toImage(), QIcon(icon).pixmap(16, 16).toImage());
+    QVERIFY(showsIcon(1, icon));
     QVERIFY(!tabs()->tabBar()->tabData(1).isValid());
 }
 
@@ -309,6 +348,7 @@ void TestMainPage::fileOpensInAViewerTab()
     QCOMPARE(tabs()->currentIndex(), 1);
     QCOMPARE(tabs()->tabText(1), QStringLiteral("Report 报告.pdf"));
     QCOMPARE(tabs()->tabToolTip(1), QDir::toNativeSeparators(QFileInfo(m_pdf).canonicalFilePath()));
+    QVERIFY(showsIcon(1, QStringLiteral(":/res/icons/modern/file-pdf.png")));
     QVERIFY(qobject_cast<PdfShowPage *>(tabs()->widget(1)));
     QCOMPARE(tabs()->widget(1)->property("plenvoFilePath").toString(),
              QFileInfo(m_pdf).canonicalFilePath());

@@ -8,6 +8,7 @@
 #include "tests/support/pdf_fixture.h"
 #include "widgets/theme.h"
 
+#include <QFile>
 #include <QIcon>
 #include <QImage>
 #include <QPalette>
@@ -23,7 +24,10 @@ private slots:
     void initTestCase();
     void init();
 
+    void highDpiAttributesAreSet();
     void identity();
+    void windowIconIsTheLogo_data();
+    void windowIconIsTheLogo();
     void font();
     void palette_data();
     void palette();
@@ -46,6 +50,8 @@ private slots:
     void programOpensItsArgumentAndSavesAPicture();
     void programWithoutAFileSavesAPicture();
     void programReportsAPictureThatCannotBeSaved();
+    void programStartsInTheSavedLanguage_data();
+    void programStartsInTheSavedLanguage();
 
 private:
     int runProgram(const QStringList &arguments, const QString &picture) const;
@@ -80,6 +86,18 @@ void TestStartup::init()
     QVERIFY(PdfFixture::write(m_otherPdf, PdfFixture::pagesByNumber(1)));
 }
 
+void TestStartup::highDpiAttributesAreSet()
+{
+    // The names of the two are hidden together with the deprecated interface.
+    const auto enableHighDpiScaling = static_cast<Qt::ApplicationAttribute>(20);
+    const auto useHighDpiPixmaps = static_cast<Qt::ApplicationAttribute>(13);
+    QCoreApplication::setAttribute(enableHighDpiScaling, false);
+    QCoreApplication::setAttribute(useHighDpiPixmaps, false);
+    Startup::setAttributes();
+    QVERIFY(QCoreApplication::testAttribute(enableHighDpiScaling));
+    QVERIFY(QCoreApplication::testAttribute(useHighDpiPixmaps));
+}
+
 void TestStartup::identity()
 {
     Startup::setIdentity();
@@ -87,7 +105,26 @@ void TestStartup::identity()
     QCOMPARE(QCoreApplication::applicationVersion(), QStringLiteral("1.0.0"));
     QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("Quillora"));
     QCOMPARE(QGuiApplication::applicationDisplayName(), QStringLiteral("Quillora"));
-    QVERIFY(!QGuiApplication::windowIcon().pixmap(32, 32).isNull());
+}
+
+void TestStartup::windowIconIsTheLogo_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {16, 20, 32, 64})
+        QTest::addRow("%d pixels", size) << size;
+}
+
+void TestStartup::windowIconIsTheLogo()
+{
+    QFETCH(int, size);
+    const QImage logo =
+        QIcon(QStringLiteral(":/res/icons/modern/logo.png")).pixmap(size, size).toImage();
+    QVERIFY(!logo.isNull());
+    QGuiApplication::setWindowIcon({});
+    Startup::setIdentity();
+    QCOMPARE(QGuiApplication::windowIcon().pixmap(size, size).toImage(), logo);
+    const auto window = Startup::showMainWindow();
+    QCOMPARE(window->windowIcon().pixmap(size, size).toImage(), logo);
 }
 
 void TestStartup::font()
@@ -290,6 +327,51 @@ void TestStartup::programWithoutAFileSavesAPicture()
 void TestStartup::programReportsAPictureThatCannotBeSaved()
 {
     QCOMPARE(runProgram({}, m_folders->filePath(QStringLiteral("none/home.png"))), 1);
+}
+
+void TestStartup::programStartsInTheSavedLanguage_data()
+{
+    QTest::addColumn<QString>("saved");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("German") << QStringLiteral("de_DE") << QStringLiteral("de_DE");
+    QTest::newRow("Arabic") << QStringLiteral("ar_SA") << QStringLiteral("ar_SA");
+    QTest::newRow("Japanese") << QStringLiteral("ja_JP") << QStringLiteral("ja_JP");
+    QTest::newRow("unknown") << QStringLiteral("de_de") << QStringLiteral("zh_CN");
+}
+
+// Compares the title bar and the tabs, which both name things in the language.
+void TestStartup::programStartsInTheSavedLanguage()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    QFETCH(QString, saved);
+    QFETCH(QString, shown);
+    QVERIFY(QDir(m_folders->filePath({})).mkpath(QStringLiteral("Quillora")));
+    const QString settings = m_folders->filePath(QStringLiteral("Quillora/Quillora.conf"));
+    const QByteArray content = "[appearance]\nlanguage=" + saved.toUtf8() + '\n';
+    QVERIFY(PdfFixture::write(settings, content));
+
+    const QString path = m_folders->filePath(QStringLiteral("home.png"));
+    QCOMPARE(runProgram({}, path), 0);
+    QFile file(settings);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), content);
+
+    const auto stripOf = [](const QImage &window) {
+        return window.copy(0, 0, window.width(), 82).convertToFormat(QImage::Format_ARGB32);
+    };
+    const auto stripIn = [&stripOf](const QString &language) {
+        LanguageManager::instance()->setLanguage(language);
+        const auto window = Startup::showMainWindow();
+        [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(window.get());
+        QCoreApplication::processEvents();
+        return stripOf(window->grab().toImage());
+    };
+    const QImage strip = stripOf(QImage(path));
+    QVERIFY(strip != stripIn(QStringLiteral("en_US")));
+    QCOMPARE(strip, stripIn(shown));
+#else
+    QSKIP("the settings are a file in the configuration folder on such systems only");
+#endif
 }
 
 QTEST_MAIN(TestStartup)

@@ -2,6 +2,7 @@
 #include "app/title_bar.h"
 #include "res/resources.h"
 #include "tests/app/app_test.h"
+#include "tests/app/style_rules.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -20,6 +21,10 @@ private slots:
 
     void sizesAndOrder();
     void logoAndTitleAreShown();
+    void styleSheet_data();
+    void styleSheet();
+    void windowButtonsShowTheirIcons_data();
+    void windowButtonsShowTheirIcons();
     void buttonsOnlyAsk_data();
     void buttonsOnlyAsk();
     void buttonsTakeNoFocusAndShowAHand();
@@ -88,9 +93,73 @@ void TestTitleBar::logoAndTitleAreShown()
     const auto *logo = qobject_cast<QLabel *>(m_bar->layout()->itemAt(0)->widget());
     QVERIFY(logo);
     QCOMPARE(logo->pixmap().deviceIndependentSize(), QSizeF(20, 20));
+    const QIcon picture(QStringLiteral(":/res/icons/modern/logo.png"));
+    QVERIFY(!picture.pixmap(20, 20).isNull());
+    QCOMPARE(logo->pixmap().toImage(), picture.pixmap(20, 20).toImage());
     const auto *title = m_bar->findChild<QLabel *>(QStringLiteral("titleLabel"));
     QCOMPARE(title->text(), QStringLiteral("Quillora"));
     QCOMPARE(title->styleSheet(), QStringLiteral("QLabel{background:transparent;color:#172033;}"));
+}
+
+void TestTitleBar::styleSheet_data()
+{
+    using Rule = QPair<QString, QString>;
+    QTest::addColumn<QList<Rule>>("rules");
+    const auto row = [](const char *name, const QList<Rule> &rules) {
+        QTest::newRow(name) << rules;
+    };
+    const auto rule = [](const char *selector, const char *declarations) {
+        return Rule(QLatin1String(selector), QLatin1String(declarations));
+    };
+    const char *flat = "background: transparent; border: none; border-radius: 6px;"
+                       " margin: 1px 2px";
+    const char *flatAndPadded = "background: transparent; border: none; border-radius: 6px;"
+                                " margin: 1px 2px; padding: 9px 14px";
+    row("bar", {rule("TitleBar", "background: #F7F8FC")});
+    row("buttons", {rule("QToolButton", flat), rule("QPushButton", flatAndPadded)});
+    row("hover", {rule("QToolButton:hover", "background: #E4E6EB"),
+                  rule("QPushButton:hover", "background: #E4E6EB")});
+    row("pressed", {rule("QToolButton:pressed", "background: #D8DBE0"),
+                    rule("QPushButton:pressed", "background: #D8DBE0")});
+    row("language button",
+        {rule("QToolButton#languageBtn", "color: #475569; font-size: 12px; font-weight: 600;"
+                                         " padding: 0 10px")});
+    row("window buttons", {rule("QPushButton", flatAndPadded)});
+    row("close button",
+        {rule("QPushButton#closeBtn", "border-top-right-radius: 11px; margin-right: 0px"),
+         rule("QPushButton#closeBtn:hover", "background: #D94B4B"),
+         rule("QPushButton#closeBtn:pressed", "background: #C93F3F")});
+}
+
+void TestTitleBar::styleSheet()
+{
+    using Rule = QPair<QString, QString>;
+    QFETCH(QList<Rule>, rules);
+    for (const auto &[selector, declarations] : rules)
+        QCOMPARE(StyleRules::declarationsFor(m_bar->styleSheet(), selector),
+                 StyleRules::declarations(declarations));
+}
+
+void TestTitleBar::windowButtonsShowTheirIcons_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("icon");
+    QTest::newRow("minimize") << QStringLiteral("minimizeBtn") << QStringLiteral("minimize");
+    QTest::newRow("maximize") << QStringLiteral("maximizeBtn") << QStringLiteral("maximize");
+    QTest::newRow("close") << QStringLiteral("closeBtn") << QStringLiteral("close_20_hover");
+}
+
+void TestTitleBar::windowButtonsShowTheirIcons()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, icon);
+    const QString path = QStringLiteral(":/res/icons/modern/%1.png").arg(icon);
+    QVERIFY(QFile::exists(path));
+    auto *button = m_bar->findChild<QPushButton *>(name);
+    QCOMPARE(button->styleSheet(), QStringLiteral("QPushButton { image: url(%1); }").arg(path));
+    const QImage shown = button->grab().toImage();
+    button->setStyleSheet({});
+    QVERIFY2(shown != button->grab().toImage(), "the icon must show");
 }
 
 void TestTitleBar::buttonsOnlyAsk_data()
