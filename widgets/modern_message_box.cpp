@@ -164,6 +164,16 @@ QPushButton *createButton(const QString &objectName, const QString &text, QWidge
     return button;
 }
 
+/// Runs a box to its end. A box that goes with its parent meanwhile counts as cancelled.
+int run(const MessageBoxOptions &options, QWidget *parent)
+{
+    const QPointer<ModernMessageBox> box(new ModernMessageBox(options, parent));
+    box->exec();
+    const int result = box ? box->result() : ModernMessageBox::Cancelled;
+    delete box;
+    return result;
+}
+
 QString textOr(const QString &text, const QString &fallback)
 {
     return text.isEmpty() ? fallback : text;
@@ -213,9 +223,7 @@ int ModernMessageBox::question(QWidget *parent, const QString &title, const QStr
     options.confirmText = confirmText;
     options.cancelText = cancelText;
     options.showCancel = true;
-    ModernMessageBox box(options, parent);
-    box.exec();
-    return box.result();
+    return run(options, parent);
 }
 
 int ModernMessageBox::questionWithDiscard(QWidget *parent, const QString &title,
@@ -233,9 +241,7 @@ int ModernMessageBox::questionWithDiscard(QWidget *parent, const QString &title,
     options.cancelText = cancelText;
     options.showDiscard = true;
     options.showCancel = true;
-    ModernMessageBox box(options, parent);
-    box.exec();
-    return box.result();
+    return run(options, parent);
 }
 
 void ModernMessageBox::showMessage(QWidget *parent, int kind, const QString &title,
@@ -246,8 +252,7 @@ void ModernMessageBox::showMessage(QWidget *parent, int kind, const QString &tit
     options.title = title;
     options.message = message;
     options.details = details;
-    ModernMessageBox box(options, parent);
-    box.exec();
+    run(options, parent);
 }
 
 void ModernMessageBox::showSuccess(QWidget *parent, const QString &title, const QString &message,

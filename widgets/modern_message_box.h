@@ -34,6 +34,9 @@ struct MessageBoxOptions
 /// The program's message, question and busy box: a modal card over its dimmed window.
 ///
 /// Texts are shown as they are, markup is not interpreted. Texts too long for the screen scroll.
+///
+/// The static functions run a box and return when it was answered. Their parent, and the box with
+/// it, may be deleted meanwhile, which counts as Cancelled.
 class ModernMessageBox final : public QDialog
 {
     Q_OBJECT

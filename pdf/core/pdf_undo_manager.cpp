@@ -45,13 +45,14 @@ private:
 /// The snapshot in the history that is nearest to the document as it stands.
 PageListSnapshot latestSnapshot(const QUndoStack &stack)
 {
-    const auto commandAt = [&stack](int index) {
-        return static_cast<const PageSnapshotCommand *>(stack.command(index));
-    };
-    if (stack.index() > 0) {
-        return commandAt(stack.index() - 1)->after();
+    const bool atStart = stack.index() == 0;
+    // No command, or one that somebody else has pushed, is none of ours.
+    const auto *nearest =
+        dynamic_cast<const PageSnapshotCommand *>(stack.command(atStart ? 0 : stack.index() - 1));
+    if (!nearest) {
+        return {};
     }
-    return stack.count() > 0 ? commandAt(0)->before() : PageListSnapshot();
+    return atStart ? nearest->before() : nearest->after();
 }
 
 } // namespace
@@ -61,8 +62,11 @@ PdfUndoManager::PdfUndoManager(PdfDocumentModel *model, QObject *parent)
     , m_model(model)
     , m_stack(new QUndoStack(this))
 {
-    connect(m_stack, &QUndoStack::indexChanged, this,
-            [this] { m_model->setModified(!m_stack->isClean()); });
+    connect(m_stack, &QUndoStack::indexChanged, this, [this] {
+        if (m_model) {
+            m_model->setModified(!m_stack->isClean());
+        }
+    });
     connect(m_model, &PdfDocumentModel::rowsAboutToBeMoved, this, &PdfUndoManager::observeMove);
     // The model finishes a move, its revision above all, only after this notification.
     connect(m_model, &PdfDocumentModel::rowsMoved, this, [this] {
@@ -155,7 +159,8 @@ void PdfUndoManager::observeMove()
 
 void PdfUndoManager::recordObservedMove()
 {
-    if (m_moveInProgress) {
+    // Its turn may come only after the model is gone.
+    if (m_moveInProgress && m_model) {
         m_moveInProgress = false;
         record(tr("移动页面"), std::exchange(m_moveStart, {}));
     }

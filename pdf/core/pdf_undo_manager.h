@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QSizeF>
 #include <QString>
 
@@ -60,7 +61,7 @@ private:
     void recordObservedMove();
     void forgetObservedMove();
 
-    PdfDocumentModel *m_model;
+    QPointer<PdfDocumentModel> m_model;
     QUndoStack *m_stack;
     bool m_moveInProgress = false;
     StartingPoint m_moveStart;

@@ -3,7 +3,7 @@
 #include <QDir>
 
 PageFilesResult writePageFiles(const QList<PageOutputFile> &plan, const QList<PdfSourcePage> &pages,
-                               const QString &directory)
+                               const QString &directory, const PdfSaveFunction &write)
 {
     PageFilesResult result;
     for (const PageOutputFile &file : plan) {
@@ -14,7 +14,7 @@ PageFilesResult writePageFiles(const QList<PageOutputFile> &plan, const QList<Pd
         }
         const QString path = QDir(directory).filePath(file.fileName);
         QString message;
-        if (PdfEditorBackend::saveDocument(part, path, nullptr, &message)) {
+        if (write(part, path, nullptr, &message)) {
             result.written.append(path);
         } else {
             result.failures.append(message.isEmpty() ? path : message);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/viewer/document_saver.h"
 #include "pdf/viewer/page_output_plan.h"
 #include "pdfcore/pdf_editor_backend.h"
 
@@ -18,6 +19,8 @@ struct PageFilesResult
 /// ones are replaced. A file that fails does not stop the others.
 ///
 /// @param pages  The document's pages; the plan's rows lead into it.
-[[nodiscard]] PageFilesResult writePageFiles(const QList<PageOutputFile> &plan,
-                                             const QList<PdfSourcePage> &pages,
-                                             const QString &directory);
+/// @param write  What writes each file.
+[[nodiscard]] PageFilesResult
+writePageFiles(const QList<PageOutputFile> &plan, const QList<PdfSourcePage> &pages,
+               const QString &directory,
+               const PdfSaveFunction &write = &PdfEditorBackend::saveDocument);

@@ -18,13 +18,13 @@ int rowOfZoneAt(const PageGridCells &grid, QPoint point, QRect PageCellGeometry:
     return -1;
 }
 
-PageGridHit markHitAt(const PageGridCells &grid, QPoint point, PageGridMode mode)
+PageGridHit markHitAt(const PageGridCells &grid, QPoint point, PdfWorkspaceMode mode)
 {
-    if (mode == PageGridMode::Insert) {
+    if (mode == PdfWorkspaceMode::InsertMode) {
         const int row = rowOfZoneAt(grid, point, &PageCellGeometry::insertZone, 0);
         return row < 0 ? PageGridHit() : PageGridHit{PageGridHit::InsertZone, row, -1};
     }
-    if (mode == PageGridMode::Split && grid.pageCount >= 2) {
+    if (mode == PdfWorkspaceMode::SplitMode && grid.pageCount >= 2) {
         const int row = rowOfZoneAt(grid, point, &PageCellGeometry::splitZone, 1);
         return row < 0 ? PageGridHit() : PageGridHit{PageGridHit::SplitZone, row, -1};
     }
@@ -43,7 +43,7 @@ int pageInGridAt(const PageGridCells &grid, QPoint point)
     return -1;
 }
 
-PageGridHit hitTestPageGrid(const PageGridCells &grid, QPoint point, PageGridMode mode,
+PageGridHit hitTestPageGrid(const PageGridCells &grid, QPoint point, PdfWorkspaceMode mode,
                             int hoveredRow)
 {
     if (const PageGridHit mark = markHitAt(grid, point, mode); mark.kind != PageGridHit::Nothing) {

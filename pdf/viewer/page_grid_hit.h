@@ -1,17 +1,11 @@
 #pragma once
 
+#include "pdf/viewer/pdf_view_modes.h"
+
 #include <QList>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
-
-/// What the page grid offers besides looking at pages. The values are stable.
-enum class PageGridMode : int {
-    Normal = 0,  ///< Pages are chosen and moved.
-    Insert = 1,  ///< Pages can be inserted behind each page.
-    Extract = 2, ///< Pages are chosen for extracting.
-    Split = 3,   ///< The document can be split before each page but the first.
-};
 
 /// The cells of the page grid that are in view.
 struct PageGridCells
@@ -59,4 +53,4 @@ struct PageGridHit
 
 /// What a press at `point` would act on. Only the page of `hoveredRow` shows its action bar.
 [[nodiscard]] PageGridHit hitTestPageGrid(const PageGridCells &grid, QPoint point,
-                                          PageGridMode mode, int hoveredRow);
+                                          PdfWorkspaceMode mode, int hoveredRow);

@@ -23,7 +23,7 @@ void PageManagerListView::setMetrics(const PageGridMetrics &metrics)
     setGridSize(metrics.cell);
 }
 
-void PageManagerListView::setMode(PageGridMode mode)
+void PageManagerListView::setMode(PdfWorkspaceMode mode)
 {
     m_mode = mode;
     viewport()->update();
@@ -101,9 +101,9 @@ void PageManagerListView::paintEvent(QPaintEvent *event)
 {
     PageListView::paintEvent(event);
     QPainter painter(viewport());
-    if (m_mode == PageGridMode::Insert) {
+    if (m_mode == PdfWorkspaceMode::InsertMode) {
         drawInsertMarks(painter);
-    } else if (m_mode == PageGridMode::Split) {
+    } else if (m_mode == PdfWorkspaceMode::SplitMode) {
         drawSplitMarks(painter);
     }
 }

@@ -26,8 +26,8 @@ public:
     [[nodiscard]] const PageGridMetrics &metrics() const { return m_metrics; }
     void setMetrics(const PageGridMetrics &metrics);
 
-    [[nodiscard]] PageGridMode mode() const { return m_mode; }
-    void setMode(PageGridMode mode);
+    [[nodiscard]] PdfWorkspaceMode mode() const { return m_mode; }
+    void setMode(PdfWorkspaceMode mode);
 
     /// The mark under the pointer, and whether a mouse button is down on it.
     void setHoveredMark(const PageGridHit &mark, bool pressed);
@@ -58,7 +58,7 @@ private:
 
     const PageSplitPoints &m_splitPoints;
     PageGridMetrics m_metrics;
-    PageGridMode m_mode = PageGridMode::Normal;
+    PdfWorkspaceMode m_mode = PdfWorkspaceMode::NormalMode;
     PageGridHit m_hoveredMark;
     bool m_markPressed = false;
 };

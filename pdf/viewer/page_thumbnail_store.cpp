@@ -159,9 +159,7 @@ void PageThumbnailStore::clear()
 {
     m_held.clear();
     m_heldBytes = 0;
-    m_pending.clear();
-    m_pendingBytes = 0;
-    m_failed.clear();
+    forgetRequests();
 }
 
 PageThumbnailStore::Look PageThumbnailStore::lookOf(const PdfPageRecord &record)

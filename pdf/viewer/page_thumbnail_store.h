@@ -81,6 +81,7 @@ public:
     void forgetFailuresExcept(const QSet<PdfPageId> &kept);
     /// Ignores the results of all requests, for instance because they were cancelled.
     void forgetRequests();
+    /// Drops all images and ignores the results of all requests.
     void clear();
 
 signals:

@@ -156,6 +156,8 @@ PdfBottomControlBar::PdfBottomControlBar(QWidget *parent)
     connectControls();
     setFitWidth(true);
     setPageCount(0);
+    // Showing the parent does not show the bar where nobody has placed it yet.
+    hide();
 }
 
 PdfBottomControlBar::~PdfBottomControlBar()

@@ -12,8 +12,8 @@ class QPushButton;
 /// the page is fitted.
 ///
 /// The bar only asks; the viewer places it, carries the requests out and tells the bar of its
-/// state. Page indexes are 0-based, page numbers in the interface 1-based. Setting a state emits
-/// nothing.
+/// state. A new bar is hidden until it is placed. Page indexes are 0-based, page numbers in the
+/// interface 1-based. Setting a state emits nothing.
 class PdfBottomControlBar final : public QWidget
 {
     Q_OBJECT

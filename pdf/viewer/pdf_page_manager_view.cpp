@@ -19,6 +19,8 @@ namespace {
 constexpr int kZoomControlMargin = 16;
 constexpr int kRestMs = 180;
 constexpr int kVisiblePriority = 8;
+/// Lower, so that the pages that come into view by scrolling go ahead of the ones around the old
+/// place.
 constexpr int kNearbyPriority = 7;
 /// So many pages go to the engine in one call: few enough that the first ones are soon to be seen.
 constexpr int kPagesPerCall = 4;
@@ -49,10 +51,12 @@ void PdfPageManagerView::setModel(PdfDocumentModel *model)
     if (m_model) {
         disconnect(m_model, nullptr, this, nullptr);
     }
+    if (model != m_model) {
+        m_splitPoints.clear();
+    }
     m_model = model;
     m_list->setModel(model);
     m_thumbnails.clear();
-    m_splitPoints.clear();
     movePointer(std::nullopt);
     if (model) {
         connect(model, &QAbstractItemModel::modelReset, this, [this] {
@@ -76,7 +80,7 @@ void PdfPageManagerView::setRenderManager(PdfRenderManager *manager)
 
 void PdfPageManagerView::setWorkspaceMode(int mode)
 {
-    m_list->setMode(static_cast<PageGridMode>(mode));
+    m_list->setMode(static_cast<PdfWorkspaceMode>(mode));
     movePointer(m_pointer);
 }
 
@@ -122,9 +126,11 @@ bool PdfPageManagerView::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::MouseMove: {
         const auto &move = *static_cast<QMouseEvent *>(event);
-        m_pressed = m_pressed && move.buttons().testFlag(Qt::LeftButton);
+        const bool isLeftDown = move.buttons().testFlag(Qt::LeftButton);
+        m_pressed = m_pressed && isLeftDown;
         movePointer(move.position().toPoint());
-        break;
+        // The list has not seen the press; what it makes of the move would belong to another one.
+        return m_pressTaken && isLeftDown;
     }
     case QEvent::Leave:
         movePointer(std::nullopt);

@@ -46,6 +46,7 @@ PdfThumbnailPanel::PdfThumbnailPanel(QWidget *parent)
     : QWidget(parent)
     , m_list(new PageListView(this))
     , m_dropZone(new PdfInsertDropZone(this))
+    , m_generationTimer(this)
 {
     buildInterface();
     connectParts();
@@ -134,11 +135,13 @@ bool PdfThumbnailPanel::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseMove: {
         const auto &move = *static_cast<QMouseEvent *>(event);
-        if (!move.buttons().testFlag(Qt::LeftButton)) {
+        const bool isLeftDown = move.buttons().testFlag(Qt::LeftButton);
+        if (!isLeftDown) {
             setHover({m_hover.row, m_hover.part, false, false});
         }
         movePointer(move.position().toPoint());
-        break;
+        // The list has not seen the press; what it makes of the move would belong to another one.
+        return m_stripPressed && isLeftDown;
     }
     case QEvent::Leave:
         movePointer(std::nullopt);

@@ -227,6 +227,10 @@ void PdfTopToolBar::setThumbnailChecked(bool checked)
 
 void PdfTopToolBar::setSelectAllChecked(bool checked)
 {
+    // The icon is a style sheet, which is too dear to be set for every change of the selection.
+    if (m_selectAllButton->isChecked() == checked) {
+        return;
+    }
     const QSignalBlocker blocker(m_selectAllButton);
     m_selectAllButton->setChecked(checked);
     updateSelectAllIcon();

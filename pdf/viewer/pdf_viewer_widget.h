@@ -12,8 +12,8 @@
 #include <QStringList>
 #include <QWidget>
 
-#include <functional>
 #include <optional>
+#include <utility>
 
 class PdfBottomControlBar;
 class PdfDocumentModel;
@@ -118,6 +118,7 @@ protected:
 private:
     void buildInterface();
     void buildSplitter();
+    // In pdf_viewer_wiring.cpp.
     void connectParts();
     void connectDocumentView();
     void connectThumbnailPanel();

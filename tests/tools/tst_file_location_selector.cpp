@@ -156,6 +156,7 @@ private slots:
     void menuChecksTheMode_data();
     void menuChecksTheMode();
     void checkedEntryLooksChecked();
+    void menuColours();
     void menuOpensBelowTheButton();
     void menuChoiceSetsTheMode_data();
     void menuChoiceSetsTheMode();
@@ -212,11 +213,20 @@ void TestFileLocationSelector::everyNewSelectorStartsWithTheSourceFolder()
 {
     QCOMPARE(m_selector->mode(), LocationMode::SourceFolder);
     QCOMPARE(m_selector->directory(), QString());
+    m_selector->setSourceFolder(QStringLiteral("/source"));
     m_selector->setMode(LocationMode::Custom, QStringLiteral("/somewhere"));
-    const FileLocationSelector another;
-    QCOMPARE(another.mode(), LocationMode::SourceFolder);
-    QCOMPARE(another.sourceFolder(), QString());
-    QCOMPARE(another.directory(), QString());
+    m_selector->show();
+    const Answer answer(openMenu, [](QMenu &menu) { chooseAction(menu, 1); });
+    QTest::mouseClick(m_selector.get(), Qt::LeftButton);
+    QVERIFY(answer.isGiven());
+    QCOMPARE(m_selector->mode(), LocationMode::Desktop);
+
+    // Whatever the last one might have kept for the next is kept by now.
+    m_selector.reset();
+    m_selector = std::make_unique<FileLocationSelector>();
+    QCOMPARE(m_selector->mode(), LocationMode::SourceFolder);
+    QCOMPARE(m_selector->sourceFolder(), QString());
+    QCOMPARE(m_selector->directory(), QString());
 }
 
 void TestFileLocationSelector::modeValuesAreStable()
@@ -549,6 +559,48 @@ void TestFileLocationSelector::checkedEntryLooksChecked()
         QTest::mouseClick(m_selector.get(), Qt::LeftButton);
         QVERIFY(answer.isGiven());
     }
+}
+
+void TestFileLocationSelector::menuColours()
+{
+    m_selector->show();
+    QImage image;
+    QList<QRect> items;
+    const Answer answer(openMenu, [&](QMenu &menu) {
+        menu.setActiveAction(menu.actions().at(1));
+        image = menu.grab().toImage();
+        for (QAction *action : menu.actions()) {
+            items.append(menu.actionGeometry(action));
+        }
+        menu.close();
+    });
+    QTest::mouseClick(m_selector.get(), Qt::LeftButton);
+    QVERIFY(answer.isGiven());
+    QCOMPARE(items.size(), 5);
+
+    const QPoint middle = image.rect().center();
+    QCOMPARE(image.pixelColor(middle.x(), 0), QColor(0xE2E7EF));
+    QCOMPARE(image.pixelColor(0, middle.y()), QColor(0xE2E7EF));
+    QCOMPARE(image.pixelColor(image.width() - 1, middle.y()), QColor(0xE2E7EF));
+    QCOMPARE(image.pixelColor(3, middle.y()), QColor(0xFFFFFF));
+    QCOMPARE(image.pixelColor(middle.x(), 3), QColor(0xFFFFFF));
+
+    // Within the right padding of an entry, where there is no text.
+    const auto besideText = [&](int row) {
+        return image.pixelColor(items.at(row).right() - 6, items.at(row).center().y());
+    };
+    QCOMPARE(besideText(1), QColor(0xEEF2FF));
+    QCOMPARE(besideText(0), QColor(0xFFFFFF));
+    QCOMPARE(besideText(2), QColor(0xFFFFFF));
+
+    const QRect separator = items.at(3);
+    const auto hasLine = [&](int x, int y) { return image.pixelColor(x, y) == QColor(0xEDF0F5); };
+    QCOMPARE(separator.height(), 5 + 1 + 5);
+    const int line = separator.top() + 5;
+    for (const int x : {separator.left() + 8, middle.x(), separator.right() - 8}) {
+        QVERIFY(hasLine(x, line) && !hasLine(x, line - 1) && !hasLine(x, line + 1));
+    }
+    QVERIFY(!hasLine(separator.left() + 7, line) && !hasLine(separator.right() - 7, line));
 }
 
 void TestFileLocationSelector::menuOpensBelowTheButton()

@@ -6,6 +6,7 @@
 #include <QGraphicsDropShadowEffect>
 #include <QLabel>
 #include <QLayout>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
@@ -119,6 +120,8 @@ private slots:
     void questionWithDiscardReturnsTheAnswer();
     void messagesShowTheirKindAndOneButton_data();
     void messagesShowTheirKindAndOneButton();
+    void deletingTheParentDuringAQuestionIsSafe_data();
+    void deletingTheParentDuringAQuestionIsSafe();
 
 private:
     std::unique_ptr<QWidget> m_window;
@@ -605,6 +608,51 @@ void TestModernMessageBox::messagesShowTheirKindAndOneButton()
         break;
     }
     QVERIFY(shown);
+}
+
+void TestModernMessageBox::deletingTheParentDuringAQuestionIsSafe_data()
+{
+    using Ask = std::function<int(QWidget *)>;
+    QTest::addColumn<Ask>("ask");
+    QTest::newRow("question") << Ask([](QWidget *parent) {
+        return ModernMessageBox::question(parent, QStringLiteral("t"), QStringLiteral("m"),
+                                          QString(), QString(), QString(),
+                                          ModernMessageBox::Warning);
+    });
+    QTest::newRow("question with discard") << Ask([](QWidget *parent) {
+        return ModernMessageBox::questionWithDiscard(
+            parent, QStringLiteral("t"), QStringLiteral("m"), QString(), QString(), QString(),
+            QString(), ModernMessageBox::Warning);
+    });
+    QTest::newRow("message") << Ask([](QWidget *parent) {
+        ModernMessageBox::showError(parent, QStringLiteral("t"), QStringLiteral("m"), QString());
+        return 0;
+    });
+}
+
+void TestModernMessageBox::deletingTheParentDuringAQuestionIsSafe()
+{
+    QFETCH(std::function<int(QWidget *)>, ask);
+    // A part of the window, such as a tab, and then the window itself.
+    auto *part = new QWidget(m_window.get());
+    QPointer<ModernMessageBox> seen;
+    answerNext([part, &seen](ModernMessageBox *box) {
+        seen = box;
+        delete part;
+    });
+    QCOMPARE(ask(part), 0);
+    QVERIFY(!seen);
+    QVERIFY(!QApplication::activeModalWidget());
+    QTRY_VERIFY(!backdropOf(*m_window));
+
+    bool answered = false;
+    answerNext([this, &answered](ModernMessageBox *) {
+        answered = true;
+        m_window.reset();
+    });
+    QCOMPARE(ask(m_window.get()), 0);
+    QVERIFY(answered);
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 QTEST_MAIN(TestModernMessageBox)

@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUndoCommand>
 #include <QUndoStack>
 
 #include <functional>
@@ -84,6 +85,7 @@ private slots:
     void resetOfAnEmptyHistoryClearsModified();
     void undoIsUnavailableAfterOpeningAnotherDocument();
     void everyStepOfALongHistoryIsKept();
+    void stepsOfOthersAreKeptApart();
     void modelMayGoFirst();
     void historyOfALargeDocumentStaysSmall();
 
@@ -205,11 +207,21 @@ void TestPdfUndoManager::editsReturnWhatTheModelReturns()
     QString message = QStringLiteral("stale");
     QVERIFY(m_manager->insertPdf(m_twoPages, 0, QString(), &error, &message));
     QCOMPARE(error, PdfBackendError::None);
+    QCOMPARE(message, QString());
     QVERIFY(m_manager->insertPdf(m_protected, 0, kPassword, &error, &message));
     QCOMPARE(model().pageAt(0)->password, kPassword);
-    QVERIFY(!m_manager->insertPdf(m_folder.filePath(QStringLiteral("missing.pdf")), 0, QString(),
-                                  &error, &message));
-    QCOMPARE(error, PdfBackendError::FileNotFound);
+
+    const QString missing = m_folder.filePath(QStringLiteral("missing.pdf"));
+    for (const QString &file : {missing, m_protected}) {
+        PdfBackendError modelError = PdfBackendError::None;
+        QString modelMessage;
+        QVERIFY(!model().insertDocument(file, 0, QString(), &modelError, &modelMessage));
+        QVERIFY(!modelMessage.isEmpty());
+        QVERIFY(!m_manager->insertPdf(file, 0, QString(), &error, &message));
+        QCOMPARE(error, modelError);
+        QCOMPARE(message, modelMessage);
+    }
+    QCOMPARE(error, PdfBackendError::PasswordRequired);
 }
 
 void TestPdfUndoManager::pushingTheStepDoesNotEditAgain()
@@ -620,14 +632,38 @@ void TestPdfUndoManager::everyStepOfALongHistoryIsKept()
     QCOMPARE(model().pages(), before);
 }
 
+void TestPdfUndoManager::stepsOfOthersAreKeptApart()
+{
+    const Records before = model().pages();
+    stack()->push(new QUndoCommand(QStringLiteral("foreign")));
+    m_manager->rotatePages({1}, 90);
+    const Records rotated = model().pages();
+    QCOMPARE(stack()->count(), 2);
+    stack()->undo();
+    QCOMPARE(model().pages(), before);
+    stack()->redo();
+    QCOMPARE(model().pages(), rotated);
+
+    // With the foreign step ahead instead of behind.
+    stack()->setIndex(0);
+    m_manager->deletePages({2});
+    QCOMPARE(stack()->count(), 1);
+    QCOMPARE(idsOf(model()), (Ids{1, 3, 4}));
+    stack()->undo();
+    QCOMPARE(model().pages(), before);
+}
+
 void TestPdfUndoManager::modelMayGoFirst()
 {
     m_manager->rotatePages({1}, 90);
     QVERIFY(dropPage(4, 0));
     m_observed.reset();
+    // The move's turn comes now.
+    finishMove();
+    QCOMPARE(stack()->count(), 1);
+    QCOMPARE(stack()->undoText(), kRotateRight);
     m_manager.reset();
     finishMove();
-    QVERIFY(!m_manager);
 }
 
 void TestPdfUndoManager::historyOfALargeDocumentStaysSmall()

@@ -1,8 +1,11 @@
 #include "tests/pdf/viewer/dialog_answers.h"
 
 #include "widgets/modern_message_box.h"
+#include "widgets/theme.h"
 
 #include <QApplication>
+#include <QColor>
+#include <QImage>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,6 +22,29 @@ QString labelText(const QWidget *box, const char *objectName)
 {
     const auto *label = box->findChild<QLabel *>(QLatin1String(objectName));
     return label ? label->text() : QString();
+}
+
+int kindOf(const ModernMessageBox *box)
+{
+    struct Accent
+    {
+        QColor color;
+        int kind;
+    };
+    static constexpr Accent kAccents[] = {
+        {Theme::accent, ModernMessageBox::Information},
+        {Theme::success, ModernMessageBox::Success},
+        {Theme::warning, ModernMessageBox::Warning},
+        {Theme::danger, ModernMessageBox::Danger},
+    };
+    auto *bar = box->findChild<QWidget *>(QStringLiteral("messageBoxAccent"));
+    const QColor shown = bar ? bar->grab().toImage().pixelColor(bar->rect().center()) : QColor();
+    for (const Accent &accent : kAccents) {
+        if (accent.color == shown) {
+            return accent.kind;
+        }
+    }
+    return -1;
 }
 
 } // namespace
@@ -80,6 +106,7 @@ void DialogAnswers::answerBox(ModernMessageBox *box)
         return;
     }
     m_answered = box;
+    m_kinds.append(kindOf(box));
     for (const char *name : {"messageBoxTitle", "messageBoxMessage", "messageBoxDetails"}) {
         m_seen.append(labelText(box, name));
     }

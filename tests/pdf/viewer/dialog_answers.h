@@ -15,6 +15,8 @@ class ModernMessageBox;
 /// Answers the modal dialogs and the menus that come up while it lives, one after the other, and
 /// notes what they said.
 ///
+/// Of a message box it also notes the kind, as the colour of its accent bar shows it.
+///
 /// Without a prepared answer a message box is confirmed and everything else is cancelled. A busy
 /// box without buttons is noted and left alone.
 class DialogAnswers final : public QObject
@@ -45,6 +47,8 @@ public:
 
     /// Labels of the password dialogs, and title, text and details of the message boxes.
     [[nodiscard]] QStringList seen() const { return m_seen; }
+    /// The kinds of the message boxes, values of ModernMessageBox::Kind; -1 for none of these.
+    [[nodiscard]] QList<int> kinds() const { return m_kinds; }
     [[nodiscard]] QList<FileDialog> fileDialogs() const { return m_fileDialogs; }
     /// The texts of the last menu; a dash stands for a separator.
     [[nodiscard]] QStringList menuTexts() const { return m_menuTexts; }
@@ -64,6 +68,7 @@ private:
     QList<QStringList> m_files;
     QStringList m_menuEntries;
     QStringList m_seen;
+    QList<int> m_kinds;
     QList<FileDialog> m_fileDialogs;
     QStringList m_menuTexts;
 };

@@ -40,7 +40,7 @@ bool ShownViewer::openPages(int count) const
                             {});
 }
 
-PageGridMode ShownViewer::gridMode() const
+PdfWorkspaceMode ShownViewer::gridMode() const
 {
     return part<PageManagerListView>().mode();
 }

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] PdfBottomControlBar &bottomBar() const { return part<PdfBottomControlBar>(); }
     [[nodiscard]] PdfOperationSidePanel &sidePanel() const { return part<PdfOperationSidePanel>(); }
     [[nodiscard]] QUndoStack &history() const { return part<QUndoStack>(); }
-    [[nodiscard]] PageGridMode gridMode() const;
+    [[nodiscard]] PdfWorkspaceMode gridMode() const;
     /// The stack of the document view and the grid.
     [[nodiscard]] QStackedWidget &views() const;
 

@@ -49,6 +49,7 @@ void TestPageCardGeometry::gridSizesFollowTheZoom_data()
     QTest::addColumn<QSize>("thumbnail");
     QTest::newRow("at the start") << 80 << QSize(260, 272) << QSize(206, 232);
     QTest::newRow("smallest") << 70 << QSize(230, 238) << QSize(181, 203);
+    QTest::newRow("halves are rounded up") << 75 << QSize(245, 255) << QSize(194, 218);
     QTest::newRow("full") << 100 << QSize(320, 340) << QSize(258, 290);
     QTest::newRow("largest") << 160 << QSize(500, 544) << QSize(413, 464);
     QTest::newRow("below the limit") << 10 << QSize(230, 238) << QSize(181, 203);

@@ -31,9 +31,12 @@ class TestPageDrag final : public QObject
 private slots:
     void pageDraggedInThePanelIsMoved_data();
     void pageDraggedInThePanelIsMoved();
+    void panelShowsWhereThePageWouldGo();
+    void dragAfterAMoveOnThePressedStripMovesThePage();
     void panelRefusesPagesOfAnotherDocument();
     void pageDraggedInTheGridIsMoved_data();
     void pageDraggedInTheGridIsMoved();
+    void dragAfterAMoveOnThePressedBoxMovesThePage();
     void gridRefusesPagesOfAnotherDocument();
     void dragKeepsTheSelectionAndMovesOnePage();
     void dragShowsWhereThePageWouldGo();
@@ -66,6 +69,48 @@ void TestPageDrag::pageDraggedInThePanelIsMoved()
     QTEST(idsOf(shown.model), "order");
     QVERIFY(moved.size() <= 1);
     QCOMPARE(shown.list->draggedPage(), PdfPageId(0));
+}
+
+void TestPageDrag::panelShowsWhereThePageWouldGo()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    const int gap = shown.itemAt(1).bottom() + 1 + shown.list->spacing();
+    const QPoint inTheGap(shown.cardCentre(1).x(), gap);
+    QVERIFY(shown.picture().pixelColor(inTheGap) != Theme::accent);
+    QImage during;
+    QTimer::singleShot(0, viewport, [&] {
+        for (const int rise : {11, 10}) {
+            moveMouse(viewport, inTheGap - QPoint(0, rise), Qt::LeftButton);
+            QCoreApplication::processEvents();
+        }
+        during = shown.picture();
+        QTest::keyClick(viewport, Qt::Key_Escape);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, {2000, 2000});
+    });
+    QTest::mousePress(viewport, Qt::LeftButton, {}, shown.cardCentre(0));
+    for (const int distance : {30, 60}) {
+        moveMouse(viewport, shown.cardCentre(0) + QPoint(0, distance), Qt::LeftButton);
+    }
+    QVERIFY(!during.isNull());
+    QCOMPARE(during.pixelColor(inTheGap), Theme::accent);
+    // It is the only mark.
+    const int otherGap = shown.itemAt(0).bottom() + 1 + shown.list->spacing();
+    QVERIFY(during.pixelColor(inTheGap.x(), otherGap) != Theme::accent);
+    QVERIFY(shown.picture().pixelColor(inTheGap) != Theme::accent);
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+}
+
+void TestPageDrag::dragAfterAMoveOnThePressedStripMovesThePage()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    shown.moveTo(shown.stripPart(1, 1));
+    pressAndMoveMouse(viewport, shown.stripPart(1, 1));
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+    dragWithMouse(viewport, shown.cardCentre(0), viewport,
+                  shown.itemAt(2).center() + QPoint(0, 60));
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{2, 3, 1}));
 }
 
 void TestPageDrag::panelRefusesPagesOfAnotherDocument()
@@ -118,6 +163,19 @@ void TestPageDrag::pageDraggedInTheGridIsMoved()
         QCOMPARE(shown.list->visualRect(shown.model.index(row)).topLeft(),
                  QPoint(row % 4 * 260, row / 4 * 272));
     }
+}
+
+void TestPageDrag::dragAfterAMoveOnThePressedBoxMovesThePage()
+{
+    ShownGrid shown(a4Pages(6));
+    QWidget *viewport = shown.list->viewport();
+    const QPoint box = shown.cell(1).selectionBox.center();
+    shown.moveTo(box);
+    pressAndMoveMouse(viewport, box);
+    QCOMPARE(shown.model.selectedRows(), QList<int>{1});
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3, 4, 5, 6}));
+    dragWithMouse(viewport, shown.cell(0).thumbnail.center(), viewport, {700, 400});
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{2, 3, 4, 5, 6, 1}));
 }
 
 void TestPageDrag::gridRefusesPagesOfAnotherDocument()

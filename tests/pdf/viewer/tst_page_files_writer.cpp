@@ -3,6 +3,7 @@
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
 #include "tests/support/pdf_fixture.h"
+#include "widgets/modern_message_box.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,6 +11,13 @@
 
 using namespace Qt::StringLiterals;
 using PageNumbers::numbersIn;
+
+namespace {
+
+const QList<int> kOneInformation{ModernMessageBox::Information};
+const QList<int> kOneError{ModernMessageBox::Danger};
+
+} // namespace
 
 class TestPageFilesWriter final : public QObject
 {
@@ -23,6 +31,7 @@ private slots:
     void filesHoldTheirPlannedPages();
     void failingFileDoesNotStopTheOthers();
     void failureWithoutAFolderNamesEveryFile();
+    void failureWithoutAReasonNamesItsPath();
     void existingFilesAreReplaced();
 
     // Extracting.
@@ -133,6 +142,29 @@ void TestPageFilesWriter::failureWithoutAFolderNamesEveryFile()
     QVERIFY(!QFile::exists(out()));
 }
 
+void TestPageFilesWriter::failureWithoutAReasonNamesItsPath()
+{
+    QVERIFY(m_shown->openPages(3));
+    QStringList tried;
+    QList<qsizetype> pageCounts;
+    const PageFilesResult result =
+        writePageFiles({{u"a.pdf"_s, {0}}, {u"b.pdf"_s, {2, 1}}, {u"c.pdf"_s, {2}}},
+                       m_shown->model().sourcePages(), out(),
+                       [&](const QList<PdfSourcePage> &pages, const QString &path,
+                           PdfBackendError *, QString *message) {
+                           tried.append(path);
+                           pageCounts.append(pages.size());
+                           if (tried.size() == 3) {
+                               *message = u"the engine's words"_s;
+                           }
+                           return tried.size() == 1;
+                       });
+    QCOMPARE(tried, (QStringList{out(u"a.pdf"_s), out(u"b.pdf"_s), out(u"c.pdf"_s)}));
+    QCOMPARE(pageCounts, (QList<qsizetype>{1, 2, 1}));
+    QCOMPARE(result.written, QStringList{out(u"a.pdf"_s)});
+    QCOMPARE(result.failures, (QStringList{out(u"b.pdf"_s), u"the engine's words"_s}));
+}
+
 void TestPageFilesWriter::existingFilesAreReplaced()
 {
     QVERIFY(m_shown->openPages(2));
@@ -154,6 +186,7 @@ void TestPageFilesWriter::extractingSeveralPagesWritesAFileForEach()
     QCOMPARE(numbersIn(out(u"report-2.pdf"_s)), QList<int>{1});
     QCOMPARE(numbersIn(out(u"report-5.pdf"_s)), QList<int>{4});
     QCOMPARE(answers.seen(), doneBox(u"提取完成"_s, 2));
+    QCOMPARE(answers.kinds(), kOneInformation);
 }
 
 void TestPageFilesWriter::extractingCombinedWritesOneFile()
@@ -165,6 +198,7 @@ void TestPageFilesWriter::extractingCombinedWritesOneFile()
     QCOMPARE(written(), QStringList{u"report-extracted.pdf"_s});
     QCOMPARE(numbersIn(out(u"report-extracted.pdf"_s)), (QList<int>{1, 4, 5}));
     QCOMPARE(answers.seen(), doneBox(u"提取完成"_s, 1));
+    QCOMPARE(answers.kinds(), kOneInformation);
 }
 
 void TestPageFilesWriter::extractingASinglePageIgnoresCombining()
@@ -252,6 +286,7 @@ void TestPageFilesWriter::extractingIntoAFolderThatCannotBeMadeIsReported()
     const DialogAnswers answers;
     m_shown->viewer->extractPages(false, out(u"deep"_s));
     QCOMPARE(answers.seen(), (QStringList{u"提取失败"_s, u"无法创建目标文件夹。"_s, QString()}));
+    QCOMPARE(answers.kinds(), kOneError);
 }
 
 void TestPageFilesWriter::extractionTellsOfFailedFiles()
@@ -268,6 +303,7 @@ void TestPageFilesWriter::extractionTellsOfFailedFiles()
     QCOMPARE(answers.seen(),
              (QStringList{u"部分页面提取失败"_s,
                           u"已生成 1 个文件，2 个文件失败。\n\n%1\n%1"_s.arg(reason), QString()}));
+    QCOMPARE(answers.kinds(), kOneError);
     QCOMPARE(written(), QStringList{u"report-4.pdf"_s});
 }
 
@@ -281,6 +317,7 @@ void TestPageFilesWriter::splittingWritesTheRangesBetweenThePoints()
     QCOMPARE(numbersIn(out(u"report-2.pdf"_s)), (QList<int>{1, 2}));
     QCOMPARE(numbersIn(out(u"report-3.pdf"_s)), (QList<int>{3, 4}));
     QCOMPARE(answers.seen(), doneBox(u"拆分完成"_s, 3));
+    QCOMPARE(answers.kinds(), kOneInformation);
 }
 
 void TestPageFilesWriter::splittingEveryPageWritesAFileForEach()
@@ -293,6 +330,7 @@ void TestPageFilesWriter::splittingEveryPageWritesAFileForEach()
         QCOMPARE(numbersIn(out(u"report-%1.pdf"_s.arg(page + 1))), QList<int>{page});
     }
     QCOMPARE(answers.seen(), doneBox(u"拆分完成"_s, 3));
+    QCOMPARE(answers.kinds(), kOneInformation);
 }
 
 void TestPageFilesWriter::splittingIgnoresUselessPoints()
@@ -344,6 +382,7 @@ void TestPageFilesWriter::splittingIntoAFolderThatCannotBeMadeIsReported()
     const DialogAnswers answers;
     m_shown->viewer->splitDocument(true, {}, out());
     QCOMPARE(answers.seen(), (QStringList{u"拆分失败"_s, u"无法创建目标文件夹。"_s, QString()}));
+    QCOMPARE(answers.kinds(), kOneError);
 }
 
 void TestPageFilesWriter::splittingTellsOfFailedFiles()
@@ -361,6 +400,7 @@ void TestPageFilesWriter::splittingTellsOfFailedFiles()
     QCOMPARE(answers.seen(),
              (QStringList{u"部分文件拆分失败"_s,
                           u"已生成 2 个文件，1 个文件失败。\n\n%1"_s.arg(reason), QString()}));
+    QCOMPARE(answers.kinds(), kOneError);
     QCOMPARE(written(), (QStringList{u"report-1.pdf"_s, u"report-2.pdf"_s}));
 }
 

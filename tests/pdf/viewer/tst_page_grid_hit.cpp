@@ -63,64 +63,68 @@ void TestPageGridHit::pageUnderAPoint()
 void TestPageGridHit::hit_data()
 {
     using Hit = PageGridHit;
-    using Mode = PageGridMode;
+    using Mode = PdfWorkspaceMode;
     QTest::addColumn<QPoint>("point");
-    QTest::addColumn<PageGridMode>("mode");
+    QTest::addColumn<PdfWorkspaceMode>("mode");
     QTest::addColumn<int>("hoveredRow");
     QTest::addColumn<PageGridHit>("expected");
 
     // The box of page 1 begins at (286 + 14, 12 + 13) and has sides of 28.
     const Hit box{Hit::SelectionBox, 1, -1};
-    QTest::newRow("box, upper left") << QPoint(300, 25) << Mode::Normal << -1 << box;
-    QTest::newRow("box, lower right") << QPoint(327, 52) << Mode::Normal << -1 << box;
-    QTest::newRow("left of the box") << QPoint(299, 25) << Mode::Normal << -1 << Hit();
-    QTest::newRow("below the box") << QPoint(300, 53) << Mode::Normal << -1 << Hit();
-    QTest::newRow("box while inserting") << QPoint(310, 30) << Mode::Insert << -1 << box;
-    QTest::newRow("box while extracting") << QPoint(310, 30) << Mode::Extract << -1 << box;
-    QTest::newRow("box while splitting") << QPoint(310, 30) << Mode::Split << -1 << box;
+    QTest::newRow("box, upper left") << QPoint(300, 25) << Mode::NormalMode << -1 << box;
+    QTest::newRow("box, lower right") << QPoint(327, 52) << Mode::NormalMode << -1 << box;
+    QTest::newRow("left of the box") << QPoint(299, 25) << Mode::NormalMode << -1 << Hit();
+    QTest::newRow("below the box") << QPoint(300, 53) << Mode::NormalMode << -1 << Hit();
+    QTest::newRow("box while inserting") << QPoint(310, 30) << Mode::InsertMode << -1 << box;
+    QTest::newRow("box while extracting") << QPoint(310, 30) << Mode::ExtractMode << -1 << box;
+    QTest::newRow("box while splitting") << QPoint(310, 30) << Mode::SplitMode << -1 << box;
 
     // The bar of page 1 begins at (286 + 12, 243 - 43); it is 182 wide, its parts 45 each.
     const auto action = [](int part) { return Hit{Hit::Action, 1, part}; };
-    QTest::newRow("preview") << QPoint(298, 200) << Mode::Normal << 1 << action(0);
-    QTest::newRow("end of preview") << QPoint(342, 235) << Mode::Normal << 1 << action(0);
-    QTest::newRow("duplicate") << QPoint(343, 210) << Mode::Normal << 1 << action(1);
-    QTest::newRow("rotate") << QPoint(390, 210) << Mode::Normal << 1 << action(2);
-    QTest::newRow("delete") << QPoint(433, 210) << Mode::Normal << 1 << action(3);
-    QTest::newRow("end of the bar") << QPoint(479, 210) << Mode::Normal << 1 << action(3);
-    QTest::newRow("behind the bar") << QPoint(480, 210) << Mode::Normal << 1 << Hit();
-    QTest::newRow("bar of another page") << QPoint(343, 210) << Mode::Normal << 2 << Hit();
-    QTest::newRow("bar of no page") << QPoint(343, 210) << Mode::Normal << -1 << Hit();
-    QTest::newRow("bar while splitting") << QPoint(343, 210) << Mode::Split << 1 << action(1);
+    QTest::newRow("preview") << QPoint(298, 200) << Mode::NormalMode << 1 << action(0);
+    QTest::newRow("end of preview") << QPoint(342, 235) << Mode::NormalMode << 1 << action(0);
+    QTest::newRow("duplicate") << QPoint(343, 210) << Mode::NormalMode << 1 << action(1);
+    QTest::newRow("rotate") << QPoint(390, 210) << Mode::NormalMode << 1 << action(2);
+    QTest::newRow("delete") << QPoint(433, 210) << Mode::NormalMode << 1 << action(3);
+    QTest::newRow("end of the bar") << QPoint(479, 210) << Mode::NormalMode << 1 << action(3);
+    QTest::newRow("behind the bar") << QPoint(480, 210) << Mode::NormalMode << 1 << Hit();
+    QTest::newRow("bar of another page") << QPoint(343, 210) << Mode::NormalMode << 2 << Hit();
+    QTest::newRow("bar of no page") << QPoint(343, 210) << Mode::NormalMode << -1 << Hit();
+    QTest::newRow("bar while splitting") << QPoint(343, 210) << Mode::SplitMode << 1 << action(1);
 
     // The zone behind page 0 begins at (259 - 16, 127 - 17) and has sides of 34.
     const auto insert = [](int row) { return Hit{Hit::InsertZone, row, -1}; };
-    QTest::newRow("insert, upper left") << QPoint(243, 110) << Mode::Insert << -1 << insert(0);
-    QTest::newRow("insert, lower right") << QPoint(276, 143) << Mode::Insert << -1 << insert(0);
-    QTest::newRow("left of the zone") << QPoint(242, 120) << Mode::Insert << -1 << Hit();
-    QTest::newRow("below the zone") << QPoint(260, 144) << Mode::Insert << -1 << Hit();
-    QTest::newRow("behind the fourth page") << QPoint(1050, 127) << Mode::Insert << -1 << insert(3);
-    QTest::newRow("behind the last page") << QPoint(520, 399) << Mode::Insert << -1 << insert(5);
-    QTest::newRow("insert zone while normal") << QPoint(260, 127) << Mode::Normal << -1 << Hit();
-    QTest::newRow("before the first page") << QPoint(0, 127) << Mode::Insert << -1 << Hit();
+    QTest::newRow("insert, upper left") << QPoint(243, 110) << Mode::InsertMode << -1 << insert(0);
+    QTest::newRow("insert, lower right") << QPoint(276, 143) << Mode::InsertMode << -1 << insert(0);
+    QTest::newRow("left of the zone") << QPoint(242, 120) << Mode::InsertMode << -1 << Hit();
+    QTest::newRow("below the zone") << QPoint(260, 144) << Mode::InsertMode << -1 << Hit();
+    QTest::newRow("behind the fourth page")
+        << QPoint(1050, 127) << Mode::InsertMode << -1 << insert(3);
+    QTest::newRow("behind the last page")
+        << QPoint(520, 399) << Mode::InsertMode << -1 << insert(5);
+    QTest::newRow("insert zone while normal")
+        << QPoint(260, 127) << Mode::NormalMode << -1 << Hit();
+    QTest::newRow("before the first page") << QPoint(0, 127) << Mode::InsertMode << -1 << Hit();
 
     // The zone before page 1 begins at (260 - 14, 12 + 42); it is 28 wide and 148 high.
     const auto split = [](int row) { return Hit{Hit::SplitZone, row, -1}; };
-    QTest::newRow("split, upper left") << QPoint(246, 54) << Mode::Split << -1 << split(1);
-    QTest::newRow("split, lower right") << QPoint(273, 201) << Mode::Split << -1 << split(1);
-    QTest::newRow("left of the gap") << QPoint(245, 100) << Mode::Split << -1 << Hit();
-    QTest::newRow("above the gap") << QPoint(260, 53) << Mode::Split << -1 << Hit();
-    QTest::newRow("below the gap") << QPoint(260, 202) << Mode::Split << -1 << Hit();
-    QTest::newRow("first in its line") << QPoint(3, 399) << Mode::Split << -1 << split(4);
-    QTest::newRow("no split before the first page") << QPoint(3, 127) << Mode::Split << -1 << Hit();
+    QTest::newRow("split, upper left") << QPoint(246, 54) << Mode::SplitMode << -1 << split(1);
+    QTest::newRow("split, lower right") << QPoint(273, 201) << Mode::SplitMode << -1 << split(1);
+    QTest::newRow("left of the gap") << QPoint(245, 100) << Mode::SplitMode << -1 << Hit();
+    QTest::newRow("above the gap") << QPoint(260, 53) << Mode::SplitMode << -1 << Hit();
+    QTest::newRow("below the gap") << QPoint(260, 202) << Mode::SplitMode << -1 << Hit();
+    QTest::newRow("first in its line") << QPoint(3, 399) << Mode::SplitMode << -1 << split(4);
+    QTest::newRow("no split before the first page")
+        << QPoint(3, 127) << Mode::SplitMode << -1 << Hit();
     QTest::newRow("split zone while extracting")
-        << QPoint(260, 127) << Mode::Extract << -1 << Hit();
-    QTest::newRow("nothing") << QPoint(700, 500) << Mode::Normal << -1 << Hit();
+        << QPoint(260, 127) << Mode::ExtractMode << -1 << Hit();
+    QTest::newRow("nothing") << QPoint(700, 500) << Mode::NormalMode << -1 << Hit();
 }
 
 void TestPageGridHit::hit()
 {
     QFETCH(QPoint, point);
-    QFETCH(PageGridMode, mode);
+    QFETCH(PdfWorkspaceMode, mode);
     QFETCH(int, hoveredRow);
     QFETCH(PageGridHit, expected);
     QVERIFY(hitTestPageGrid(gridOf(6), point, mode, hoveredRow) == expected);
@@ -130,7 +134,7 @@ void TestPageGridHit::onePageHasNoSplitZones()
 {
     const PageGridCells grid = gridOf(1);
     for (int x = 0; x < 300; ++x) {
-        const PageGridHit hit = hitTestPageGrid(grid, {x, 127}, PageGridMode::Split, -1);
+        const PageGridHit hit = hitTestPageGrid(grid, {x, 127}, PdfWorkspaceMode::SplitMode, -1);
         QVERIFY(hit.kind != PageGridHit::SplitZone);
     }
 }
@@ -139,7 +143,7 @@ void TestPageGridHit::rowsCountFromTheFirstVisibleOne()
 {
     const PageGridCells grid = gridOf(5006, 5000);
     QCOMPARE(pageInGridAt(grid, thumbnailOf(2).center()), 5002);
-    const PageGridHit split = hitTestPageGrid(grid, {3, 127}, PageGridMode::Split, -1);
+    const PageGridHit split = hitTestPageGrid(grid, {3, 127}, PdfWorkspaceMode::SplitMode, -1);
     QCOMPARE(split.kind, PageGridHit::SplitZone);
     QCOMPARE(split.row, 5000);
 }

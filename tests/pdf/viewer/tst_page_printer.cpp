@@ -3,6 +3,7 @@
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
 #include "tests/support/pdf_fixture.h"
+#include "widgets/modern_message_box.h"
 
 #include <QApplication>
 #include <QFile>
@@ -532,6 +533,7 @@ void TestPagePrinter::failedPrintingIsReported()
     QCOMPARE(answers.seen().at(0), u"打印未完成"_s);
     QVERIFY(answers.seen().at(1).contains(u"changed"_s));
     QCOMPARE(answers.seen().at(2), QString());
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
 }
 
 void TestPagePrinter::printerThatCannotStartIsReported()
@@ -550,6 +552,7 @@ void TestPagePrinter::printerThatCannotStartIsReported()
         QSKIP("the print dialog of this system cannot be answered");
     }
     QCOMPARE(answers.seen(), (QStringList{u"打印失败"_s, u"无法启动打印任务。"_s, QString()}));
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
 }
 
 QTEST_MAIN(TestPagePrinter)

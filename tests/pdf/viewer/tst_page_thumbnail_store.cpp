@@ -78,6 +78,7 @@ private slots:
     void trimDropsTheFarthestImagesFirst();
     void roomCountsWhatIsOnItsWay();
     void urgentRequestsWaitForStaleOnes();
+    void clearedStoreDoesNotWaitForOldRequests();
     void cancelledRequestsCanBeRestarted();
     void imagesForOtherPurposesAreIgnored();
     void callsTakeSeveralPages();
@@ -280,6 +281,27 @@ void TestPageThumbnailStore::urgentRequestsWaitForStaleOnes()
     QVERIFY(room.wait());
     f.request({kStale});
     QVERIFY(f.store.isPending(kStale + 1));
+}
+
+void TestPageThumbnailStore::clearedStoreDoesNotWaitForOldRequests()
+{
+    constexpr int kStale = PageThumbnailStore::kMaximumStaleRequests + 1;
+    Fixture f(2 * kStale);
+    f.probe.hold();
+    f.request(rowsFrom(0, kStale));
+    f.request({kStale});
+    QVERIFY(!f.store.isPending(kStale + 1));
+    f.store.clear();
+    QCOMPARE(f.store.pendingCount(), 0);
+    f.request({kStale});
+    QVERIFY(f.store.isPending(kStale + 1));
+
+    const QSignalSpy room(&f.store, &PageThumbnailStore::roomAvailable);
+    const QSignalSpy rendered(&f.manager, &PdfRenderManager::pageRendered);
+    f.probe.release();
+    QTRY_COMPARE(rendered.size(), kStale + 1);
+    QCOMPARE(room.size(), 0);
+    QCOMPARE(f.store.heldCount(), 1);
 }
 
 void TestPageThumbnailStore::cancelledRequestsCanBeRestarted()

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
+#include <QPainter>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
@@ -40,6 +41,7 @@ private slots:
     void barItself();
     void signalsInOrder();
     void controlsFromLeftToRight();
+    void staysHiddenInAShownParent();
     void startsEmptyAtHundredPercent();
     void buttonsTakeNoFocusAndShowAHand();
     void colours();
@@ -50,9 +52,12 @@ private slots:
     void pageCountBoundsTheCurrentPage();
     void currentPageIsClamped_data();
     void currentPageIsClamped();
+    void arrowsShowTheirIcons();
     void arrowsAskToTurnPages();
     void typedNumber_data();
     void typedNumber();
+    void numberBeyondTheEndWhereOneIsComesBack_data();
+    void numberBeyondTheEndWhereOneIsComesBack();
     void numberIsCommittedWhenTheFocusLeaves();
     void numberIsCommittedOnce();
     void emptiedNumberComesBack();
@@ -199,6 +204,18 @@ void TestPdfBottomControlBar::controlsFromLeftToRight()
     QCOMPARE(next()->toolTip(), QStringLiteral("下一页"));
 }
 
+void TestPdfBottomControlBar::staysHiddenInAShownParent()
+{
+    QWidget parent;
+    auto *bar = new PdfBottomControlBar(&parent);
+    parent.resize(600, 100);
+    parent.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&parent));
+    QVERIFY(!bar->isVisible());
+    bar->show();
+    QVERIFY(bar->isVisible());
+}
+
 void TestPdfBottomControlBar::startsEmptyAtHundredPercent()
 {
     QCOMPARE(total()->text(), QStringLiteral("/0"));
@@ -333,6 +350,35 @@ void TestPdfBottomControlBar::currentPageIsClamped()
     QVERIFY(edit()->isEnabled());
 }
 
+void TestPdfBottomControlBar::arrowsShowTheirIcons()
+{
+    const QColor background(0x4A4C50);
+    const auto shows = [&](QPushButton *arrow, int left, const char *name) {
+        // Beside the line of one pixel between the arrow and the number.
+        const QRect face(left, 0, 37, 38);
+        QImage expected(arrow->size(), QImage::Format_RGB32);
+        expected.fill(background);
+        QPainter painter(&expected);
+        QIcon(QStringLiteral(":/res/icons/pdfviewer/") + QLatin1String(name)).paint(&painter, face);
+        painter.end();
+        // Without the rounded corners.
+        const QRect inner = face.adjusted(5, 5, -5, -5);
+        const QImage shown = m_bar->grab(QRect(arrow->mapTo(m_bar.get(), QPoint()), arrow->size()))
+                                 .toImage()
+                                 .convertToFormat(QImage::Format_RGB32);
+        QImage empty = expected.copy(inner);
+        empty.fill(background);
+        return shown.copy(inner) == expected.copy(inner) && shown.copy(inner) != empty;
+    };
+    QTest::mouseMove(m_bar.get(), QPoint(3, 26));
+    m_bar->setPageCount(2);
+    QTRY_VERIFY(shows(previous(), 0, "previous-disabled.png"));
+    QVERIFY(shows(next(), 1, "next.png"));
+    m_bar->setCurrentPage(1);
+    QVERIFY(shows(previous(), 0, "previous.png"));
+    QVERIFY(shows(next(), 1, "next-disabled.png"));
+}
+
 void TestPdfBottomControlBar::arrowsAskToTurnPages()
 {
     const QSignalSpy back(m_bar.get(), &PdfBottomControlBar::previousPageRequested);
@@ -390,6 +436,36 @@ void TestPdfBottomControlBar::typedNumber()
         QCOMPARE(page.at(0).at(0).toInt(), requested);
     }
     QTEST(edit()->text(), "shown");
+}
+
+void TestPdfBottomControlBar::numberBeyondTheEndWhereOneIsComesBack_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("zero on the first page") << 0 << QStringLiteral("0") << QStringLiteral("1");
+    QTest::newRow("zeros on the first page") << 0 << QStringLiteral("00") << QStringLiteral("1");
+    QTest::newRow("beyond the end on the last page")
+        << 19 << QStringLiteral("21") << QStringLiteral("20");
+    QTest::newRow("far beyond the end on the last page")
+        << 19 << QStringLiteral("4000") << QStringLiteral("20");
+}
+
+void TestPdfBottomControlBar::numberBeyondTheEndWhereOneIsComesBack()
+{
+    QFETCH(int, current);
+    QFETCH(QString, typed);
+    m_bar->setPageCount(20);
+    m_bar->setCurrentPage(current);
+    const QSignalSpy page(m_bar.get(), &PdfBottomControlBar::pageRequested);
+    type(typed);
+    QCOMPARE(edit()->text(), typed);
+    QTest::keyClick(edit(), Qt::Key_Return);
+    QTEST(edit()->text(), "shown");
+    type(typed);
+    edit()->clearFocus();
+    QTEST(edit()->text(), "shown");
+    QCOMPARE(page.size(), 0);
 }
 
 void TestPdfBottomControlBar::numberIsCommittedWhenTheFocusLeaves()

@@ -1,21 +1,34 @@
 #include "pdf/viewer/pdf_page_manager_view.h"
 
 #include "pdf/viewer/page_grid_zoom_control.h"
+#include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_grid.h"
 #include "tests/pdf/viewer/shown_view.h"
 
+#include <QHash>
+#include <QMetaMethod>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QStyledItemDelegate>
 #include <QTest>
 #include <QToolButton>
 #include <QToolTip>
 
 namespace {
 
+constexpr int kNormalMode = 0;
 constexpr int kInsertMode = 1;
 constexpr int kExtractMode = 2;
 constexpr int kSplitMode = 3;
+
+/// What can be pressed on a page.
+enum class PagePart {
+    ActionBar,
+    SelectionBox,
+    InsertZone,
+    SplitZone,
+};
 
 /// The rows of the latest report of split points.
 QList<int> lastRows(const QSignalSpy &spy)
@@ -32,8 +45,10 @@ class TestPdfPageManagerView final : public QObject
 
 private slots:
     void hasItsShape();
+    void signalsInOrder();
     void listHasItsSettings();
     void zoomControlFloatsAtTheBottom();
+    void zoomControlIsRaised();
     void zoomControlHasItsSteps();
     void zoomSetsTheSizes_data();
     void zoomSetsTheSizes();
@@ -47,6 +62,8 @@ private slots:
     void actionBarOfTheHoveredPageActs();
     void actionBarOfAnotherPageIsNoAction();
     void takenPressDoesNotReachTheList();
+    void movingWithAPressedPartNeitherSelectsNorDrags_data();
+    void movingWithAPressedPartNeitherSelectsNorDrags();
     void otherPressReachesTheList();
     void pressOutsideOfThePagesReachesTheList();
     void rightButtonDoesNotAct();
@@ -64,6 +81,7 @@ private slots:
     void splitPointsOfDeletedPagesStopCounting();
     void splitPointsAreReportedAgainAfterAReset();
     void splitPointsOfAnotherModelAreForgotten();
+    void sameModelKeepsTheSplitPoints();
     void everyPageSplitFollowsThePageCount();
     void selectAllChoosesAllPages();
     void spaceChoosesTheCurrentPage();
@@ -86,10 +104,29 @@ void TestPdfPageManagerView::hasItsShape()
     QCOMPARE(shown.list->visualRect(shown.model.index(1)), QRect(260, 0, 260, 272));
 }
 
+void TestPdfPageManagerView::signalsInOrder()
+{
+    QByteArrayList signatures;
+    const QMetaObject &meta = PdfPageManagerView::staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == QMetaMethod::Signal) {
+            signatures << meta.method(i).methodSignature();
+        }
+    }
+    QCOMPARE(signatures,
+             (QByteArrayList{"previewPageRequested(PdfPageId)", "duplicatePageRequested(PdfPageId)",
+                             "rotatePageRequested(PdfPageId)", "deletePageRequested(PdfPageId)",
+                             "insertAtRequested(int,QPoint)", "splitPointsChanged(QList<int>)"}));
+}
+
 void TestPdfPageManagerView::listHasItsSettings()
 {
     const ShownGrid shown(a4Pages(3));
     const QListView &list = *shown.list;
+    QCOMPARE(list.metaObject()->className(), "PageManagerListView");
+    const QAbstractItemDelegate *delegate = list.itemDelegate();
+    QCOMPARE(delegate->metaObject()->className(), "PageManagerDelegate");
+    QVERIFY(qobject_cast<const QStyledItemDelegate *>(delegate));
     QCOMPARE(list.viewMode(), QListView::IconMode);
     QCOMPARE(list.flow(), QListView::LeftToRight);
     QVERIFY(list.isWrapping());
@@ -119,6 +156,21 @@ void TestPdfPageManagerView::zoomControlFloatsAtTheBottom()
         QCOMPARE(viewport.bottom() - control->geometry().bottom(), 16);
         QVERIFY(std::abs(control->geometry().center().x() - viewport.center().x()) <= 1);
     }
+}
+
+void TestPdfPageManagerView::zoomControlIsRaised()
+{
+    ShownGrid shown(a4Pages(40));
+    const auto *control = shown.view.findChild<PageGridZoomControl *>();
+    const auto isOnTop = [&] {
+        const QPoint corner = control->geometry().topLeft() + QPoint(6, 6);
+        return shown.view.childAt(corner) == control;
+    };
+    QVERIFY(isOnTop());
+    shown.list->raise();
+    QVERIFY(!isOnTop());
+    shown.view.resize(900, 600);
+    QVERIFY(isOnTop());
 }
 
 void TestPdfPageManagerView::zoomControlHasItsSteps()
@@ -151,11 +203,13 @@ void TestPdfPageManagerView::zoomSetsTheSizes_data()
 {
     QTest::addColumn<int>("zoom");
     QTest::addColumn<QSize>("cell");
-    QTest::newRow("smallest") << 70 << QSize(230, 238);
-    QTest::newRow("full") << 100 << QSize(320, 340);
-    QTest::newRow("largest") << 160 << QSize(500, 544);
-    QTest::newRow("below the limit") << 10 << QSize(230, 238);
-    QTest::newRow("above the limit") << 1000 << QSize(500, 544);
+    QTest::addColumn<QSize>("thumbnail");
+    QTest::newRow("smallest") << 70 << QSize(230, 238) << QSize(181, 203);
+    QTest::newRow("with halves") << 75 << QSize(245, 255) << QSize(194, 218);
+    QTest::newRow("full") << 100 << QSize(320, 340) << QSize(258, 290);
+    QTest::newRow("largest") << 160 << QSize(500, 544) << QSize(413, 464);
+    QTest::newRow("below the limit") << 10 << QSize(230, 238) << QSize(181, 203);
+    QTest::newRow("above the limit") << 1000 << QSize(500, 544) << QSize(413, 464);
 }
 
 void TestPdfPageManagerView::zoomSetsTheSizes()
@@ -166,6 +220,7 @@ void TestPdfPageManagerView::zoomSetsTheSizes()
     shown.slider->setValue(zoom);
     QCOMPARE(shown.list->gridSize(), cell);
     QCOMPARE(shown.list->metrics().cell, cell);
+    QTEST(shown.list->metrics().thumbnail, "thumbnail");
     QCOMPARE(shown.list->visualRect(shown.model.index(1)).size(), cell);
 }
 
@@ -293,6 +348,70 @@ void TestPdfPageManagerView::takenPressDoesNotReachTheList()
     shown.click(shown.barPartOf(1, 0));
     shown.click(shown.cell(3).selectionBox.center());
     QCOMPARE(clicked.size(), 0);
+    QCOMPARE(shown.list->currentIndex().row(), 1);
+}
+
+void TestPdfPageManagerView::movingWithAPressedPartNeitherSelectsNorDrags_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<PagePart>("part");
+    QTest::addColumn<int>("clickedRow");
+    for (const int clickedRow : {-1, 0}) {
+        const auto addRow = [clickedRow](const char *name, int mode, PagePart part) {
+            QTest::addRow("%s, %s", name, clickedRow < 0 ? "nothing chosen" : "a page chosen")
+                << mode << part << clickedRow;
+        };
+        addRow("action bar", kNormalMode, PagePart::ActionBar);
+        addRow("selection box", kNormalMode, PagePart::SelectionBox);
+        addRow("insertion zone", kInsertMode, PagePart::InsertZone);
+        addRow("split zone", kSplitMode, PagePart::SplitZone);
+    }
+}
+
+void TestPdfPageManagerView::movingWithAPressedPartNeitherSelectsNorDrags()
+{
+    QFETCH(int, mode);
+    QFETCH(PagePart, part);
+    QFETCH(int, clickedRow);
+    ShownGrid shown(a4Pages(6));
+    shown.view.setWorkspaceMode(mode);
+    // A list that gets the focus makes its first row the current one.
+    shown.view.activateWindow();
+    shown.list->setFocus();
+    QTRY_VERIFY(shown.list->hasFocus());
+    QModelIndexList selected;
+    if (clickedRow >= 0) {
+        shown.click(shown.cell(clickedRow).thumbnail.center());
+        selected = {shown.model.index(clickedRow)};
+    }
+    const QModelIndex current = shown.list->currentIndex();
+    QSignalSpy rotate(&shown.view, &PdfPageManagerView::rotatePageRequested);
+    QSignalSpy insert(&shown.view, &PdfPageManagerView::insertAtRequested);
+    QSignalSpy split(&shown.view, &PdfPageManagerView::splitPointsChanged);
+    QSignalSpy clicked(shown.list, &QAbstractItemView::clicked);
+    QSignalSpy dragged(shown.list, &PageListView::dragStarted);
+    QSignalSpy moved(&shown.model, &QAbstractItemModel::rowsMoved);
+    const PageCellGeometry cell = shown.cell(5);
+    const QHash<PagePart, QPoint> points{{PagePart::ActionBar, shown.barPartOf(5, 2)},
+                                         {PagePart::SelectionBox, cell.selectionBox.center()},
+                                         {PagePart::InsertZone, cell.insertZone.center()},
+                                         {PagePart::SplitZone, cell.splitZone.center()}};
+    shown.moveTo(points.value(part));
+    pressAndMoveMouse(shown.list->viewport(), points.value(part));
+    QCOMPARE(rotate.size(), part == PagePart::ActionBar ? 1 : 0);
+    QCOMPARE(insert.size(), part == PagePart::InsertZone ? 1 : 0);
+    QCOMPARE(split.size(), part == PagePart::SplitZone ? 1 : 0);
+    QCOMPARE(shown.model.selectedRows(),
+             part == PagePart::SelectionBox ? QList<int>{5} : QList<int>());
+    QCOMPARE(dragged.size(), 0);
+    QCOMPARE(moved.size(), 0);
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(shown.list->currentIndex(), current);
+    QCOMPARE(shown.list->selectionModel()->selectedIndexes(), selected);
+
+    // What comes after is a click as ever.
+    shown.click(shown.cell(1).thumbnail.center());
+    QCOMPARE(clicked.size(), 1);
     QCOMPARE(shown.list->currentIndex().row(), 1);
 }
 
@@ -512,6 +631,23 @@ void TestPdfPageManagerView::splitPointsOfAnotherModelAreForgotten()
     shown.view.setModel(&other);
     QTRY_COMPARE(lastRows(split), QList<int>());
     shown.view.setModel(nullptr);
+}
+
+void TestPdfPageManagerView::sameModelKeepsTheSplitPoints()
+{
+    ShownGrid shown(a4Pages(6));
+    shown.view.setWorkspaceMode(kSplitMode);
+    shown.click(shown.cell(2).splitZone.center());
+    QSignalSpy split(&shown.view, &PdfPageManagerView::splitPointsChanged);
+    shown.view.setModel(&shown.model);
+    QCoreApplication::processEvents();
+    QCOMPARE(split.size(), 0);
+    shown.click(shown.cell(4).splitZone.center() + QPoint(4, 0));
+    QCOMPARE(lastRows(split), (QList<int>{2, 4}));
+    // The model is listened to once.
+    shown.model.removePages({3});
+    QTRY_COMPARE(lastRows(split), QList<int>{3});
+    QCOMPARE(split.size(), 2);
 }
 
 void TestPdfPageManagerView::everyPageSplitFollowsThePageCount()

@@ -2,12 +2,16 @@
 
 #include "pdf/viewer/page_card_geometry.h"
 #include "pdf/viewer/pdf_insert_drop_zone.h"
+#include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_panel.h"
 #include "tests/pdf/viewer/shown_view.h"
 #include "widgets/theme.h"
 
 #include <QDragEnterEvent>
+#include <QIcon>
+#include <QMetaMethod>
 #include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -47,6 +51,7 @@ class TestPdfThumbnailPanel final : public QObject
 
 private slots:
     void hasItsShape();
+    void signalsInOrder();
     void listHasItsSettings();
     void clickActivatesThePage();
     void arrowKeyActivatesThePage();
@@ -57,6 +62,8 @@ private slots:
     void rightButtonDoesNotActOnTheStrip();
     void secondPressOfADoubleClickActsAgain();
     void releaseOnTheStripIsNoClick();
+    void movingWithThePressedStripNeitherSelectsNorDrags_data();
+    void movingWithThePressedStripNeitherSelectsNorDrags();
     void leavingEndsTheHover();
     void scrollingMovesTheHover();
     void toolTipsNameTheActions();
@@ -72,6 +79,8 @@ private slots:
     void pageFromOutsideTheProgramIsRefused();
     void modelCanBeReplacedAndTakenAway();
     void paintsCardImageCaptionAndStrip();
+    void stripIsPaintedOnTheHoveredRowOnly();
+    void stripShowsItsIconsInOrder();
     void waitingAndFailedPagesShowATextEach();
 };
 
@@ -92,6 +101,21 @@ void TestPdfThumbnailPanel::hasItsShape()
     QCOMPARE(list.right(), shown.panel.width() - 1 - 8);
     QCOMPARE(zone->geometry().top(), list.bottom() + 1 + 8);
     QCOMPARE(zone->geometry().bottom(), shown.panel.height() - 1 - 10);
+}
+
+void TestPdfThumbnailPanel::signalsInOrder()
+{
+    QByteArrayList signatures;
+    const QMetaObject &meta = PdfThumbnailPanel::staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == QMetaMethod::Signal) {
+            signatures << meta.method(i).methodSignature();
+        }
+    }
+    QCOMPARE(signatures,
+             (QByteArrayList{"pageActivated(int)", "insertFilesRequested(QStringList,int)",
+                             "chooseInsertFilesRequested(int)", "previewPageRequested(PdfPageId)",
+                             "rotatePageRequested(PdfPageId)", "deletePageRequested(PdfPageId)"}));
 }
 
 void TestPdfThumbnailPanel::listHasItsSettings()
@@ -219,6 +243,47 @@ void TestPdfThumbnailPanel::releaseOnTheStripIsNoClick()
     shown.moveTo(shown.cardCentre(1));
     QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(1));
     QCOMPARE(activated.size(), 1);
+}
+
+void TestPdfThumbnailPanel::movingWithThePressedStripNeitherSelectsNorDrags_data()
+{
+    QTest::addColumn<int>("clickedRow");
+    QTest::newRow("nothing chosen before") << -1;
+    QTest::newRow("another page chosen before") << 0;
+}
+
+void TestPdfThumbnailPanel::movingWithThePressedStripNeitherSelectsNorDrags()
+{
+    QFETCH(int, clickedRow);
+    ShownPanel shown(a4Pages(5));
+    // A list that gets the focus makes its first row the current one.
+    shown.panel.activateWindow();
+    shown.list->setFocus();
+    QTRY_VERIFY(shown.list->hasFocus());
+    QModelIndexList selected;
+    if (clickedRow >= 0) {
+        QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(clickedRow));
+        selected = {shown.model.index(clickedRow)};
+    }
+    const QModelIndex current = shown.list->currentIndex();
+    QSignalSpy rotate(&shown.panel, &PdfThumbnailPanel::rotatePageRequested);
+    QSignalSpy activated(&shown.panel, &PdfThumbnailPanel::pageActivated);
+    QSignalSpy dragged(shown.list, &PageListView::dragStarted);
+    QSignalSpy moved(&shown.model, &QAbstractItemModel::rowsMoved);
+    const QPoint point = shown.stripPart(1, 1);
+    shown.moveTo(point);
+    pressAndMoveMouse(shown.list->viewport(), point);
+    QCOMPARE(rotate.size(), 1);
+    QCOMPARE(dragged.size(), 0);
+    QCOMPARE(moved.size(), 0);
+    QCOMPARE(activated.size(), 0);
+    QCOMPARE(shown.list->currentIndex(), current);
+    QCOMPARE(shown.list->selectionModel()->selectedIndexes(), selected);
+
+    // What comes after is a click as ever.
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(1));
+    QCOMPARE(activated.size(), 1);
+    QCOMPARE(shown.list->currentIndex().row(), 1);
 }
 
 void TestPdfThumbnailPanel::leavingEndsTheHover()
@@ -424,7 +489,6 @@ void TestPdfThumbnailPanel::paintsCardImageCaptionAndStrip()
     QVERIFY(holdsColor(image, second.caption, Theme::accent));
     QVERIFY(!holdsColor(image, first.caption, Theme::accent));
 
-    QVERIFY(image.pixelColor(first.actionStrip.topLeft() + QPoint(3, 17)) != Theme::hover);
     shown.moveTo(first.card.topLeft() + QPoint(10, 10));
     image = shown.picture();
     QCOMPARE(image.pixelColor(inFirstCard), Theme::hover);
@@ -436,6 +500,56 @@ void TestPdfThumbnailPanel::paintsCardImageCaptionAndStrip()
     QTest::mousePress(shown.list->viewport(), Qt::LeftButton, {}, shown.stripPart(0, 1));
     image = shown.picture();
     QCOMPARE(image.pixelColor(first.actionStrip.center() + QPoint(0, 12)), Theme::pressed);
+}
+
+void TestPdfThumbnailPanel::stripIsPaintedOnTheHoveredRowOnly()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    QTRY_COMPARE(shown.panel.thumbnails().heldCount(), 3);
+    // Below the icons of the strip, where the page shows as long as there is no strip.
+    const auto colorInTheStrip = [&shown](int row) {
+        const QRect strip = thumbnailRowGeometry(shown.itemAt(row)).actionStrip;
+        return shown.picture().pixelColor(strip.center() + QPoint(0, 12));
+    };
+    for (int row = 0; row < 3; ++row) {
+        QCOMPARE(colorInTheStrip(row), RenderProbe::colorOf(row));
+    }
+    for (int hovered = 0; hovered < 3; ++hovered) {
+        shown.moveTo(thumbnailRowGeometry(shown.itemAt(hovered)).card.topLeft() + QPoint(10, 10));
+        for (int row = 0; row < 3; ++row) {
+            QCOMPARE(colorInTheStrip(row),
+                     row == hovered ? QColor(Theme::white) : RenderProbe::colorOf(row));
+        }
+    }
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(shown.list->viewport(), &leave);
+    QCOMPARE(colorInTheStrip(2), RenderProbe::colorOf(2));
+}
+
+void TestPdfThumbnailPanel::stripShowsItsIconsInOrder()
+{
+    ShownPanel shown(a4Pages(2));
+    shown.moveTo(thumbnailRowGeometry(shown.itemAt(0)).card.topLeft() + QPoint(10, 10));
+    const QRect strip = thumbnailRowGeometry(shown.itemAt(0)).actionStrip;
+    const QImage picture = shown.picture().convertToFormat(QImage::Format_RGB32);
+    const QStringList icons{QStringLiteral(":/res/icons/pdfviewer/expand.png"),
+                            QStringLiteral(":/res/icons/pdfviewer/rotate-right.png"),
+                            QStringLiteral(":/res/icons/modern/trash.png")};
+    QList<QImage> painted;
+    for (int part = 0; part < 3; ++part) {
+        constexpr QSize kIconSize(20, 20);
+        const QRect place = centredIn(barPart(strip, 3, part), kIconSize).toRect();
+        painted.append(picture.copy(place));
+        QImage expected(kIconSize, QImage::Format_RGB32);
+        expected.fill(Theme::white);
+        QPainter painter(&expected);
+        QIcon(icons.at(part)).paint(&painter, expected.rect());
+        painter.end();
+        QVERIFY2(painted.constLast() == expected, qPrintable(icons.at(part)));
+    }
+    QVERIFY(painted.at(0) != painted.at(1));
+    QVERIFY(painted.at(1) != painted.at(2));
+    QVERIFY(painted.at(2) != painted.at(0));
 }
 
 void TestPdfThumbnailPanel::waitingAndFailedPagesShowATextEach()

@@ -1,14 +1,32 @@
+#include "pdf/viewer/page_card_geometry.h"
 #include "tests/pdf/viewer/shown_panel.h"
 #include "tests/pdf/viewer/shown_view.h"
 
 #include <QPainter>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace {
 
 constexpr QSize kA4Thumbnail{117, 166};
+
+/// The height of a panel that has as many rows in view, the last of them only in part.
+int panelHeightForRows(int rows)
+{
+    constexpr int kDropZoneAndMargins = 180;
+    constexpr int kSpacing = 2;
+    return kDropZoneAndMargins + rows * (kThumbnailRowHeight + kSpacing) - kThumbnailRowHeight / 2;
+}
+
+QTimer *generationTimer(const PdfThumbnailPanel &panel)
+{
+    return panel.findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+}
 
 } // namespace
 
@@ -21,6 +39,9 @@ private slots:
     void visibleRowsComeFirstAndThenTheRest();
     void targetSizeFollowsTheDisplaySize();
     void backgroundPassWaitsWhileManyRendersAreInFlight();
+    void twoRowsAboveAndFourBelowTheViewAreRequested_data();
+    void twoRowsAboveAndFourBelowTheViewAreRequested();
+    void rowsScrolledIntoViewOvertakeTheBackgroundPass();
     void scrollingRequestsTheRowsInView();
     void currentPageRequestsTheRowsInView();
     void overtakenResultIsDropped();
@@ -31,6 +52,8 @@ private slots:
     void removedPagesAreForgotten();
     void failuresDoNotLoop();
     void hiddenPanelRequestsNothing();
+    void panelWithoutAManagerWaits();
+    void resultsOfAFormerManagerAreIgnored();
     void cancelledWorkIsRestarted();
     void replacedDocumentAfterACancelGetsItsThumbnails();
 };
@@ -57,19 +80,87 @@ void TestPdfThumbnailPanelImages::targetSizeFollowsTheDisplaySize()
 
 void TestPdfThumbnailPanelImages::backgroundPassWaitsWhileManyRendersAreInFlight()
 {
-    ShownPanel shown(a4Pages(200));
+    // Six rows are in view and four below them are asked for with them; a batch makes it 18.
+    ShownPanel shown({}, {210, panelHeightForRows(6)});
     shown.probe.hold();
-    shown.panel.setModel(nullptr);
-    shown.panel.setModel(&shown.model);
-    shown.manager.clearCache();
+    shown.model.setPages(recordsOfSizes(a4Pages(200)), false);
     const auto pending = [&shown] { return shown.panel.thumbnails().pendingCount(); };
-    QTRY_VERIFY(pending() >= 18);
-    const int before = pending();
-    QVERIFY(before < 18 + 8);
-    QTest::qWait(250);
-    QCOMPARE(pending(), before);
+    QTRY_COMPARE(pending(), 18);
+
+    const QTimer *timer = generationTimer(shown.panel);
+    QVERIFY(timer);
+    QList<int> intervals;
+    connect(timer, &QTimer::timeout, &shown.panel,
+            [&] { intervals.append(timer->isActive() ? timer->interval() : -1); });
+    QTRY_VERIFY(intervals.size() >= 4);
+    QCOMPARE(intervals.first(4), (QList<int>{50, 50, 50, 50}));
+    QCOMPARE(pending(), 18);
     shown.probe.release();
     QTRY_COMPARE(shown.panel.thumbnails().heldCount(), 200);
+}
+
+void TestPdfThumbnailPanelImages::twoRowsAboveAndFourBelowTheViewAreRequested_data()
+{
+    QTest::addColumn<int>("topRow");
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("last");
+    // Three rows are in view.
+    QTest::newRow("start") << 0 << 0 << 6;
+    QTest::newRow("second row") << 1 << 0 << 7;
+    QTest::newRow("middle") << 50 << 48 << 56;
+    QTest::newRow("near the end") << 95 << 93 << 99;
+    QTest::newRow("end") << 97 << 95 << 99;
+}
+
+void TestPdfThumbnailPanelImages::twoRowsAboveAndFourBelowTheViewAreRequested()
+{
+    QFETCH(int, topRow);
+    ShownPanel shown({}, {210, panelHeightForRows(3)});
+    shown.probe.hold();
+    // The rows in view only.
+    generationTimer(shown.panel)->blockSignals(true);
+    shown.model.setPages(recordsOfSizes(a4Pages(100)), false);
+    QTRY_VERIFY(shown.panel.thumbnails().pendingCount() > 0);
+    shown.list->scrollTo(shown.model.index(topRow), QAbstractItemView::PositionAtTop);
+    shown.panel.restartRequests();
+    QCOMPARE(shown.panel.thumbnails().pendingCount(), 0);
+    QTRY_VERIFY(shown.panel.thumbnails().pendingCount() > 0);
+    QList<int> rows;
+    for (int row = 0; row < 100; ++row) {
+        if (shown.panel.thumbnails().isPending(shown.model.pageAt(row)->id)) {
+            rows.append(row);
+        }
+    }
+    QTEST(rows.constFirst(), "first");
+    QTEST(rows.constLast(), "last");
+    QCOMPARE(rows.size(), rows.constLast() - rows.constFirst() + 1);
+}
+
+void TestPdfThumbnailPanelImages::rowsScrolledIntoViewOvertakeTheBackgroundPass()
+{
+    ShownPanel shown({}, {210, panelHeightForRows(6)});
+    shown.probe.hold();
+    shown.model.setPages(recordsOfSizes(a4Pages(200)), false);
+    QTRY_COMPARE(shown.panel.thumbnails().pendingCount(), 18);
+    // Rows 10 to 17 were asked for in the background and have to wait.
+    shown.list->verticalScrollBar()->setValue(shown.list->verticalScrollBar()->maximum());
+    QTRY_VERIFY(shown.panel.thumbnails().isPending(200));
+    shown.probe.release();
+    QTRY_VERIFY(shown.thumbnail(199) && shown.thumbnail(17));
+
+    QList<int> order;
+    for (const RenderProbe::Render &render : shown.probe.renders()) {
+        order.append(render.pageIndex);
+    }
+    qsizetype lastInView = 0;
+    for (int row = 194; row < 200; ++row) {
+        QVERIFY(order.contains(row));
+        lastInView = std::max(lastInView, order.indexOf(row));
+    }
+    const auto isBackground = [](int row) { return row >= 10 && row < 18; };
+    const auto earlier = std::count_if(order.cbegin(), order.cbegin() + lastInView, isBackground);
+    // Other threads may begin with the next pages while one begins with the last in view.
+    QVERIFY2(earlier < 4, qPrintable(QString::number(earlier)));
 }
 
 void TestPdfThumbnailPanelImages::scrollingRequestsTheRowsInView()
@@ -192,6 +283,45 @@ void TestPdfThumbnailPanelImages::hiddenPanelRequestsNothing()
     QVERIFY(shown.panel.thumbnails().heldCount() <= held);
     shown.panel.show();
     QTRY_COMPARE(shown.panel.thumbnails().heldCount(), 200);
+}
+
+void TestPdfThumbnailPanelImages::panelWithoutAManagerWaits()
+{
+    ShownPanel shown(a4Pages(3));
+    QTRY_COMPARE(shown.panel.thumbnails().heldCount(), 3);
+    shown.panel.setRenderManager(nullptr);
+    shown.model.rotatePages({1, 2}, 90);
+    const qsizetype renders = shown.probe.renders().size();
+    QTest::qWait(100);
+    QCOMPARE(shown.panel.thumbnails().pendingCount(), 0);
+    QCOMPARE(shown.probe.renders().size(), renders);
+    QVERIFY(!shown.picture().isNull());
+    shown.panel.setRenderManager(&shown.manager);
+    QTRY_COMPARE(shown.thumbnail(0)->size(), QSize(136, 96));
+    QTRY_COMPARE(shown.thumbnail(1)->size(), QSize(136, 96));
+}
+
+void TestPdfThumbnailPanelImages::resultsOfAFormerManagerAreIgnored()
+{
+    RenderProbe probe;
+    PdfRenderManager manager(nullptr, probe.function());
+    const auto released = qScopeGuard([&probe] { probe.release(); });
+    ShownPanel shown({});
+    shown.probe.hold();
+    probe.hold();
+    shown.model.setPages(recordsOfSizes(a4Pages(3)), false);
+    QTRY_COMPARE(shown.panel.thumbnails().pendingCount(), 3);
+    QSignalSpy formerRendered(&shown.manager, &PdfRenderManager::pageRendered);
+    // The requests of both managers bear the same numbers.
+    shown.panel.setRenderManager(&manager);
+    QTRY_COMPARE(shown.panel.thumbnails().pendingCount(), 3);
+    shown.probe.release();
+    QTRY_COMPARE(formerRendered.size(), 3);
+    QCOMPARE(shown.panel.thumbnails().heldCount(), 0);
+    QCOMPARE(shown.panel.thumbnails().pendingCount(), 3);
+    probe.release();
+    QTRY_COMPARE(shown.panel.thumbnails().heldCount(), 3);
+    shown.panel.setRenderManager(nullptr);
 }
 
 void TestPdfThumbnailPanelImages::cancelledWorkIsRestarted()

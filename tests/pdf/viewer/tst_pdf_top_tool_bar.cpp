@@ -1,84 +1,45 @@
-#include "pdf/viewer/pdf_tools_menu_style.h"
 #include "pdf/viewer/pdf_top_tool_bar.h"
-#include "pdf/viewer/rounded_popup_menu.h"
 #include "pdf/viewer/tool_bar_button.h"
 #include "res/resources.h"
+#include "tests/pdf/viewer/tool_bar_probe.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QImage>
-#include <QMenu>
 #include <QMetaMethod>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 #include <QToolTip>
 
-#include <map>
 #include <memory>
-#include <vector>
+#include <utility>
 
 namespace {
 
 constexpr int kWide = 1600;
 
-/// Counts every signal of the bar's own by its name.
-class RequestLog final
+/// Counts how often a widget was given another style.
+class StyleChangeCounter final : public QObject
 {
 public:
-    explicit RequestLog(PdfTopToolBar *bar)
+    explicit StyleChangeCounter(QWidget *widget) { widget->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
     {
-        const QMetaObject *meta = bar->metaObject();
-        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
-            const QMetaMethod method = meta->method(i);
-            if (method.methodType() == QMetaMethod::Signal) {
-                m_spies.push_back(std::make_unique<QSignalSpy>(bar, method));
-                m_names << QString::fromLatin1(method.name());
-            }
-        }
+        m_count += event->type() == QEvent::StyleChange ? 1 : 0;
+        return QObject::eventFilter(watched, event);
     }
 
-    /// What was emitted since the last call, such as "thumbnailToggled true".
-    QStringList take()
-    {
-        QStringList lines;
-        for (std::size_t i = 0; i < m_spies.size(); ++i) {
-            for (const QList<QVariant> &arguments : std::as_const(*m_spies.at(i))) {
-                QStringList words{m_names.at(static_cast<qsizetype>(i))};
-                for (const QVariant &argument : arguments) {
-                    words << argument.toString();
-                }
-                lines << words.join(QLatin1Char(' '));
-            }
-            m_spies.at(i)->clear();
-        }
-        return lines;
-    }
+    /// The changes since the last call.
+    int take() { return std::exchange(m_count, 0); }
 
 private:
-    std::vector<std::unique_ptr<QSignalSpy>> m_spies;
-    QStringList m_names;
+    int m_count = 0;
 };
-
-QString modernIcon(const char *name)
-{
-    return QStringLiteral(":/res/icons/modern/") + QLatin1String(name);
-}
-
-QString viewerIcon(const char *name)
-{
-    return QStringLiteral(":/res/icons/pdfviewer/") + QLatin1String(name);
-}
-
-bool showsIcon(const QIcon &icon, const QString &path, const QSize &size)
-{
-    const QImage shown = icon.pixmap(size, 1.0).toImage();
-    return !shown.isNull() && shown == QIcon(path).pixmap(size, 1.0).toImage();
-}
 
 } // namespace
 
@@ -107,6 +68,7 @@ private slots:
     void thumbnailButtonToggles();
     void handToolToggles();
     void selectAllTogglesWithItsCheckBox();
+    void selectAllIsRestyledOnlyByAChange();
     void disabledButtonsAskForNothing();
 
     void viewModeShowsItsCommands();
@@ -119,18 +81,6 @@ private slots:
     void undoAndRedoAreEnabledApart();
     void settingStatesEmitsNothing();
 
-    void toolsMenuEntries();
-    void toolsMenuAsks_data();
-    void toolsMenuAsks();
-    void toolsMenuOpensByItsButton();
-    void toolsMenuHasLargeIcons();
-    void moreMenuEntries();
-    void moreMenuAsks_data();
-    void moreMenuAsks();
-    void moreMenuPopsUpRightAlignedUnderItsButton();
-    void menusAreRounded();
-    void maskFollowsTheSizeOfTheMenu();
-
     void narrowBarLeavesOutTextsAndKeepsToolTips();
     void narrowBarStillShowsEverything();
 
@@ -139,15 +89,10 @@ private:
     {
         return m_bar->findChild<QPushButton *>(QLatin1String(name));
     }
-    [[nodiscard]] QMenu *menu(const char *name) const
-    {
-        return m_bar->findChild<QMenu *>(QLatin1String(name));
-    }
     [[nodiscard]] bool isEnabledAndShown(const char *name) const
     {
         return button(name)->isEnabled() && button(name)->isVisible();
     }
-    void chooseByMouse(QMenu *openMenu, const QString &text);
 
     std::unique_ptr<PdfTopToolBar> m_bar;
     std::unique_ptr<RequestLog> m_log;
@@ -171,20 +116,6 @@ void TestPdfTopToolBar::cleanup()
 {
     m_log.reset();
     m_bar.reset();
-}
-
-void TestPdfTopToolBar::chooseByMouse(QMenu *openMenu, const QString &text)
-{
-    const auto actions = openMenu->actions();
-    for (QAction *action : actions) {
-        if (action->text() == text) {
-            const QPoint centre = openMenu->actionGeometry(action).center();
-            QTest::mouseMove(openMenu, centre);
-            QTest::mouseClick(openMenu, Qt::LeftButton, {}, centre);
-            return;
-        }
-    }
-    QFAIL("no such entry");
 }
 
 void TestPdfTopToolBar::barItself()
@@ -507,6 +438,18 @@ void TestPdfTopToolBar::selectAllTogglesWithItsCheckBox()
     QCOMPARE(m_log->take(), QStringList());
 }
 
+void TestPdfTopToolBar::selectAllIsRestyledOnlyByAChange()
+{
+    m_bar->setViewMode(1);
+    StyleChangeCounter changes(button("pdfSelectAllButton"));
+    m_bar->setSelectAllChecked(false);
+    QCOMPARE(changes.take(), 0);
+    m_bar->setSelectAllChecked(true);
+    QVERIFY(changes.take() > 0);
+    m_bar->setSelectAllChecked(true);
+    QCOMPARE(changes.take(), 0);
+}
+
 void TestPdfTopToolBar::disabledButtonsAskForNothing()
 {
     m_bar->setViewMode(1);
@@ -641,183 +584,6 @@ void TestPdfTopToolBar::settingStatesEmitsNothing()
         m_bar->setUndoRedoEnabled(on, on);
     }
     QCOMPARE(m_log->take(), QStringList());
-}
-
-void TestPdfTopToolBar::toolsMenuEntries()
-{
-    const QMenu *tools = menu("pdfToolsMenu");
-    QCOMPARE(button("pdfToolsButton")->menu(), tools);
-    const std::vector<std::pair<QString, QString>> expected{
-        {QStringLiteral("压缩"), modernIcon("compress.png")},
-        {QStringLiteral("PDF 转为 Office"), modernIcon("convert.png")},
-        {QStringLiteral("PDF 转为图像"), modernIcon("image.png")},
-        {QStringLiteral("加密 PDF"), modernIcon("encrypt.png")},
-        {QStringLiteral("解锁 PDF"), modernIcon("decrypt.png")},
-        {QStringLiteral("页面编号"), modernIcon("file-pdf.png")},
-        {QString(), QString()},
-        {QStringLiteral("插入"), modernIcon("add-file.png")},
-        {QStringLiteral("提取"), modernIcon("open-file.png")},
-        {QStringLiteral("拆分"), modernIcon("merge.png")},
-    };
-    const auto actions = tools->actions();
-    QCOMPARE(static_cast<std::size_t>(actions.size()), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        const QAction *action = actions.at(static_cast<qsizetype>(i));
-        const auto &[text, icon] = expected.at(i);
-        QCOMPARE(action->text(), text);
-        QCOMPARE(action->isSeparator(), text.isEmpty());
-        QVERIFY(!action->isCheckable());
-        QVERIFY(text.isEmpty() || showsIcon(action->icon(), icon, QSize(24, 24)));
-    }
-}
-
-void TestPdfTopToolBar::toolsMenuAsks_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("request");
-    QTest::newRow("compress") << QStringLiteral("压缩") << QStringLiteral("compressRequested");
-    QTest::newRow("office") << QStringLiteral("PDF 转为 Office")
-                            << QStringLiteral("convertToOfficeRequested");
-    QTest::newRow("images") << QStringLiteral("PDF 转为图像")
-                            << QStringLiteral("convertToImagesRequested");
-    QTest::newRow("encrypt") << QStringLiteral("加密 PDF") << QStringLiteral("encryptRequested");
-    QTest::newRow("decrypt") << QStringLiteral("解锁 PDF") << QStringLiteral("decryptRequested");
-    QTest::newRow("page numbers") << QStringLiteral("页面编号")
-                                  << QStringLiteral("pageNumberRequested");
-    QTest::newRow("insert") << QStringLiteral("插入") << QStringLiteral("insertModeRequested");
-    QTest::newRow("extract") << QStringLiteral("提取") << QStringLiteral("extractModeRequested");
-    QTest::newRow("split") << QStringLiteral("拆分") << QStringLiteral("splitModeRequested");
-}
-
-void TestPdfTopToolBar::toolsMenuAsks()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, request);
-    menu("pdfToolsMenu")->popup(m_bar->mapToGlobal(QPoint(0, 58)));
-    QTRY_VERIFY(menu("pdfToolsMenu")->isVisible());
-    chooseByMouse(menu("pdfToolsMenu"), text);
-    QCOMPARE(m_log->take(), QStringList{request});
-    QVERIFY(!menu("pdfToolsMenu")->isVisible());
-}
-
-void TestPdfTopToolBar::toolsMenuOpensByItsButton()
-{
-    bool opened = false;
-    QTimer::singleShot(0, this, [this, &opened] {
-        opened = menu("pdfToolsMenu")->isVisible();
-        menu("pdfToolsMenu")->close();
-    });
-    QTest::mousePress(button("pdfToolsButton"), Qt::LeftButton);
-    QVERIFY(opened);
-    QCOMPARE(m_log->take(), QStringList());
-}
-
-void TestPdfTopToolBar::toolsMenuHasLargeIcons()
-{
-    const QMenu *tools = menu("pdfToolsMenu");
-    QCOMPARE(tools->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, tools), 28);
-
-    const PdfToolsMenuStyle style;
-    QCOMPARE(style.pixelMetric(QStyle::PM_SmallIconSize), 28);
-    for (const auto metric : {QStyle::PM_LargeIconSize, QStyle::PM_ButtonMargin,
-                              QStyle::PM_MenuHMargin, QStyle::PM_ToolBarIconSize}) {
-        QCOMPARE(style.pixelMetric(metric), style.baseStyle()->pixelMetric(metric));
-    }
-    const QMenu *more = menu("pdfMoreMenu");
-    QVERIFY(more->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, more) != 28);
-}
-
-void TestPdfTopToolBar::moreMenuEntries()
-{
-    const std::vector<std::pair<QString, QString>> expected{
-        {QStringLiteral("保存文件"), modernIcon("save.png")},
-        {QStringLiteral("将文件保存为…"), modernIcon("save-as.png")},
-        {QStringLiteral("打印"), modernIcon("print.png")},
-        {QStringLiteral("在文件夹中显示"), modernIcon("folder.png")},
-    };
-    const auto actions = menu("pdfMoreMenu")->actions();
-    QCOMPARE(static_cast<std::size_t>(actions.size()), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        const QAction *action = actions.at(static_cast<qsizetype>(i));
-        QCOMPARE(action->text(), expected.at(i).first);
-        QVERIFY(!action->isCheckable());
-        QVERIFY(showsIcon(action->icon(), expected.at(i).second, QSize(16, 16)));
-    }
-}
-
-void TestPdfTopToolBar::moreMenuAsks_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("request");
-    QTest::newRow("save") << QStringLiteral("保存文件") << QStringLiteral("saveRequested");
-    QTest::newRow("save as") << QStringLiteral("将文件保存为…")
-                             << QStringLiteral("saveAsRequested");
-    QTest::newRow("print") << QStringLiteral("打印") << QStringLiteral("printRequested");
-    QTest::newRow("reveal") << QStringLiteral("在文件夹中显示")
-                            << QStringLiteral("revealInFolderRequested");
-}
-
-void TestPdfTopToolBar::moreMenuAsks()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, request);
-    QTest::mouseClick(button("pdfMoreButton"), Qt::LeftButton);
-    QTRY_VERIFY(menu("pdfMoreMenu")->isVisible());
-    chooseByMouse(menu("pdfMoreMenu"), text);
-    QCOMPARE(m_log->take(), QStringList{request});
-    QVERIFY(!menu("pdfMoreMenu")->isVisible());
-}
-
-void TestPdfTopToolBar::moreMenuPopsUpRightAlignedUnderItsButton()
-{
-    m_bar->resize(700, 58);
-    m_bar->move(0, 0);
-    const QPushButton *more = button("pdfMoreButton");
-    QTRY_VERIFY(more->geometry().right() < 700);
-    QTest::mouseClick(button("pdfMoreButton"), Qt::LeftButton);
-    QTRY_VERIFY(menu("pdfMoreMenu")->isVisible());
-    const QPoint offset(more->width() - menu("pdfMoreMenu")->sizeHint().width(),
-                        more->height() + 2);
-    QCOMPARE(menu("pdfMoreMenu")->pos(), more->mapToGlobal(offset));
-    menu("pdfMoreMenu")->close();
-}
-
-void TestPdfTopToolBar::menusAreRounded()
-{
-    for (const char *name : {"pdfToolsMenu", "pdfMoreMenu"}) {
-        QMenu *tested = menu(name);
-        QVERIFY(qobject_cast<RoundedPopupMenu *>(tested));
-        QVERIFY(tested->windowFlags().testFlag(Qt::FramelessWindowHint));
-        QVERIFY(tested->testAttribute(Qt::WA_TranslucentBackground));
-        tested->popup(QPoint(0, 100));
-        QTRY_VERIFY(tested->isVisible());
-        const QRegion mask = tested->mask();
-        const int right = tested->width() - 1;
-        const int bottom = tested->height() - 1;
-        for (const QPoint &corner : {QPoint(0, 0), QPoint(right, 0), QPoint(0, bottom),
-                                     QPoint(right, bottom), QPoint(1, 1)}) {
-            QVERIFY(!mask.contains(corner));
-        }
-        for (const QPoint &edge : {QPoint(8, 0), QPoint(0, 8), QPoint(right, bottom / 2),
-                                   QPoint(right / 2, bottom), QPoint(3, 3)}) {
-            QVERIFY(mask.contains(edge));
-        }
-        QCOMPARE(tested->grab().toImage().pixelColor(0, 0).alpha(), 0);
-        tested->close();
-    }
-}
-
-void TestPdfTopToolBar::maskFollowsTheSizeOfTheMenu()
-{
-    RoundedPopupMenu rounded;
-    rounded.addAction(QStringLiteral("one"));
-    QVERIFY(rounded.mask().isEmpty());
-    rounded.popup(QPoint(0, 0));
-    QTRY_VERIFY(rounded.isVisible());
-    QCOMPARE(rounded.mask().boundingRect(), rounded.rect());
-    rounded.resize(rounded.size() + QSize(40, 30));
-    QTRY_COMPARE(rounded.mask().boundingRect(), rounded.rect());
-    rounded.close();
 }
 
 void TestPdfTopToolBar::narrowBarLeavesOutTextsAndKeepsToolTips()

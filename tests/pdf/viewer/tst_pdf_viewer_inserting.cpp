@@ -2,6 +2,7 @@
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
 #include "tests/support/pdf_fixture.h"
+#include "widgets/modern_message_box.h"
 
 #include <QApplication>
 #include <QDir>
@@ -207,6 +208,7 @@ void TestPdfViewerInserting::missingFileIsReportedAndLeftOut()
     QCOMPARE(answers.seen().mid(0, 2), (QStringList{kInsertFailed, u"文件不存在或已被移动。"_s}));
     QVERIFY(!answers.seen().at(2).isEmpty());
     QCOMPARE(answers.seen().at(2), answers.seen().at(2).trimmed());
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
     QCOMPARE(m_shown->numbers(), (QList<int>{0, 20, 30, 1}));
 }
 
@@ -218,6 +220,7 @@ void TestPdfViewerInserting::damagedFileIsReportedAndLeftOut()
     m_shown->viewer->insertPdfFiles({damaged, file(u"b.pdf"_s, {30})}, 0);
     QCOMPARE(answers.seen().mid(0, 2),
              (QStringList{kInsertFailed, u"PDF 已损坏或格式不受支持。"_s}));
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
     QCOMPARE(m_shown->numbers(), (QList<int>{30, 0, 1}));
     QCOMPARE(m_shown->history().count(), 1);
 }

@@ -204,7 +204,7 @@ void TestPdfViewerModes::documentViewResetsTheWorkspaceMode()
     m_shown->viewer->setWorkspaceMode(PdfWorkspaceMode::SplitMode);
     m_shown->viewer->setViewMode(PdfViewMode::DocumentView);
     QVERIFY(!m_shown->button("pdfSplitButton").isChecked());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Normal);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::NormalMode);
     QVERIFY(m_shown->sidePanel().isHidden());
 }
 
@@ -215,7 +215,7 @@ void TestPdfViewerModes::documentViewOfAnEmptyDocumentResetsTheWorkspaceMode()
     m_shown->viewer->setViewMode(PdfViewMode::DocumentView);
     QVERIFY(m_shown->button("pdfDocumentViewButton").isChecked());
     QVERIFY(!m_shown->button("pdfExtractButton").isChecked());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Normal);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::NormalMode);
     QVERIFY(m_shown->sidePanel().isHidden());
     QTest::qWait(20);
     QVERIFY(!m_shown->bottomBar().isVisible());
@@ -228,7 +228,7 @@ void TestPdfViewerModes::workspaceModeAloneLeavesTheView()
     QCOMPARE(m_shown->views().currentIndex(), 0);
     QVERIFY(m_shown->button("pdfDocumentViewButton").isChecked());
     QVERIFY(m_shown->thumbnails().isVisible());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Insert);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::InsertMode);
 }
 
 void TestPdfViewerModes::workspaceModeReachesToolBarThenGridThenSidePanel()
@@ -266,7 +266,7 @@ void TestPdfViewerModes::openingReturnsToReading()
     QCOMPARE(m_shown->views().currentIndex(), 0);
     QVERIFY(m_shown->button("pdfDocumentViewButton").isChecked());
     QVERIFY(!m_shown->button("pdfSplitButton").isChecked());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Normal);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::NormalMode);
     QVERIFY(m_shown->sidePanel().isHidden());
     QVERIFY(!m_shown->thumbnails().isVisible());
     QCOMPARE(m_shown->history().count(), 0);

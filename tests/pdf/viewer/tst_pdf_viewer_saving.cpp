@@ -27,6 +27,7 @@ const QStringList kBusyTexts{u"正在保存 PDF"_s, u"正在写入文件，大�
                              u"保存完成前请不要关闭程序。"_s};
 const QString kSaveFailed = u"保存 PDF 失败"_s;
 const QString kCannotWrite = u"无法写入目标文件，请检查权限和磁盘空间。"_s;
+constexpr int kErrorKind = ModernMessageBox::Danger;
 
 QByteArray contentOf(const QString &path)
 {
@@ -140,6 +141,7 @@ private slots:
     // Unsaved changes.
     void unmodifiedDocumentIsNotAskedAbout();
     void questionAboutChanges();
+    void viewerMayGoDuringTheQuestion();
     void savingAnswerSaves();
     void savingAnswerThatFailsKeepsTheDocument();
     void discardingAnswerGoesOnWithoutSaving();
@@ -309,6 +311,7 @@ void TestPdfViewerSaving::busyBoxSaysWhatIsDone()
     timer.start(1);
     QVERIFY(m_shown->viewer->saveAs(m_shown->path(u"copy.pdf"_s)));
     QCOMPARE(answers.seen(), kBusyTexts);
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Information});
     QVERIFY(!hasButtons);
     QVERIFY(!QApplication::activeModalWidget());
 }
@@ -489,6 +492,7 @@ void TestPdfViewerSaving::failuresAreReported()
     const DialogAnswers answers;
     QVERIFY(!m_shown->viewer->save());
     QCOMPARE(answers.seen().last(3), (QStringList{kSaveFailed, sentence, u"the engine's words"_s}));
+    QCOMPARE(answers.kinds().last(), kErrorKind);
     QVERIFY(m_shown->viewer->isModified());
     QVERIFY(!m_shown->history().isClean());
     QCOMPARE(saved.size(), 0);
@@ -534,6 +538,7 @@ void TestPdfViewerSaving::fullDiskKeepsTheTarget()
     QVERIFY(!m_shown->viewer->save());
     QCOMPARE(answers.seen().last(3),
              (QStringList{kSaveFailed, kCannotWrite, u"No space left on device"_s}));
+    QCOMPARE(answers.kinds().last(), kErrorKind);
     QCOMPARE(contentOf(path), before);
     QCOMPARE(m_shown->numbers(), (QList<int>{0, 2}));
 }
@@ -551,6 +556,7 @@ void TestPdfViewerSaving::realFullDiskIsReported()
     const DialogAnswers answers;
     QVERIFY(!m_shown->viewer->saveAs(target));
     QCOMPARE(answers.seen().last(3).first(2), (QStringList{kSaveFailed, kCannotWrite}));
+    QCOMPARE(answers.kinds().last(), kErrorKind);
     QVERIFY(!answers.seen().last().isEmpty());
     QVERIFY(m_shown->viewer->isModified());
     QCOMPARE(contentOf(target), before);
@@ -576,6 +582,7 @@ void TestPdfViewerSaving::readOnlyTargetIsReported()
     }
     QVERIFY(!saved);
     QCOMPARE(answers.seen().last(3).first(2), (QStringList{kSaveFailed, kCannotWrite}));
+    QCOMPARE(answers.kinds().last(), kErrorKind);
     QVERIFY(m_shown->viewer->isModified());
     QCOMPARE(numbersIn(target), QList<int>{7});
 }
@@ -594,6 +601,7 @@ void TestPdfViewerSaving::readOnlyFileSystemIsReported()
     const DialogAnswers answers;
     QVERIFY(!m_shown->viewer->save());
     QCOMPARE(answers.seen().last(3).first(2), (QStringList{kSaveFailed, kCannotWrite}));
+    QCOMPARE(answers.kinds().last(), kErrorKind);
     QVERIFY(m_shown->viewer->isModified());
     QCOMPARE(contentOf(path), before);
     QCOMPARE(m_shown->numbers(), (QList<int>{0, 2}));
@@ -609,6 +617,7 @@ void TestPdfViewerSaving::vanishedFolderIsReported()
     const DialogAnswers answers;
     QVERIFY(!m_shown->viewer->saveAs(m_shown->path(u"gone/target.pdf"_s)));
     QCOMPARE(answers.seen().last(3).first(2), (QStringList{kSaveFailed, kCannotWrite}));
+    QCOMPARE(answers.kinds().last(), kErrorKind);
     QVERIFY(m_shown->viewer->isModified());
     QVERIFY(!QFile::exists(m_shown->path(u"gone"_s)));
 }
@@ -625,6 +634,7 @@ void TestPdfViewerSaving::sourceChangedByAnotherProgramKeepsTheTarget()
         QVERIFY(!m_shown->viewer->saveAs(where));
         QCOMPARE(answers.seen().last(3).first(2),
                  (QStringList{kSaveFailed, u"文件不存在或已被移动。"_s}));
+        QCOMPARE(answers.kinds().last(), kErrorKind);
         QVERIFY(answers.seen().last().contains(u"changed"_s));
         QCOMPARE(contentOf(where), before);
         QVERIFY(m_shown->viewer->isModified());
@@ -661,7 +671,22 @@ void TestPdfViewerSaving::questionAboutChanges()
     QVERIFY(!m_shown->viewer->maybeSave());
     QCOMPARE(answers.seen(),
              (QStringList{u"保存修改"_s, u"当前 PDF 已修改，是否保存？"_s, QString()}));
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Warning});
     QCOMPARE(texts, (QStringList{u"保存"_s, u"不保存"_s, u"取消"_s}));
+}
+
+void TestPdfViewerSaving::viewerMayGoDuringTheQuestion()
+{
+    QVERIFY(m_shown->openPages(2));
+    emit m_shown->grid().deletePageRequested(m_shown->idAt(0));
+    QTimer::singleShot(0, this, [this] {
+        QVERIFY(qobject_cast<ModernMessageBox *>(QApplication::activeModalWidget()));
+        m_shown->viewer.reset();
+    });
+    QVERIFY(!m_shown->viewer->maybeSave());
+    QVERIFY(!m_shown->viewer);
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(numbersIn(m_shown->path(u"report.pdf"_s)), (QList<int>{0, 1}));
 }
 
 void TestPdfViewerSaving::savingAnswerSaves()

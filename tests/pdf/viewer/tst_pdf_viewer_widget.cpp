@@ -2,6 +2,7 @@
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
 #include "tests/support/pdf_fixture.h"
+#include "widgets/modern_message_box.h"
 
 #include <QApplication>
 #include <QInputDialog>
@@ -208,6 +209,7 @@ void TestPdfViewerWidget::missingFileIsReported()
     QVERIFY(!viewer()->openFile(m_shown->path(QStringLiteral("missing.pdf")), {}));
     QCOMPARE(answers.seen().mid(0, 2), QStringList({QStringLiteral("无法打开 PDF"),
                                                     QStringLiteral("文件不存在或已被移动。")}));
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
 }
 
 void TestPdfViewerWidget::damagedFileIsReported()
@@ -217,6 +219,7 @@ void TestPdfViewerWidget::damagedFileIsReported()
     QVERIFY(!viewer()->openFile(path, {}));
     QCOMPARE(answers.seen().mid(0, 2), QStringList({QStringLiteral("无法打开 PDF"),
                                                     QStringLiteral("PDF 已损坏或格式不受支持。")}));
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
 }
 
 void TestPdfViewerWidget::failedOpeningRendersTheDocumentAgain()
@@ -254,6 +257,7 @@ void TestPdfViewerWidget::backendErrorsHaveTheirSentences()
                                QStringLiteral("  the reason \n"));
     QCOMPARE(answers.seen(),
              QStringList({QStringLiteral("标题"), sentence, QStringLiteral("the reason")}));
+    QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});
 }
 
 void TestPdfViewerWidget::pageSlotsReachTheDocumentView()
@@ -335,7 +339,7 @@ void TestPdfViewerWidget::failedOpeningKeepsModeAndHistory()
     answers.addButton(QStringLiteral("messageBoxDiscardButton"));
     QVERIFY(!viewer()->openFile(m_shown->path(QStringLiteral("missing.pdf")), {}));
     QVERIFY(m_shown->button("pdfSplitButton").isChecked());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Split);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::SplitMode);
     QCOMPARE(m_shown->rotations(), (QList<int>{0, 90, 0}));
     QCOMPARE(m_shown->history().count(), 1);
     QVERIFY(viewer()->isModified());

@@ -191,7 +191,7 @@ void TestPdfViewerWiring::thumbnailPreviewShowsThePage()
     emit m_shown->thumbnails().previewPageRequested(m_shown->idAt(5));
     QCOMPARE(m_shown->view().currentPage(), 5);
     QCOMPARE(m_shown->views().currentIndex(), 0);
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Normal);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::NormalMode);
     QVERIFY(m_shown->sidePanel().isHidden());
 }
 
@@ -282,7 +282,7 @@ void TestPdfViewerWiring::documentViewButtonLeavesTheGrid()
     QVERIFY(m_shown->button("pdfDocumentViewButton").isChecked());
     QVERIFY(!m_shown->button("pdfSplitButton").isChecked());
     QVERIFY(m_shown->sidePanel().isHidden());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Normal);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::NormalMode);
     QVERIFY(m_shown->thumbnails().isVisible());
 }
 
@@ -293,7 +293,7 @@ void TestPdfViewerWiring::pageManageButtonKeepsTheWorkspaceMode()
     QCOMPARE(m_shown->views().currentIndex(), 1);
     QVERIFY(m_shown->button("pdfExtractButton").isChecked());
     QVERIFY(m_shown->sidePanel().isVisible());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Extract);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::ExtractMode);
 }
 
 void TestPdfViewerWiring::thumbnailButtonHidesAndShowsThePanel()
@@ -313,18 +313,21 @@ void TestPdfViewerWiring::workspaceButtonsOpenTheGrid_data()
 {
     QTest::addColumn<QString>("buttonName");
     QTest::addColumn<QString>("menuText");
-    QTest::addColumn<PageGridMode>("mode");
+    QTest::addColumn<PdfWorkspaceMode>("mode");
     QTest::addColumn<bool>("panelShown");
-    QTest::newRow("insert") << u"pdfInsertButton"_s << u"插入"_s << PageGridMode::Insert << false;
-    QTest::newRow("extract") << u"pdfExtractButton"_s << u"提取"_s << PageGridMode::Extract << true;
-    QTest::newRow("split") << u"pdfSplitButton"_s << u"拆分"_s << PageGridMode::Split << true;
+    QTest::newRow("insert") << u"pdfInsertButton"_s << u"插入"_s << PdfWorkspaceMode::InsertMode
+                            << false;
+    QTest::newRow("extract") << u"pdfExtractButton"_s << u"提取"_s << PdfWorkspaceMode::ExtractMode
+                             << true;
+    QTest::newRow("split") << u"pdfSplitButton"_s << u"拆分"_s << PdfWorkspaceMode::SplitMode
+                           << true;
 }
 
 void TestPdfViewerWiring::workspaceButtonsOpenTheGrid()
 {
     QFETCH(QString, buttonName);
     QFETCH(QString, menuText);
-    QFETCH(PageGridMode, mode);
+    QFETCH(PdfWorkspaceMode, mode);
     QFETCH(bool, panelShown);
     QTRY_VERIFY(m_shown->bottomBar().isVisible());
     // The tools menu asks for the same from within the document view.
@@ -529,7 +532,7 @@ void TestPdfViewerWiring::gridPreviewShowsThePage()
     QCOMPARE(m_shown->view().currentPage(), 4);
     QVERIFY(m_shown->button("pdfDocumentViewButton").isChecked());
     QVERIFY(!m_shown->button("pdfExtractButton").isChecked());
-    QCOMPARE(m_shown->gridMode(), PageGridMode::Normal);
+    QCOMPARE(m_shown->gridMode(), PdfWorkspaceMode::NormalMode);
     QVERIFY(m_shown->sidePanel().isHidden());
     QVERIFY(m_shown->thumbnails().isVisible());
     QTRY_VERIFY(m_shown->bottomBar().isVisible());
