@@ -136,6 +136,13 @@ void PdfDocumentView::restartRequests()
     schedulePass();
 }
 
+void PdfDocumentView::requestPagesInView()
+{
+    if (isVisible()) {
+        runPass();
+    }
+}
+
 void PdfDocumentView::setZoomFactor(double factor)
 {
     if (std::isnan(factor)) {

@@ -53,6 +53,9 @@ public:
     /// Asks for missing images once more. To be called after the render manager's work was
     /// cancelled while the document stays.
     void restartRequests();
+    /// Asks for the pages in view now, not at the end of this pass of the event loop. For a view on
+    /// the screen whose size will not change in this pass.
+    void requestPagesInView();
 
 signals:
     void currentPageChanged(int page);

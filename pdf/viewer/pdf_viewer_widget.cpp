@@ -117,6 +117,8 @@ bool PdfViewerWidget::openFile(const QString &path, const QString &password)
     m_undoManager->reset();
     fitWidth();
     m_documentView->goToPage(0);
+    // The reader waits for these; while they are rendered, the window has itself to paint.
+    m_documentView->requestPagesInView();
     refreshPageState();
     emit documentLoaded(m_model->documentPath());
     return true;

@@ -1,9 +1,11 @@
 #include "tests/pdf/viewer/shown_view.h"
 
+#include <QDeadlineTimer>
 #include <QMap>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 
 #include <algorithm>
 
@@ -29,6 +31,7 @@ class TestPdfDocumentViewImages final : public QObject
 private slots:
     void pagesWithinOneViewportHeightAreRequested();
     void visiblePagesAreRequestedFirstFromTheCentre();
+    void pagesInViewCanBeRequestedAtOnce();
     void heldPagesAreNotRequestedAgain();
     void zoomRequestsTheNewSizeAndKeepsTheOldImage();
     void largestImagesAreBounded();
@@ -86,6 +89,22 @@ void TestPdfDocumentViewImages::visiblePagesAreRequestedFirstFromTheCentre()
         requests.insert(call.at(3).toULongLong(), call.at(0).value<PdfPageId>() - 1);
     }
     QCOMPARE(requests.values(), QList<PdfPageId>({40, 41, 39, 42, 38, 43, 37}));
+}
+
+void TestPdfDocumentViewImages::pagesInViewCanBeRequestedAtOnce()
+{
+    ShownView shown(a4Pages(3));
+    QVERIFY(shown.waitForVisiblePages());
+    const qsizetype before = shown.probe.renders().size();
+    shown.model.setPages(recordsOfSizes(a4Pages(5)), false);
+    shown.manager.clearCache();
+    shown.view.requestPagesInView();
+    // No pass of the event loop comes in between.
+    const QDeadlineTimer patience(5000);
+    while (shown.probe.renders().size() == before && !patience.hasExpired()) {
+        QThread::msleep(1);
+    }
+    QVERIFY(shown.probe.renders().size() > before);
 }
 
 void TestPdfDocumentViewImages::heldPagesAreNotRequestedAgain()
