@@ -106,7 +106,8 @@ QSizeF knownSizeOfPage(fz_context *ctx, pdf_obj *page)
     return size;
 }
 
-/// The object without keeping it in the document's memory; null when it has to be loaded as usual.
+/// The object without keeping it in the document's memory; null when it has to be loaded as usual,
+/// as one of an object stream, which is read whole.
 pdf_obj *parseAlone(fz_context *ctx, pdf_document *document, int number)
 {
     if (number <= 0 || number >= pdf_xref_len(ctx, document))
@@ -138,14 +139,12 @@ PageTreeKid readKid(fz_context *ctx, pdf_document *document, int number)
     fz_try(ctx)
     {
         object = parseAlone(ctx, document, number);
-        if (object != nullptr) {
-            PageTreeKid read;
-            read.kind = kindOf(ctx, object);
-            if (read.kind == PageTreeKid::Kind::Page) {
-                read.parentNumber = pdf_to_num(ctx, pdf_dict_get(ctx, object, PDF_NAME(Parent)));
-                read.size = sizeOfPage(ctx, object);
-            }
-            kid = read;
+        if (object == nullptr)
+            object = pdf_load_object(ctx, document, number);
+        kid.kind = kindOf(ctx, object);
+        if (kid.kind == PageTreeKid::Kind::Page) {
+            kid.parentNumber = pdf_to_num(ctx, pdf_dict_get(ctx, object, PDF_NAME(Parent)));
+            kid.size = sizeOfPage(ctx, object);
         }
     }
     fz_always(ctx)

@@ -46,7 +46,7 @@ void tidyPage(fz_context *ctx, pdf_obj *page);
 std::vector<int> rootKidNumbers(MupdfContext &context, pdf_document *document);
 
 /// Reads objects as kids of a page tree, from `from` up to but not including `to`, into the same
-/// places of `kids`. They are not kept in the document's memory.
+/// places of `kids`. Those outside object streams are not kept in the document's memory.
 void readKids(MupdfContext &context, pdf_document *document, const std::vector<int> &numbers,
               std::size_t from, std::size_t to, std::vector<PageTreeKid> &kids);
 
