@@ -44,7 +44,7 @@ PdfSourceFilePtr SourceFiles::use(const FileIdentity &file)
     const std::lock_guard lock(m_mutex);
     auto [entry, end] = m_states.equal_range(key);
     while (entry != end) {
-        const PdfSourceFilePtr state = looked.emplace_back(entry->second.lock());
+        PdfSourceFilePtr state = looked.emplace_back(entry->second.lock());
         if (!state) {
             entry = m_states.erase(entry);
             continue;
@@ -56,7 +56,7 @@ PdfSourceFilePtr SourceFiles::use(const FileIdentity &file)
     auto content = std::make_unique<SourceContent>();
     content->file = file;
     content->generation = m_generations[file.path]++;
-    const PdfSourceFilePtr state(new PdfSourceFile(std::move(content)));
+    PdfSourceFilePtr state(new PdfSourceFile(std::move(content)));
     m_states.emplace(key, state);
     return state;
 }

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 
 using namespace EngineCalls;
 using namespace Qt::StringLiterals;
@@ -73,6 +75,7 @@ private slots:
     void pageSizes();
     void tenThousandPagesAreCounted();
     void oddKidsAmongManyAreTreatedAsAmongFew();
+    void manyPagesInObjectStreamsAreReadAlike();
 };
 
 void EngineInspectTest::errorValuesAreStable()
@@ -504,6 +507,33 @@ void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
     QCOMPARE(widths(inspect(path).pageSizes), expected);
     QVERIFY(render(filePage(path, 1)).ok);
     QVERIFY(render(filePage(path, static_cast<int>(expected.size()) - 1)).ok);
+}
+
+void EngineInspectTest::manyPagesInObjectStreamsAreReadAlike()
+{
+    const QString qpdf = QStandardPaths::findExecutable(u"qpdf"_s);
+    if (qpdf.isEmpty())
+        QSKIP("The qpdf command is missing.");
+    constexpr int kPages = 3000;
+    QByteArray kids;
+    QList<QByteArray> objects{kCatalogue, QByteArray()};
+    for (int i = 0; i < kPages; ++i) {
+        kids += QByteArray::number(i + 3) + " 0 R ";
+        objects += pageOfWidth(i % 100 + 10);
+    }
+    objects[1] = "<< /Type /Pages /Count 3000 /Rotate 90 /Kids [" + kids + "] >>";
+    Folder folder;
+    const QString plain = folder.add(u"plain.pdf"_s, PdfFixture::fromObjects(objects));
+    const QString packed = folder.path(u"packed.pdf"_s);
+    QCOMPARE(QProcess::execute(qpdf, {u"--object-streams=generate"_s, plain, packed}), 0);
+    QVERIFY(QFileInfo(packed).size() < QFileInfo(plain).size() / 2);
+
+    const QList<QSizeF> sizes = inspect(packed).pageSizes;
+    QCOMPARE(sizes, inspect(plain).pageSizes);
+    QCOMPARE(sizes.size(), kPages);
+    QCOMPARE(sizes.at(kPages - 1).height(), (kPages - 1) % 100 + 10);
+    QVERIFY(render(filePage(packed, 0)).ok);
+    QVERIFY(render(filePage(packed, kPages - 1)).ok);
 }
 
 QTEST_GUILESS_MAIN(EngineInspectTest)
