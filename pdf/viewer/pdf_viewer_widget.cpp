@@ -40,6 +40,9 @@ constexpr QLatin1String kSplitterStyleSheet{
 // %1 line
 constexpr QLatin1String kDividerStyleSheet{
     "#pdfToolbarViewDivider { background: %1; border: none; }"};
+// %1 border
+constexpr QLatin1String kInsertMenuStyleSheet{
+    "QMenu#pdfInsertMenu { border: 1px solid %1; border-radius: 8px; font-size: 13px; }"};
 constexpr int kSplitterHandleWidth = 1;
 constexpr int kThumbnailPanelWidth = 210;
 constexpr int kViewsWidth = 1000;
@@ -287,6 +290,7 @@ void PdfViewerWidget::showInsertMenu(int beforeRow, const QPoint &globalPosition
 {
     const QPointer<RoundedPopupMenu> menu(new RoundedPopupMenu(this));
     menu->setObjectName(QStringLiteral("pdfInsertMenu"));
+    menu->setStyleSheet(QString(kInsertMenuStyleSheet).arg(Theme::borderStrong.name()));
     const QAction *insertFiles = menu->addAction(tr("插入 PDF"));
     menu->addSeparator();
     const QAction *insertBlank = menu->addAction(tr("在后面插入空白页"));
