@@ -42,7 +42,8 @@ PdfPageManagerView::PdfPageManagerView(QWidget *parent)
 
 PdfPageManagerView::~PdfPageManagerView()
 {
-    // The list paints from members that go before it.
+    // The list paints from members that go before it; its last events concern nobody.
+    m_list->viewport()->removeEventFilter(this);
     delete m_list;
 }
 

@@ -54,7 +54,8 @@ PdfThumbnailPanel::PdfThumbnailPanel(QWidget *parent)
 
 PdfThumbnailPanel::~PdfThumbnailPanel()
 {
-    // The list paints from members that go before it.
+    // The list paints from members that go before it; its last events concern nobody.
+    m_list->viewport()->removeEventFilter(this);
     delete m_list;
 }
 

@@ -28,6 +28,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QUndoStack>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -83,7 +84,11 @@ PdfViewerWidget::PdfViewerWidget(QWidget *parent)
     refreshSelectionState();
 }
 
-PdfViewerWidget::~PdfViewerWidget() = default;
+PdfViewerWidget::~PdfViewerWidget()
+{
+    // The history is emptied as it goes, when there is nothing left to show that.
+    m_undoManager->undoStack()->disconnect(this);
+}
 
 bool PdfViewerWidget::openFile(const QString &path, const QString &password)
 {
