@@ -88,3 +88,13 @@ QList<PdfPageId> idsOf(const PdfDocumentModel &model)
     }
     return ids;
 }
+
+QString ModelSignals::selectionOfRow(int row)
+{
+    return QStringLiteral("dataChanged %1-%1 (10 261)").arg(row);
+}
+
+QString ModelSignals::rotationOfRow(int row)
+{
+    return QStringLiteral("dataChanged %1-%1 (260 262 264)").arg(row);
+}

@@ -55,3 +55,20 @@ void showPages(ObservedModel &observed, const QList<PdfPageId> &ids);
 
 /// The identifiers of all rows, in order.
 QList<PdfPageId> idsOf(const PdfDocumentModel &model);
+
+/// Entries of a ModelSignalLog that many tests expect.
+namespace ModelSignals {
+
+inline const QString kModified = QStringLiteral("modifiedChanged true");
+inline const QString kSaved = QStringLiteral("modifiedChanged false");
+inline const QString kOrder = QStringLiteral("pageOrderChanged");
+inline const QString kSelection = QStringLiteral("selectionChanged");
+inline const QString kReset = QStringLiteral("modelReset");
+inline const QString kDocument = QStringLiteral("documentReset");
+
+/// The page at `row` was chosen or not chosen any more.
+[[nodiscard]] QString selectionOfRow(int row);
+/// The page at `row` was turned.
+[[nodiscard]] QString rotationOfRow(int row);
+
+} // namespace ModelSignals
