@@ -6,8 +6,8 @@
 //                                 arrives; prints the milliseconds from openFile() to the first
 //                                 pageRendered()
 //
-// The peer draws at 72 dpi, so the viewer has a width at which its page image has the same size;
-// the figure for a window of ordinary width is printed beside it.
+// The peer draws its page at the size of the viewer's page image: once at its usual 72 dpi, which
+// takes a narrow viewer, and once for a viewer of ordinary width.
 
 #include "benchmarks/peer_series.h"
 #include "benchmarks/sample_files.h"
@@ -27,9 +27,12 @@ namespace {
 constexpr int kRuns = 9;
 constexpr int kManyPages = 10'000;
 constexpr int kSomePages = 1'000;
-/// Page image of 595 pixels, as at 72 dpi: side margins of 64, scroll bar of 10, 1.5 pixels a
-/// point.
-constexpr int kPeerWidth = 64 + 10 + 397;
+/// Side margins of 64 and a scroll bar of 10 beside the page, 1.5 pixels of the image a pixel.
+constexpr int kBesidePage = 64 + 10;
+constexpr double kImageScale = 1.5;
+constexpr double kPageWidth = 595;
+/// Page image of 595 pixels, as at 72 dpi.
+constexpr int kPeerWidth = kBesidePage + 397;
 constexpr int kOrdinaryWidth = 1160;
 constexpr int kHeight = 700;
 
@@ -91,8 +94,10 @@ double firstPage(const QString &path, int width)
 
 void compareFirstPage(const QString &path, int pages, int width, double limit)
 {
+    const int dpi = qRound(72 * (width - kBesidePage) * kImageScale / kPageWidth);
     const TimedCommand peer{QStringLiteral("mutool"),
-                            {QStringLiteral("draw"), path, QStringLiteral("1")}};
+                            {QStringLiteral("draw"), QStringLiteral("-r"), QString::number(dpi),
+                             path, QStringLiteral("1")}};
     QList<double> ours;
     QList<double> peers;
     QList<double> ratios;
@@ -102,7 +107,7 @@ void compareFirstPage(const QString &path, int pages, int width, double limit)
         peers.append(runPaired(peer, peer, 1).medianA);
         ratios.append(ours.constLast() / peers.constLast());
     }
-    printRatio(QStringLiteral("first of %1 pages, width %2, / mutool draw 1").arg(pages).arg(width),
+    printRatio(QStringLiteral("first of %1 pages, %2 dpi, / mutool draw 1").arg(pages).arg(dpi),
                {median(ours), median(peers), median(ratios), {}}, limit);
 }
 

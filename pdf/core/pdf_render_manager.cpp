@@ -45,6 +45,9 @@ PdfRenderManager::PdfRenderManager(QObject *parent, PdfPageRenderFunction render
     m_pool->setMaxThreadCount(
         std::clamp(QThread::idealThreadCount() - 1, kMinThreads, kMaxThreads));
     m_pool->setExpiryTimeout(kThreadExpiryMs);
+    m_headStartTimer.setSingleShot(true);
+    m_headStartTimer.setInterval(kHeadStartMs);
+    connect(&m_headStartTimer, &QTimer::timeout, this, &PdfRenderManager::endHeadStart);
 }
 
 PdfRenderManager::~PdfRenderManager()
@@ -99,7 +102,7 @@ QList<quint64> PdfRenderManager::requestPages(const QList<PdfPageRecord> &pages,
         batch.generation = m_generation.load();
         m_queue->add(std::make_unique<PageRenderJob>(std::move(batch), m_render, m_channel),
                      priority);
-        m_pool->start([queue = m_queue] { queue->runNext(); });
+        startOne();
     }
     return requestIds;
 }
@@ -111,11 +114,19 @@ quint64 PdfRenderManager::requestPage(const PdfPageRecord &page, QSize targetSiz
     return requestPages({page}, {targetSize}, purpose, documentRevision, priority).value(0);
 }
 
+void PdfRenderManager::favourNextBatch()
+{
+    endHeadStart();
+    m_headStart = HeadStart::Due;
+}
+
 void PdfRenderManager::cancelAll()
 {
     m_generation.fetch_add(1);
     m_queue->clear();
     m_pool->clear();
+    m_withheld = 0;
+    endHeadStart();
 }
 
 void PdfRenderManager::clearCache()
@@ -123,11 +134,36 @@ void PdfRenderManager::clearCache()
     m_cache.clear();
 }
 
+void PdfRenderManager::startOne()
+{
+    if (m_headStart == HeadStart::Running) {
+        ++m_withheld;
+        return;
+    }
+    if (m_headStart == HeadStart::Due) {
+        m_headStart = HeadStart::Running;
+        m_headStartTimer.start();
+    }
+    m_pool->start([queue = m_queue] { queue->runNext(); });
+}
+
+void PdfRenderManager::endHeadStart()
+{
+    m_headStart = HeadStart::None;
+    m_headStartTimer.stop();
+    for (; m_withheld > 0; --m_withheld) {
+        startOne();
+    }
+}
+
 void PdfRenderManager::deliverResult()
 {
     const std::optional<PageRenderResult> result = m_channel->take();
     if (!result) {
         return;
+    }
+    if (m_headStart == HeadStart::Running) {
+        endHeadStart();
     }
     const PageRenderBatch &batch = result->batch;
     // A slot may cancel everything or delete the manager between two pages.

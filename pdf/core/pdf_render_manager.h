@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <QSize>
+#include <QTimer>
 
 #include <atomic>
 #include <memory>
@@ -35,6 +36,8 @@ class PdfRenderManager final : public QObject
 public:
     /// Thread-pool priority of the pages that the reader is looking at.
     static constexpr int kPageViewPriority = 20;
+    /// Longest head start of a favoured batch, in milliseconds.
+    static constexpr int kHeadStartMs = 60;
 
     /// `render` is called on the pool threads, several at a time; by default it is the engine.
     explicit PdfRenderManager(QObject *parent = nullptr,
@@ -52,6 +55,10 @@ public:
     /// Asks for one page; see requestPages().
     quint64 requestPage(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose purpose,
                         quint64 documentRevision, int priority = kPageViewPriority);
+    /// Gives the next batch that has to be rendered a head start: what is asked for after it waits
+    /// until its result has been delivered, but never longer than kHeadStartMs. For a reader who
+    /// waits for one page while everything around it wants to be drawn as well.
+    void favourNextBatch();
     /// Drops the batches that wait and the results of those being rendered.
     void cancelAll();
     void clearCache();
@@ -65,12 +72,19 @@ signals:
 private:
     friend class PageRenderChannel;
 
+    enum class HeadStart { None, Due, Running };
+
+    void startOne();
+    void endHeadStart();
     void deliverResult();
 
     PdfPageRenderFunction m_render;
     std::shared_ptr<PageRenderChannel> m_channel;
     std::shared_ptr<PageRenderQueue> m_queue;
     QThreadPool *m_pool;
+    QTimer m_headStartTimer;
+    HeadStart m_headStart = HeadStart::None;
+    int m_withheld = 0; ///< Batches in the queue that no thread has been told of.
     PageImageCache m_cache;
     std::atomic<quint64> m_nextRequestId{1};
     std::atomic<quint64> m_generation{1};

@@ -28,31 +28,40 @@ QSize pixelSize(QSizeF displaySize, double zoom)
     return {pixels(displaySize.width(), zoom), pixels(displaySize.height(), zoom)};
 }
 
+/// Stacks the pages and returns the size of the content. `place` is called with the index, the
+/// upper edge and the size of each page.
+template <typename Place>
+QSize stackPages(const QList<QSizeF> &displaySizes, double zoom, QSize viewport, Place &&place)
+{
+    if (displaySizes.isEmpty()) {
+        return viewport;
+    }
+    int widest = 0;
+    qint64 y = kPageTopMargin;
+    for (qsizetype i = 0; i < displaySizes.size(); ++i) {
+        const QSize size = pixelSize(displaySizes.at(i), zoom);
+        widest = std::max(widest, size.width());
+        place(i, static_cast<int>(y), size);
+        y = std::min(y + size.height() + kPageGap, kMaximumContentHeight);
+    }
+    return {std::max(widest + 2 * kPageSideMargin, viewport.width()),
+            static_cast<int>(y) - kPageGap + kPageBottomMargin};
+}
+
 } // namespace
 
 PageLayout computePageLayout(const QList<QSizeF> &displaySizes, double zoom, QSize viewport)
 {
     PageLayout layout;
-    if (displaySizes.isEmpty()) {
-        layout.contentSize = viewport;
-        return layout;
-    }
-
-    layout.pages.reserve(displaySizes.size());
-    int widest = 0;
-    qint64 y = kPageTopMargin;
-    for (const QSizeF &displaySize : displaySizes) {
-        const QSize size = pixelSize(displaySize, zoom);
-        widest = std::max(widest, size.width());
-        layout.pages.append(QRect(QPoint(0, static_cast<int>(y)), size));
-        y = std::min(y + size.height() + kPageGap, kMaximumContentHeight);
-    }
-
-    const int contentWidth = std::max(widest + 2 * kPageSideMargin, viewport.width());
+    layout.pages.resize(displaySizes.size());
+    QRect *pages = layout.pages.data();
+    layout.contentSize =
+        stackPages(displaySizes, zoom, viewport, [pages](qsizetype i, int top, QSize size) {
+            pages[i] = QRect(QPoint(0, top), size);
+        });
     for (QRect &page : layout.pages) {
-        page.moveLeft((contentWidth - page.width()) / 2);
+        page.moveLeft((layout.contentSize.width() - page.width()) / 2);
     }
-    layout.contentSize = {contentWidth, static_cast<int>(y) - kPageGap + kPageBottomMargin};
     return layout;
 }
 
@@ -111,11 +120,15 @@ double settledFitZoom(const QList<QSizeF> &displaySizes, int row, QSize viewport
                       PageFit fit)
 {
     const auto missingBars = [&](double zoom) {
-        const QSize content = computePageLayout(displaySizes, zoom, viewport).contentSize;
+        const QSize content =
+            stackPages(displaySizes, zoom, viewport, [](qsizetype, int, QSize) {});
         return QSize(content.height() > viewport.height() ? scrollBars.width() : 0,
                      content.width() > viewport.width() ? scrollBars.height() : 0);
     };
     const double zoom = fitZoom(displaySizes.at(row), viewport, fit);
+    if (scrollBars.isNull()) {
+        return zoom;
+    }
     const QSize missing = missingBars(zoom);
     if (missing.isNull()) {
         return zoom;

@@ -363,11 +363,12 @@ const PdfPageRecord *PdfDocumentView::recordAt(int row) const
 QList<QSizeF> PdfDocumentView::displaySizes() const
 {
     const int count = pageCount();
-    QList<QSizeF> sizes;
-    sizes.reserve(count);
-    for (int row = 0; row < count; ++row) {
-        const PdfPageRecord *record = recordAt(row);
-        sizes.append(record ? record->displaySize() : kDefaultPageSize);
+    QList<QSizeF> sizes(count, kDefaultPageSize);
+    QSizeF *size = sizes.data();
+    for (int row = 0; row < count; ++row, ++size) {
+        if (const PdfPageRecord *record = recordAt(row)) {
+            *size = record->displaySize();
+        }
     }
     return sizes;
 }

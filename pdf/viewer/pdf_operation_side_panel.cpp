@@ -272,8 +272,8 @@ void PdfOperationSidePanel::onModelReset()
     for (FileLocationSelector *location : {m_extractLocation, m_splitLocation}) {
         location->setDirectory({});
     }
-    refreshExtractPreview();
-    refreshSplitPreview();
+    refreshExtractPreviewSoon();
+    refreshSplitPreviewSoon();
 }
 
 void PdfOperationSidePanel::onLocationChanged(const FileLocationSelector &location)

@@ -126,6 +126,7 @@ bool PdfViewerWidget::openFile(const QString &path, const QString &password)
     fitWidth();
     m_documentView->goToPage(0);
     // The reader waits for these; while they are rendered, the window has itself to paint.
+    m_renderManager->favourNextBatch();
     m_documentView->requestPagesInView();
     refreshPageState();
     emit documentLoaded(m_model->documentPath());

@@ -18,7 +18,7 @@ constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 
 /// Bytes read after a jump: enough for the dictionaries that are read one here and one there. What
 /// is read on from there comes in steps that double.
-constexpr std::size_t kJumpBytes = std::size_t{2} << 10;
+constexpr std::size_t kJumpBytes = 512;
 
 struct FileState
 {

@@ -1,7 +1,10 @@
 #include "pdfcore/src/page_tree.h"
 
+#include "pdfcore/src/page_tokens.h"
+
 #include <cmath>
 #include <exception>
+#include <optional>
 #include <unordered_set>
 
 namespace pdfcore {
@@ -30,6 +33,7 @@ struct TreeWalk
     PageTree &tree;
     std::vector<TreeLevel> levels;
     std::unordered_set<int> visitedNodes;
+    KnownPageSizes sizes;
 };
 
 /// Lets a container grow; no C++ exception may pass the frames of MuPDF.
@@ -131,20 +135,30 @@ pdf_obj *parseAlone(fz_context *ctx, pdf_document *document, int number)
 }
 
 /// What the object is as a kid of a page tree; unread when it cannot be told this way.
-PageTreeKid readKid(fz_context *ctx, pdf_document *document, int number)
+PageTreeKid readKid(fz_context *ctx, pdf_document *document, int number, KnownPageSizes &sizes)
 {
     PageTreeKid kid;
+    std::optional<PageBoxEntries> entries;
+    std::optional<QSizeF> size;
     pdf_obj *object = nullptr;
     fz_var(object);
     fz_try(ctx)
     {
-        object = parseAlone(ctx, document, number);
-        if (object == nullptr)
-            object = pdf_load_object(ctx, document, number);
-        kid.kind = kindOf(ctx, object);
-        if (kid.kind == PageTreeKid::Kind::Page) {
+        entries = readPageTokens(ctx, document, number);
+        size = entries ? sizes.find(*entries) : std::nullopt;
+        if (size) {
+            kid = {PageTreeKid::Kind::Page, entries->parentNumber, *size};
+        } else {
+            object = parseAlone(ctx, document, number);
+            if (object == nullptr)
+                object = pdf_load_object(ctx, document, number);
+            kid.kind = kindOf(ctx, object);
+        }
+        if (object != nullptr && kid.kind == PageTreeKid::Kind::Page) {
             kid.parentNumber = pdf_to_num(ctx, pdf_dict_get(ctx, object, PDF_NAME(Parent)));
             kid.size = sizeOfPage(ctx, object);
+            if (entries)
+                sizes.remember(*entries, kid.size);
         }
     }
     fz_always(ctx)
@@ -233,7 +247,7 @@ void visit(TreeWalk &walk, pdf_obj *kid, int index)
     if (isKnown)
         read = walk.rootKids[static_cast<std::size_t>(index)];
     else if (number != 0)
-        read = readKid(walk.ctx, walk.document, number);
+        read = readKid(walk.ctx, walk.document, number, walk.sizes);
 
     if (read.kind == PageTreeKid::Kind::Other)
         return;
@@ -320,9 +334,10 @@ std::vector<int> rootKidNumbers(MupdfContext &context, pdf_document *document)
 void readKids(MupdfContext &context, pdf_document *document, const std::vector<int> &numbers,
               std::size_t from, std::size_t to, std::vector<PageTreeKid> &kids)
 {
+    KnownPageSizes sizes;
     for (std::size_t i = from; i < to && !context.isOutOfTime(); ++i) {
         if (numbers[i] != 0)
-            kids[i] = readKid(context.get(), document, numbers[i]);
+            kids[i] = readKid(context.get(), document, numbers[i], sizes);
     }
 }
 
@@ -330,7 +345,7 @@ bool walkPageTree(MupdfContext &context, pdf_document *document,
                   const std::vector<PageTreeKid> &rootKids, PageTree *tree, bool *hasTree,
                   QString *reason)
 {
-    TreeWalk walk{context.get(), document, rootKids, *tree, {}, {}};
+    TreeWalk walk{context.get(), document, rootKids, *tree, {}, {}, {}};
     const bool walked = context.run(
         [&](fz_context *ctx) {
             pdf_obj *root = rootOf(ctx, document);
