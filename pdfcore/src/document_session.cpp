@@ -55,6 +55,18 @@ pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index, pdf_obj *
     return page;
 }
 
+void writeToDevice(fz_context *ctx, void *state, const void *data, size_t length)
+{
+    const auto size = static_cast<qint64>(length);
+    if (static_cast<QIODevice *>(state)->write(static_cast<const char *>(data), size) != size)
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be written");
+}
+
+int64_t positionOfDevice(fz_context * /*ctx*/, void *state)
+{
+    return static_cast<QIODevice *>(state)->pos();
+}
+
 /// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
 /// walking the tree again, and counts the same pages in the same order.
 void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
@@ -331,6 +343,37 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     }
     *outcome = {};
     return image;
+}
+
+bool DocumentSession::writeRepaired(QIODevice &device)
+{
+    constexpr int kBufferBytes = 1 << 16;
+    // Writing changes the document.
+    m_usable = false;
+    m_context.beginWork(m_budgets.open);
+    const bool written = m_context.run(
+        [&](fz_context *ctx) {
+            pdf_write_options options = pdf_default_write_options;
+            options.do_encrypt = PDF_ENCRYPT_NONE;
+            fz_output *output =
+                fz_new_output(ctx, kBufferBytes, &device, &writeToDevice, nullptr, nullptr);
+            output->tell = &positionOfDevice;
+            fz_try(ctx)
+            {
+                pdf_write_document(ctx, m_document, output, &options);
+                fz_close_output(ctx, output);
+            }
+            fz_always(ctx)
+            {
+                fz_drop_output(ctx, output);
+            }
+            fz_catch(ctx)
+            {
+                fz_rethrow(ctx);
+            }
+        },
+        nullptr);
+    return m_context.endWork() == BudgetBreach::None && written;
 }
 
 EngineError DocumentSession::budgetError(BudgetBreach breach, PdfBackendError code) const

@@ -6,6 +6,7 @@
 #include "pdfcore/src/mupdf_context.h"
 #include "pdfcore/src/page_tree.h"
 
+#include <QIODevice>
 #include <QImage>
 #include <QList>
 #include <QSize>
@@ -60,6 +61,10 @@ public:
     ///
     /// Null on failure. A page that used up its budget leaves the session unfit for further use.
     QImage render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome);
+
+    /// Writes the document as it was opened, which may have taken a repair, unencrypted. False when
+    /// that fails.
+    bool writeRepaired(QIODevice &device);
 
     /// False once a piece of work ended in a way that leaves the document in doubt.
     [[nodiscard]] bool isUsable() const { return m_usable; }

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <set>
+#include <string_view>
 
 namespace pdfcore {
 
@@ -17,6 +18,7 @@ namespace {
 /// Levels of page tree nodes that are followed.
 constexpr std::size_t kMaxTreeDepth = 512;
 
+constexpr std::string_view kResources{"/Resources"};
 constexpr std::array kInherited{"/Resources", "/MediaBox", "/CropBox", "/Rotate"};
 
 struct TreeLevel
@@ -52,8 +54,12 @@ void addPage(QPDF &document, QPDFObjectHandle page, const std::vector<TreeLevel>
     for (const char *key : kInherited) {
         for (auto level = levels.rbegin(); level != levels.rend() && !page.hasKey(key); ++level) {
             QPDFObjectHandle node = level->node;
-            if (node.hasKey(key))
-                page.replaceKey(key, node.getKey(key));
+            if (!node.hasKey(key))
+                continue;
+            // Resources that many pages inherit stay one object.
+            if (key == kResources && !node.getKey(key).isIndirect())
+                node.replaceKey(key, document.makeIndirectObject(node.getKey(key)));
+            page.replaceKey(key, node.getKey(key));
         }
     }
     page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));

@@ -1,0 +1,203 @@
+#include "pdfcore/src/catalogue.h"
+
+#include "pdfcore/src/key_tree.h"
+#include "pdfcore/src/layers.h"
+#include "pdfcore/src/qpdf_objects.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace pdfcore {
+
+namespace {
+
+/// Beads of one article thread that are followed.
+constexpr int kMaxBeads = 100'000;
+
+/// The names dictionary of the catalogue, made when there is none.
+QPDFObjectHandle namesOf(QPDF &document)
+{
+    QPDFObjectHandle names = document.getRoot().getKey("/Names");
+    if (!names.isDictionary()) {
+        names = document.makeIndirectObject(QPDFObjectHandle::newDictionary());
+        document.getRoot().replaceKey("/Names", names);
+    }
+    return names;
+}
+
+void reduceNamedDestinations(SourceDocument &main, LinkReducer &links)
+{
+    QPDFObjectHandle catalogue = main.root();
+    // They are all read before the first one goes: one name may stand for another.
+    if (main.namedDestinations().empty())
+        return;
+    if (QPDFObjectHandle old = catalogue.getKey("/Dests"); old.isDictionary()) {
+        for (auto &[name, destination] : old.getDictAsMap()) {
+            QPDFObjectHandle reduced = links.reducedDestination(destination);
+            if (reduced.isNull())
+                old.removeKey(name);
+            else
+                old.replaceKey(name, reduced);
+        }
+    }
+    QPDFObjectHandle names = catalogue.getKey("/Names");
+    if (!entryOf(names, "/Dests").isDictionary())
+        return;
+    NameEntries kept;
+    for (auto &[name, destination] : readNameTree(names.getKey("/Dests"))) {
+        QPDFObjectHandle reduced = links.reducedDestination(destination);
+        if (!reduced.isNull())
+            kept.emplace_back(name, reduced);
+    }
+    if (kept.empty())
+        names.removeKey("/Dests");
+    else
+        names.replaceKey("/Dests", newNameTree(main.document(), kept));
+}
+
+void reduceOpening(SourceDocument &main, LinkReducer &links)
+{
+    QPDFObjectHandle catalogue = main.root();
+    QPDFObjectHandle opening = catalogue.getKey("/OpenAction");
+    if (opening.isNull())
+        return;
+    if (opening.isDictionary()) {
+        if (!links.reduceAction(opening))
+            catalogue.removeKey("/OpenAction");
+        return;
+    }
+    QPDFObjectHandle reduced = links.reducedDestination(opening);
+    if (reduced.isNull())
+        catalogue.removeKey("/OpenAction");
+    else
+        catalogue.replaceKey("/OpenAction", reduced);
+}
+
+/// The beads of a thread, as far as they run on.
+std::vector<QPDFObjectHandle> beadsOf(QPDFObjectHandle thread)
+{
+    std::vector<QPDFObjectHandle> beads;
+    std::set<QPDFObjGen> visited;
+    QPDFObjectHandle bead = entryOf(thread, "/F");
+    while (bead.isDictionary() && bead.isIndirect() && beads.size() < kMaxBeads &&
+           visited.insert(bead.getObjGen()).second) {
+        beads.push_back(bead);
+        bead = bead.getKey("/N");
+    }
+    return beads;
+}
+
+/// Joins the beads whose pages stay; false when there are none.
+bool reduceThread(SourceDocument &main, QPDFObjectHandle thread)
+{
+    std::vector<QPDFObjectHandle> kept;
+    const std::vector<QPDFObjectHandle> beads = beadsOf(thread);
+    for (const QPDFObjectHandle &bead : beads) {
+        if (!main.isGone(QPDFObjectHandle(bead).getKey("/P")))
+            kept.push_back(bead);
+    }
+    if (kept.empty())
+        return false;
+    if (kept.size() == beads.size())
+        return true;
+    thread.replaceKey("/F", kept.front());
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        const std::size_t next = (i + 1) % kept.size();
+        kept[i].replaceKey("/N", kept[next]);
+        kept[next].replaceKey("/V", kept[i]);
+    }
+    // Only the first one of a thread has to name it.
+    kept.front().replaceKey("/T", thread);
+    return true;
+}
+
+void reduceThreads(SourceDocument &main)
+{
+    QPDFObjectHandle threads = main.root().getKey("/Threads");
+    if (!threads.isArray())
+        return;
+    std::vector<QPDFObjectHandle> kept;
+    for (const QPDFObjectHandle &thread : threads.getArrayAsVector()) {
+        if (QPDFObjectHandle(thread).isDictionary() && reduceThread(main, thread))
+            kept.push_back(thread);
+    }
+    if (kept.empty())
+        main.root().removeKey("/Threads");
+    else
+        main.root().replaceKey("/Threads", QPDFObjectHandle::newArray(kept));
+}
+
+/// `name` with a number in front of what comes behind its last full stop.
+std::string numbered(const std::string &name, int number)
+{
+    const std::size_t dot = name.rfind('.');
+    const std::string suffix = "_" + std::to_string(number);
+    return dot == std::string::npos ? name + suffix
+                                    : name.substr(0, dot) + suffix + name.substr(dot);
+}
+
+void addAttachments(QPDF &output, SourceDocument &source, ObjectCopier &copier)
+{
+    const NameEntries theirs =
+        readNameTree(entryOf(entryOf(source.root(), "/Names"), "/EmbeddedFiles"));
+    if (theirs.empty())
+        return;
+    QPDFObjectHandle names = namesOf(output);
+    NameEntries all = readNameTree(names.getKey("/EmbeddedFiles"));
+    std::set<std::string> taken;
+    for (const auto &[name, file] : all)
+        taken.insert(name);
+    for (const auto &[name, file] : theirs) {
+        std::string free = name;
+        for (int number = 2; !taken.insert(free).second; ++number)
+            free = numbered(name, number);
+        all.emplace_back(free, copier.copy(file));
+    }
+    names.replaceKey("/EmbeddedFiles", newNameTree(output, all));
+}
+
+void addNamedDestinations(QPDF &output, SourceDocument &source, ObjectCopier &copier)
+{
+    NameEntries added;
+    for (const auto &[name, destination] : source.namedDestinations()) {
+        const SourceDocument::Target target = source.resolve(destination);
+        if (target.kind == SourceDocument::Target::Kind::Page && source.isKept(target.page))
+            added.emplace_back(name, copier.copy(source.explicitAddress(target)));
+    }
+    if (added.empty())
+        return;
+    QPDFObjectHandle names = namesOf(output);
+    NameEntries all = readNameTree(names.getKey("/Dests"));
+    std::set<std::string> taken;
+    for (const auto &[name, destination] : all)
+        taken.insert(name);
+    if (QPDFObjectHandle old = output.getRoot().getKey("/Dests"); old.isDictionary()) {
+        for (const std::string &name : old.getKeys())
+            taken.insert(name.substr(1));
+    }
+    for (auto &[name, destination] : added) {
+        if (taken.insert(name).second)
+            all.emplace_back(name, destination);
+    }
+    names.replaceKey("/Dests", newNameTree(output, all));
+}
+
+} // namespace
+
+void reduceCatalogue(SourceDocument &main, LinkReducer &links)
+{
+    reduceNamedDestinations(main, links);
+    reduceOpening(main, links);
+    reduceThreads(main);
+    main.root().removeKey("/Perms");
+}
+
+void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier)
+{
+    addAttachments(output, source, copier);
+    addNamedDestinations(output, source, copier);
+    addLayers(output, source, copier);
+}
+
+} // namespace pdfcore

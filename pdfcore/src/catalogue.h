@@ -1,0 +1,19 @@
+#pragma once
+
+#include "pdfcore/src/link_reducer.h"
+#include "pdfcore/src/object_copier.h"
+#include "pdfcore/src/source_document.h"
+
+namespace pdfcore {
+
+/// Takes out of the main document's catalogue what leads to pages that are gone: named
+/// destinations, the action on opening, article threads. What certifies the file as it was goes in
+/// any case.
+void reduceCatalogue(SourceDocument &main, LinkReducer &links);
+
+/// Adds what a further source says beside its pages, whose copies have been mapped: attachments,
+/// named destinations, layers. Of destinations of the same name that of the main document counts;
+/// attachments of the same name get another one.
+void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier);
+
+} // namespace pdfcore

@@ -1,0 +1,102 @@
+#include "pdfcore/src/output_sources.h"
+
+#include "pdfcore/src/qpdf_source.h"
+#include "pdfcore/src/session_pool.h"
+#include "pdfcore/src/source_files.h"
+
+#include <QTemporaryFile>
+
+namespace pdfcore {
+
+namespace {
+
+/// Writes what MuPDF makes of a damaged file to a temporary file; null when it cannot.
+std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QString &password)
+{
+    auto file = std::make_unique<QTemporaryFile>();
+    if (!file->open())
+        return nullptr;
+    EngineError outcome;
+    const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
+    if (!session || !session->writeRepaired(*file) || !file->flush())
+        return nullptr;
+    return file;
+}
+
+/// How many pages the document has to those who look at it, or -1.
+int shownPageCount(const QString &path, const QString &password)
+{
+    EngineError outcome;
+    const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
+    return session ? session->pageCount() : -1;
+}
+
+} // namespace
+
+OutputSources::OutputSources() = default;
+
+OutputSources::~OutputSources() = default;
+
+SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outcome)
+{
+    const QString path = SourceFiles::instance().locate(page, outcome);
+    if (outcome->isError())
+        return nullptr;
+    const std::pair<QString, QString> key(path, page.password);
+    auto found = m_sources.find(key);
+    if (found == m_sources.end()) {
+        Source source;
+        const EngineError opened = open(path, page.password, &source);
+        // The content may have moved before it was open; what is open stays what it is.
+        EngineError moved;
+        if (SourceFiles::instance().locate(page, &moved) != path) {
+            *outcome = moved;
+            return moved.isError() ? nullptr : get(page, outcome);
+        }
+        if (opened.isError()) {
+            *outcome = opened;
+            return nullptr;
+        }
+        found = m_sources.emplace(key, std::move(source)).first;
+    }
+    SourceDocument *document = found->second.document.get();
+    if (page.pageIndex >= 0 && page.pageIndex < document->pageCount())
+        return document;
+    *outcome = {PdfBackendError::InvalidDocument,
+                QStringLiteral("The source has no page %1.").arg(qint64{page.pageIndex} + 1)};
+    return nullptr;
+}
+
+EngineError OutputSources::open(const QString &path, const QString &password, Source *source)
+{
+    EngineError outcome;
+    std::shared_ptr<QPDF> document = openQpdf(path, password, &outcome);
+    if (document) {
+        source->document = std::make_unique<SourceDocument>(document);
+        // A sound file has the pages that it says; the pages of a damaged one are those shown.
+        if (!document->anyWarnings() ||
+            shownPageCount(path, password) == source->document->pageCount())
+            return {};
+    } else if (outcome.code != PdfBackendError::InvalidDocument) {
+        return outcome;
+    }
+    std::unique_ptr<QTemporaryFile> repaired = newRepairedFile(path, password);
+    EngineError ignored;
+    std::shared_ptr<QPDF> copy =
+        repaired ? openQpdf(repaired->fileName(), QString(), &ignored) : nullptr;
+    if (!copy)
+        return outcome;
+    source->repairedFile = std::move(repaired);
+    source->document = std::make_unique<SourceDocument>(copy);
+    return {};
+}
+
+PDFVersion OutputSources::version() const
+{
+    PDFVersion highest(1, 5);
+    for (const auto &[key, source] : m_sources)
+        highest.updateIfGreater(source.document->document().getVersionAsPDFVersion());
+    return highest;
+}
+
+} // namespace pdfcore

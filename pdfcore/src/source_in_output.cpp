@@ -1,0 +1,98 @@
+#include "pdfcore/src/source_in_output.h"
+
+#include "pdfcore/src/catalogue.h"
+#include "pdfcore/src/link_reducer.h"
+#include "pdfcore/src/resource_pruner.h"
+#include "pdfcore/src/structure_tree.h"
+
+#include <set>
+
+namespace pdfcore {
+
+namespace {
+
+std::vector<QPDFObjectHandle> annotationsOf(QPDFObjectHandle page)
+{
+    QPDFObjectHandle annotations = page.getKey("/Annots");
+    if (!annotations.isArray())
+        return {};
+    return annotations.getArrayAsVector();
+}
+
+} // namespace
+
+void SourceInOutput::reduce(bool isMain)
+{
+    LinkReducer links(m_source, isMain);
+    m_labels.emplace(m_source);
+    for (const int index : m_source.keptPages()) {
+        m_rotations[index] = m_source.page(index).getKey("/Rotate");
+        links.reducePage(index);
+    }
+    m_outline = Outline::of(m_source, links, isMain);
+    m_fields = FormFields::of(m_source, isMain);
+    if (isMain)
+        reduceCatalogue(m_source, links);
+    if (!m_source.losesPages())
+        return;
+    links.dropGoneAnnotations();
+    if (isMain)
+        reduceStructure(m_source);
+    pruneResources(m_source);
+    if (isMain)
+        dropGonePages();
+}
+
+/// Empties the pages that are gone and what was on them, so that nothing brings them along.
+void SourceInOutput::dropGonePages()
+{
+    std::set<QPDFObjGen> kept;
+    for (const int index : m_source.keptPages()) {
+        for (const QPDFObjectHandle &annotation : annotationsOf(m_source.page(index)))
+            kept.insert(QPDFObjectHandle(annotation).getObjGen());
+    }
+    QPDF &document = m_source.document();
+    for (const int index : m_source.gonePages()) {
+        QPDFObjectHandle page = m_source.page(index);
+        for (QPDFObjectHandle &annotation : annotationsOf(page)) {
+            // What has kids may be a field whose other widgets stay.
+            if (annotation.isIndirect() && annotation.isDictionary() &&
+                !annotation.hasKey("/Kids") && kept.count(annotation.getObjGen()) == 0)
+                document.replaceObject(annotation.getObjGen(), QPDFObjectHandle::newNull());
+        }
+        document.replaceObject(page.getObjGen(), QPDFObjectHandle::newNull());
+    }
+}
+
+void SourceInOutput::bringPages(QPDF &output, bool isMain)
+{
+    if (isMain) {
+        for (const int index : m_source.keptPages())
+            m_pages[index] = m_source.page(index);
+        return;
+    }
+    m_copier = std::make_unique<ObjectCopier>(output, m_source.handle());
+    // All pages have their places before the first is copied, so that each finds the others.
+    for (const int index : m_source.keptPages()) {
+        m_pages[index] = output.makeIndirectObject(QPDFObjectHandle::newNull());
+        m_copier->map(m_source.page(index), m_pages[index]);
+    }
+    for (const int index : m_source.keptPages()) {
+        QPDFObjectHandle page = m_source.page(index).unsafeShallowCopy();
+        for (const char *key : {"/Parent", "/B"})
+            page.removeKey(key);
+        output.replaceObject(m_pages[index].getObjGen(), m_copier->copy(page));
+    }
+}
+
+QPDFObjectHandle SourceInOutput::pageInOutput(int index) const
+{
+    return m_pages.at(m_source.firstIndexOf(index));
+}
+
+QPDFObjectHandle SourceInOutput::ownRotation(int index) const
+{
+    return m_rotations.at(m_source.firstIndexOf(index));
+}
+
+} // namespace pdfcore

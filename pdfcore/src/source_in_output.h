@@ -1,0 +1,52 @@
+#pragma once
+
+#include "pdfcore/src/form_fields.h"
+#include "pdfcore/src/object_copier.h"
+#include "pdfcore/src/outline.h"
+#include "pdfcore/src/page_labels.h"
+#include "pdfcore/src/source_document.h"
+
+#include <map>
+#include <optional>
+
+namespace pdfcore {
+
+/// What one source gives to an output: first reduced to the pages that the output has, then copied
+/// into it unless it is the output itself.
+class SourceInOutput
+{
+public:
+    explicit SourceInOutput(SourceDocument &source)
+        : m_source(source)
+    {}
+
+    [[nodiscard]] SourceDocument &source() const { return m_source; }
+    [[nodiscard]] const Outline &outline() const { return m_outline; }
+    [[nodiscard]] const FormFields &fields() const { return m_fields; }
+    [[nodiscard]] const SourceLabels &labels() const { return *m_labels; }
+    /// Null in the main document.
+    [[nodiscard]] ObjectCopier *copier() const { return m_copier.get(); }
+
+    /// Takes everything out that leads to pages that are gone.
+    void reduce(bool isMain);
+    /// Makes the kept pages pages of the output. Of the main document they are that already.
+    void bringPages(QPDF &output, bool isMain);
+
+    /// A kept page in the output.
+    [[nodiscard]] QPDFObjectHandle pageInOutput(int index) const;
+    /// The rotation that the page has in the source.
+    [[nodiscard]] QPDFObjectHandle ownRotation(int index) const;
+
+private:
+    void dropGonePages();
+
+    SourceDocument &m_source;
+    Outline m_outline;
+    FormFields m_fields;
+    std::optional<SourceLabels> m_labels;
+    std::unique_ptr<ObjectCopier> m_copier;
+    std::map<int, QPDFObjectHandle> m_pages;
+    std::map<int, QPDFObjectHandle> m_rotations;
+};
+
+} // namespace pdfcore
