@@ -1,8 +1,8 @@
-// Saving against the qpdf command in the same series: a thousand pages, reordered, from three
-// files.
+// Saving against the qpdf command in the same series.
 //
-//     bench_save                     every figure
-//     bench_save --work OUT A B C    saves once and prints the milliseconds that it took
+//     bench_save                          every figure
+//     bench_save --split FILE...          sizes of the parts when every page becomes a file
+//     bench_save --work ORDER OUT FILES   saves once and prints the milliseconds that it took
 //
 // The program that saves is running already and has shown a page; the peer is a command.
 
@@ -11,39 +11,75 @@
 #include "pdfcore/pdf_editor_backend.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kRuns = 7;
-constexpr int kPagesOfFile = 400;
-constexpr int kPages = 1000;
+constexpr int kPagesOfMixedFile = 400;
+constexpr int kMixedPages = 1000;
+constexpr int kManyPages = 10'000;
+constexpr int kManyFiles = 10;
 
-struct Pick
-{
-    int file;
-    int page;
-};
+/// In which order the pages of the files are put together.
+const QString kMixed = QStringLiteral("mixed");      ///< In turn, each file from its end.
+const QString kReversed = QStringLiteral("reverse"); ///< All pages from the last to the first.
+const QString kJoined = QStringLiteral("joined");    ///< One file after the other.
 
-/// Page i of the output: the files in turn, each from its end.
-Pick pickOf(int i)
+/// Page i of the mixed output: the files in turn, each from its end.
+PdfSourcePage mixedPage(const QStringList &files, int i)
 {
-    return {i % 3, kPagesOfFile - 1 - i / 3};
+    PdfSourcePage page;
+    page.filePath = files.at(i % 3);
+    page.pageIndex = kPagesOfMixedFile - 1 - i / 3;
+    return page;
 }
 
-int saveOnce(const QString &target, const QStringList &files)
+/// All pages of the files, as the program has them after inspecting.
+QList<PdfSourcePage> pagesOfFiles(const QStringList &files)
 {
     QList<PdfSourcePage> pages;
-    for (int i = 0; i < kPages; ++i) {
-        const Pick pick = pickOf(i);
-        PdfSourcePage page;
-        page.filePath = files.at(pick.file);
-        page.pageIndex = pick.page;
-        pages.append(page);
+    for (const QString &file : files) {
+        PdfDocumentInfo info;
+        if (!PdfEditorBackend::inspectDocument(file, {}, &info, nullptr, nullptr))
+            return {};
+        for (qint32 i = 0; i < info.pageSizes.size(); ++i) {
+            PdfSourcePage page;
+            page.filePath = file;
+            page.pageIndex = i;
+            page.source = info.source;
+            pages.append(page);
+        }
     }
+    return pages;
+}
+
+QList<PdfSourcePage> pagesInOrder(const QString &order, const QStringList &files)
+{
+    QList<PdfSourcePage> pages;
+    if (order == kMixed) {
+        for (int i = 0; i < kMixedPages; ++i)
+            pages.append(mixedPage(files, i));
+        return pages;
+    }
+    pages = pagesOfFiles(files);
+    if (order == kReversed)
+        std::reverse(pages.begin(), pages.end());
+    return pages;
+}
+
+int saveOnce(const QString &order, const QString &target, const QStringList &files)
+{
+    const QList<PdfSourcePage> pages = pagesInOrder(order, files);
+    if (pages.isEmpty())
+        return 1;
     PdfEditorBackend::renderPage(pages.constFirst(), {1700, 2200}, nullptr, nullptr);
     QString message;
     QElapsedTimer timer;
@@ -56,30 +92,10 @@ int saveOnce(const QString &target, const QStringList &files)
     return 0;
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+/// Prints the time of one save as a ratio to that of all commands of the peer together.
+bool compare(const QString &what, const QString &order, const QStringList &files,
+             const QList<QStringList> &peer, const QTemporaryDir &folder, double limit)
 {
-    const QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QLatin1String("--work"))
-        return saveOnce(arguments.value(2), arguments.mid(3));
-
-    const QTemporaryDir folder;
-    QStringList files;
-    for (const QChar name : QStringLiteral("abc")) {
-        files.append(folder.filePath(QString(name) + QStringLiteral(".pdf")));
-        if (!SampleFiles::writeText(files.constLast(), kPagesOfFile))
-            return 1;
-    }
-    QStringList peer{QStringLiteral("--empty"), QStringLiteral("--object-streams=generate"),
-                     QStringLiteral("--pages")};
-    for (int i = 0; i < kPages; ++i) {
-        const Pick pick = pickOf(i);
-        peer << files.at(pick.file) << QString::number(pick.page + 1);
-    }
-    peer << QStringLiteral("--") << folder.filePath(QStringLiteral("peer.pdf"));
-    const TimedCommand peerCommand{QStringLiteral("qpdf"), peer};
     QList<double> ours;
     QList<double> peers;
     QList<double> ratios;
@@ -87,17 +103,111 @@ int main(int argc, char *argv[])
         QProcess process;
         process.start(
             QCoreApplication::applicationFilePath(),
-            QStringList{QStringLiteral("--work"), folder.filePath(QStringLiteral("ours.pdf"))} +
+            QStringList{QStringLiteral("--work"), order, folder.filePath(QStringLiteral("o.pdf"))} +
                 files);
-        process.waitForFinished();
+        process.waitForFinished(-1);
+        if (process.exitCode() != 0)
+            return false;
         ours.append(process.readAllStandardOutput().trimmed().toDouble());
-        const PairedSeries series = runPaired(peerCommand, peerCommand, 1);
-        if (!series.problem.isEmpty() || process.exitCode() != 0)
-            return 1;
-        peers.append(series.medianA);
-        ratios.append(ours.constLast() / peers.constLast());
+        double together = 0;
+        for (const QStringList &arguments : peer) {
+            const TimedCommand command{QStringLiteral("qpdf"), arguments};
+            const PairedSeries series = runPaired(command, command, 1);
+            if (!series.problem.isEmpty())
+                return false;
+            together += series.medianA;
+        }
+        peers.append(together);
+        ratios.append(ours.constLast() / together);
     }
-    printRatio(QStringLiteral("1000 pages of three files / qpdf --pages"),
-               {median(ours), median(peers), median(ratios), {}}, 1.0);
+    printRatio(what, {median(ours), median(peers), median(ratios), {}}, limit);
+    return true;
+}
+
+bool compareMixed(const QTemporaryDir &folder)
+{
+    QStringList files;
+    for (const QChar name : QStringLiteral("abc")) {
+        files.append(folder.filePath(QString(name) + QStringLiteral(".pdf")));
+        if (!SampleFiles::writeText(files.constLast(), kPagesOfMixedFile))
+            return false;
+    }
+    QStringList peer{QStringLiteral("--empty"), QStringLiteral("--object-streams=generate"),
+                     QStringLiteral("--pages")};
+    for (int i = 0; i < kMixedPages; ++i) {
+        const PdfSourcePage page = mixedPage(files, i);
+        peer << page.filePath << QString::number(page.pageIndex + 1);
+    }
+    peer << QStringLiteral("--") << folder.filePath(QStringLiteral("peer.pdf"));
+    return compare(QStringLiteral("1000 pages of three files / qpdf --pages"), kMixed, files,
+                   {peer}, folder, 1.0);
+}
+
+bool compareReversed(const QTemporaryDir &folder)
+{
+    const QString file = folder.filePath(QStringLiteral("many.pdf"));
+    return SampleFiles::writeText(file, kManyPages) &&
+           compare(QStringLiteral("10000 pages reversed / qpdf IN OUT"), kReversed, {file},
+                   {{file, folder.filePath(QStringLiteral("peer.pdf"))}}, folder, 1.5);
+}
+
+bool compareJoined(const QTemporaryDir &folder)
+{
+    QStringList files;
+    QList<QStringList> peer;
+    for (int i = 0; i < kManyFiles; ++i) {
+        files.append(folder.filePath(QStringLiteral("join%1.pdf").arg(i)));
+        if (!SampleFiles::writeText(files.constLast(), kManyPages / kManyFiles))
+            return false;
+        peer.append({files.constLast(), folder.filePath(QStringLiteral("peer.pdf"))});
+    }
+    return compare(QStringLiteral("10000 pages of ten files / qpdf IN OUT of each"), kJoined, files,
+                   peer, folder, 2.0);
+}
+
+qint64 sizeOfFiles(const QString &folder)
+{
+    qint64 bytes = 0;
+    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::Files))
+        bytes += file.size();
+    return bytes;
+}
+
+/// Prints the size of all one-page parts of each file against those that the peer writes.
+int compareParts(const QStringList &files)
+{
+    QTextStream out(stdout);
+    for (const QString &file : files) {
+        const QTemporaryDir ours;
+        const QTemporaryDir peers;
+        bool saved = true;
+        int number = 0;
+        for (const PdfSourcePage &page : pagesOfFiles({file})) {
+            saved = saved && PdfEditorBackend::saveDocument(
+                                 {page}, ours.filePath(QStringLiteral("%1.pdf").arg(++number)),
+                                 nullptr, nullptr);
+        }
+        QProcess::execute(QStringLiteral("qpdf"), {QStringLiteral("--split-pages"), file,
+                                                   peers.filePath(QStringLiteral("p.pdf"))});
+        const auto part = static_cast<double>(sizeOfFiles(ours.path()));
+        const auto peer = static_cast<double>(sizeOfFiles(peers.path()));
+        out << QFileInfo(file).fileName() << ": " << number << " parts, "
+            << (saved ? part / peer : -1) << " of the size of qpdf's" << Qt::endl;
+    }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == QLatin1String("--work"))
+        return saveOnce(arguments.value(2), arguments.value(3), arguments.mid(4));
+    if (arguments.value(1) == QLatin1String("--split"))
+        return compareParts(arguments.mid(2));
+
+    const QTemporaryDir folder;
+    return compareMixed(folder) && compareReversed(folder) && compareJoined(folder) ? 0 : 1;
 }

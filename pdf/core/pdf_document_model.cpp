@@ -36,6 +36,8 @@ QList<PdfSourcePage> PdfDocumentModel::sourcePages() const
     sources.reserve(m_pages.size());
     for (int row = 0; row < pageCount(); ++row) {
         sources.append(m_pages.at(row).toSourcePage());
+        PdfSourcePage &page = sources.last();
+        page.isOfMainDocument = page.source && page.source == m_documentSource;
     }
     return sources;
 }
@@ -74,6 +76,7 @@ bool PdfDocumentModel::loadDocument(const QString &path, const QString &password
     m_rowIndex.invalidate();
     m_documentPath = path;
     m_documentPassword = password;
+    m_documentSource = info.source;
     ++m_documentRevision;
     m_modified = false;
     endResetModel();

@@ -127,6 +127,7 @@ private:
     mutable PageRowIndex m_rowIndex;
     QString m_documentPath;
     QString m_documentPassword;
+    PdfSourceFilePtr m_documentSource; ///< The state of the file that was opened.
     PdfPageId m_nextPageId = 1;
     quint64 m_documentRevision = 0;
     bool m_modified = false;
