@@ -88,7 +88,7 @@ std::vector<QPDFObjectHandle> beadsOf(QPDFObjectHandle thread)
     return beads;
 }
 
-/// Joins the beads whose pages stay; false when there are none.
+/// Joins the beads whose pages stay; false when all are gone.
 bool reduceThread(SourceDocument &main, QPDFObjectHandle thread)
 {
     std::vector<QPDFObjectHandle> kept;
@@ -97,10 +97,10 @@ bool reduceThread(SourceDocument &main, QPDFObjectHandle thread)
         if (!main.isGone(QPDFObjectHandle(bead).getKey("/P")))
             kept.push_back(bead);
     }
-    if (kept.empty())
-        return false;
     if (kept.size() == beads.size())
         return true;
+    if (kept.empty())
+        return false;
     thread.replaceKey("/F", kept.front());
     for (std::size_t i = 0; i < kept.size(); ++i) {
         const std::size_t next = (i + 1) % kept.size();

@@ -151,21 +151,37 @@ OutputForm::OutputForm(QPDF &output, const FormFields &main)
     }
 }
 
-/// Adds a field whose name may be taken. Fields that had a name in common before, which makes them
-/// one field to a reader, still have one afterwards; `renamed` has the names given so far.
-void OutputForm::addRoot(QPDFObjectHandle field, Names &renamed)
+/// Adds fields of one document, or of one page's copy, whose names may be taken. Fields that had a
+/// name in common before, which makes them one field to a reader, still have one afterwards.
+void OutputForm::addRoots(const std::vector<QPDFObjectHandle> &fields)
 {
-    if (QPDFObjectHandle name = field.getKey("/T"); name.isString()) {
-        const auto [known, isNew] = renamed.emplace(name.getUTF8Value(), std::string());
-        if (isNew) {
-            known->second = freeName(known->first, m_names);
-            m_names.insert(known->second);
+    std::set<std::string> taken = m_names;
+    taken.insert(m_reservedNames.begin(), m_reservedNames.end());
+    Names given;
+    for (QPDFObjectHandle field : fields) {
+        if (QPDFObjectHandle name = field.getKey("/T"); name.isString()) {
+            const auto [known, isNew] = given.emplace(name.getUTF8Value(), std::string());
+            if (isNew) {
+                const bool isFree = m_names.count(known->first) == 0;
+                known->second = isFree ? known->first : freeName(known->first, taken);
+                taken.insert(known->second);
+            }
+            if (known->second != known->first)
+                field.replaceKey("/T", QPDFObjectHandle::newUnicodeString(known->second));
         }
-        if (known->second != known->first)
-            field.replaceKey("/T", QPDFObjectHandle::newUnicodeString(known->second));
+        m_roots.push_back(field);
+        m_rootIds.insert(field.getObjGen());
     }
-    m_roots.push_back(field);
-    m_rootIds.insert(field.getObjGen());
+    for (const auto &[wanted, name] : given)
+        m_names.insert(name);
+}
+
+void OutputForm::reserveNames(const FormFields &fields)
+{
+    for (QPDFObjectHandle field : fields.roots()) {
+        if (QPDFObjectHandle name = field.getKey("/T"); name.isString())
+            m_reservedNames.insert(name.getUTF8Value());
+    }
 }
 
 void OutputForm::add(const FormFields &fields, ObjectCopier &copier)
@@ -178,9 +194,7 @@ void OutputForm::add(const FormFields &fields, ObjectCopier &copier)
     if (!m_form.isDictionary())
         m_form = QPDFObjectHandle::newDictionary();
     adoptDefaults(fields.form(), roots, copier);
-    Names renamed;
-    for (QPDFObjectHandle &root : roots)
-        addRoot(root, renamed);
+    addRoots(roots);
     for (const QPDFObjectHandle &field : fields.calculationOrder())
         m_calculationOrder.push_back(copier.copy(field));
 }
@@ -256,8 +270,8 @@ OutputForm::Names OutputForm::adoptResources(QPDFObjectHandle resources)
     return renamed;
 }
 
-QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones, Names &renamed,
-                                     int depth)
+QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones,
+                                     std::vector<QPDFObjectHandle> &roots, int depth)
 {
     const auto [known, isNew] = clones.emplace(field.getObjGen(), QPDFObjectHandle());
     if (!isNew)
@@ -267,7 +281,7 @@ QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones, Nam
     clone.replaceKey("/Kids", QPDFObjectHandle::newArray());
     QPDFObjectHandle parent = field.getKey("/Parent");
     if (parent.isDictionary() && parent.isIndirect() && depth < kMaxFieldDepth) {
-        QPDFObjectHandle parentClone = cloneOf(parent, clones, renamed, depth + 1);
+        QPDFObjectHandle parentClone = cloneOf(parent, clones, roots, depth + 1);
         if (parentClone.isInitialized()) {
             clone.replaceKey("/Parent", parentClone);
             parentClone.getKey("/Kids").appendItem(clone);
@@ -275,7 +289,7 @@ QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones, Nam
     } else {
         clone.removeKey("/Parent");
         if (m_rootIds.count(field.getObjGen()) != 0)
-            addRoot(clone, renamed);
+            roots.push_back(clone);
     }
     return clone;
 }
@@ -283,7 +297,7 @@ QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones, Nam
 void OutputForm::addCopies(const AnnotationCopies &copies)
 {
     Clones clones;
-    Names renamed;
+    std::vector<QPDFObjectHandle> roots;
     for (auto [original, copied] : copies) {
         if (!isWidget(original))
             continue;
@@ -291,13 +305,14 @@ void OutputForm::addCopies(const AnnotationCopies &copies)
         clones[original.getObjGen()] = copied;
         QPDFObjectHandle parent = original.getKey("/Parent");
         if (parent.isDictionary() && parent.isIndirect()) {
-            QPDFObjectHandle parentClone = cloneOf(parent, clones, renamed, 0);
+            QPDFObjectHandle parentClone = cloneOf(parent, clones, roots, 0);
             copied.replaceKey("/Parent", parentClone);
             parentClone.getKey("/Kids").appendItem(copied);
         } else if (m_rootIds.count(original.getObjGen()) != 0) {
-            addRoot(copied, renamed);
+            roots.push_back(copied);
         }
     }
+    addRoots(roots);
     const std::vector<QPDFObjectHandle> order = m_calculationOrder;
     for (const QPDFObjectHandle &field : order) {
         const auto clone = clones.find(field.getObjGen());

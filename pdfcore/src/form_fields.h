@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdfcore/src/annotation_copier.h"
 #include "pdfcore/src/object_copier.h"
 #include "pdfcore/src/source_document.h"
 
@@ -10,9 +11,6 @@
 #include <vector>
 
 namespace pdfcore {
-
-/// The annotations of a page and their copies on a copy of the page.
-using AnnotationCopies = std::vector<std::pair<QPDFObjectHandle, QPDFObjectHandle>>;
 
 /// The fields of one source, without those whose widgets were on pages that are gone, and without
 /// the values of signatures, which do not hold for a document that was written anew.
@@ -44,6 +42,9 @@ public:
     /// Starts with the form of the main document.
     OutputForm(QPDF &output, const FormFields &main);
 
+    /// Keeps the names of these fields from being given to others that have to be renamed.
+    void reserveNames(const FormFields &fields);
+
     /// Adds copies of the fields of another source, whose pages have been mapped. A name that is
     /// taken gets a number behind it.
     void add(const FormFields &fields, ObjectCopier &copier);
@@ -59,8 +60,9 @@ private:
     using Clones = std::map<QPDFObjGen, QPDFObjectHandle>;
     using Names = std::map<std::string, std::string>;
 
-    QPDFObjectHandle cloneOf(QPDFObjectHandle field, Clones &clones, Names &renamed, int depth);
-    void addRoot(QPDFObjectHandle field, Names &renamed);
+    QPDFObjectHandle cloneOf(QPDFObjectHandle field, Clones &clones,
+                             std::vector<QPDFObjectHandle> &roots, int depth);
+    void addRoots(const std::vector<QPDFObjectHandle> &fields);
     void adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHandle> &roots,
                        ObjectCopier &copier);
     Names adoptResources(QPDFObjectHandle resources);
@@ -71,6 +73,7 @@ private:
     std::vector<QPDFObjectHandle> m_calculationOrder;
     std::set<QPDFObjGen> m_rootIds;
     std::set<std::string> m_names; ///< Partial names of the roots, in UTF-8.
+    std::set<std::string> m_reservedNames;
 };
 
 } // namespace pdfcore

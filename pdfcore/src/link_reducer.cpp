@@ -1,5 +1,6 @@
 #include "pdfcore/src/link_reducer.h"
 
+#include "pdfcore/src/annotation_copier.h"
 #include "pdfcore/src/qpdf_objects.h"
 
 #include <vector>
@@ -149,13 +150,25 @@ void LinkReducer::reducePage(int index)
     if (!annotations.isArray())
         return;
     std::vector<QPDFObjectHandle> kept;
+    AnnotationCopier copier(m_source.document());
     for (QPDFObjectHandle &annotation : annotations.getArrayAsVector()) {
         if (!annotation.isDictionary())
             continue;
         if (!annotation.isIndirect())
             annotation = m_source.document().makeIndirectObject(annotation);
-        if (reduceAnnotation(annotation, page))
+        // One that belongs to an earlier page already. Fields may have several widgets, but each of
+        // them has its place among the field's kids.
+        const bool isShared = m_keptAnnotations.count(annotation.getObjGen()) != 0 &&
+                              !hasName(annotation, "/Subtype", "/Widget");
+        if (isShared)
+            kept.push_back(copier.add(annotation));
+        else if (reduceAnnotation(annotation, page))
             kept.push_back(annotation);
+    }
+    copier.relate(page);
+    for (const QPDFObjectHandle &annotation : kept) {
+        if (m_keptAnnotations.insert(QPDFObjectHandle(annotation).getObjGen()).second)
+            copier.relateToCopies(annotation);
     }
     page.replaceKey("/Annots", QPDFObjectHandle::newArray(kept));
 }

@@ -44,6 +44,7 @@ private:
     bool m_isMain;
     std::map<QPDFObjGen, bool> m_actions; ///< Whether those that were looked at may stay.
     std::set<QPDFObjGen> m_goneAnnotations;
+    std::set<QPDFObjGen> m_keptAnnotations;
     int m_depth = 0;
 };
 

@@ -47,6 +47,12 @@ bool belongsToStructure(const std::string &key)
 
 } // namespace
 
+QPDFObjectHandle newPlace(QPDF &document)
+{
+    // Not a null: QPDF drops entries that are null when they are set.
+    return document.makeIndirectObject(QPDFObjectHandle::newDictionary());
+}
+
 ObjectCopier::ObjectCopier(QPDF &target, std::shared_ptr<QPDF> source)
     : m_target(target)
     , m_source(std::move(source))
@@ -78,7 +84,7 @@ QPDFObjectHandle ObjectCopier::reference(QPDFObjectHandle object)
     else if (object.isStream())
         copied = QPDFObjectHandle::newStream(&m_target);
     else
-        copied = m_target.makeIndirectObject(QPDFObjectHandle::newNull());
+        copied = newPlace(m_target);
     m_copies[id] = copied;
     if (copied.isIndirect())
         m_waiting.push_back(object);

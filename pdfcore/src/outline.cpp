@@ -16,6 +16,15 @@ struct Waiting
     int parent;
 };
 
+/// Whether the object is not something else that a damaged outline leads to.
+bool mayBeEntry(QPDFObjectHandle dictionary)
+{
+    if (!dictionary.isDictionary())
+        return false;
+    QPDFObjectHandle type = dictionary.getKey("/Type");
+    return !type.isName() || type.getName().rfind("/Outline", 0) == 0;
+}
+
 /// All entries, each one before those below it. Those that are met again are left out, so that an
 /// outline that runs in circles ends.
 std::vector<Outline::Entry> readEntries(QPDF &document)
@@ -24,11 +33,16 @@ std::vector<Outline::Entry> readEntries(QPDF &document)
     std::set<QPDFObjGen> visited;
     std::vector<Waiting> waiting;
     const auto push = [&](QPDFObjectHandle dictionary, int parent) {
-        if (dictionary.isDictionary() && dictionary.isIndirect() &&
-            visited.insert(dictionary.getObjGen()).second)
+        if (!mayBeEntry(dictionary))
+            return;
+        if (!dictionary.isIndirect())
+            dictionary = document.makeIndirectObject(dictionary);
+        if (visited.insert(dictionary.getObjGen()).second)
             waiting.push_back({dictionary, parent});
     };
-    push(entryOf(entryOf(document.getRoot(), "/Outlines"), "/First"), -1);
+    QPDFObjectHandle root = entryOf(document.getRoot(), "/Outlines");
+    visited.insert(root.getObjGen());
+    push(entryOf(root, "/First"), -1);
     while (!waiting.empty()) {
         Waiting entry = waiting.back();
         waiting.pop_back();
@@ -101,7 +115,9 @@ Outline Outline::of(SourceDocument &source, LinkReducer &links, bool isMain)
         if (!isMain)
             outline.m_entries.back().dictionary.removeKey("/SE");
     }
-    outline.m_isReduced = outline.m_entries.size() != entries.size();
+    const bool isBroken =
+        entries.empty() && !entryOf(entryOf(source.root(), "/Outlines"), "/First").isNull();
+    outline.m_isReduced = isBroken || outline.m_entries.size() != entries.size();
     return outline;
 }
 

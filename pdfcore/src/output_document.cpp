@@ -89,11 +89,13 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
         m_output->setSuppressWarnings(true);
         m_output->emptyPDF();
     }
-    const bool pagesChanged = !isMainAsItWas();
+    const bool pagesChanged = !isMainAsItWas(pages);
     for (const auto &used : m_used)
         used->bringPages(*m_output, used.get() == m_main);
 
     OutputForm form(*m_output, m_main != nullptr ? m_main->fields() : FormFields());
+    for (const auto &used : m_used)
+        form.reserveNames(used->fields());
     for (const auto &used : m_used) {
         if (used.get() != m_main)
             form.add(used->fields(), *used->copier());
@@ -148,14 +150,15 @@ void OutputDocument::chooseMain(const QList<PdfSourcePage> &pages)
     }
 }
 
-/// Whether the pages are those of the main document, all of them and in their order.
-bool OutputDocument::isMainAsItWas() const
+/// Whether the pages are those of the main document, all of them, in their order and not turned.
+bool OutputDocument::isMainAsItWas(const QList<PdfSourcePage> &pages) const
 {
     if (m_main == nullptr ||
         m_places.size() != static_cast<std::size_t>(m_main->source().pageCount()))
         return false;
     for (std::size_t i = 0; i < m_places.size(); ++i) {
-        if (m_places[i].source != m_main || m_places[i].index != static_cast<int>(i))
+        if (m_places[i].source != m_main || m_places[i].index != static_cast<int>(i) ||
+            pages.at(static_cast<qsizetype>(i)).rotation != 0)
             return false;
     }
     return true;
@@ -189,14 +192,12 @@ std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage
 void OutputDocument::joinOutlines()
 {
     Outline joined;
-    bool isAsItWas = true;
+    bool isReduced = false;
     for (const auto &used : m_used) {
-        const bool isMain = used.get() == m_main;
-        isAsItWas = isAsItWas &&
-                    (isMain ? !used->outline().isReduced() : used->outline().entries().empty());
+        isReduced = isReduced || used->outline().isReduced();
         joined.append(used->outline(), used->copier(), *m_output);
     }
-    if (!isAsItWas)
+    if (isReduced || !joined.entries().empty())
         joined.install(*m_output);
 }
 

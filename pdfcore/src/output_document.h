@@ -46,7 +46,7 @@ private:
 
     EngineError findPlaces(const QList<PdfSourcePage> &pages);
     void chooseMain(const QList<PdfSourcePage> &pages);
-    [[nodiscard]] bool isMainAsItWas() const;
+    [[nodiscard]] bool isMainAsItWas(const QList<PdfSourcePage> &pages) const;
     std::vector<QPDFObjectHandle> newPages(const QList<PdfSourcePage> &pages, OutputForm &form);
     void joinOutlines();
     void joinLabels();

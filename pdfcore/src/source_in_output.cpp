@@ -74,7 +74,7 @@ void SourceInOutput::bringPages(QPDF &output, bool isMain)
     m_copier = std::make_unique<ObjectCopier>(output, m_source.handle());
     // All pages have their places before the first is copied, so that each finds the others.
     for (const int index : m_source.keptPages()) {
-        m_pages[index] = output.makeIndirectObject(QPDFObjectHandle::newNull());
+        m_pages[index] = newPlace(output);
         m_copier->map(m_source.page(index), m_pages[index]);
     }
     for (const int index : m_source.keptPages()) {

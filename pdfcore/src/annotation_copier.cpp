@@ -1,0 +1,50 @@
+#include "pdfcore/src/annotation_copier.h"
+
+namespace pdfcore {
+
+namespace {
+
+/// Entries of an annotation that name other annotations of its page.
+constexpr const char *kRelatives[] = {"/Popup", "/IRT", "/Parent"};
+
+} // namespace
+
+QPDFObjectHandle AnnotationCopier::add(QPDFObjectHandle annotation)
+{
+    if (annotation.isIndirect()) {
+        if (const auto known = m_known.find(annotation.getObjGen()); known != m_known.end())
+            return known->second;
+    }
+    QPDFObjectHandle copied = m_document.makeIndirectObject(annotation.shallowCopy());
+    // The structure tree knows one place for each annotation.
+    copied.removeKey("/StructParent");
+    if (annotation.isIndirect())
+        m_known[annotation.getObjGen()] = copied;
+    m_copies.emplace_back(annotation, copied);
+    // A pop-up is not always listed among the annotations itself.
+    if (QPDFObjectHandle popup = annotation.getKey("/Popup"); popup.isDictionary())
+        add(popup);
+    return copied;
+}
+
+void AnnotationCopier::relate(QPDFObjectHandle page)
+{
+    for (auto [original, copied] : m_copies) {
+        relateToCopies(copied);
+        if (original.hasKey("/P"))
+            copied.replaceKey("/P", page);
+    }
+}
+
+void AnnotationCopier::relateToCopies(QPDFObjectHandle annotation) const
+{
+    for (const char *key : kRelatives) {
+        QPDFObjectHandle relative = annotation.getKey(key);
+        if (!relative.isIndirect())
+            continue;
+        if (const auto known = m_known.find(relative.getObjGen()); known != m_known.end())
+            annotation.replaceKey(key, known->second);
+    }
+}
+
+} // namespace pdfcore
