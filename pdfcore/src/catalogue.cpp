@@ -117,11 +117,14 @@ void reduceThreads(SourceDocument &main)
     QPDFObjectHandle threads = main.root().getKey("/Threads");
     if (!threads.isArray())
         return;
+    const std::vector<QPDFObjectHandle> before = threads.getArrayAsVector();
     std::vector<QPDFObjectHandle> kept;
-    for (const QPDFObjectHandle &thread : threads.getArrayAsVector()) {
+    for (const QPDFObjectHandle &thread : before) {
         if (QPDFObjectHandle(thread).isDictionary() && reduceThread(main, thread))
             kept.push_back(thread);
     }
+    if (kept.size() == before.size())
+        return;
     if (kept.empty())
         main.root().removeKey("/Threads");
     else

@@ -313,6 +313,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
             fz_try(ctx)
             {
                 tidyPage(ctx, object);
+                keepSignatureLooks(ctx, object);
                 m_colourSpaces->prepare(m_document, object);
                 page = loadPage(ctx, m_document, pageIndex, object);
                 paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);

@@ -1,5 +1,7 @@
 #include "pdfcore/src/output_sources.h"
 
+#include "pdfcore/src/document_session.h"
+#include "pdfcore/src/file_identity.h"
 #include "pdfcore/src/qpdf_source.h"
 #include "pdfcore/src/session_pool.h"
 #include "pdfcore/src/source_files.h"
@@ -16,8 +18,9 @@ std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QStri
     auto file = std::make_unique<QTemporaryFile>();
     if (!file->open())
         return nullptr;
+    // A session of its own: those of the pool have pages that were changed in memory.
     EngineError outcome;
-    const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
+    const auto session = DocumentSession::open(FileIdentity::of(path), password, {}, &outcome);
     if (!session || !session->writeRepaired(*file) || !file->flush())
         return nullptr;
     return file;
@@ -71,12 +74,13 @@ EngineError OutputSources::open(const QString &path, const QString &password, So
 {
     EngineError outcome;
     std::shared_ptr<QPDF> document = openQpdf(path, password, &outcome);
+    const int shownPages = shownPageCount(path, password);
     if (document) {
         source->document = std::make_unique<SourceDocument>(document);
-        // A sound file has the pages that it says; the pages of a damaged one are those shown.
-        if (!document->anyWarnings() ||
-            shownPageCount(path, password) == source->document->pageCount())
+        if (shownPages < 0 || shownPages == source->document->pageCount())
             return {};
+        outcome = {PdfBackendError::InvalidDocument,
+                   QStringLiteral("It is not certain which pages the damaged file has.")};
     } else if (outcome.code != PdfBackendError::InvalidDocument) {
         return outcome;
     }
@@ -86,9 +90,9 @@ EngineError OutputSources::open(const QString &path, const QString &password, So
         repaired ? openQpdf(repaired->fileName(), QString(), &ignored) : nullptr;
     if (!copy)
         return outcome;
-    source->repairedFile = std::move(repaired);
     source->document = std::make_unique<SourceDocument>(copy);
-    return {};
+    source->repairedFile = std::move(repaired);
+    return source->document->pageCount() == shownPages ? EngineError{} : outcome;
 }
 
 PDFVersion OutputSources::version() const

@@ -23,6 +23,23 @@ fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height)
 
 } // namespace
 
+void keepSignatureLooks(fz_context *ctx, pdf_obj *page)
+{
+    pdf_obj *annotations = pdf_dict_get(ctx, page, PDF_NAME(Annots));
+    const int count = pdf_array_len(ctx, annotations);
+    for (int i = 0; i < count; ++i) {
+        pdf_obj *annotation = pdf_array_get(ctx, annotations, i);
+        pdf_obj *type = pdf_dict_get_inheritable(ctx, annotation, PDF_NAME(FT));
+        if (pdf_name_eq(ctx, type, PDF_NAME(Sig)) == 0 ||
+            pdf_dict_get_inheritable(ctx, annotation, PDF_NAME(V)) != nullptr)
+            continue;
+        pdf_obj *look = pdf_dict_getl(ctx, annotation, PDF_NAME(AP), PDF_NAME(N), nullptr);
+        // A field of no known kind is left alone.
+        if (pdf_is_stream(ctx, look) != 0)
+            pdf_dict_put_name(ctx, annotation, PDF_NAME(FT), "None");
+    }
+}
+
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
                const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie)
 {

@@ -10,6 +10,11 @@ namespace pdfcore {
 class ColourSpaces;
 class MupdfContext;
 
+/// Lets the fields of a page that wait for a signature look as the file says, as in other viewers;
+/// MuPDF would draw an invitation to sign in their place. Before the page is loaded; only in
+/// memory.
+void keepSignatureLooks(fz_context *ctx, pdf_obj *page);
+
 /// Paints `page` with annotations and form fields over the whole of `image`, straight into its
 /// memory.
 ///

@@ -154,7 +154,7 @@ private:
         // What a part uses may be another part.
         for (std::size_t known = names.size() + 1; known != names.size();) {
             known = names.size();
-            for (const char *category : {"/XObject", "/Pattern", "/Font"}) {
+            for (const char *category : {"/XObject", "/Pattern", "/Font", "/ExtGState"}) {
                 QPDFObjectHandle parts = resources.getKey(category);
                 if (!parts.isDictionary())
                     continue;
@@ -167,8 +167,16 @@ private:
         return true;
     }
 
+    /// The form that a graphics state takes its soft mask from, if it has one.
+    static QPDFObjectHandle maskOf(QPDFObjectHandle state)
+    {
+        return entryOf(entryOf(state, "/SMask"), "/G");
+    }
+
     bool addNamesOf(QPDFObjectHandle part, std::set<std::string> &names)
     {
+        if (QPDFObjectHandle mask = maskOf(part); mask.isStream())
+            part = mask;
         if (part.isStream()) {
             QPDFObjectHandle dictionary = part.getDict();
             if (!hasContent(dictionary) || dictionary.getKey("/Resources").isDictionary())
@@ -240,6 +248,7 @@ private:
                     continue;
                 used.replaceKey(name, resource);
                 prunePart(resource, depth + 1);
+                prunePart(maskOf(resource), depth + 1);
             }
             kept.replaceKey(category, used);
         }
