@@ -174,6 +174,11 @@ int run(const MessageBoxOptions &options, QWidget *parent)
     return result;
 }
 
+int maximumHeightOn(const QScreen &screen)
+{
+    return screen.availableGeometry().height() - 2 * kScreenMargin;
+}
+
 QString textOr(const QString &text, const QString &fallback)
 {
     return text.isEmpty() ? fallback : text;
@@ -384,7 +389,7 @@ QHBoxLayout *ModernMessageBox::createButtons()
 void ModernMessageBox::fitSize()
 {
     const int width = std::clamp(sizeHint().width(), kMinimumWidth, kMaximumWidth);
-    const int maximumHeight = screen()->availableGeometry().height() - 2 * kScreenMargin;
+    const int maximumHeight = maximumHeightOn(*screen());
     int height = layout()->totalHeightForWidth(width);
     if (height > maximumHeight) {
         makeTextsScroll();
@@ -408,6 +413,7 @@ void ModernMessageBox::makeTextsScroll()
     cardLayout->removeItem(m_texts);
     m_texts->setParent(nullptr);
     texts->setLayout(m_texts);
+    m_texts->setContentsMargins(0, 0, 0, 0);
     scrollArea->setWidget(texts);
     cardLayout->insertWidget(position, scrollArea, 1);
     m_card->updateGeometry();
@@ -429,10 +435,14 @@ void ModernMessageBox::showBackdrop()
 
 void ModernMessageBox::moveToCentre()
 {
-    const QRect area =
-        parentWidget() ? parentWidget()->window()->frameGeometry() : screen()->availableGeometry();
+    const QRect screenArea = screen()->availableGeometry();
+    const QRect area = parentWidget() ? parentWidget()->window()->frameGeometry() : screenArea;
     QRect box = frameGeometry();
     box.moveCenter(area.center());
+    if (box.height() >= maximumHeightOn(*screen())) {
+        // As high as the screen, it would leave that with its title or its buttons elsewhere.
+        box.moveTop(screenArea.top() + kScreenMargin);
+    }
     move(box.topLeft());
 }
 

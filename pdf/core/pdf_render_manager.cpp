@@ -100,6 +100,9 @@ QList<quint64> PdfRenderManager::requestPages(const QList<PdfPageRecord> &pages,
         batch.purpose = purpose;
         batch.documentRevision = documentRevision;
         batch.generation = m_generation.load();
+        if (m_headStart == HeadStart::Due) {
+            m_favouredRequest = batch.requestIds.constFirst();
+        }
         m_queue->add(std::make_unique<PageRenderJob>(std::move(batch), m_render, m_channel),
                      priority);
         startOne();
@@ -162,10 +165,11 @@ void PdfRenderManager::deliverResult()
     if (!result) {
         return;
     }
-    if (m_headStart == HeadStart::Running) {
+    const PageRenderBatch &batch = result->batch;
+    // Results of what was asked for before may still come in between.
+    if (m_headStart == HeadStart::Running && batch.requestIds.value(0) == m_favouredRequest) {
         endHeadStart();
     }
-    const PageRenderBatch &batch = result->batch;
     // A slot may cancel everything or delete the manager between two pages.
     const QPointer<PdfRenderManager> self(this);
     for (qsizetype i = 0; i < batch.sources.size(); ++i) {

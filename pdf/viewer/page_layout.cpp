@@ -53,6 +53,7 @@ QSize stackPages(const QList<QSizeF> &displaySizes, double zoom, QSize viewport,
 PageLayout computePageLayout(const QList<QSizeF> &displaySizes, double zoom, QSize viewport)
 {
     PageLayout layout;
+    layout.zoom = zoom;
     layout.pages.resize(displaySizes.size());
     QRect *pages = layout.pages.data();
     layout.contentSize =
@@ -152,6 +153,11 @@ QSize renderTargetSize(QSize pageSize, double renderScale)
         return std::clamp(qCeil(length * scale), 1, kMaximumImageSide);
     };
     return {side(width), side(height)};
+}
+
+int centredScroll(int scroll, int maximum, int newMaximum, double ratio)
+{
+    return qRound(newMaximum / 2.0 + (scroll - maximum / 2.0) * ratio);
 }
 
 int anchoredScroll(int scroll, double pointer, double ratio)

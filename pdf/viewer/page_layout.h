@@ -16,6 +16,8 @@ struct PageLayout
     /// One rectangle per page, in page order and therefore sorted by their upper edges.
     QList<QRect> pages;
     QSize contentSize;
+    /// Logical pixels per point.
+    double zoom = 1.0;
 };
 
 /// Distance from the content's left or right edge to the widest page.
@@ -79,6 +81,11 @@ enum class PageFit {
 /// The size in device pixels at which a page shown at `pageSize` logical pixels is rendered:
 /// `renderScale` times as large, less where the image would become too large.
 [[nodiscard]] QSize renderTargetSize(QSize pageSize, double renderScale);
+
+/// The scroll value that keeps what is in the middle of the viewport there when the zoom is
+/// multiplied by `ratio`, for content that is itself laid out around its middle. `maximum` is the
+/// greatest scroll value before, `newMaximum` the one after.
+[[nodiscard]] int centredScroll(int scroll, int maximum, int newMaximum, double ratio);
 
 /// The scroll value that keeps the content under the pointer in place when the zoom is multiplied
 /// by `ratio`. `pointer` is the pointer's distance from the viewport's edge.

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -108,6 +109,22 @@ QPushButton#pdfFitToggleButton[fitWidth="false"] {
 QPushButton#pdfFitToggleButton:hover { background: #34363C; }
 QPushButton#pdfFitToggleButton:pressed { background: #4A4C50; }
 )"};
+
+/// A click selects the number, which is to be replaced, unless the user is at work on it.
+class PageNumberEdit final : public QLineEdit
+{
+public:
+    using QLineEdit::QLineEdit;
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        QLineEdit::mouseReleaseEvent(event);
+        if (!isModified() && !hasSelectedText()) {
+            selectAll();
+        }
+    }
+};
 
 QString percentText(int percent)
 {
@@ -231,7 +248,7 @@ QWidget *PdfBottomControlBar::createPageNavigation()
 
     m_previousButton = createButton(QStringLiteral("pdfPreviousPageButton"), tr("上一页"));
     m_nextButton = createButton(QStringLiteral("pdfNextPageButton"), tr("下一页"));
-    m_pageNumberEdit = new QLineEdit(navigation);
+    m_pageNumberEdit = new PageNumberEdit(navigation);
     m_pageNumberEdit->setObjectName(QStringLiteral("pdfPageNumberEdit"));
     m_pageNumberEdit->setAlignment(Qt::AlignCenter);
     m_pageNumberEdit->setFixedSize(kPageNumberSize);

@@ -177,6 +177,9 @@ void PdfDocumentView::fitWidth()
     m_fitMode = FitMode::Width;
     adoptFitZoom(m_currentPage);
     layoutPages(scrollFraction());
+    // Away from the middle, the page would not be seen in its full width.
+    const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
+    horizontalScrollBar()->setValue(horizontalScrollBar()->maximum() / 2);
 }
 
 void PdfDocumentView::fitPage()
@@ -238,9 +241,9 @@ void PdfDocumentView::resizeEvent(QResizeEvent *event)
     layoutPages(position);
 }
 
-void PdfDocumentView::scrollContentsBy(int /*dx*/, int /*dy*/)
+void PdfDocumentView::scrollContentsBy(int /*dx*/, int dy)
 {
-    m_scrolled = true;
+    m_scrolled = m_scrolled || dy != 0;
     viewport()->update();
     // Where the reader scrolls to while a layout is due counts for more than where they were.
     m_keptPosition.reset();
@@ -462,12 +465,18 @@ void PdfDocumentView::ensureLayout()
 void PdfDocumentView::layoutPages(std::optional<double> keptPosition)
 {
     m_layoutDirty = false;
+    QScrollBar &horizontal = *horizontalScrollBar();
+    const int oldScroll = horizontal.value();
+    const int oldMaximum = horizontal.maximum();
+    const double ratio = m_zoomFactor / m_layout.zoom;
     m_layout = computePageLayout(displaySizes(), m_zoomFactor, viewport()->size());
     {
         // Only where the content comes to rest decides about the current page.
         const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
         m_scrolled = false;
         setScrollRanges();
+        // The pages stand around the middle of the column, however wide its widest page is.
+        horizontal.setValue(centredScroll(oldScroll, oldMaximum, horizontal.maximum(), ratio));
         if (keptPosition) {
             verticalScrollBar()->setValue(qRound(m_layout.contentSize.height() * *keptPosition));
         }

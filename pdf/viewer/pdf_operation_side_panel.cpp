@@ -12,6 +12,7 @@
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QStringList>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -65,6 +66,9 @@ QLabel *createLabel(const QString &objectName, const QString &text, QWidget *par
     label->setObjectName(objectName);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    // At the side where the boxes and lists begin, whichever way the text itself runs.
+    label->setAlignment(QStyle::visualAlignment(label->layoutDirection(), Qt::AlignLeft) |
+                        Qt::AlignVCenter | Qt::AlignAbsolute);
     return label;
 }
 

@@ -1,42 +1,31 @@
 #pragma once
 
 #include "pdf/core/pdf_page_record.h"
-#include "pdf/viewer/page_card_delegate.h"
-#include "pdf/viewer/page_card_geometry.h"
+#include "pdf/viewer/page_cards_view.h"
 #include "pdf/viewer/page_grid_hit.h"
 #include "pdf/viewer/page_split_points.h"
-#include "pdf/viewer/page_thumbnail_store.h"
 
 #include <QList>
 #include <QPoint>
-#include <QPointer>
 #include <QTimer>
-#include <QWidget>
-
-#include <optional>
 
 class PageGridZoomControl;
 class PageManagerListView;
 class PdfDocumentModel;
 class PdfRenderManager;
-class QModelIndex;
-class QMouseEvent;
 
 /// All pages of the document as a grid, to choose, move, preview, duplicate, turn and delete them,
 /// and to say where to insert or to split.
 ///
 /// The view edits nothing but the order of the pages, by dragging, which of them are chosen, and
 /// its own split points; every other edit is a request. Model and manager belong to the caller.
-class PdfPageManagerView final : public QWidget
+class PdfPageManagerView final : public PageCardsView
 {
     Q_OBJECT
 
 public:
     explicit PdfPageManagerView(QWidget *parent = nullptr);
     ~PdfPageManagerView() override;
-
-    /// The thumbnails held at present.
-    [[nodiscard]] const PageThumbnailStore &thumbnails() const { return m_thumbnails; }
 
     /// Shows the rows of `model`; null for none. The split points of another model are forgotten.
     void setModel(PdfDocumentModel *model);
@@ -62,7 +51,11 @@ signals:
     void splitPointsChanged(QList<int> beforeRows);
 
 protected:
-    bool event(QEvent *event) override;
+    void settleRows() override;
+    void requestThumbnails() override;
+    void updateHover() override;
+    [[nodiscard]] bool pressAt(QPoint point) override;
+
     bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
@@ -72,53 +65,29 @@ private:
     void placeZoomControl();
     void setZoom(int percent);
 
-    void onRowsChanged();
-    void onDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
-                       const QList<int> &roles);
     void reportSplitPoints();
     void reportMovedSplitPoints();
 
     // Thumbnails.
-    /// Requests the pages in view soon.
-    void schedulePass();
     /// Requests the pages in view soon and the ones nearby after a rest.
     void scheduleRequests();
-    void runPass();
     void onRest();
     [[nodiscard]] bool canRequest() const;
     void requestVisiblePages();
     void requestNearbyPages();
-    [[nodiscard]] QList<PageThumbnailStore::WantedPage> wantedPages(int first, int last) const;
-    void trimThumbnails();
-    void updateCell(PdfPageId id);
 
     // Pointer.
-    void movePointer(std::optional<QPoint> point);
     void showHit(const PageGridHit &hit, int row, bool pressed);
-    [[nodiscard]] bool pressAt(const QMouseEvent &event);
     void requestAction(int part, PdfPageId id);
     void toggleSplitBefore(PdfPageId id);
-    [[nodiscard]] bool releasePress();
 
     PageSplitPoints m_splitPoints;
     QList<int> m_reportedSplitRows;
-    PageThumbnailStore m_thumbnails;
-    PageHover m_hover;
     PageGridHit m_hoveredHit;
-    QPointer<PdfDocumentModel> m_model;
     PageManagerListView *m_list;
     PageGridZoomControl *m_zoomControl;
     /// Runs while the grid is being scrolled or zoomed; at its end, what was put off is requested.
     QTimer m_restTimer;
-    int m_firstVisibleRow = 0;
-    int m_lastVisibleRow = -1;
-    std::optional<QPoint> m_pointer;
-    /// The last press was not left to the list.
-    bool m_pressTaken = false;
-    /// A mouse button is down on what was pressed.
-    bool m_pressed = false;
     bool m_zooming = false;
-    bool m_rowsChanged = false;
     bool m_documentReset = false;
-    bool m_passPosted = false;
 };

@@ -1,23 +1,16 @@
 #pragma once
 
 #include "pdf/core/pdf_page_record.h"
-#include "pdf/viewer/page_card_delegate.h"
-#include "pdf/viewer/page_thumbnail_store.h"
+#include "pdf/viewer/page_cards_view.h"
 
-#include <QList>
-#include <QPointer>
+#include <QPoint>
 #include <QStringList>
 #include <QTimer>
-#include <QWidget>
-
-#include <optional>
 
 class PageListView;
 class PdfDocumentModel;
 class PdfInsertDropZone;
 class PdfRenderManager;
-class QModelIndex;
-class QMouseEvent;
 
 /// The column of page thumbnails beside the document view, with a place to insert PDF files.
 ///
@@ -25,7 +18,7 @@ class QMouseEvent;
 /// every other edit is a request. Thumbnails are made for the rows in view first and then for the
 /// rest of the document, as far as the memory for them goes. Model and manager belong to the
 /// caller.
-class PdfThumbnailPanel final : public QWidget
+class PdfThumbnailPanel final : public PageCardsView
 {
     Q_OBJECT
 
@@ -33,8 +26,6 @@ public:
     explicit PdfThumbnailPanel(QWidget *parent = nullptr);
     ~PdfThumbnailPanel() override;
 
-    /// The thumbnails held at present.
-    [[nodiscard]] const PageThumbnailStore &thumbnails() const { return m_thumbnails; }
     [[nodiscard]] QSize sizeHint() const override;
 
     /// Shows the rows of `model`; null for none.
@@ -56,62 +47,36 @@ signals:
     void deletePageRequested(PdfPageId pageId);
 
 protected:
-    bool event(QEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    void settleRows() override;
+    void requestThumbnails() override;
+    void missThumbnails() override;
+    void updateHover() override;
+    [[nodiscard]] bool pressAt(QPoint point) override;
+
     void showEvent(QShowEvent *event) override;
 
 private:
-    /// Rows from the first to the last; none if the last is before the first.
-    struct RowRange
-    {
-        int first = 0;
-        int last = -1;
-    };
-
     void buildInterface();
     void connectParts();
-    [[nodiscard]] int pageCount() const;
-    [[nodiscard]] bool canRequest() const;
-
-    void reset();
-    void onRowsChanged();
-    void onDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
-                       const QList<int> &roles);
 
     // Thumbnails.
-    void schedulePass();
-    void runPass();
-    void reconcileRows();
+    [[nodiscard]] bool canRequest() const;
     void restoreCurrentRow();
     [[nodiscard]] int rowAtHeight(int y, int towards) const;
     [[nodiscard]] RowRange visibleRows() const;
-    [[nodiscard]] PageThumbnailStore::WantedPage wantedPage(int row) const;
     void requestVisibleRows();
     void scheduleGeneration(int delay);
     void generateBatch();
-    void trimThumbnails();
-    void updateRow(PdfPageId id);
 
     // Pointer.
     [[nodiscard]] int stripPartAt(int row, QPoint point) const;
-    void movePointer(std::optional<QPoint> point);
-    void setHover(const PageHover &hover);
-    [[nodiscard]] bool pressStrip(const QMouseEvent &event);
-    [[nodiscard]] bool releaseStrip();
+    void showHover(const PageHover &hover);
 
-    PageThumbnailStore m_thumbnails;
-    PageHover m_hover;
-    QPointer<PdfDocumentModel> m_model;
     PageListView *m_list;
     PdfInsertDropZone *m_dropZone;
     QTimer m_generationTimer;
     /// The next row that the background pass looks at.
     int m_generationCursor = 0;
-    RowRange m_requestedRows;
     PdfPageId m_currentPage = 0;
-    std::optional<QPoint> m_pointer;
-    bool m_stripPressed = false;
-    bool m_rowsChanged = false;
-    bool m_passPosted = false;
     bool m_shown = false;
 };

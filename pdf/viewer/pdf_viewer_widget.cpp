@@ -5,6 +5,7 @@
 #include "pdf/core/pdf_undo_manager.h"
 #include "pdf/viewer/page_files_writer.h"
 #include "pdf/viewer/page_printer.h"
+#include "pdf/viewer/password_question.h"
 #include "pdf/viewer/pdf_bottom_control_bar.h"
 #include "pdf/viewer/pdf_document_view.h"
 #include "pdf/viewer/pdf_operation_side_panel.h"
@@ -21,7 +22,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QInputDialog>
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -50,7 +50,6 @@ constexpr int kViewsWidth = 1000;
 constexpr int kSidePanelWidth = 340;
 constexpr int kBottomBarMargin = 24;
 constexpr int kBottomBarLeastTop = 8;
-constexpr int kPasswordDialogWidth = 360;
 
 bool needsPassword(PdfBackendError error)
 {
@@ -103,9 +102,10 @@ bool PdfViewerWidget::openFile(const QString &path, const QString &password)
     QString message;
     bool loaded = m_model->loadDocument(path, password, &error, &message);
     while (!loaded && needsPassword(error)) {
-        const std::optional<QString> answer = askPassword(
-            error == PdfBackendError::PasswordRequired ? tr("此 PDF 已加密，请输入密码：")
-                                                       : tr("密码错误，请重新输入 PDF 密码："));
+        const std::optional<QString> answer =
+            askForPassword(this, error == PdfBackendError::PasswordRequired
+                                     ? tr("此 PDF 已加密，请输入密码：")
+                                     : tr("密码错误，请重新输入 PDF 密码："));
         if (!self) {
             return false;
         }
@@ -267,9 +267,10 @@ bool PdfViewerWidget::insertPdfFile(const QString &file, int row)
     QString message;
     bool inserted = m_undoManager->insertPdf(file, row, QString(), &error, &message);
     while (!inserted && needsPassword(error)) {
-        const std::optional<QString> answer = askPassword(
-            error == PdfBackendError::PasswordRequired ? tr("插入的 PDF 已加密，请输入密码：")
-                                                       : tr("密码错误，请重新输入 PDF 密码："));
+        const std::optional<QString> answer =
+            askForPassword(this, error == PdfBackendError::PasswordRequired
+                                     ? tr("插入的 PDF 已加密，请输入密码：")
+                                     : tr("密码错误，请重新输入 PDF 密码："));
         if (!self || !answer) {
             return false;
         }
@@ -644,22 +645,4 @@ void PdfViewerWidget::restartRequests()
 QString PdfViewerWidget::baseName() const
 {
     return QFileInfo(m_model->documentPath()).completeBaseName();
-}
-
-std::optional<QString> PdfViewerWidget::askPassword(const QString &label)
-{
-    // The dialog belongs to the viewer, which may be deleted while it is open.
-    const QPointer<QInputDialog> dialog(new QInputDialog(this));
-    dialog->setWindowTitle(tr("需要密码"));
-    dialog->setLabelText(label);
-    dialog->setTextEchoMode(QLineEdit::Password);
-    dialog->setOkButtonText(tr("确定"));
-    dialog->setCancelButtonText(tr("取消"));
-    dialog->resize(kPasswordDialogWidth, dialog->sizeHint().height());
-    std::optional<QString> answer;
-    if (dialog->exec() == QDialog::Accepted && dialog) {
-        answer = dialog->textValue();
-    }
-    delete dialog;
-    return answer;
 }

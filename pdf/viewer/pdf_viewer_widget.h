@@ -12,7 +12,6 @@
 #include <QStringList>
 #include <QWidget>
 
-#include <optional>
 #include <utility>
 
 class PdfBottomControlBar;
@@ -142,8 +141,6 @@ private:
     void restartRequests();
 
     [[nodiscard]] QString baseName() const;
-    /// Nothing when the user gives up.
-    [[nodiscard]] std::optional<QString> askPassword(const QString &label);
     bool insertPdfFile(const QString &file, int row);
     void insertBlankPage(int beforeRow);
     /// What the user is told about a batch of files that were written.

@@ -67,6 +67,24 @@ int64_t positionOfDevice(fz_context * /*ctx*/, void *state)
     return static_cast<QIODevice *>(state)->pos();
 }
 
+/// Takes out the objects that cannot be read, over which writing would fail.
+void dropBrokenObjects(fz_context *ctx, pdf_document *document)
+{
+    const int count = pdf_xref_len(ctx, document);
+    for (int number = 1; number < count; ++number) {
+        fz_try(ctx)
+        {
+            pdf_drop_obj(ctx, pdf_load_object(ctx, document, number));
+        }
+        fz_catch(ctx)
+        {
+            if (fz_caught(ctx) == FZ_ERROR_MEMORY)
+                fz_rethrow(ctx);
+            pdf_delete_object(ctx, document, number);
+        }
+    }
+}
+
 /// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
 /// walking the tree again, and counts the same pages in the same order.
 void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
@@ -354,6 +372,7 @@ bool DocumentSession::writeRepaired(QIODevice &device)
     m_context.beginWork(m_budgets.open);
     const bool written = m_context.run(
         [&](fz_context *ctx) {
+            dropBrokenObjects(ctx, m_document);
             pdf_write_options options = pdf_default_write_options;
             options.do_encrypt = PDF_ENCRYPT_NONE;
             fz_output *output =

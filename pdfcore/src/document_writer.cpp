@@ -13,6 +13,17 @@ namespace pdfcore {
 
 namespace {
 
+/// Brings a trailer into the form that QPDF relies on when it writes.
+void tidyTrailer(QPDFObjectHandle trailer)
+{
+    // The right value is written in its place, but only if there is one.
+    trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
+    QPDFObjectHandle identity = trailer.getKey("/ID");
+    if (!identity.isArray() || identity.getArrayNItems() != 2 ||
+        !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString())
+        trailer.removeKey("/ID");
+}
+
 /// Assembles and writes the output to `file`. The sources are closed again when it returns.
 EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
 {
@@ -21,6 +32,7 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
         OutputDocument output;
         if (EngineError error = output.assemble(pages); error.isError())
             return error;
+        tidyTrailer(output.document().getTrailer());
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
         writer.setObjectStreamMode(qpdf_o_generate);

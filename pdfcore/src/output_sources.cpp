@@ -8,6 +8,8 @@
 
 #include <QTemporaryFile>
 
+#include <exception>
+
 namespace pdfcore {
 
 namespace {
@@ -26,12 +28,26 @@ std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QStri
     return file;
 }
 
-/// How many pages the document has to those who look at it, or -1.
-int shownPageCount(const QString &path, const QString &password)
+/// Finds the pages of an open document; null with an error when it has no catalogue.
+std::unique_ptr<SourceDocument> newSource(const std::shared_ptr<QPDF> &document,
+                                          EngineError *outcome)
+{
+    if (!document)
+        return nullptr;
+    try {
+        return std::make_unique<SourceDocument>(document);
+    } catch (const std::exception &exception) {
+        *outcome = qpdfReadError(exception);
+        return nullptr;
+    }
+}
+
+/// The pages that the document has to those who look at it; null when it cannot be looked at.
+std::shared_ptr<const PageTree> shownPages(const QString &path, const QString &password)
 {
     EngineError outcome;
     const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
-    return session ? session->pageCount() : -1;
+    return session ? session->pages() : nullptr;
 }
 
 } // namespace
@@ -73,26 +89,24 @@ SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outco
 EngineError OutputSources::open(const QString &path, const QString &password, Source *source)
 {
     EngineError outcome;
-    std::shared_ptr<QPDF> document = openQpdf(path, password, &outcome);
-    const int shownPages = shownPageCount(path, password);
-    if (document) {
-        source->document = std::make_unique<SourceDocument>(document);
-        if (shownPages < 0 || shownPages == source->document->pageCount())
+    source->document = newSource(openQpdf(path, password, &outcome), &outcome);
+    if (!source->document && outcome.code != PdfBackendError::InvalidDocument)
+        return outcome;
+    const std::shared_ptr<const PageTree> shown = shownPages(path, password);
+    if (source->document) {
+        if (!shown || source->document->agreeOn(shown->pageNumbers))
             return {};
         outcome = {PdfBackendError::InvalidDocument,
                    QStringLiteral("It is not certain which pages the damaged file has.")};
-    } else if (outcome.code != PdfBackendError::InvalidDocument) {
-        return outcome;
     }
     std::unique_ptr<QTemporaryFile> repaired = newRepairedFile(path, password);
-    EngineError ignored;
-    std::shared_ptr<QPDF> copy =
-        repaired ? openQpdf(repaired->fileName(), QString(), &ignored) : nullptr;
-    if (!copy)
+    if (!shown || !repaired)
         return outcome;
-    source->document = std::make_unique<SourceDocument>(copy);
+    EngineError ignored;
+    source->document = newSource(openQpdf(repaired->fileName(), QString(), &ignored), &ignored);
     source->repairedFile = std::move(repaired);
-    return source->document->pageCount() == shownPages ? EngineError{} : outcome;
+    return source->document && source->document->agreeOn(shown->pageNumbers) ? EngineError{}
+                                                                             : outcome;
 }
 
 PDFVersion OutputSources::version() const

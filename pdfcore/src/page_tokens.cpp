@@ -22,10 +22,10 @@ public:
     int64_t integer() const { return m_buffer->i; }
 
     /// The number that `token` is, or nothing.
-    std::optional<float> number(pdf_token token) const
+    std::optional<double> number(pdf_token token) const
     {
         if (token == PDF_TOK_INT)
-            return static_cast<float>(m_buffer->i);
+            return static_cast<double>(m_buffer->i);
         if (token == PDF_TOK_REAL)
             return m_buffer->f;
         return std::nullopt;
@@ -160,8 +160,8 @@ private:
         if (m_token != PDF_TOK_OPEN_ARRAY)
             return false;
         box.emplace();
-        for (float &edge : *box) {
-            const std::optional<float> number = m_tokens.number(m_tokens.next());
+        for (double &edge : *box) {
+            const std::optional<double> number = m_tokens.number(m_tokens.next());
             if (!number)
                 return false;
             edge = *number;
@@ -169,7 +169,7 @@ private:
         return m_tokens.next() == PDF_TOK_CLOSE_ARRAY;
     }
 
-    bool readNumber(std::optional<float> &value)
+    bool readNumber(std::optional<double> &value)
     {
         value = m_tokens.number(m_token);
         step();

@@ -12,13 +12,13 @@ namespace pdfcore {
 /// What decides about the size of a page, as the page itself says it.
 struct PageBoxEntries
 {
-    using Box = std::optional<std::array<float, 4>>;
+    using Box = std::optional<std::array<double, 4>>;
 
     int parentNumber = 0; ///< Object number of the node that the page inherits the rest from.
     Box mediaBox;
     Box cropBox;
-    std::optional<float> rotate;
-    std::optional<float> userUnit;
+    std::optional<double> rotate;
+    std::optional<double> userUnit;
 
     bool operator==(const PageBoxEntries &) const = default;
 };

@@ -17,11 +17,35 @@ constexpr int kMaxNameSteps = 8;
 
 SourceDocument::SourceDocument(std::shared_ptr<QPDF> document)
     : m_document(std::move(document))
-    , m_pages(pagesOf(*m_document))
-    , m_isKept(m_pages.size(), false)
 {
+    setPages(pagesOf(*m_document));
+}
+
+void SourceDocument::setPages(std::vector<QPDFObjectHandle> pages)
+{
+    m_pages = std::move(pages);
+    m_isKept.assign(m_pages.size(), false);
+    m_indexes.clear();
     for (std::size_t i = 0; i < m_pages.size(); ++i)
         m_indexes.emplace(m_pages[i].getObjGen(), static_cast<int>(i));
+}
+
+bool SourceDocument::agreeOn(const std::vector<int> &pageNumbers)
+{
+    if (pageNumbers.size() == m_pages.size())
+        return true;
+    std::map<int, QPDFObjectHandle> found;
+    for (const QPDFObjectHandle &page : m_pages)
+        found.emplace(page.getObjectID(), page);
+    std::vector<QPDFObjectHandle> agreed;
+    for (const int number : pageNumbers) {
+        const auto page = found.find(number);
+        if (page == found.end())
+            return false;
+        agreed.push_back(page->second);
+    }
+    setPages(std::move(agreed));
+    return true;
 }
 
 QPDFObjectHandle SourceDocument::page(int index) const

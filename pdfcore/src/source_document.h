@@ -36,6 +36,11 @@ public:
     /// Takes over an open document and finds its pages.
     explicit SourceDocument(std::shared_ptr<QPDF> document);
 
+    /// Settles for as many pages as another reader of the file found, which are the objects of
+    /// these numbers: readers differ in what they make of damaged pages. False when that cannot be
+    /// done.
+    bool agreeOn(const std::vector<int> &pageNumbers);
+
     [[nodiscard]] QPDF &document() const { return *m_document; }
     [[nodiscard]] const std::shared_ptr<QPDF> &handle() const { return m_document; }
     [[nodiscard]] QPDFObjectHandle root() const { return m_document->getRoot(); }
@@ -66,6 +71,8 @@ public:
     [[nodiscard]] const std::map<std::string, QPDFObjectHandle> &namedDestinations();
 
 private:
+    void setPages(std::vector<QPDFObjectHandle> pages);
+
     std::shared_ptr<QPDF> m_document;
     std::vector<QPDFObjectHandle> m_pages;
     std::map<QPDFObjGen, int> m_indexes;

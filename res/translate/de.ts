@@ -764,14 +764,14 @@ Seiten %3-%4</translation>
         <source>已生成 %1 个文件，%2 个文件失败。
 
 %3</source>
-        <translation>%1 Dateien wurden erstellt, %2 sind fehlgeschlagen.
+        <translation>Erstellte Dateien: %1, fehlgeschlagen: %2.
 
 %3</translation>
     </message>
     <message>
         <source>已生成 %1 个 PDF 文件。
 %2</source>
-        <translation>%1 PDF-Dateien wurden erstellt.
+        <translation>Erstellte PDF-Dateien: %1.
 %2</translation>
     </message>
     <message>

@@ -764,14 +764,14 @@ Páginas %3-%4</translation>
         <source>已生成 %1 个文件，%2 个文件失败。
 
 %3</source>
-        <translation>Se crearon %1 archivos y %2 fallaron.
+        <translation>Archivos creados: %1; fallidos: %2.
 
 %3</translation>
     </message>
     <message>
         <source>已生成 %1 个 PDF 文件。
 %2</source>
-        <translation>Se crearon %1 archivos PDF.
+        <translation>Archivos PDF creados: %1.
 %2</translation>
     </message>
     <message>

@@ -764,14 +764,14 @@ Pages %3-%4</translation>
         <source>已生成 %1 个文件，%2 个文件失败。
 
 %3</source>
-        <translation>%1 fichiers créés, %2 en échec.
+        <translation>Fichiers créés : %1, en échec : %2.
 
 %3</translation>
     </message>
     <message>
         <source>已生成 %1 个 PDF 文件。
 %2</source>
-        <translation>%1 fichiers PDF créés.
+        <translation>Fichiers PDF créés : %1.
 %2</translation>
     </message>
     <message>

@@ -618,7 +618,7 @@ Pages %3-%4</translation>
     </message>
     <message>
         <source>无法打开 PDF</source>
-        <translation>Cannot Open PDF</translation>
+        <translation>The PDF cannot be opened</translation>
     </message>
     <message>
         <source>文件不存在或已被移动。</source>
@@ -764,14 +764,14 @@ Pages %3-%4</translation>
         <source>已生成 %1 个文件，%2 个文件失败。
 
 %3</source>
-        <translation>%1 files were created, %2 failed.
+        <translation>Files created: %1, failed: %2.
 
 %3</translation>
     </message>
     <message>
         <source>已生成 %1 个 PDF 文件。
 %2</source>
-        <translation>%1 PDF files were created.
+        <translation>PDF files created: %1.
 %2</translation>
     </message>
     <message>

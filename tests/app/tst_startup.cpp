@@ -29,6 +29,7 @@ private slots:
     void windowIconIsTheLogo_data();
     void windowIconIsTheLogo();
     void font();
+    void apostropheTakesTheRoomOfAPunctuationMark();
     void palette_data();
     void palette();
     void otherPaletteRolesStay();
@@ -136,6 +137,14 @@ void TestStartup::font()
     QVERIFY(!font.italic());
     QCOMPARE(font.pointSize(), QFont(QStringLiteral("Microsoft YaHei UI")).pointSize());
     QVERIFY(QApplication::font("QLabel") == font);
+}
+
+void TestStartup::apostropheTakesTheRoomOfAPunctuationMark()
+{
+    // In fonts for Chinese it may be as wide as a Chinese character.
+    const QFontMetrics metrics(QApplication::font());
+    QVERIFY(metrics.horizontalAdvance(QStringLiteral("l\u2019e")) <
+            metrics.horizontalAdvance(QStringLiteral("lme")));
 }
 
 void TestStartup::palette_data()

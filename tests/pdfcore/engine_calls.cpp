@@ -88,6 +88,30 @@ int distance(const QImage &a, const QImage &b)
     return largest;
 }
 
+QList<int> numbersOf(const QList<PdfSourcePage> &pages)
+{
+    constexpr int kNumbers = 125;
+    QList<int> numbers;
+    for (const PdfSourcePage &page : pages) {
+        const Rendering rendering = render(page, {4, 4});
+        int number = rendering.ok ? 0 : -1;
+        while (rendering.ok && number < kNumbers &&
+               distance(middle(rendering.image), PdfFixture::numberColour(number)) > 1)
+            ++number;
+        numbers.append(number);
+    }
+    return numbers;
+}
+
+QList<int> numbersIn(const QString &path)
+{
+    const qsizetype count = inspect(path).pageSizes.size();
+    QList<PdfSourcePage> pages;
+    for (int i = 0; i < count; ++i)
+        pages.append(filePage(path, i));
+    return numbersOf(pages);
+}
+
 QString Folder::add(const QString &name, const QByteArray &data)
 {
     const QString file = path(name);

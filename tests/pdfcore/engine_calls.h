@@ -51,6 +51,13 @@ int distance(const QColor &a, const QColor &b);
 /// Largest difference of a colour channel between pixels of two images; 255 when the sizes differ.
 int distance(const QImage &a, const QImage &b);
 
+/// The numbers of pages of PdfFixture::pagesByNumber(), by their colours; -1 for a page that cannot
+/// be rendered and 125 for any other.
+QList<int> numbersOf(const QList<PdfSourcePage> &pages);
+
+/// The numbers of the pages of a file; none if it does not open.
+QList<int> numbersIn(const QString &path);
+
 /// A folder for the files of one test.
 class Folder
 {

@@ -21,6 +21,26 @@ QByteArray pageOfWidth(int width)
     return "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 " + QByteArray::number(width) + " 50] >>";
 }
 
+/// The width of a page of manyPages().
+int widthAmongMany(int index)
+{
+    return index % 100 + 10;
+}
+
+/// A document of `count` pages, which are the objects from number 3 on.
+QByteArray manyPages(int count, const QByteArray &rootEntries = {})
+{
+    QByteArray kids;
+    QList<QByteArray> objects{kCatalogue, QByteArray()};
+    for (int i = 0; i < count; ++i) {
+        kids += QByteArray::number(i + 3) + " 0 R ";
+        objects += pageOfWidth(widthAmongMany(i));
+    }
+    objects[1] = "<< /Type /Pages /Count " + QByteArray::number(count) + ' ' + rootEntries +
+                 " /Kids [" + kids + "] >>";
+    return PdfFixture::fromObjects(objects);
+}
+
 /// A chain of page tree nodes, one inside the other, with one page at the end.
 QByteArray nestedTree(int levels)
 {
@@ -453,18 +473,11 @@ void EngineInspectTest::pageSizes()
 void EngineInspectTest::tenThousandPagesAreCounted()
 {
     constexpr int kPages = 10'000;
-    QByteArray kids;
-    QList<QByteArray> objects{kCatalogue, QByteArray()};
-    for (int i = 0; i < kPages; ++i) {
-        kids += QByteArray::number(i + 3) + " 0 R ";
-        objects += pageOfWidth(i % 100 + 1);
-    }
-    objects[1] = "<< /Type /Pages /Count 10000 /Kids [" + kids + "] >>";
     Folder folder;
-    const QString path = folder.add(u"many.pdf"_s, PdfFixture::fromObjects(objects));
+    const QString path = folder.add(u"many.pdf"_s, manyPages(kPages));
     const Inspection found = inspect(path);
     QCOMPARE(found.pageSizes.size(), kPages);
-    QCOMPARE(found.pageSizes.at(9'998).width(), 99);
+    QCOMPARE(found.pageSizes.at(9'998).width(), 108);
     QVERIFY(render(filePage(path, kPages - 1)).ok);
 }
 
@@ -488,7 +501,7 @@ void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
         if (i == kPages / 2)
             kids += odd;
         kids += QByteArray::number(objects.size() + 1) + " 0 R ";
-        objects += pageOfWidth(i % 100 + 10);
+        objects += pageOfWidth(widthAmongMany(i));
     }
     kids += odd;
     objects[1] = "<< /Type /Pages /Count 3000 /MediaBox [0 0 8 8] /Kids [" + kids + "] >>";
@@ -498,7 +511,7 @@ void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
     for (int i = 0; i < kPages; ++i) {
         if (i == kPages / 2)
             expected += oddWidths.mid(1);
-        expected += i % 100 + 10;
+        expected += widthAmongMany(i);
     }
     expected += oddWidths.mid(1);
 
@@ -515,15 +528,8 @@ void EngineInspectTest::manyPagesInObjectStreamsAreReadAlike()
     if (qpdf.isEmpty())
         QSKIP("The qpdf command is missing.");
     constexpr int kPages = 3000;
-    QByteArray kids;
-    QList<QByteArray> objects{kCatalogue, QByteArray()};
-    for (int i = 0; i < kPages; ++i) {
-        kids += QByteArray::number(i + 3) + " 0 R ";
-        objects += pageOfWidth(i % 100 + 10);
-    }
-    objects[1] = "<< /Type /Pages /Count 3000 /Rotate 90 /Kids [" + kids + "] >>";
     Folder folder;
-    const QString plain = folder.add(u"plain.pdf"_s, PdfFixture::fromObjects(objects));
+    const QString plain = folder.add(u"plain.pdf"_s, manyPages(kPages, "/Rotate 90"));
     const QString packed = folder.path(u"packed.pdf"_s);
     QCOMPARE(QProcess::execute(qpdf, {u"--object-streams=generate"_s, plain, packed}), 0);
     QVERIFY(QFileInfo(packed).size() < QFileInfo(plain).size() / 2);
@@ -531,7 +537,7 @@ void EngineInspectTest::manyPagesInObjectStreamsAreReadAlike()
     const QList<QSizeF> sizes = inspect(packed).pageSizes;
     QCOMPARE(sizes, inspect(plain).pageSizes);
     QCOMPARE(sizes.size(), kPages);
-    QCOMPARE(sizes.at(kPages - 1).height(), (kPages - 1) % 100 + 10);
+    QCOMPARE(sizes.at(kPages - 1).height(), widthAmongMany(kPages - 1));
     QVERIFY(render(filePage(packed, 0)).ok);
     QVERIFY(render(filePage(packed, kPages - 1)).ok);
 }

@@ -18,21 +18,6 @@ namespace {
 constexpr int kPages = 40;
 constexpr int kRounds = 60;
 
-/// Numbers of the pages of a file made from PdfFixture::pagesByNumber(), by their colours.
-QList<int> pageNumbers(const QString &path)
-{
-    QList<int> numbers;
-    const qsizetype count = inspect(path).pageSizes.size();
-    for (int i = 0; i < count; ++i) {
-        const QColor colour = middle(render(filePage(path, i), {4, 4}).image);
-        int number = 0;
-        while (number < 125 && distance(colour, PdfFixture::numberColour(number)) > 1)
-            ++number;
-        numbers.append(number);
-    }
-    return numbers;
-}
-
 /// What the killed process does: it turns the order of the pages over and over again, in place.
 int saveForever(const QString &path)
 {
@@ -64,7 +49,7 @@ void EngineKillTest::aKilledSaveLeavesTheOldFileOrTheNewOne()
 {
     Folder folder;
     const QString path = folder.add(u"report.pdf"_s, PdfFixture::pagesByNumber(kPages));
-    const QList<int> forwards = pageNumbers(path);
+    const QList<int> forwards = numbersIn(path);
     QList<int> backwards = forwards;
     std::reverse(backwards.begin(), backwards.end());
 
@@ -85,7 +70,7 @@ void EngineKillTest::aKilledSaveLeavesTheOldFileOrTheNewOne()
             wasAtWork = true;
             QVERIFY(QFile::remove(folder.path(leftover)));
         }
-        const QList<int> found = pageNumbers(path);
+        const QList<int> found = numbersIn(path);
         sawForwards = sawForwards || found == forwards;
         sawBackwards = sawBackwards || found == backwards;
         QVERIFY(found == forwards || found == backwards);

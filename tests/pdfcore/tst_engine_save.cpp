@@ -31,21 +31,6 @@ QFileDevice::Permissions modeOf(const QString &path)
     return QFileInfo(path).permissions() & kFileModes;
 }
 
-/// Numbers of the pages of a document made from PdfFixture::pagesByNumber(), by their colours.
-QList<int> pageNumbers(const QString &path)
-{
-    const qsizetype count = inspect(path).pageSizes.size();
-    QList<int> numbers;
-    for (int i = 0; i < count; ++i) {
-        const QColor colour = middle(render(filePage(path, i), {4, 4}).image);
-        int number = 0;
-        while (number < 125 && distance(colour, PdfFixture::numberColour(number)) > 1)
-            ++number;
-        numbers.append(number);
-    }
-    return numbers;
-}
-
 /// A page whose content takes more than `bytes` bytes however it is compressed.
 QByteArray bulkyDocument(qsizetype bytes)
 {
@@ -117,7 +102,7 @@ void EngineSaveTest::pagesComeInOrder()
         pages.append(filePage(path, index));
     const Outcome saved = save(pages, target);
     QVERIFY2(saved.ok, qPrintable(saved.message));
-    QCOMPARE(pageNumbers(target), order);
+    QCOMPARE(numbersIn(target), order);
 }
 
 void EngineSaveTest::pagesOfSeveralSources()
@@ -129,7 +114,7 @@ void EngineSaveTest::pagesOfSeveralSources()
     QVERIFY(
         save({filePage(many, 17), filePage(few, 2), filePage(many, 0), filePage(few, 1)}, target)
             .ok);
-    QCOMPARE(pageNumbers(target), (QList<int>{17, 2, 0, 1}));
+    QCOMPARE(numbersIn(target), (QList<int>{17, 2, 0, 1}));
 }
 
 void EngineSaveTest::sourcesWithTheirPasswordsGiveAnUnencryptedFile()
@@ -147,7 +132,7 @@ void EngineSaveTest::sourcesWithTheirPasswordsGiveAnUnencryptedFile()
     const Outcome saved = save(pages, target);
     QVERIFY2(saved.ok, qPrintable(saved.message));
     QVERIFY(!contentOf(target).contains("/Encrypt"));
-    QCOMPARE(pageNumbers(target), (QList<int>{3, 4, 6}));
+    QCOMPARE(numbersIn(target), (QList<int>{3, 4, 6}));
 }
 
 void EngineSaveTest::rotationsAreApplied()
@@ -353,9 +338,9 @@ void EngineSaveTest::targetMayBeASource()
     const Outcome saved =
         save({filePage(path, 4), filePage(other, 8), filePage(path, 1), filePage(path, 1)}, path);
     QVERIFY2(saved.ok, qPrintable(saved.message));
-    QCOMPARE(pageNumbers(path), (QList<int>{4, 8, 1, 1}));
+    QCOMPARE(numbersIn(path), (QList<int>{4, 8, 1, 1}));
     QVERIFY(save({filePage(path, 3), filePage(path, 0)}, path).ok);
-    QCOMPARE(pageNumbers(path), (QList<int>{1, 4}));
+    QCOMPARE(numbersIn(path), (QList<int>{1, 4}));
     QVERIFY(folder.leftovers().isEmpty());
 }
 
@@ -367,7 +352,7 @@ void EngineSaveTest::targetMayBeASourceUnderAnotherSpelling()
         folder.path() + u"/../"_s + QFileInfo(folder.path()).fileName() + u"/./file.pdf"_s;
     QVERIFY(render(filePage(path)).ok);
     QVERIFY(save({filePage(path, 2), filePage(detour, 1)}, detour).ok);
-    QCOMPARE(pageNumbers(path), (QList<int>{2, 1}));
+    QCOMPARE(numbersIn(path), (QList<int>{2, 1}));
 }
 
 void EngineSaveTest::targetMayBeAProtectedSource()
@@ -376,7 +361,7 @@ void EngineSaveTest::targetMayBeAProtectedSource()
     const QString path = folder.add(
         u"file.pdf"_s, PdfFixture::encrypted(PdfFixture::pagesByNumber(3), {"user", "owner", 4}));
     QVERIFY(save({filePage(path, 2, 0, u"user"_s)}, path).ok);
-    QCOMPARE(pageNumbers(path), QList<int>{2});
+    QCOMPARE(numbersIn(path), QList<int>{2});
 }
 
 void EngineSaveTest::linkAsTargetStaysALink()
@@ -393,8 +378,8 @@ void EngineSaveTest::linkAsTargetStaysALink()
     QVERIFY(QFileInfo(link).isSymbolicLink());
     QVERIFY(QFileInfo(linkToLink).isSymbolicLink());
     QVERIFY(!QFileInfo(file).isSymbolicLink());
-    QCOMPARE(pageNumbers(file), QList<int>{2});
-    QCOMPARE(pageNumbers(linkToLink), QList<int>{2});
+    QCOMPARE(numbersIn(file), QList<int>{2});
+    QCOMPARE(numbersIn(linkToLink), QList<int>{2});
     QVERIFY(folder.leftovers().isEmpty());
 }
 
@@ -442,7 +427,7 @@ void EngineSaveTest::permissionsAreKept()
     const QFileDevice::Permissions before = modeOf(path);
     QVERIFY(save({filePage(path, 1)}, path).ok);
     QCOMPARE(modeOf(path), before);
-    QCOMPARE(pageNumbers(path), QList<int>{1});
+    QCOMPARE(numbersIn(path), QList<int>{1});
 }
 
 void EngineSaveTest::permissionsAreKeptWhileWriting()
@@ -696,7 +681,7 @@ void EngineSaveTest::savesOnSeveralThreads()
     for (std::thread &thread : threads)
         thread.join();
     QCOMPARE(failures.load(), 0);
-    const QList<int> winner = pageNumbers(shared);
+    const QList<int> winner = numbersIn(shared);
     QVERIFY(!winner.isEmpty());
     QCOMPARE(winner, QList<int>(winner.first() + 1, winner.first()));
     QVERIFY(folder.leftovers().isEmpty());

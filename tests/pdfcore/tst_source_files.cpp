@@ -36,21 +36,6 @@ QList<PdfSourcePage> openedPages(const QString &path, const QString &password = 
     return pages;
 }
 
-/// The numbers that pages of PdfFixture::pagesByNumber() carry as colours; -1 for a failed one.
-QList<int> numbersOf(const QList<PdfSourcePage> &pages)
-{
-    QList<int> numbers;
-    for (const PdfSourcePage &page : pages) {
-        const Rendering rendering = render(page, {4, 4});
-        int number = rendering.ok ? 0 : -1;
-        while (rendering.ok && number < 125 &&
-               distance(middle(rendering.image), PdfFixture::numberColour(number)) > 1)
-            ++number;
-        numbers.append(number);
-    }
-    return numbers;
-}
-
 QString asideRoot()
 {
     return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/quillora-sources"_s;

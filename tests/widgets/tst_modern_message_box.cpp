@@ -34,6 +34,15 @@ MessageBoxOptions optionsWithAllButtons()
     return options;
 }
 
+/// With more lines than fit on a screen.
+MessageBoxOptions optionsWithALongMessage()
+{
+    MessageBoxOptions options;
+    options.title = QStringLiteral("部分页面提取失败");
+    options.message = QStringLiteral("第 12 页\n").repeated(300);
+    return options;
+}
+
 QPushButton *buttonOf(const QWidget &box, const QString &name)
 {
     return box.findChild<QPushButton *>(name);
@@ -113,6 +122,9 @@ private slots:
     void widthStaysInItsLimits();
     void longWordsAreBroken();
     void textsTooLongForTheScreenScroll();
+    void scrolledTextsStandBelowTheTitle();
+    void boxAsHighAsTheScreenStaysOnIt_data();
+    void boxAsHighAsTheScreenStaysOnIt();
 
     void questionReturnsTheAnswer_data();
     void questionReturnsTheAnswer();
@@ -497,10 +509,7 @@ void TestModernMessageBox::longWordsAreBroken()
 
 void TestModernMessageBox::textsTooLongForTheScreenScroll()
 {
-    MessageBoxOptions options;
-    options.title = QStringLiteral("部分页面提取失败");
-    options.message = QStringLiteral("第 12 页\n").repeated(300);
-    ModernMessageBox box(options, m_window.get());
+    ModernMessageBox box(optionsWithALongMessage(), m_window.get());
     box.show();
     QVERIFY(box.height() <= box.screen()->availableGeometry().height());
     const auto *scrollArea = box.findChild<QScrollArea *>();
@@ -510,6 +519,36 @@ void TestModernMessageBox::textsTooLongForTheScreenScroll()
     QVERIFY(message->height() > scrollArea->height());
     const QPushButton *confirm = buttonOf(box, kConfirm);
     QVERIFY(box.rect().contains(QRect(confirm->mapTo(&box, QPoint()), confirm->size())));
+}
+
+void TestModernMessageBox::scrolledTextsStandBelowTheTitle()
+{
+    ModernMessageBox box(optionsWithALongMessage(), m_window.get());
+    box.show();
+    const auto *title = box.findChild<QLabel *>(QStringLiteral("messageBoxTitle"));
+    const auto *message = box.findChild<QLabel *>(QStringLiteral("messageBoxMessage"));
+    QVERIFY(box.findChild<QScrollArea *>());
+    QCOMPARE(message->mapTo(&box, QPoint()).x(), title->mapTo(&box, QPoint()).x());
+}
+
+void TestModernMessageBox::boxAsHighAsTheScreenStaysOnIt_data()
+{
+    QTest::addColumn<int>("shift");
+    QTest::newRow("window at the top") << -300;
+    QTest::newRow("window in the middle") << 0;
+    QTest::newRow("window at the bottom") << 300;
+}
+
+void TestModernMessageBox::boxAsHighAsTheScreenStaysOnIt()
+{
+    QFETCH(int, shift);
+    const QRect screen = m_window->screen()->availableGeometry();
+    m_window->move(screen.center() - m_window->rect().center() + QPoint(0, shift));
+    ModernMessageBox box(optionsWithALongMessage(), m_window.get());
+    box.show();
+    QVERIFY(screen.top() <= box.frameGeometry().top());
+    QVERIFY(screen.bottom() >= box.frameGeometry().bottom());
+    QCOMPARE(box.frameGeometry().center().x(), m_window->frameGeometry().center().x());
 }
 
 void TestModernMessageBox::questionReturnsTheAnswer_data()

@@ -10,6 +10,7 @@
 #include <QThreadPool>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -124,7 +125,7 @@ struct Delivery
 };
 
 /// A manager on a fake engine, with everything it delivered.
-class Bench final
+class Bench
 {
 public:
     Bench()
@@ -142,6 +143,9 @@ public:
                     {id, QSize(), purpose, requestId, 0, QImage(), message, true, isOwnThread()});
             });
     }
+    /// Lets calls go that a test which failed has left waiting.
+    ~Bench() { engine.letGo(1000); }
+    Q_DISABLE_COPY_MOVE(Bench)
 
     QThreadPool *pool() const { return manager->findChild<QThreadPool *>(); }
 
@@ -180,6 +184,44 @@ private:
     bool isOwnThread() const { return QThread::currentThread() == manager->thread(); }
 
     QObject m_context;
+};
+
+/// Waits for other threads, without running the events of this one.
+template <typename Condition>
+bool comesTrue(Condition &&condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition() && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    return condition();
+}
+
+/// A manager on an engine that holds its calls, with a count of the jobs it has.
+class CountedJobs final
+{
+public:
+    CountedJobs() { engine.holdCalls(); }
+
+    /// Destroys the manager while calls run, which end only after all other jobs are gone.
+    void destroyWhileRunning(int runningCalls)
+    {
+        std::thread release([this, runningCalls] {
+            comesTrue([this, runningCalls] { return token.use_count() <= 2 + runningCalls; });
+            engine.letGo(1000);
+        });
+        manager.reset();
+        release.join();
+    }
+    bool isAnyJobLeft() const { return token.use_count() > 1; }
+
+    FakeEngine engine;
+    /// Held by the manager, by every job, and here.
+    std::shared_ptr<int> token = std::make_shared<int>(0);
+    std::unique_ptr<PdfRenderManager> manager = std::make_unique<PdfRenderManager>(
+        nullptr, [held = token, render = engine.function()](
+                     const QList<PdfSourcePage> &sources, const QList<QSize> &sizes,
+                     QStringList *errors) { return render(sources, sizes, errors); });
 };
 
 } // namespace RenderBench

@@ -1,6 +1,6 @@
 #include "tests/pdf/core/render_bench.h"
+#include "tests/pdf/signal_signatures.h"
 
-#include <QMetaMethod>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -49,14 +49,7 @@ void TestPdfRenderManager::typesAreRegisteredUnderTheirNames()
 
 void TestPdfRenderManager::signalsStandInTheirOrder()
 {
-    const QMetaObject &meta = PdfRenderManager::staticMetaObject;
-    QList<QByteArray> names;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Signal) {
-            names.append(meta.method(i).methodSignature());
-        }
-    }
-    QCOMPARE(names,
+    QCOMPARE(signalSignatures(PdfRenderManager::staticMetaObject),
              (QList<QByteArray>{
                  "pageRendered(PdfPageId,QSize,PdfRenderPurpose,qulonglong,qulonglong,QImage)",
                  "pageRenderFailed(PdfPageId,PdfRenderPurpose,qulonglong,QString)"}));

@@ -3,7 +3,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <algorithm>
 #include <chrono>
 
 using namespace RenderBench;
@@ -258,33 +257,17 @@ void TestPdfRenderManagerOrder::destructorWaitsForRunningJobs()
 
 void TestPdfRenderManagerOrder::destructorDropsWaitingJobs()
 {
-    FakeEngine engine;
-    // Held by the manager, by every job, and here: tells how many jobs are left.
-    const auto token = std::make_shared<int>(0);
-    auto manager = std::make_unique<PdfRenderManager>(
-        nullptr, [token, render = engine.function()](
-                     const QList<PdfSourcePage> &sources, const QList<QSize> &sizes,
-                     QStringList *errors) { return render(sources, sizes, errors); });
-    engine.holdCalls();
-    const int threads = manager->findChild<QThreadPool *>()->maxThreadCount();
+    CountedJobs jobs;
+    const int threads = jobs.manager->findChild<QThreadPool *>()->maxThreadCount();
     for (qint32 i = 0; i < threads + 50; ++i) {
-        manager->requestPage(page(1, i), QSize(10, 10), Purpose::PageView, 0);
+        jobs.manager->requestPage(page(1, i), QSize(10, 10), Purpose::PageView, 0);
     }
     for (int i = 0; i < threads; ++i) {
-        engine.waitForCall();
+        jobs.engine.waitForCall();
     }
-    // The running calls end only after the waiting jobs are gone, which takes the destructor.
-    std::thread release([&engine, token = std::weak_ptr<int>(token), threads] {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (token.use_count() > 2 + threads && std::chrono::steady_clock::now() < deadline) {
-            std::this_thread::yield();
-        }
-        engine.letGo(threads + 50);
-    });
-    manager.reset();
-    release.join();
-    QCOMPARE(engine.callCount(), threads);
-    QCOMPARE(token.use_count(), 1L);
+    jobs.destroyWhileRunning(threads);
+    QCOMPARE(jobs.engine.callCount(), threads);
+    QVERIFY(!jobs.isAnyJobLeft());
 }
 
 void TestPdfRenderManagerOrder::nothingIsDeliveredAfterDestruction()

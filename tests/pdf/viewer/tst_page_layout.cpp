@@ -45,6 +45,8 @@ private slots:
     void settledFitZoomGivesWayOnlyToAScrollBarThatWouldGoAgain();
     void renderTargetSizeIsBounded_data();
     void renderTargetSizeIsBounded();
+    void centredScrollKeepsTheDistanceFromTheMiddle_data();
+    void centredScrollKeepsTheDistanceFromTheMiddle();
     void anchoredScrollKeepsTheContentUnderThePointer_data();
     void anchoredScrollKeepsTheContentUnderThePointer();
 };
@@ -275,6 +277,30 @@ void TestPageLayout::renderTargetSizeIsBounded()
     QFETCH(QSize, page);
     QFETCH(double, scale);
     QTEST(renderTargetSize(page, scale), "target");
+}
+
+void TestPageLayout::centredScrollKeepsTheDistanceFromTheMiddle_data()
+{
+    QTest::addColumn<int>("scroll");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("newMaximum");
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<int>("result");
+    QTest::newRow("unchanged") << 130 << 400 << 400 << 1.0 << 130;
+    QTest::newRow("from where nothing scrolled") << 0 << 0 << 600 << 2.0 << 300;
+    QTest::newRow("in the middle") << 200 << 400 << 900 << 2.0 << 450;
+    QTest::newRow("off the middle") << 300 << 400 << 1000 << 2.0 << 700;
+    QTest::newRow("wider content at the same zoom") << 100 << 400 << 1000 << 1.0 << 400;
+    QTest::newRow("to where nothing scrolls") << 200 << 400 << 0 << 0.5 << 0;
+}
+
+void TestPageLayout::centredScrollKeepsTheDistanceFromTheMiddle()
+{
+    QFETCH(int, scroll);
+    QFETCH(int, maximum);
+    QFETCH(int, newMaximum);
+    QFETCH(double, ratio);
+    QTEST(centredScroll(scroll, maximum, newMaximum, ratio), "result");
 }
 
 void TestPageLayout::anchoredScrollKeepsTheContentUnderThePointer_data()

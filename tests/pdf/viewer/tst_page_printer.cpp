@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -25,6 +27,7 @@ namespace {
 /// Pictures are stored with losses in the printed file.
 constexpr int kTolerance = 12;
 constexpr int kResolution = 100;
+constexpr char kNoDialog[] = "the print dialog of this system cannot be answered";
 
 /// A printer that writes an A4 PDF file.
 class FilePrinter : public QPrinter
@@ -133,6 +136,10 @@ private:
     /// The sheets of the printed file, at one pixel per point.
     [[nodiscard]] QList<QImage> sheets() const;
     [[nodiscard]] QList<int> sheetNumbers() const;
+    /// Prints the viewer's document, answering the dialog with `answer`, which by default lets it
+    /// print into the output. False if the dialog of this system cannot be answered.
+    [[nodiscard]] bool printed(const ShownViewer &shown,
+                               const std::function<bool(QPrintDialog &)> &answer = {}) const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
     PdfDocumentModel m_model;
@@ -427,6 +434,17 @@ bool printIntoFile(QPrintDialog &dialog, const QString &path)
 
 } // namespace
 
+bool TestPagePrinter::printed(const ShownViewer &shown,
+                              const std::function<bool(QPrintDialog &)> &answer) const
+{
+    bool accepted = false;
+    const PrintDialogAnswer answered([&](QPrintDialog &dialog) {
+        accepted = answer ? answer(dialog) : printIntoFile(dialog, output());
+    });
+    shown.viewer->printDocument();
+    return accepted;
+}
+
 void TestPagePrinter::emptyDocumentOpensNoDialog()
 {
     const PrintDialogAnswer answer([](QPrintDialog &dialog) { dialog.reject(); });
@@ -478,13 +496,9 @@ void TestPagePrinter::dialogPrintsTheWholeDocumentToAFile()
 {
     const ShownViewer shown;
     QVERIFY(shown.openPages(4));
-    bool accepted = false;
-    const PrintDialogAnswer answer(
-        [&](QPrintDialog &dialog) { accepted = printIntoFile(dialog, output()); });
     const DialogAnswers answers;
-    shown.viewer->printDocument();
-    if (!accepted) {
-        QSKIP("the print dialog of this system cannot be answered");
+    if (!printed(shown)) {
+        QSKIP(kNoDialog);
     }
     QVERIFY(answers.seen().isEmpty());
     QCOMPARE(sheetNumbers(), (QList<int>{0, 1, 2, 3}));
@@ -495,23 +509,21 @@ void TestPagePrinter::dialogPrintsTheChosenPages()
 {
     const ShownViewer shown;
     QVERIFY(shown.openPages(5));
-    bool accepted = false;
-    const PrintDialogAnswer answer([&](QPrintDialog &dialog) {
+    const auto printTwoPages = [this](QPrintDialog &dialog) {
         auto *range = dialog.findChild<QRadioButton *>(u"printRange"_s);
         auto *from = dialog.findChild<QSpinBox *>(u"from"_s);
         auto *to = dialog.findChild<QSpinBox *>(u"to"_s);
         if (!range || !from || !to) {
             dialog.reject();
-            return;
+            return false;
         }
         range->setChecked(true);
         from->setValue(2);
         to->setValue(3);
-        accepted = printIntoFile(dialog, output());
-    });
-    shown.viewer->printDocument();
-    if (!accepted) {
-        QSKIP("the print dialog of this system cannot be answered");
+        return printIntoFile(dialog, output());
+    };
+    if (!printed(shown, printTwoPages)) {
+        QSKIP(kNoDialog);
     }
     QCOMPARE(sheetNumbers(), (QList<int>{1, 2}));
 }
@@ -521,13 +533,9 @@ void TestPagePrinter::failedPrintingIsReported()
     const ShownViewer shown;
     QVERIFY(shown.openPages(3));
     shown.add(u"report.pdf"_s, PdfFixture::pagesByNumber(5));
-    bool accepted = false;
-    const PrintDialogAnswer answer(
-        [&](QPrintDialog &dialog) { accepted = printIntoFile(dialog, output()); });
     const DialogAnswers answers;
-    shown.viewer->printDocument();
-    if (!accepted) {
-        QSKIP("the print dialog of this system cannot be answered");
+    if (!printed(shown)) {
+        QSKIP(kNoDialog);
     }
     QCOMPARE(answers.seen().size(), 3);
     QCOMPARE(answers.seen().at(0), u"打印未完成"_s);
@@ -540,16 +548,15 @@ void TestPagePrinter::printerThatCannotStartIsReported()
 {
     const ShownViewer shown;
     QVERIFY(shown.openPages(3));
-    bool accepted = false;
-    const PrintDialogAnswer answer([&](QPrintDialog &dialog) {
-        accepted = printIntoFile(dialog, output());
+    const auto loseTheFolder = [this](QPrintDialog &dialog) {
+        const bool accepted = printIntoFile(dialog, output());
         // Gone between the dialog and the job.
         dialog.printer()->setOutputFileName(m_folder->filePath(u"no/such/folder/printed.pdf"_s));
-    });
+        return accepted;
+    };
     const DialogAnswers answers;
-    shown.viewer->printDocument();
-    if (!accepted) {
-        QSKIP("the print dialog of this system cannot be answered");
+    if (!printed(shown, loseTheFolder)) {
+        QSKIP(kNoDialog);
     }
     QCOMPARE(answers.seen(), (QStringList{u"打印失败"_s, u"无法启动打印任务。"_s, QString()}));
     QCOMPARE(answers.kinds(), QList<int>{ModernMessageBox::Danger});

@@ -5,6 +5,7 @@
 #include "pdf/viewer/pdf_page_manager_view.h"
 #include "pdf/viewer/pdf_thumbnail_panel.h"
 #include "res/resources.h"
+#include "tests/pdf/viewer/checkerboards.h"
 #include "tests/pdf/viewer/shown_view.h"
 
 #include <QApplication>
@@ -14,37 +15,15 @@ namespace {
 
 constexpr double kScale = 1.5;
 
-/// Stands in for the engine: single pixels of black and white in turn.
-QList<QImage> renderCheckerboards(const QList<PdfSourcePage> & /*pages*/, const QList<QSize> &sizes,
-                                  QStringList * /*errors*/)
+/// The number of pixels in the middle of `box` (logical) that differ from a checkerboard.
+int blurredPixels(const QImage &image, const QRect &box)
 {
-    QList<QImage> images;
-    for (const QSize &size : sizes) {
-        QImage image(size, QImage::Format_RGB32);
-        for (int y = 0; y < size.height(); ++y) {
-            for (int x = 0; x < size.width(); ++x) {
-                image.setPixel(x, y, (x + y) % 2 == 0 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
-            }
-        }
-        images.append(image);
-    }
-    return images;
-}
-
-/// The number of pixels around the middle of `box` (logical) that differ from a checkerboard.
-int blurredPixels(const QImage &image, const QRect &box, int reach)
-{
+    constexpr int kReach = 60;
     const QPoint centre = (QPointF(box.center()) * kScale).toPoint();
-    const bool isFirstWhite = image.pixelColor(centre).lightness() > 127;
-    int wrong = 0;
-    for (int y = -reach; y <= reach; ++y) {
-        for (int x = -reach; x <= reach; ++x) {
-            const bool isWhite = ((x + y) % 2 == 0) == isFirstWhite;
-            const QRgb expected = isWhite ? qRgb(255, 255, 255) : qRgb(0, 0, 0);
-            wrong += image.pixel(centre + QPoint(x, y)) == expected ? 0 : 1;
-        }
-    }
-    return wrong;
+    const QPoint reach(kReach, kReach);
+    const bool isCentreWhite = image.pixelColor(centre).lightness() > 127;
+    return Checkerboards::wrongPixels(image, QRect(centre - reach, centre + reach),
+                                      isCentreWhite ? centre : centre + QPoint(1, 0));
 }
 
 } // namespace
@@ -64,7 +43,7 @@ void TestPageViewsScaled::panelThumbnailsAreSharp()
 {
     PdfDocumentModel model;
     model.setPages(recordsOfSizes({{595, 842}, {842, 595}}), false);
-    PdfRenderManager manager(nullptr, renderCheckerboards);
+    PdfRenderManager manager(nullptr, Checkerboards::render);
     PdfThumbnailPanel panel;
     panel.setModel(&model);
     panel.setRenderManager(&manager);
@@ -78,7 +57,7 @@ void TestPageViewsScaled::panelThumbnailsAreSharp()
     QCOMPARE(image.devicePixelRatio(), kScale);
     for (int row = 0; row < 2; ++row) {
         const QRect item = list->visualRect(model.index(row));
-        QCOMPARE(blurredPixels(image, thumbnailRowGeometry(item).imageArea, 60), 0);
+        QCOMPARE(blurredPixels(image, thumbnailRowGeometry(item).imageArea), 0);
     }
 }
 
@@ -86,7 +65,7 @@ void TestPageViewsScaled::gridThumbnailsAreSharp()
 {
     PdfDocumentModel model;
     model.setPages(recordsOfSizes({{595, 842}, {842, 595}, {301, 203}}), false);
-    PdfRenderManager manager(nullptr, renderCheckerboards);
+    PdfRenderManager manager(nullptr, Checkerboards::render);
     PdfPageManagerView view;
     view.setModel(&model);
     view.setRenderManager(&manager);
@@ -99,7 +78,7 @@ void TestPageViewsScaled::gridThumbnailsAreSharp()
     for (int row = 0; row < 3; ++row) {
         const QRect cell = list->visualRect(model.index(row));
         const PageCellGeometry geometry = pageCellGeometry(cell, list->metrics().thumbnail);
-        QCOMPARE(blurredPixels(image, geometry.thumbnail, 60), 0);
+        QCOMPARE(blurredPixels(image, geometry.thumbnail), 0);
     }
 }
 

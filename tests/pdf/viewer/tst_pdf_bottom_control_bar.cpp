@@ -1,6 +1,7 @@
 #include "pdf/viewer/page_number_validator.h"
 #include "pdf/viewer/pdf_bottom_control_bar.h"
 #include "res/resources.h"
+#include "tests/pdf/signal_signatures.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -62,6 +63,7 @@ private slots:
     void numberIsCommittedOnce();
     void emptiedNumberComesBack();
     void otherCharactersAreNotTaken();
+    void clickSelectsTheNumberUntilItIsEdited();
     void committedNumberMovesTheArrows();
     void longTotalsAreShownWhole();
     void validator_data();
@@ -158,18 +160,10 @@ void TestPdfBottomControlBar::barItself()
 
 void TestPdfBottomControlBar::signalsInOrder()
 {
-    QStringList found;
-    const QMetaObject *meta = m_bar->metaObject();
-    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
-        if (meta->method(i).methodType() == QMetaMethod::Signal) {
-            found << QString::fromLatin1(meta->method(i).methodSignature());
-        }
-    }
-    QCOMPARE(found,
-             (QStringList{
-                 QStringLiteral("previousPageRequested()"), QStringLiteral("nextPageRequested()"),
-                 QStringLiteral("pageRequested(int)"), QStringLiteral("zoomRequested(double)"),
-                 QStringLiteral("fitWidthRequested()"), QStringLiteral("fitPageRequested()")}));
+    QCOMPARE(
+        signalSignatures(*m_bar->metaObject()),
+        (QByteArrayList{"previousPageRequested()", "nextPageRequested()", "pageRequested(int)",
+                        "zoomRequested(double)", "fitWidthRequested()", "fitPageRequested()"}));
 }
 
 void TestPdfBottomControlBar::controlsFromLeftToRight()
@@ -512,6 +506,21 @@ void TestPdfBottomControlBar::otherCharactersAreNotTaken()
     QCOMPARE(edit()->text(), QStringLiteral("12"));
     type(QStringLiteral("12345678901"));
     QCOMPARE(edit()->text(), QStringLiteral("123456789"));
+}
+
+void TestPdfBottomControlBar::clickSelectsTheNumberUntilItIsEdited()
+{
+    m_bar->setPageCount(500);
+    m_bar->setCurrentPage(11);
+    QTest::mouseClick(edit(), Qt::LeftButton);
+    QCOMPARE(edit()->selectedText(), QStringLiteral("12"));
+    QTest::keyClicks(edit(), QStringLiteral("34"));
+    QCOMPARE(edit()->text(), QStringLiteral("34"));
+    QTest::mouseClick(edit(), Qt::LeftButton);
+    QCOMPARE(edit()->selectedText(), QString());
+    QTest::keyClick(edit(), Qt::Key_Return);
+    QTest::mouseClick(edit(), Qt::LeftButton);
+    QCOMPARE(edit()->selectedText(), QStringLiteral("34"));
 }
 
 void TestPdfBottomControlBar::committedNumberMovesTheArrows()

@@ -1,6 +1,7 @@
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
 #include "pdf/viewer/pdf_document_view.h"
+#include "tests/pdf/viewer/checkerboards.h"
 #include "tests/pdf/viewer/shown_view.h"
 #include "widgets/theme.h"
 
@@ -12,23 +13,6 @@
 namespace {
 
 constexpr double kScale = 1.75;
-
-/// Stands in for the engine: single pixels of black and white in turn.
-QList<QImage> renderCheckerboards(const QList<PdfSourcePage> & /*pages*/, const QList<QSize> &sizes,
-                                  QStringList * /*errors*/)
-{
-    QList<QImage> images;
-    for (const QSize &size : sizes) {
-        QImage image(size, QImage::Format_RGB32);
-        for (int y = 0; y < size.height(); ++y) {
-            for (int x = 0; x < size.width(); ++x) {
-                image.setPixel(x, y, (x + y) % 2 == 0 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
-            }
-        }
-        images.append(image);
-    }
-    return images;
-}
 
 } // namespace
 
@@ -65,7 +49,7 @@ void TestPdfDocumentViewScaled::imagesAreDrawnPixelByPixel()
     QFETCH(QPoint, scroll);
     PdfDocumentModel model;
     model.setPages(recordsOfSizes({{501, 403}}), false);
-    PdfRenderManager manager(nullptr, renderCheckerboards);
+    PdfRenderManager manager(nullptr, Checkerboards::render);
     PdfDocumentView view;
     view.setModel(&model);
     view.setRenderManager(&manager);
@@ -85,14 +69,7 @@ void TestPdfDocumentViewScaled::imagesAreDrawnPixelByPixel()
     const QPoint corner = (QPointF(QPoint(32, 32) - scroll) * kScale).toPoint();
     const QRect inside = QRect(corner, QSize(877, 706)).intersected(image.rect());
     QVERIFY(inside.width() > 500 && inside.height() > 400);
-    int wrong = 0;
-    for (int y = inside.top(); y <= inside.bottom(); ++y) {
-        for (int x = inside.left(); x <= inside.right(); ++x) {
-            const bool isWhite = (x - corner.x() + y - corner.y()) % 2 == 0;
-            wrong += image.pixel(x, y) == (isWhite ? 0xFFFFFFFF : 0xFF000000) ? 0 : 1;
-        }
-    }
-    QCOMPARE(wrong, 0);
+    QCOMPARE(Checkerboards::wrongPixels(image, inside, corner), 0);
 }
 
 void TestPdfDocumentViewScaled::waitingPageHasItsBorderInside()

@@ -1,4 +1,5 @@
 #include "pdf/viewer/page_output_plan.h"
+#include "tests/pdf/signal_signatures.h"
 #include "tests/pdf/viewer/shown_side_panel.h"
 #include "tests/pdf/viewer/shown_view.h"
 #include "tools/file_location_selector.h"
@@ -6,7 +7,6 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QListWidget>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -84,16 +84,10 @@ void TestPdfOperationSidePanel::initTestCase()
 
 void TestPdfOperationSidePanel::signalsInOrder()
 {
-    QByteArrayList signatures;
-    const QMetaObject &meta = PdfOperationSidePanel::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Signal) {
-            signatures << meta.method(i).methodSignature();
-        }
-    }
-    QCOMPARE(signatures, (QByteArrayList{"extractRequested(bool,QString)",
-                                         "splitRequested(bool,QList<int>,QString)",
-                                         "everyPageSplitToggled(bool)"}));
+    QCOMPARE(
+        signalSignatures(PdfOperationSidePanel::staticMetaObject),
+        (QByteArrayList{"extractRequested(bool,QString)", "splitRequested(bool,QList<int>,QString)",
+                        "everyPageSplitToggled(bool)"}));
 }
 
 void TestPdfOperationSidePanel::startsHidden()

@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QHelpEvent>
+#include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -31,6 +32,30 @@ public:
     bool isEmpty() const override { return false; }
 };
 
+/// Makes every text a word that runs from right to left.
+class ArabicTexts final : public QTranslator
+{
+public:
+    QString translate(const char *, const char *, const char *, int) const override
+    {
+        return QStringLiteral("استخراج");
+    }
+    bool isEmpty() const override { return false; }
+};
+
+/// The first column of pixels with another colour than the first pixel; the width if there is none.
+int firstInkColumn(const QImage &image)
+{
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (image.pixel(x, y) != image.pixel(0, 0)) {
+                return x;
+            }
+        }
+    }
+    return image.width();
+}
+
 /// Rests the mouse on the first row of a list.
 void askForToolTip(const QListWidget &list)
 {
@@ -57,6 +82,8 @@ private slots:
     void markupInANameIsShownAsItIs();
     void longTextsFitIntoTheNarrowPanel_data();
     void longTextsFitIntoTheNarrowPanel();
+    void titlesBeginAtTheLeftInEveryScript_data();
+    void titlesBeginAtTheLeftInEveryScript();
     void rowsAreMirrored();
     void splitterKeepsItInItsWidth();
     void extractPreviewKeepsItsScrollPosition();
@@ -209,6 +236,28 @@ void TestPdfOperationSidePanelLook::longTextsFitIntoTheNarrowPanel()
     QVERIFY(action->geometry().bottom() < page->height());
     const auto *list = page->findChild<QListWidget *>();
     QVERIFY(list->visualItemRect(list->item(0)).bottom() < list->viewport()->height());
+}
+
+void TestPdfOperationSidePanelLook::titlesBeginAtTheLeftInEveryScript_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::newRow("extract") << kExtract;
+    QTest::newRow("split") << kSplit;
+}
+
+void TestPdfOperationSidePanelLook::titlesBeginAtTheLeftInEveryScript()
+{
+    QFETCH(int, mode);
+    ArabicTexts translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    ShownSidePanel shown(5);
+    shown.panel.setWorkspaceMode(mode);
+    const QList<QLabel *> titles = shown.page().findChildren<QLabel *>();
+    QCOMPARE(titles.size(), 4);
+    for (QLabel *title : titles) {
+        QVERIFY(title->width() > 200);
+        QVERIFY(firstInkColumn(title->grab().toImage()) < 10);
+    }
 }
 
 void TestPdfOperationSidePanelLook::rowsAreMirrored()

@@ -1,12 +1,12 @@
 #include "pdf/viewer/pdf_page_manager_view.h"
 
 #include "pdf/viewer/page_grid_zoom_control.h"
+#include "tests/pdf/signal_signatures.h"
 #include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_grid.h"
 #include "tests/pdf/viewer/shown_view.h"
 
 #include <QHash>
-#include <QMetaMethod>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSlider>
@@ -106,14 +106,7 @@ void TestPdfPageManagerView::hasItsShape()
 
 void TestPdfPageManagerView::signalsInOrder()
 {
-    QByteArrayList signatures;
-    const QMetaObject &meta = PdfPageManagerView::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Signal) {
-            signatures << meta.method(i).methodSignature();
-        }
-    }
-    QCOMPARE(signatures,
+    QCOMPARE(signalSignatures(PdfPageManagerView::staticMetaObject),
              (QByteArrayList{"previewPageRequested(PdfPageId)", "duplicatePageRequested(PdfPageId)",
                              "rotatePageRequested(PdfPageId)", "deletePageRequested(PdfPageId)",
                              "insertAtRequested(int,QPoint)", "splitPointsChanged(QList<int>)"}));

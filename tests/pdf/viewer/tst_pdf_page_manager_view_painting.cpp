@@ -1,5 +1,6 @@
 #include "pdf/viewer/page_grid_zoom_control.h"
 #include "pdf/viewer/pdf_page_manager_view.h"
+#include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_grid.h"
 #include "tests/pdf/viewer/shown_view.h"
 #include "widgets/theme.h"
@@ -60,6 +61,7 @@ class TestPdfPageManagerViewPainting final : public QObject
 private slots:
     void zoomControlHasItsColors();
     void paintsSelectionHoverAndBox();
+    void partLooksPressedOnlyWhileThePointerStaysOnIt();
     void paintsInsertMarksOnlyInInsertMode();
     void marksOutOfViewAreNotPainted();
     void paintsSplitLines();
@@ -127,6 +129,24 @@ void TestPdfPageManagerViewPainting::paintsSelectionHoverAndBox()
     shown.press(shown.barPartOf(2, 0));
     image = shown.picture();
     QCOMPARE(image.pixelColor(shown.barPartOf(2, 0) + QPoint(0, 13)), Theme::pressed);
+}
+
+void TestPdfPageManagerViewPainting::partLooksPressedOnlyWhileThePointerStaysOnIt()
+{
+    ShownGrid shown(a4Pages(3));
+    QWidget *viewport = shown.list->viewport();
+    const auto look = [&shown](int part) {
+        return shown.picture().pixelColor(shown.barPartOf(1, part) + QPoint(0, 13));
+    };
+    shown.moveTo(shown.barPartOf(1, 0));
+    shown.press(shown.barPartOf(1, 0));
+    moveMouse(viewport, shown.barPartOf(1, 0) + QPoint(1, 0), Qt::LeftButton);
+    QCOMPARE(look(0), Theme::pressed);
+    for (const int step : {0, 1, 2}) {
+        moveMouse(viewport, shown.barPartOf(1, 2) + QPoint(step, 0), Qt::LeftButton);
+        QCOMPARE(look(2), Theme::hover);
+        QCOMPARE(look(0), Theme::white);
+    }
 }
 
 void TestPdfPageManagerViewPainting::paintsInsertMarksOnlyInInsertMode()

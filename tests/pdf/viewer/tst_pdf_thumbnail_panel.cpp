@@ -2,6 +2,7 @@
 
 #include "pdf/viewer/page_card_geometry.h"
 #include "pdf/viewer/pdf_insert_drop_zone.h"
+#include "tests/pdf/signal_signatures.h"
 #include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_panel.h"
 #include "tests/pdf/viewer/shown_view.h"
@@ -9,7 +10,6 @@
 
 #include <QDragEnterEvent>
 #include <QIcon>
-#include <QMetaMethod>
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
@@ -105,14 +105,7 @@ void TestPdfThumbnailPanel::hasItsShape()
 
 void TestPdfThumbnailPanel::signalsInOrder()
 {
-    QByteArrayList signatures;
-    const QMetaObject &meta = PdfThumbnailPanel::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Signal) {
-            signatures << meta.method(i).methodSignature();
-        }
-    }
-    QCOMPARE(signatures,
+    QCOMPARE(signalSignatures(PdfThumbnailPanel::staticMetaObject),
              (QByteArrayList{"pageActivated(int)", "insertFilesRequested(QStringList,int)",
                              "chooseInsertFilesRequested(int)", "previewPageRequested(PdfPageId)",
                              "rotatePageRequested(PdfPageId)", "deletePageRequested(PdfPageId)"}));

@@ -3,9 +3,11 @@
 #include "tests/pdf/viewer/shown_viewer.h"
 #include "tests/support/pdf_fixture.h"
 #include "widgets/modern_message_box.h"
+#include "widgets/theme.h"
 
 #include <QApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -49,6 +51,7 @@ private slots:
     void fitHeightIsFitPage();
     void unmodifiedDocumentMayBeReplaced();
     void firstPagePaintedFollowsTheOpening();
+    void passwordPromptLooksLikeTheOtherBoxes();
     void deletingTheViewerDuringThePromptIsSafe();
 
 private:
@@ -358,6 +361,33 @@ void TestPdfViewerWidget::thumbnailsOfTheNewDocumentReplaceTheOldOnes()
         fileWith(QStringLiteral("other.pdf"), PageNumbers::documentOf({33, 34})), {}));
     QTRY_COMPARE(thumbnailNumber(), 33);
     QTRY_COMPARE(shownNumber(), 33);
+}
+
+void TestPdfViewerWidget::passwordPromptLooksLikeTheOtherBoxes()
+{
+    const QString path = secretFile();
+    QColor confirm;
+    bool plain = false;
+    bool roomy = false;
+    QTimer::singleShot(0, this, [&] {
+        auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        const QList<QPushButton *> buttons = dialog->findChildren<QPushButton *>();
+        plain =
+            buttons.size() == 2 && buttons.at(0)->icon().isNull() && buttons.at(1)->icon().isNull();
+        for (QPushButton *button : buttons) {
+            if (button->isDefault()) {
+                confirm = button->grab().toImage().pixelColor(8, button->height() / 2);
+            }
+        }
+        const auto *edit = dialog->findChild<QLineEdit *>();
+        roomy = edit->height() >= 36 && edit->x() >= 20;
+        dialog->reject();
+    });
+    QVERIFY(!viewer()->openFile(path, {}));
+    QVERIFY(plain);
+    QVERIFY(roomy);
+    QCOMPARE(confirm, Theme::accent);
 }
 
 void TestPdfViewerWidget::deletingTheViewerDuringThePromptIsSafe()

@@ -1,0 +1,442 @@
+#include "tests/pdfcore/fidelity_comparison.h"
+
+#include "tests/pdfcore/fidelity_outline.h"
+#include "tests/pdfcore/fidelity_soundness.h"
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+/// Attributes of pages that must be the same whatever becomes of the page.
+constexpr std::array kPageKeys{"/MediaBox", "/CropBox", "/UserUnit", "/BleedBox",
+                               "/TrimBox",  "/ArtBox",  "/Dur",      "/PieceInfo"};
+
+constexpr std::array kCatalogueKeys{"/Lang",       "/ViewerPreferences", "/PageMode",
+                                    "/PageLayout", "/OutputIntents",     "/Metadata"};
+
+int rotationOf(const FidelityDocument &document, qsizetype index)
+{
+    QPDFObjectHandle rotation = document.attribute(index, "/Rotate");
+    const int degrees = rotation.isInteger() ? rotation.getIntValueAsInt() : 0;
+    return (degrees % 360 + 360) % 360;
+}
+
+QString latin(const QByteArray &text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// Whether the layer is shown when the document opens.
+bool isShown(FidelityDocument &document, const QPDFObjectHandle &layer)
+{
+    QPDFObjectHandle settings = document.catalogue().getKey("/OCProperties").getKey("/D");
+    QPDFObjectHandle base = settings.getKey("/BaseState");
+    bool shown = !base.isName() || base.getName() != "/OFF";
+    for (const auto &[key, state] : {std::pair{"/ON", true}, std::pair{"/OFF", false}}) {
+        QPDFObjectHandle layers = settings.getKey(key);
+        for (int i = 0; layers.isArray() && i < layers.getArrayNItems(); ++i) {
+            if (layers.getArrayItem(i).getObjGen() == layer.getObjGen())
+                shown = state;
+        }
+    }
+    return shown;
+}
+
+/// "name on" or "name off" for every layer of a document, by object.
+std::map<QPDFObjGen, QString> layers(FidelityDocument &document)
+{
+    std::map<QPDFObjGen, QString> states;
+    QPDFObjectHandle properties = document.catalogue().getKey("/OCProperties");
+    if (!properties.isDictionary())
+        return states;
+    QPDFObjectHandle all = properties.getKey("/OCGs");
+    for (int i = 0; all.isArray() && i < all.getArrayNItems(); ++i) {
+        QPDFObjectHandle layer = all.getArrayItem(i);
+        states[layer.getObjGen()] =
+            fidelityText(layer.getKey("/Name")) +
+            (isShown(document, layer) ? QStringLiteral(" on") : QStringLiteral(" off"));
+    }
+    return states;
+}
+
+/// The layers that the content of a page names, those of memberships included.
+std::vector<QPDFObjectHandle> layersOfPage(const FidelityDocument &document, qsizetype index)
+{
+    std::vector<QPDFObjectHandle> found;
+    QPDFObjectHandle resources = document.attribute(index, "/Resources");
+    QPDFObjectHandle properties =
+        resources.isDictionary() ? resources.getKey("/Properties") : resources;
+    if (!properties.isDictionary())
+        return found;
+    for (const std::string &key : properties.getKeys()) {
+        QPDFObjectHandle entry = properties.getKey(key);
+        QPDFObjectHandle members = entry.isDictionary() ? entry.getKey("/OCGs") : entry;
+        if (members.isArray()) {
+            for (QPDFObjectHandle &member : members.getArrayAsVector())
+                found.push_back(member);
+        } else {
+            found.push_back(members.isDictionary() ? members : entry);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+FidelityComparison::FidelityComparison(const QList<PdfSourcePage> &pages, const QString &output)
+    : m_output(output)
+    , m_path(output)
+{
+    for (const PdfSourcePage &page : pages) {
+        Use use;
+        use.rotation = page.rotation;
+        use.size = page.pageSize;
+        if (!page.isBlank && !page.filePath.isEmpty()) {
+            auto &source = m_sources[page.filePath];
+            if (!source) {
+                source = std::make_unique<FidelityDocument>(page.filePath, page.password.toUtf8());
+                m_order.append(source.get());
+                if (!source->problem().isEmpty())
+                    m_problems.append(page.filePath + u": " + source->problem());
+            }
+            use.source = source.get();
+            use.index = page.pageIndex;
+            for (const Use &earlier : std::as_const(m_uses)) {
+                if (earlier.source == use.source && earlier.index == use.index)
+                    ++use.copy;
+            }
+            m_kept.append(mark(use));
+        }
+        m_uses.append(use);
+    }
+}
+
+QString FidelityComparison::mark(const Use &use) const
+{
+    return use.source == nullptr ? QString() : use.source->marks().at(use.index);
+}
+
+bool FidelityComparison::isUnchanged() const
+{
+    if (m_order.size() != 1 || m_uses.size() != m_order.constFirst()->marks().size())
+        return false;
+    for (qsizetype i = 0; i < m_uses.size(); ++i) {
+        if (m_uses.at(i).index != i || m_uses.at(i).rotation != 0)
+            return false;
+    }
+    return true;
+}
+
+bool FidelityComparison::isComparable()
+{
+    if (!m_output.problem().isEmpty()) {
+        m_problems.append(m_output.problem());
+    } else if (m_output.marks().size() != m_uses.size()) {
+        m_problems.append(QStringLiteral("there are %1 pages instead of %2")
+                              .arg(m_output.marks().size())
+                              .arg(m_uses.size()));
+    } else {
+        return true;
+    }
+    return false;
+}
+
+void FidelityComparison::compare(const QString &what, const QByteArray &found,
+                                 const QByteArray &wanted)
+{
+    if (found != wanted)
+        m_problems.append(
+            QStringLiteral("%1: %2 instead of %3").arg(what, latin(found), latin(wanted)));
+}
+
+void FidelityComparison::compareLists(const QString &what, const QStringList &found,
+                                      const QStringList &wanted)
+{
+    for (qsizetype i = 0; i < std::max(found.size(), wanted.size()); ++i) {
+        const QString none = QStringLiteral("nothing");
+        const QString is = found.value(i, none);
+        const QString should = wanted.value(i, none);
+        if (is != should) {
+            m_problems.append(
+                QStringLiteral("%1: %2 instead of %3 as number %4").arg(what, is, should).arg(i));
+            return;
+        }
+    }
+}
+
+QStringList FidelityComparison::taken()
+{
+    return std::exchange(m_problems, {});
+}
+
+QStringList FidelityComparison::problems()
+{
+    if (!m_problems.isEmpty())
+        return taken();
+    QStringList all = pageProblems();
+    if (all.isEmpty()) {
+        all += outlineProblems();
+        all += annotationProblems();
+        all += fieldProblems();
+        all += hybridFormProblems();
+        all += signatureProblems();
+        all += labelProblems();
+        all += attachmentProblems();
+        all += catalogueProblems();
+        all += layerProblems();
+        all += structureProblems();
+    }
+    return all + FidelitySoundness::problems(m_path);
+}
+
+QStringList FidelityComparison::pageProblems()
+{
+    QStringList wanted;
+    for (const Use &use : std::as_const(m_uses))
+        wanted.append(mark(use));
+    compareLists(QStringLiteral("pages"), m_output.marks(), wanted);
+    for (qsizetype i = 0; m_problems.isEmpty() && i < m_uses.size(); ++i)
+        comparePage(i);
+    return taken();
+}
+
+void FidelityComparison::comparePage(qsizetype position)
+{
+    const Use &use = m_uses.at(position);
+    const QString name = QStringLiteral("page %1 (%2) ").arg(position + 1).arg(mark(use));
+    const int own = use.source == nullptr ? 0 : rotationOf(*use.source, use.index);
+    compare(name + QStringLiteral("/Rotate"), QByteArray::number(rotationOf(m_output, position)),
+            QByteArray::number((own + use.rotation) % 360));
+    if (use.source == nullptr) {
+        const QPDFObjectHandle::Rectangle box =
+            m_output.attribute(position, "/MediaBox").getArrayAsRectangle();
+        if (std::abs(box.urx - box.llx - use.size.width()) > 0.01 ||
+            std::abs(box.ury - box.lly - use.size.height()) > 0.01)
+            m_problems.append(name + QStringLiteral("has another size"));
+        return;
+    }
+    for (const char *key : kPageKeys) {
+        compare(name + QLatin1String(key), m_output.describe(m_output.attribute(position, key)),
+                use.source->describe(use.source->attribute(use.index, key)));
+    }
+}
+
+QStringList FidelityComparison::outlineProblems()
+{
+    if (!isComparable())
+        return taken();
+    QList<FidelityOutlineEntry> wanted;
+    for (FidelityDocument *source : std::as_const(m_order)) {
+        wanted += FidelityOutline::filtered(FidelityOutline::read(*source),
+                                            [this](const QString &mark) { return isKept(mark); });
+    }
+    const QList<FidelityOutlineEntry> found = FidelityOutline::read(m_output, &m_problems);
+    compareLists(QStringLiteral("outline"), FidelityOutline::lines(found),
+                 FidelityOutline::lines(wanted));
+    QList<FidelityOutlineEntry> waiting = found;
+    while (!waiting.isEmpty()) {
+        const FidelityOutlineEntry entry = waiting.takeLast();
+        if (entry.target.isPage &&
+            entry.target.index != m_output.marks().indexOf(entry.target.mark))
+            m_problems.append(QStringLiteral("outline entry %1 leads to page %2, not to the first "
+                                             "of its kind")
+                                  .arg(entry.title)
+                                  .arg(entry.target.index + 1));
+        waiting += entry.children;
+    }
+    return taken();
+}
+
+QStringList FidelityComparison::annotationLines(FidelityDocument &document, qsizetype index)
+{
+    QStringList lines;
+    for (QPDFObjectHandle annotation : document.annotations(index)) {
+        if (!annotation.isDictionary()) {
+            lines.append(QStringLiteral("no dictionary"));
+            continue;
+        }
+        QPDFObjectHandle kind = annotation.getKey("/Subtype");
+        const bool isLink = kind.isName() && kind.getName() == "/Link";
+        const FidelityTarget target = document.targetOf(annotation);
+        const bool isGone = target.isPage && !isKept(target.mark);
+        if (isLink && isGone)
+            continue;
+        QByteArray text = document.describe(kind);
+        for (const char *key :
+             {"/Rect", "/Contents", "/NM", "/C", "/F", "/QuadPoints", "/FS", "/RT", "/MK", "/Lock"})
+            text += ' ' + document.describe(annotation.getKey(key));
+        for (const char *key : {"/Popup", "/IRT"}) {
+            if (annotation.hasKey(key))
+                text += ' ' + QByteArray(key) + ' ' +
+                        document.describe(annotation.getKey(key).getKey("/Contents"));
+        }
+        text += annotation.hasKey("/P") ? " with page" : " without page";
+        if (!isGone && (target.isPage || !target.other.isEmpty()))
+            text += " leads to " + (target.mark + target.other).toLatin1() + ' ' + target.view;
+        lines.append(latin(text));
+    }
+    return lines;
+}
+
+QStringList FidelityComparison::annotationProblems()
+{
+    if (!isComparable())
+        return taken();
+    for (qsizetype i = 0; i < m_uses.size(); ++i) {
+        const Use &use = m_uses.at(i);
+        const QString name =
+            QStringLiteral("annotations of page %1 (%2)").arg(i + 1).arg(mark(use));
+        compareLists(name, annotationLines(m_output, i),
+                     use.source == nullptr ? QStringList()
+                                           : annotationLines(*use.source, use.index));
+    }
+    return taken();
+}
+
+QStringList FidelityComparison::labelProblems()
+{
+    if (!isComparable())
+        return taken();
+    bool isLabelled = false;
+    std::map<FidelityDocument *, QStringList> own;
+    for (FidelityDocument *source : std::as_const(m_order)) {
+        own[source] = source->labels();
+        isLabelled = isLabelled || !own[source].isEmpty();
+    }
+    QStringList wanted;
+    for (qsizetype i = 0; i < m_uses.size(); ++i)
+        wanted.append(own[m_uses.at(i).source].value(m_uses.at(i).index, QString::number(i + 1)));
+    const QStringList found = m_output.labels();
+    if (isLabelled || !found.isEmpty())
+        compareLists(QStringLiteral("labels"), found, wanted);
+    return taken();
+}
+
+QStringList FidelityComparison::attachmentProblems()
+{
+    if (!isComparable())
+        return taken();
+    const auto dataOf = [](QPDFObjectHandle file) {
+        return fidelityData(file.getKey("/EF").getKey("/F"));
+    };
+    QStringList foundData;
+    std::map<std::string, QByteArray> byName;
+    for (const auto &[name, file] : m_output.names("/EmbeddedFiles")) {
+        foundData.append(latin(dataOf(file)));
+        byName[name] = m_output.describe(file);
+    }
+    QStringList wantedData;
+    for (FidelityDocument *source : std::as_const(m_order)) {
+        for (const auto &[name, file] : source->names("/EmbeddedFiles")) {
+            wantedData.append(latin(dataOf(file)));
+            if (source == m_order.constFirst())
+                compare(QStringLiteral("attachment ") + QString::fromStdString(name), byName[name],
+                        source->describe(file));
+        }
+    }
+    foundData.sort();
+    wantedData.sort();
+    compareLists(QStringLiteral("attachments"), foundData, wantedData);
+    return taken();
+}
+
+QStringList FidelityComparison::catalogueProblems()
+{
+    if (!isComparable())
+        return taken();
+    if (m_order.isEmpty())
+        return taken();
+    FidelityDocument &main = *m_order.constFirst();
+    QPDFObjectHandle root = main.catalogue();
+    QPDFObjectHandle found = m_output.catalogue();
+    for (const char *key : kCatalogueKeys) {
+        compare(QLatin1String(key), m_output.describe(found.getKey(key)),
+                main.describe(root.getKey(key)));
+    }
+    QPDFObjectHandle info = main.pdf().getTrailer().getKey("/Info");
+    if (info.isDictionary()) {
+        QPDFObjectHandle foundInfo = m_output.pdf().getTrailer().getKey("/Info");
+        for (const std::string &key : info.getKeys()) {
+            if (key != "/ModDate" && key != "/Producer") {
+                compare(QStringLiteral("/Info ") + QString::fromStdString(key),
+                        foundInfo.isDictionary() ? m_output.describe(foundInfo.getKey(key))
+                                                 : QByteArray("no dictionary"),
+                        main.describe(info.getKey(key)));
+            }
+        }
+    }
+    QPDFObjectHandle opening = root.getKey("/OpenAction");
+    if (opening.isArray() && isKept(main.targetOfDestination(opening).mark))
+        compare(QStringLiteral("/OpenAction"), m_output.describe(found.getKey("/OpenAction")),
+                main.describe(opening));
+    else if (opening.isArray() && found.hasKey("/OpenAction"))
+        m_problems.append(QStringLiteral("/OpenAction to a page that is gone"));
+    for (const std::string &key : isUnchanged() ? root.getKeys() : std::set<std::string>()) {
+        if (key != "/Perms" && !found.hasKey(key))
+            m_problems.append(QString::fromStdString(key) + QStringLiteral(" is lost"));
+    }
+    return taken();
+}
+
+QStringList FidelityComparison::layerProblems()
+{
+    if (!isComparable())
+        return taken();
+    QStringList wanted;
+    for (FidelityDocument *source : std::as_const(m_order)) {
+        for (const auto &[object, state] : layers(*source))
+            wanted.append(state);
+    }
+    const std::map<QPDFObjGen, QString> states = layers(m_output);
+    QStringList found;
+    for (const auto &[object, state] : states)
+        found.append(state);
+    wanted.sort();
+    found.sort();
+    compareLists(QStringLiteral("layers"), found, wanted);
+    for (qsizetype i = 0; i < m_uses.size(); ++i) {
+        for (QPDFObjectHandle &layer : layersOfPage(m_output, i)) {
+            if (!states.contains(layer.getObjGen()))
+                m_problems.append(
+                    QStringLiteral("page %1 names the layer %2, the document does not")
+                        .arg(i + 1)
+                        .arg(fidelityText(layer.getKey("/Name"))));
+        }
+    }
+    return taken();
+}
+
+QStringList FidelityComparison::structureProblems()
+{
+    if (!isComparable())
+        return taken();
+    QPDFObjectHandle root = m_output.catalogue().getKey("/StructTreeRoot");
+    std::map<long long, QPDFObjectHandle> entries;
+    if (root.isDictionary())
+        entries = FidelityDocument::numbers(root.getKey("/ParentTree"));
+    for (qsizetype i = 0; i < m_uses.size(); ++i) {
+        const Use &use = m_uses.at(i);
+        QPDFObjectHandle key = m_output.page(i).getKey("/StructParents");
+        const QString name = QStringLiteral("page %1 (%2)").arg(i + 1).arg(mark(use));
+        if (use.source == nullptr || use.source != m_order.constFirst()) {
+            if (!key.isNull())
+                m_problems.append(name + QStringLiteral(" carries /StructParents"));
+            continue;
+        }
+        if (use.copy > 0 || use.source->page(use.index).getKey("/StructParents").isNull())
+            continue;
+        const auto entry = key.isInteger() ? entries.find(key.getIntValue()) : entries.end();
+        if (entry == entries.end() || !entry->second.isArray() ||
+            entry->second.getArrayNItems() == 0) {
+            m_problems.append(name + QStringLiteral(" has lost its structure"));
+            continue;
+        }
+        QPDFObjectHandle element = entry->second.getArrayItem(0);
+        compare(name + QStringLiteral(" structure"), m_output.describe(element.getKey("/Alt")),
+                '(' + mark(use).toLatin1() + ')');
+        if (m_output.indexOf(element.getKey("/Pg")) != i)
+            m_problems.append(name + QStringLiteral(": its structure names another page"));
+    }
+    return taken();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/pdfcore/fidelity_document.h"
+
+#include <functional>
+
+/// One entry of an outline with all that belongs to it.
+struct FidelityOutlineEntry
+{
+    QString title;
+    FidelityTarget target;
+    QByteArray style; ///< Colour and flags.
+    bool isOpen = false;
+    QList<FidelityOutlineEntry> children;
+
+    /// An entry that leads nowhere.
+    [[nodiscard]] bool isHeading() const { return !target.isPage && target.other.isEmpty(); }
+};
+
+namespace FidelityOutline {
+
+/// The outline of a document. A broken chain of entries is added to `problems`.
+QList<FidelityOutlineEntry> read(FidelityDocument &document, QStringList *problems = nullptr);
+
+/// The outline without the entries whose page `isKept` denies; their children move up.
+QList<FidelityOutlineEntry> filtered(const QList<FidelityOutlineEntry> &entries,
+                                     const std::function<bool(const QString &mark)> &isKept);
+
+/// One line for each entry: its depth, title, target, style and whether it is open.
+QStringList lines(const QList<FidelityOutlineEntry> &entries);
+
+/// The titles alone, each after two blanks for each level above it.
+QStringList titles(const QList<FidelityOutlineEntry> &entries);
+
+} // namespace FidelityOutline

@@ -1,0 +1,184 @@
+#include "tests/pdfcore/fidelity_case.h"
+#include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_soundness.h"
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Bytes = QByteArray;
+
+const Bytes kWidget = "/Type /Annot /Subtype /Widget /Rect [1 2 30 40] ";
+
+/// Two pages with the objects a and b as annotations of the first and c as one of the second.
+FidelityAssembly withForm(const Bytes &form)
+{
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 2);
+    document.addEntries("catalogue", "/AcroForm {form}");
+    document.addEntries("page1", "/Annots [{a} {b}]");
+    document.addEntries("page2", "/Annots [{c}]");
+    document.set("form", form);
+    for (const char *name : {"a", "b", "c"})
+        document.set(name, "<< " + kWidget + "/FT /Tx /T (" + name + ") /V (" + name + ") >>");
+    return document;
+}
+
+} // namespace
+
+/// Forms that are not what they should be.
+class FidelityFormsHostileTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void brokenFormsGiveSoundFiles_data();
+    void brokenFormsGiveSoundFiles();
+    void widgetsWithoutAFormStay();
+    void fieldsThatTheFormForgot();
+    void deepHierarchyEnds();
+    void namesWithFullStops();
+    void fieldsWithoutNames();
+};
+
+void FidelityFormsHostileTest::brokenFormsGiveSoundFiles_data()
+{
+    using Objects = QList<std::pair<Bytes, Bytes>>;
+    QTest::addColumn<Bytes>("form");
+    QTest::addColumn<Objects>("objects");
+    const Bytes usual = "<< /Fields [{a} {b} {c}] >>";
+    const auto row = [](const char *name, const Bytes &form, const Objects &objects) {
+        QTest::newRow(name) << form << objects;
+    };
+    row("form is a number", "5", {});
+    row("fields are a dictionary", "<< /Fields << /A {a} >> >>", {});
+    row("fields of other kinds", "<< /Fields [5 null (a) {a} [{b}] {page1} {catalogue} {c}] >>",
+        {});
+    row("field comes twice", "<< /Fields [{a} {a} {b} {c} {b}] >>", {});
+    row("kids of itself", usual, {{"a", "<< " + kWidget + "/T (a) /FT /Tx /Kids [{a}] >>"}});
+    row("parent is itself", usual, {{"a", "<< " + kWidget + "/T (a) /FT /Tx /Parent {a} >>"}});
+    row("parents in a ring", "<< /Fields [{b}] >>",
+        {{"a", "<< " + kWidget + "/T (a) /FT /Tx /Parent {b} /Kids [{b}] >>"},
+         {"b", "<< " + kWidget + "/T (b) /FT /Tx /Parent {a} /Kids [{a}] >>"}});
+    row("kids that do not know their parent", "<< /Fields [{top}] >>",
+        {{"top", "<< /T (top) /FT /Tx /V (v) /Kids [{a} {b} {c}] >>"}});
+    row("parents that do not know their kids", "<< /Fields [{top}] >>",
+        {{"top", "<< /T (top) /FT /Tx /V (v) /Kids [] >>"},
+         {"a", "<< " + kWidget + "/T (a) /Parent {top} >>"}});
+    row("two parents", "<< /Fields [{top} {other}] >>",
+        {{"top", "<< /T (top) /FT /Tx /Kids [{a} {b}] >>"},
+         {"other", "<< /T (other) /FT /Tx /Kids [{b} {c}] >>"},
+         {"b", "<< " + kWidget + "/T (b) /Parent {top} >>"}});
+    row("order of other kinds", "<< /Fields [{a} {b} {c}] /CO [5 null {page1} {a} {a} {none}] >>",
+        {{"none", "<< /T (none) /FT /Tx >>"}});
+    row("fonts of other kinds", "<< /Fields [{a} {b} {c}] /DR 5 /DA 6 >>",
+        {{"a", "<< " + kWidget + "/FT /Tx /T 7 /DA (/ Tf ((( ) >>"}});
+    row("widgets in the form only", "<< /Fields [{a} {b} {c} {lost}] >>",
+        {{"lost", "<< " + kWidget + "/T (lost) /FT /Tx /P {page1} >>"}});
+    row("form in a ring", "<< /Fields {fields} >>", {{"fields", "[{a} {b} {c} {fields}]"}});
+}
+
+void FidelityFormsHostileTest::brokenFormsGiveSoundFiles()
+{
+    using Objects = QList<std::pair<Bytes, Bytes>>;
+    QFETCH(Bytes, form);
+    QFETCH(Objects, objects);
+    FidelityAssembly document = withForm(form);
+    for (const auto &[name, body] : objects)
+        document.set(name, body);
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    test.add("OTHER", document.file());
+    for (const QString &list :
+         {u"M1 M2"_s, u"M2 M1"_s, u"M1"_s, u"M2"_s, u"M1 M1"_s, u"M1 O1 O2"_s}) {
+        const EngineCalls::Outcome outcome = save(test.pages(list), test.output());
+        QVERIFY2(outcome.ok, qPrintable(outcome.message));
+        NO_PROBLEMS(FidelitySoundness::syntaxProblems(test.output()));
+        FidelityDocument output(test.output());
+        QCOMPARE(output.marks().size(), test.pages(list).size());
+        NO_PROBLEMS(FidelitySoundness::pageProblems(output));
+    }
+}
+
+void FidelityFormsHostileTest::widgetsWithoutAFormStay()
+{
+    FidelityAssembly document = withForm("<< /Fields [] >>");
+    document.replace("catalogue", "/AcroForm {form}", {});
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    const auto saved = test.save(u"M2 M1"_s);
+    QCOMPARE(saved->output().annotations(1).size(), 2U);
+    NO_PROBLEMS(saved->annotationProblems());
+}
+
+void FidelityFormsHostileTest::fieldsThatTheFormForgot()
+{
+    FidelityCase test;
+    test.add("MAIN", withForm("<< /Fields [{a}] >>").file());
+    const auto saved = test.save(u"M2 M1"_s);
+    QCOMPARE(saved->output().annotations(0).size(), 1U);
+    QCOMPARE(saved->output().annotations(1).size(), 2U);
+    for (const QString &name : {u"a"_s, u"b"_s}) {
+        bool isFound = false;
+        for (const FidelityWidget &widget : FidelityFields::onPage(saved->output(), 1))
+            isFound = isFound || widget.fullName == name;
+        QVERIFY2(isFound, qPrintable(name));
+    }
+}
+
+void FidelityFormsHostileTest::deepHierarchyEnds()
+{
+    constexpr int kDepth = 20'000;
+    FidelityAssembly document = withForm("<< /Fields [{level0} {c}] >>");
+    for (int i = 0; i < kDepth; ++i) {
+        const Bytes kid = i < kDepth - 1 ? "level" + Bytes::number(i + 1) : Bytes("a");
+        document.set("level" + Bytes::number(i),
+                     "<< /T (" + Bytes::number(i) + ") /Kids [{" + kid + "}] " +
+                         (i > 0 ? Bytes("/Parent {level" + Bytes::number(i - 1) + '}') : Bytes()) +
+                         " >>");
+    }
+    document.addEntries("a", "/Parent {level" + Bytes::number(kDepth - 1) + '}');
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    for (const QString &list : {u"M1 M2"_s, u"M2"_s, u"M2 M1 M1"_s}) {
+        const EngineCalls::Outcome outcome = save(test.pages(list), test.output());
+        QVERIFY2(outcome.ok, qPrintable(outcome.message));
+        FidelityDocument output(test.output());
+        QCOMPARE(output.marks().size(), test.pages(list).size());
+    }
+}
+
+void FidelityFormsHostileTest::namesWithFullStops()
+{
+    FidelityAssembly document = withForm("<< /Fields [{a} {b} {c}] >>");
+    document.replace("a", "/T (a)", "/T (x.y)");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    const auto saved = test.save(u"M2 M1 M1"_s);
+    QCOMPARE(FidelityFields::onPage(saved->output(), 1).size(), 2);
+    QCOMPARE(FidelityFields::onPage(saved->output(), 1).constFirst().value, Bytes("(a)"));
+    QCOMPARE(FidelityFields::onPage(saved->output(), 2).constFirst().value, Bytes("(a)"));
+}
+
+void FidelityFormsHostileTest::fieldsWithoutNames()
+{
+    FidelityAssembly document = withForm("<< /Fields [{a} {b} {c}] >>");
+    document.replace("a", "/T (a)", {});
+    document.replace("b", "/T (b)", "/T ()");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    test.add("OTHER", document.file());
+    for (const QString &list : {u"M1 M2"_s, u"M2 M1 M1"_s, u"M1 O1"_s}) {
+        const EngineCalls::Outcome outcome = save(test.pages(list), test.output());
+        QVERIFY2(outcome.ok, qPrintable(outcome.message));
+        FidelityDocument output(test.output());
+        const qsizetype page = output.marks().indexOf(u"MAIN-1"_s);
+        const QList<FidelityWidget> widgets = FidelityFields::onPage(output, page);
+        QCOMPARE(widgets.size(), 2);
+        QCOMPARE(widgets.at(0).value, Bytes("(a)"));
+        QCOMPARE(widgets.at(1).value, Bytes("(b)"));
+    }
+}
+
+QTEST_GUILESS_MAIN(FidelityFormsHostileTest)
+#include "tst_fidelity_forms_hostile.moc"
