@@ -15,14 +15,15 @@
 #include <QRandomGenerator>
 #include <QTextStream>
 
+#include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <thread>
 #include <utility>
-#include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
@@ -31,9 +32,10 @@ namespace {
 constexpr qsizetype kLargestInput = 1 << 16;
 constexpr std::size_t kPlaces = std::size_t{1} << 20;
 
-/// Places of the engine's code that some input has reached.
-std::vector<std::atomic<bool>> reached(kPlaces);
-std::atomic<int> newPlaces = 0;
+/// Places of the engine's code that some input has reached. Code that runs before main() reports
+/// places as well, so these must be there from the start.
+constinit std::array<std::atomic<bool>, kPlaces> reached{};
+constinit std::atomic<int> newPlaces = 0;
 
 /// When the input at work began, in seconds; the largest number while there is none.
 std::atomic<qint64> startOfInput = std::numeric_limits<qint64>::max();

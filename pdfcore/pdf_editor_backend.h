@@ -41,8 +41,9 @@ struct PdfSourcePage
     /// The state of the file that is meant, as inspectDocument() found it; null for the file as it
     /// is when the page is used.
     PdfSourceFilePtr source;
-    /// The page is of the document that is being edited. What belongs to a document as a whole, such
-    /// as its title, comes from that one; where no page is marked, from that of the first page.
+    /// The page is of the document that is being edited. What belongs to a document as a whole,
+    /// such as its title, comes from that one; where no page is marked, from that of the first
+    /// page.
     bool isOfMainDocument = false;
 };
 

@@ -85,7 +85,7 @@ private:
     QTimer m_headStartTimer;
     HeadStart m_headStart = HeadStart::None;
     quint64 m_favouredRequest = 0; ///< First request of the batch that has the head start.
-    int m_withheld = 0; ///< Batches in the queue that no thread has been told of.
+    int m_withheld = 0;            ///< Batches in the queue that no thread has been told of.
     PageImageCache m_cache;
     std::atomic<quint64> m_nextRequestId{1};
     std::atomic<quint64> m_generation{1};
