@@ -78,6 +78,7 @@ private slots:
     void insertOfAFileWithoutPagesIsAnEditAllTheSame();
     void failedInsertChangesNothing_data();
     void failedInsertChangesNothing();
+    void pagesOfTheOpenedFileAreMarked();
 
 private:
     void addFailures();
@@ -188,6 +189,29 @@ void TestPdfDocumentModelFiles::identifiersGoOnAcrossDocuments()
     }
     QVERIFY(observed.model.loadDocument(m_threePages, QString(), nullptr, nullptr));
     QCOMPARE(idsOf(observed.model), (Ids{6, 7, 8}));
+}
+
+void TestPdfDocumentModelFiles::pagesOfTheOpenedFileAreMarked()
+{
+    PdfDocumentModel model;
+    QVERIFY(model.loadDocument(m_threePages, {}, nullptr, nullptr));
+    QVERIFY(model.insertDocument(m_twoPages, 0, {}, nullptr, nullptr));
+    model.insertBlankPage(0, {});
+    // A copy of a page of the opened file is one of its pages as well.
+    model.duplicatePages({model.pageAt(3)->id});
+    QList<bool> marked;
+    for (const PdfSourcePage &page : model.sourcePages()) {
+        marked.append(page.isOfMainDocument);
+    }
+    QCOMPARE(marked, (QList<bool>{false, false, false, true, true, true, true}));
+
+    QVERIFY(model.loadDocument(m_twoPages, {}, nullptr, nullptr));
+    QVERIFY(model.insertDocument(m_threePages, 2, {}, nullptr, nullptr));
+    marked.clear();
+    for (const PdfSourcePage &page : model.sourcePages()) {
+        marked.append(page.isOfMainDocument);
+    }
+    QCOMPARE(marked, (QList<bool>{true, true, false, false, false}));
 }
 
 void TestPdfDocumentModelFiles::addFailures()
