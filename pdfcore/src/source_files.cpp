@@ -66,8 +66,17 @@ QString SourceFiles::locate(const PdfSourcePage &page, EngineError *outcome)
     *outcome = {};
     if (!page.source)
         return page.filePath;
-    const FileIdentity place = page.source->m_content->place();
-    const FileIdentity now = FileIdentity::of(place.path);
+    FileIdentity place = page.source->m_content->place();
+    FileIdentity now = FileIdentity::of(place.path);
+    while (!now.isSameState(place)) {
+        // The content may have been set aside, and its file replaced, since its place was asked
+        // for.
+        const FileIdentity later = page.source->m_content->place();
+        if (later.path == place.path)
+            break;
+        place = later;
+        now = FileIdentity::of(place.path);
+    }
     if (now.isSameState(place))
         return place.path;
     *outcome = {PdfBackendError::FileNotFound,
