@@ -85,6 +85,21 @@ void dropBrokenObjects(fz_context *ctx, pdf_document *document)
     }
 }
 
+/// Lets go of what MuPDF keeps of page objects for good: some releases take a reference too many
+/// each time that a link looks its page up. Once no page is loaded, only the document holds them.
+void settlePageReferences(fz_context *ctx, pdf_document *document,
+                          const std::vector<int> &pageNumbers)
+{
+    const int count = pdf_xref_len(ctx, document);
+    for (const int number : pageNumbers) {
+        if (number <= 0 || number >= count)
+            continue;
+        pdf_obj *object = pdf_get_xref_entry_no_null(ctx, document, number)->obj;
+        while (object != nullptr && pdf_obj_refs(ctx, object) > 1)
+            pdf_drop_obj(ctx, object);
+    }
+}
+
 /// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
 /// walking the tree again, and counts the same pages in the same order.
 void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
@@ -116,8 +131,14 @@ DocumentSession::~DocumentSession()
 {
     if (m_context.get() == nullptr)
         return;
-    if (m_document != nullptr && m_document->page_map_nesting > 0)
-        m_context.run([&](fz_context *ctx) { pdf_drop_page_tree(ctx, m_document); }, nullptr);
+    if (m_document != nullptr && m_document->page_map_nesting > 0) {
+        m_context.run(
+            [&](fz_context *ctx) {
+                settlePageReferences(ctx, m_document, m_pages->pageNumbers);
+                pdf_drop_page_tree(ctx, m_document);
+            },
+            nullptr);
+    }
     pdf_drop_document(m_context.get(), m_document);
     m_colourSpaces.reset();
 }
