@@ -134,7 +134,9 @@ DocumentSession::~DocumentSession()
     if (m_document != nullptr && m_document->page_map_nesting > 0) {
         m_context.run(
             [&](fz_context *ctx) {
-                settlePageReferences(ctx, m_document, m_pages->pageNumbers);
+                // A page that was made an object in memory is held by its parent as well.
+                if (m_pages->isOfFile)
+                    settlePageReferences(ctx, m_document, m_pages->pageNumbers);
                 pdf_drop_page_tree(ctx, m_document);
             },
             nullptr);
