@@ -78,7 +78,8 @@ public:
     static bool inspectDocument(const QString &path, const QString &password, PdfDocumentInfo *info,
                                 PdfBackendError *error, QString *message);
 
-    /// Renders one page with its annotations and form fields on white, as an opaque image.
+    /// Renders one page with its annotations and form fields on white, as an opaque image with 24
+    /// bits a pixel (QImage::Format_RGB888).
     ///
     /// `targetSize` is in device pixels and is the size of the rotated page; the page is stretched
     /// to it. Returns a null image on failure. A page that takes too long or too much memory fails,

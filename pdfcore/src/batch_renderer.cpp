@@ -1,5 +1,6 @@
 #include "pdfcore/src/batch_renderer.h"
 
+#include "pdfcore/src/page_painter.h"
 #include "pdfcore/src/session_pool.h"
 #include "pdfcore/src/source_files.h"
 #include "pdfcore/src/source_page.h"
@@ -22,7 +23,7 @@ constexpr qint64 kMaxPixels = qint64{1} << 29;
 
 QImage renderBlank(QSize size, EngineError *outcome)
 {
-    QImage image(size, QImage::Format_RGB32);
+    QImage image(size, kPageImageFormat);
     if (image.isNull()) {
         *outcome = {PdfBackendError::RenderFailed, QStringLiteral("Not enough memory.")};
         return {};

@@ -19,8 +19,9 @@ namespace pdfcore {
 
 namespace {
 
-/// Copies of the target that nested transparency groups may need on top of the budget.
-constexpr std::size_t kTargetCopies = 4;
+/// Bytes that nested transparency groups may need for each pixel of the target, on top of the
+/// budget: four copies with an alpha channel.
+constexpr std::size_t kGroupBytes = 16;
 
 /// Kids of one node from which reading them is shared between two threads.
 constexpr std::size_t kManyKids = 2000;
@@ -331,7 +332,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
                     QStringLiteral("The file has no page %1.").arg(qint64{pageIndex} + 1)};
         return {};
     }
-    QImage image(targetSize, QImage::Format_RGB32);
+    QImage image(targetSize, kPageImageFormat);
     if (image.isNull()) {
         *outcome = {PdfBackendError::RenderFailed,
                     QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
@@ -344,7 +345,8 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
     QString reason;
     WorkBudget budget = m_budgets.page;
-    budget.bytes += kTargetCopies * static_cast<std::size_t>(image.sizeInBytes());
+    budget.bytes += kGroupBytes * static_cast<std::size_t>(targetSize.width()) *
+                    static_cast<std::size_t>(targetSize.height());
     m_context.beginWork(budget);
     const bool painted = m_context.run(
         [&](fz_context *ctx) {

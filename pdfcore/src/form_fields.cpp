@@ -26,10 +26,7 @@ public:
         , m_keepsBareFields(keepsBareFields)
     {
         for (const int index : source.keptPages()) {
-            QPDFObjectHandle annotations = source.page(index).getKey("/Annots");
-            if (!annotations.isArray())
-                continue;
-            for (const QPDFObjectHandle &annotation : annotations.getArrayAsVector())
+            for (const QPDFObjectHandle &annotation : itemsOf(source.page(index).getKey("/Annots")))
                 m_keptWidgets.insert(QPDFObjectHandle(annotation).getObjGen());
         }
     }
@@ -129,11 +126,9 @@ FormFields FormFields::of(SourceDocument &source, bool keepsBareFields)
     }
     FieldReducer reducer(source, keepsBareFields);
     fields.m_roots = reducer.reduce(fields.m_form.getKey("/Fields"), {}, 0);
-    if (QPDFObjectHandle order = fields.m_form.getKey("/CO"); order.isArray()) {
-        for (const QPDFObjectHandle &field : order.getArrayAsVector()) {
-            if (reducer.hasKept(field))
-                fields.m_calculationOrder.push_back(field);
-        }
+    for (const QPDFObjectHandle &field : itemsOf(fields.m_form.getKey("/CO"))) {
+        if (reducer.hasKept(field))
+            fields.m_calculationOrder.push_back(field);
     }
     return fields;
 }
@@ -229,10 +224,8 @@ void OutputForm::adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHand
         if (QPDFObjectHandle appearance = field.getKey("/DA"); appearance.isString())
             field.replaceKey("/DA", QPDFObjectHandle::newString(
                                         renamedAppearance(appearance.getStringValue(), renamed)));
-        if (QPDFObjectHandle kids = field.getKey("/Kids"); kids.isArray()) {
-            const std::vector<QPDFObjectHandle> items = kids.getArrayAsVector();
-            waiting.insert(waiting.end(), items.begin(), items.end());
-        }
+        const std::vector<QPDFObjectHandle> kids = itemsOf(field.getKey("/Kids"));
+        waiting.insert(waiting.end(), kids.begin(), kids.end());
     }
 }
 
@@ -326,7 +319,7 @@ void OutputForm::install(bool pagesChanged)
     QPDFObjectHandle catalogue = m_output.getRoot();
     if (!m_form.isDictionary())
         return;
-    const bool lostAll = m_roots.empty() && pagesChanged;
+    const bool lostAll = m_roots.empty() && !itemsOf(m_form.getKey("/Fields")).empty();
     if (lostAll) {
         catalogue.removeKey("/AcroForm");
         return;

@@ -9,13 +9,6 @@ namespace pdfcore {
 
 namespace {
 
-std::vector<QPDFObjectHandle> itemsOf(QPDFObjectHandle array)
-{
-    if (!array.isArray())
-        return {};
-    return array.getArrayAsVector();
-}
-
 std::set<QPDFObjGen> idsOf(QPDFObjectHandle array)
 {
     std::set<QPDFObjGen> ids;

@@ -57,7 +57,7 @@ void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
     fz_var(colours);
     fz_try(ctx)
     {
-        pixmap = fz_new_pixmap_with_data(ctx, fz_device_bgr(ctx), width, height, nullptr, 1, stride,
+        pixmap = fz_new_pixmap_with_data(ctx, fz_device_rgb(ctx), width, height, nullptr, 0, stride,
                                          image.bits());
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
         draw = fz_new_draw_device(ctx, fz_identity, pixmap);

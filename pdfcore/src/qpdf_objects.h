@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -16,6 +17,14 @@ inline QPDFObjectHandle entryOf(QPDFObjectHandle object, const std::string &key)
 inline bool hasName(QPDFObjectHandle object, const std::string &key, const std::string &name)
 {
     return entryOf(object, key).isNameAndEquals(name);
+}
+
+/// The items of an array; none where there is no array.
+inline std::vector<QPDFObjectHandle> itemsOf(QPDFObjectHandle array)
+{
+    if (!array.isArray())
+        return {};
+    return array.getArrayAsVector();
 }
 
 /// Whether two handles stand for one object of a file.

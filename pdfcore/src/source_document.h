@@ -56,7 +56,7 @@ public:
     [[nodiscard]] const std::vector<int> &keptPages() const { return m_keptPages; }
     /// Indexes of the page objects that the output does not have.
     [[nodiscard]] std::vector<int> gonePages() const;
-    [[nodiscard]] bool losesPages() const { return !gonePages().empty(); }
+    [[nodiscard]] bool losesPages() const { return m_keptPages.size() < m_indexes.size(); }
 
     /// The index of a page object, or nothing.
     [[nodiscard]] std::optional<int> indexOf(QPDFObjectHandle page) const;

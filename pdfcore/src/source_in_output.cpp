@@ -2,24 +2,13 @@
 
 #include "pdfcore/src/catalogue.h"
 #include "pdfcore/src/link_reducer.h"
+#include "pdfcore/src/qpdf_objects.h"
 #include "pdfcore/src/resource_pruner.h"
 #include "pdfcore/src/structure_tree.h"
 
 #include <set>
 
 namespace pdfcore {
-
-namespace {
-
-std::vector<QPDFObjectHandle> annotationsOf(QPDFObjectHandle page)
-{
-    QPDFObjectHandle annotations = page.getKey("/Annots");
-    if (!annotations.isArray())
-        return {};
-    return annotations.getArrayAsVector();
-}
-
-} // namespace
 
 void SourceInOutput::reduce(bool isMain)
 {
@@ -48,13 +37,13 @@ void SourceInOutput::dropGonePages()
 {
     std::set<QPDFObjGen> kept;
     for (const int index : m_source.keptPages()) {
-        for (const QPDFObjectHandle &annotation : annotationsOf(m_source.page(index)))
+        for (const QPDFObjectHandle &annotation : itemsOf(m_source.page(index).getKey("/Annots")))
             kept.insert(QPDFObjectHandle(annotation).getObjGen());
     }
     QPDF &document = m_source.document();
     for (const int index : m_source.gonePages()) {
         QPDFObjectHandle page = m_source.page(index);
-        for (QPDFObjectHandle &annotation : annotationsOf(page)) {
+        for (QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
             // What has kids may be a field whose other widgets stay.
             if (annotation.isIndirect() && annotation.isDictionary() &&
                 !annotation.hasKey("/Kids") && kept.count(annotation.getObjGen()) == 0)

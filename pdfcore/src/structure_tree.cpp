@@ -116,19 +116,11 @@ void noteKey(QPDFObjectHandle object, const char *key, std::set<long long> &keys
         keys.insert(number.getIntValue());
 }
 
-std::vector<QPDFObjectHandle> annotationsOf(QPDFObjectHandle page)
-{
-    QPDFObjectHandle annotations = page.getKey("/Annots");
-    if (!annotations.isArray())
-        return {};
-    return annotations.getArrayAsVector();
-}
-
 /// Notes under which keys of the parent tree a page and its annotations stand.
 void noteKeys(QPDFObjectHandle page, std::set<long long> &keys)
 {
     noteKey(page, "/StructParents", keys);
-    for (const QPDFObjectHandle &annotation : annotationsOf(page))
+    for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots")))
         noteKey(annotation, "/StructParent", keys);
 }
 

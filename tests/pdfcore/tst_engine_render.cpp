@@ -95,7 +95,7 @@ void EngineRenderTest::blankPageAndFilePageInOneBatch()
         {blankPage({595, 842}), filePage(path, 7)}, {QSize(40, 60), QSize(20, 30)}, &errors);
     QCOMPARE(images.size(), 2);
     QCOMPARE(errors, QStringList({QString(), QString()}));
-    QImage white(40, 60, QImage::Format_RGB32);
+    QImage white(40, 60, QImage::Format_RGB888);
     white.fill(Qt::white);
     QCOMPARE(images.at(0), white);
     QCOMPARE(images.at(1).size(), QSize(20, 30));
@@ -107,7 +107,7 @@ void EngineRenderTest::pageWithoutFileIsBlank()
     // A duplicate of a blank page names no file and is not marked as blank.
     PdfSourcePage page = blankPage({100, 200}, 90);
     page.isBlank = false;
-    QImage white(40, 20, QImage::Format_RGB32);
+    QImage white(40, 20, QImage::Format_RGB888);
     white.fill(Qt::white);
     QCOMPARE(render(page, {40, 20}).image, white);
     const Folder folder;
@@ -279,7 +279,7 @@ void EngineRenderTest::imageIsOpaqueAndOfTheTargetSize()
         QCOMPARE(rendering.error, PdfBackendError::None);
         QVERIFY(rendering.message.isEmpty());
         QCOMPARE(rendering.image.size(), size);
-        QCOMPARE(rendering.image.format(), QImage::Format_RGB32);
+        QCOMPARE(rendering.image.format(), QImage::Format_RGB888);
         QCOMPARE(qAlpha(rendering.image.pixel(0, 0)), 255);
         QCOMPARE(qAlpha(rendering.image.pixel(size.width() - 1, size.height() - 1)), 255);
     }
@@ -302,7 +302,7 @@ void EngineRenderTest::pageWithoutContentIsWhite()
                                                  "<< /Type /Page /Parent 2 0 R >>"}));
     const Rendering rendering = render(filePage(path), {30, 40});
     QVERIFY2(rendering.ok, qPrintable(rendering.message));
-    QImage white(30, 40, QImage::Format_RGB32);
+    QImage white(30, 40, QImage::Format_RGB888);
     white.fill(Qt::white);
     QCOMPARE(rendering.image, white);
 }
@@ -548,7 +548,7 @@ void EngineRenderTest::replacedFileGivesTheOldOrTheNewPicture()
         readers.emplace_back([&] {
             while (!done) {
                 const Rendering rendering = render(filePage(target), {30, 30});
-                QImage expected(30, 30, QImage::Format_RGB32);
+                QImage expected(30, 30, QImage::Format_RGB888);
                 bool known = false;
                 for (const QColor &colour : colours) {
                     expected.fill(colour);

@@ -9,6 +9,8 @@
 
 #include <qpdf/QPDFWriter.hh>
 
+#include <QFile>
+
 #include <functional>
 
 using namespace EngineCalls;
@@ -26,11 +28,14 @@ QByteArray unsignedEverything()
 /// Copies a file with QPDF, changed on the way.
 void copyFile(const QString &from, const QString &to, const Change &change = {})
 {
+    // QPDF keeps the pointer to the name of what it writes.
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
     QPDF pdf;
-    pdf.processFile(from.toLocal8Bit().constData());
+    pdf.processFile(source.constData());
     if (change)
         change(pdf);
-    QPDFWriter writer(pdf, to.toLocal8Bit().constData());
+    QPDFWriter writer(pdf, target.constData());
     writer.setObjectStreamMode(qpdf_o_generate);
     writer.write();
 }

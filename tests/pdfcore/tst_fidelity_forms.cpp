@@ -72,6 +72,7 @@ private slots:
     void equalNamesWithoutConflict();
     void threeDocumentsWithEqualNames();
     void newNamesAvoidNamesInUse();
+    void formWithoutFieldsStaysUntilItLosesSome();
     void copyHasFieldsOfItsOwn();
     void copiesOfOnePageAreIndependent();
     void copyOfAFieldOnSeveralPages();
@@ -226,6 +227,18 @@ void FidelityFormsTest::threeDocumentsWithEqualNames()
     QCOMPARE(fieldNames(saved->output()).size(), 12);
     NO_PROBLEMS(saved->fieldProblems());
     NO_PROBLEMS(FidelityFields::problems(saved->output()));
+}
+
+void FidelityFormsTest::formWithoutFieldsStaysUntilItLosesSome()
+{
+    FidelityAssembly empty = FidelityFixture::plain("MAIN", 2);
+    empty.addEntries("catalogue", "/AcroForm << /Fields [] /DA (/Fa 9 Tf) >>");
+    FidelityCase test;
+    test.add("MAIN", empty.file());
+    QVERIFY(test.save(u"M1+90 M2"_s)->output().catalogue().hasKey("/AcroForm"));
+    test.add("OTHER", withOneField("OTHER", "field").file());
+    QVERIFY(test.save(u"O1"_s)->output().catalogue().hasKey("/AcroForm"));
+    QVERIFY(!test.save(u"O2"_s)->output().catalogue().hasKey("/AcroForm"));
 }
 
 void FidelityFormsTest::newNamesAvoidNamesInUse()

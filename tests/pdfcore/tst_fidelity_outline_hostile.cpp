@@ -1,15 +1,13 @@
 #include "tests/pdfcore/fidelity_case.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
-#include <QElapsedTimer>
-
 using namespace EngineCalls;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMany = 50'000;
-constexpr qint64 kLongestMilliseconds = 30'000;
+// Enough for a way down by recursion to leave the stack; a way that is quadratic runs out of time.
+constexpr int kMany = 30'000;
 
 using Bytes = QByteArray;
 
@@ -153,11 +151,8 @@ void FidelityOutlineHostileTest::longOutlineStays()
     }
     FidelityCase test;
     test.add("MAIN", document.file());
-    QElapsedTimer timer;
-    timer.start();
     const Outcome saved = save(test.pages(u"M3-1"_s), test.output());
     QVERIFY2(saved.ok, qPrintable(saved.message));
-    QVERIFY(timer.elapsed() < kLongestMilliseconds);
     FidelityDocument output(test.output());
     QCOMPARE(countEntries(output), kMany);
 }
@@ -173,8 +168,6 @@ void FidelityOutlineHostileTest::deepOutlineEnds()
     }
     FidelityCase test;
     test.add("MAIN", document.file());
-    QElapsedTimer timer;
-    timer.start();
     for (const QString &list : {u"M1-3"_s, u"M3-1"_s}) {
         const Outcome saved = save(test.pages(list), test.output());
         QVERIFY2(saved.ok, qPrintable(saved.message));
@@ -182,7 +175,6 @@ void FidelityOutlineHostileTest::deepOutlineEnds()
         QCOMPARE(output.marks().size(), 3);
         QVERIFY(countEntries(output) > 0);
     }
-    QVERIFY(timer.elapsed() < kLongestMilliseconds);
 }
 
 void FidelityOutlineHostileTest::manyEntriesOnEveryLevelEnd()
@@ -195,11 +187,8 @@ void FidelityOutlineHostileTest::manyEntriesOnEveryLevelEnd()
                 i < kEntries ? Bytes("/First " + item(i + 1) + " /Next " + item(i + 2)) : Bytes());
     FidelityCase test;
     test.add("MAIN", document.file());
-    QElapsedTimer timer;
-    timer.start();
     const Outcome saved = save(test.pages(u"M2 M1"_s), test.output());
     QVERIFY2(saved.ok, qPrintable(saved.message));
-    QVERIFY(timer.elapsed() < kLongestMilliseconds);
     FidelityDocument output(test.output());
     QVERIFY(countEntries(output) <= kEntries + 2);
 }
@@ -217,11 +206,8 @@ void FidelityOutlineHostileTest::deepOutlineOfPagesThatAreGone()
     }
     FidelityCase test;
     test.add("MAIN", document.file());
-    QElapsedTimer timer;
-    timer.start();
     const Outcome saved = save(test.pages(u"M1"_s), test.output());
     QVERIFY2(saved.ok, qPrintable(saved.message));
-    QVERIFY(timer.elapsed() < kLongestMilliseconds);
     FidelityDocument output(test.output());
     QCOMPARE(countEntries(output), 0);
 }
