@@ -196,10 +196,12 @@ std::shared_ptr<const ColourTransform> ColourTransform::createPressCmyk()
     const Profile link = pressLinkProfile();
     if (!link)
         return nullptr;
+    // Little CMS would make a finer table of the one there is, which costs tens of milliseconds.
+    const cmsUInt32Number flags = cmsFLAGS_NOCACHE | cmsFLAGS_GRIDPOINTS(kPressGridPoints);
     void *bytes = cmsCreateTransform(link.get(), pixelFormat(4, 1), nullptr, TYPE_RGB_8,
-                                     INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE);
+                                     INTENT_PERCEPTUAL, flags);
     void *words = cmsCreateTransform(link.get(), pixelFormat(4, 2), nullptr, TYPE_RGB_16,
-                                     INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE);
+                                     INTENT_PERCEPTUAL, flags);
     return adopt(bytes, words, 4);
 }
 

@@ -174,6 +174,13 @@ QStringList FidelityComparison::problems()
 {
     if (!m_problems.isEmpty())
         return taken();
+    return differences() + FidelitySoundness::problems(m_path);
+}
+
+QStringList FidelityComparison::differences()
+{
+    if (!m_problems.isEmpty())
+        return taken();
     QStringList all = pageProblems();
     if (all.isEmpty()) {
         all += outlineProblems();
@@ -187,7 +194,7 @@ QStringList FidelityComparison::problems()
         all += layerProblems();
         all += structureProblems();
     }
-    return all + FidelitySoundness::problems(m_path);
+    return all;
 }
 
 QStringList FidelityComparison::pageProblems()

@@ -20,7 +20,10 @@ public:
     /// Everything that is missing or different, and all that is wrong with the file by itself.
     [[nodiscard]] QStringList problems();
 
-    // What each of these finds is a part of problems().
+    /// What is missing or different alone.
+    [[nodiscard]] QStringList differences();
+
+    // What each of these finds is a part of differences().
     [[nodiscard]] QStringList pageProblems();
     [[nodiscard]] QStringList outlineProblems();
     [[nodiscard]] QStringList annotationProblems();
