@@ -11,6 +11,16 @@ constexpr const char *kRelatives[] = {"/Popup", "/IRT", "/Parent"};
 
 QPDFObjectHandle AnnotationCopier::add(QPDFObjectHandle annotation)
 {
+    QPDFObjectHandle copied = addOne(annotation);
+    // A pop-up is not always listed among the annotations itself. It has none of its own.
+    if (QPDFObjectHandle popup = annotation.getKey("/Popup");
+        popup.isDictionary() && popup.isIndirect())
+        addOne(popup);
+    return copied;
+}
+
+QPDFObjectHandle AnnotationCopier::addOne(QPDFObjectHandle annotation)
+{
     if (annotation.isIndirect()) {
         if (const auto known = m_known.find(annotation.getObjGen()); known != m_known.end())
             return known->second;
@@ -21,9 +31,6 @@ QPDFObjectHandle AnnotationCopier::add(QPDFObjectHandle annotation)
     if (annotation.isIndirect())
         m_known[annotation.getObjGen()] = copied;
     m_copies.emplace_back(annotation, copied);
-    // A pop-up is not always listed among the annotations itself.
-    if (QPDFObjectHandle popup = annotation.getKey("/Popup"); popup.isDictionary())
-        add(popup);
     return copied;
 }
 

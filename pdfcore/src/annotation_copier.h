@@ -34,6 +34,8 @@ public:
     [[nodiscard]] const AnnotationCopies &copies() const { return m_copies; }
 
 private:
+    QPDFObjectHandle addOne(QPDFObjectHandle annotation);
+
     QPDF &m_document;
     AnnotationCopies m_copies;
     std::map<QPDFObjGen, QPDFObjectHandle> m_known;

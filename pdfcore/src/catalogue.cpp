@@ -34,7 +34,7 @@ void reduceNamedDestinations(SourceDocument &main, LinkReducer &links)
         return;
     if (QPDFObjectHandle old = catalogue.getKey("/Dests"); old.isDictionary()) {
         for (auto &[name, destination] : old.getDictAsMap()) {
-            QPDFObjectHandle reduced = links.reducedDestination(destination);
+            QPDFObjectHandle reduced = links.reducedDestination(destination).use;
             if (reduced.isNull())
                 old.removeKey(name);
             else
@@ -46,7 +46,7 @@ void reduceNamedDestinations(SourceDocument &main, LinkReducer &links)
         return;
     NameEntries kept;
     for (auto &[name, destination] : readNameTree(names.getKey("/Dests"))) {
-        QPDFObjectHandle reduced = links.reducedDestination(destination);
+        QPDFObjectHandle reduced = links.reducedDestination(destination).use;
         if (!reduced.isNull())
             kept.emplace_back(name, reduced);
     }
@@ -63,11 +63,10 @@ void reduceOpening(SourceDocument &main, LinkReducer &links)
     if (opening.isNull())
         return;
     if (opening.isDictionary()) {
-        if (!links.reduceAction(opening))
-            catalogue.removeKey("/OpenAction");
+        links.reduceAction(catalogue, "/OpenAction");
         return;
     }
-    QPDFObjectHandle reduced = links.reducedDestination(opening);
+    QPDFObjectHandle reduced = links.reducedDestination(opening).use;
     if (reduced.isNull())
         catalogue.removeKey("/OpenAction");
     else
@@ -140,6 +139,20 @@ std::string numbered(const std::string &name, int number)
                                     : name.substr(0, dot) + suffix + name.substr(dot);
 }
 
+/// A name like `name` that is not among those taken, which it joins. Names are as in the file.
+std::string freeFileName(const std::string &name, std::set<std::string> &taken)
+{
+    if (taken.insert(name).second)
+        return name;
+    const std::string text = QPDFObjectHandle::newString(name).getUTF8Value();
+    for (int number = 2;; ++number) {
+        const std::string free =
+            QPDFObjectHandle::newUnicodeString(numbered(text, number)).getStringValue();
+        if (taken.insert(free).second)
+            return free;
+    }
+}
+
 void addAttachments(QPDF &output, SourceDocument &source, ObjectCopier &copier)
 {
     const NameEntries theirs =
@@ -147,20 +160,18 @@ void addAttachments(QPDF &output, SourceDocument &source, ObjectCopier &copier)
     if (theirs.empty())
         return;
     QPDFObjectHandle names = namesOf(output);
-    NameEntries all = readNameTree(names.getKey("/EmbeddedFiles"));
+    NameEntries all;
     std::set<std::string> taken;
-    for (const auto &[name, file] : all)
-        taken.insert(name);
-    for (const auto &[name, file] : theirs) {
-        std::string free = name;
-        for (int number = 2; !taken.insert(free).second; ++number)
-            free = numbered(name, number);
-        all.emplace_back(free, copier.copy(file));
-    }
+    // Damaged documents use one name for several files already.
+    for (const auto &[name, file] : readNameTree(names.getKey("/EmbeddedFiles")))
+        all.emplace_back(freeFileName(name, taken), file);
+    for (const auto &[name, file] : theirs)
+        all.emplace_back(freeFileName(name, taken), copier.copy(file));
     names.replaceKey("/EmbeddedFiles", newNameTree(output, all));
 }
 
-void addNamedDestinations(QPDF &output, SourceDocument &source, ObjectCopier &copier)
+void addNamedDestinations(QPDF &output, SourceDocument &source, ObjectCopier &copier,
+                          std::set<std::string> taken)
 {
     NameEntries added;
     for (const auto &[name, destination] : source.namedDestinations()) {
@@ -172,7 +183,6 @@ void addNamedDestinations(QPDF &output, SourceDocument &source, ObjectCopier &co
         return;
     QPDFObjectHandle names = namesOf(output);
     NameEntries all = readNameTree(names.getKey("/Dests"));
-    std::set<std::string> taken;
     for (const auto &[name, destination] : all)
         taken.insert(name);
     if (QPDFObjectHandle old = output.getRoot().getKey("/Dests"); old.isDictionary()) {
@@ -196,10 +206,24 @@ void reduceCatalogue(SourceDocument &main, LinkReducer &links)
     main.root().removeKey("/Perms");
 }
 
-void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier)
+void dropSequenceEntries(SourceDocument &main)
+{
+    QPDFObjectHandle catalogue = main.root();
+    if (catalogue.hasKey("/DPartRoot")) {
+        catalogue.removeKey("/DPartRoot");
+        for (const int index : main.keptPages())
+            main.page(index).removeKey("/DPart");
+    }
+    if (QPDFObjectHandle preferences = catalogue.getKey("/ViewerPreferences");
+        preferences.isDictionary())
+        preferences.removeKey("/PrintPageRange");
+}
+
+void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier,
+                    const std::set<std::string> &brokenNames)
 {
     addAttachments(output, source, copier);
-    addNamedDestinations(output, source, copier);
+    addNamedDestinations(output, source, copier, brokenNames);
     addLayers(output, source, copier);
 }
 

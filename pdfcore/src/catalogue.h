@@ -4,6 +4,9 @@
 #include "pdfcore/src/object_copier.h"
 #include "pdfcore/src/source_document.h"
 
+#include <set>
+#include <string>
+
 namespace pdfcore {
 
 /// Takes out of the main document's catalogue what leads to pages that are gone: named
@@ -11,9 +14,16 @@ namespace pdfcore {
 /// any case.
 void reduceCatalogue(SourceDocument &main, LinkReducer &links);
 
+/// Takes out of the main document what holds only for its pages in their order: the parts that a
+/// document is produced in, the range of pages to print.
+void dropSequenceEntries(SourceDocument &main);
+
 /// Adds what a further source says beside its pages, whose copies have been mapped: attachments,
 /// named destinations, layers. Of destinations of the same name that of the main document counts;
 /// attachments of the same name get another one.
-void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier);
+///
+/// @param brokenNames  Names of destinations that must not be given a meaning.
+void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier,
+                    const std::set<std::string> &brokenNames);
 
 } // namespace pdfcore

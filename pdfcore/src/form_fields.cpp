@@ -1,339 +1,304 @@
 #include "pdfcore/src/form_fields.h"
 
-#include "pdfcore/src/default_appearance.h"
 #include "pdfcore/src/qpdf_objects.h"
 
-#include <optional>
+#include <cstddef>
+#include <map>
+#include <set>
+#include <string>
 
 namespace pdfcore {
 
 namespace {
 
-/// Levels of fields that are followed.
-constexpr int kMaxFieldDepth = 64;
-
-bool isWidget(QPDFObjectHandle object)
+/// Whether the value of a field is a signature, whatever the field says that it is.
+bool isSignature(QPDFObjectHandle value)
 {
-    return hasName(object, "/Subtype", "/Widget");
+    return value.isDictionary() && (value.hasKey("/ByteRange") || hasName(value, "/Type", "/Sig") ||
+                                    hasName(value, "/Type", "/DocTimeStamp"));
 }
 
+/// A field or a widget while the form is walked.
+struct Node
+{
+    QPDFObjectHandle field;
+    int parent;       ///< Index, or -1.
+    int place;        ///< Among the kids of the parent as they stood in the file, or -1.
+    std::string type; ///< Its own or inherited.
+};
+
 /// Walks the fields of a source and takes out what no page of the output shows.
+///
+/// The kids of a field are found through /Kids, and the widgets of kept pages through /Parent as
+/// well. No depth is too deep, and a field that is met again counts once.
 class FieldReducer
 {
 public:
-    FieldReducer(SourceDocument &source, bool keepsBareFields)
+    FieldReducer(SourceDocument &source, LinkReducer &links, bool keepsBareFields)
         : m_source(source)
+        , m_links(links)
         , m_keepsBareFields(keepsBareFields)
     {
-        for (const int index : source.keptPages()) {
-            for (const QPDFObjectHandle &annotation : itemsOf(source.page(index).getKey("/Annots")))
-                m_keptWidgets.insert(QPDFObjectHandle(annotation).getObjGen());
+        for (const int index : source.keptPages())
+            noteAnnotations(index, m_onKeptPages);
+    }
+
+    /// Takes the signatures from everything on kept pages, whether a form knows of it or not.
+    void dropSignatures()
+    {
+        for (const auto &[id, annotation] : m_onKeptPages) {
+            QPDFObjectHandle field = annotation;
+            while (field.isDictionary() && m_unsigned.insert(field.getObjGen()).second) {
+                if (isSignature(field.getKey("/V")))
+                    field.removeKey("/V");
+                field = field.getKey("/Parent");
+                if (!field.isIndirect())
+                    break;
+            }
         }
     }
 
     /// The fields of the list that stay, each an object of its own.
-    std::vector<QPDFObjectHandle> reduce(QPDFObjectHandle list, const std::string &type, int depth)
+    std::vector<QPDFObjectHandle> reduce(QPDFObjectHandle list)
     {
-        std::vector<QPDFObjectHandle> kept;
-        if (!list.isArray())
-            return kept;
-        for (QPDFObjectHandle &field : list.getArrayAsVector()) {
-            if (!field.isDictionary())
+        for (const int index : m_source.gonePages())
+            noteAnnotations(index, m_onGonePages);
+        readNodes(list);
+        findStaying();
+        std::vector<QPDFObjectHandle> roots;
+        std::vector<std::vector<int>> kids(m_nodes.size());
+        for (std::size_t i = 0; i < m_nodes.size(); ++i) {
+            if (!m_stays[i])
                 continue;
-            if (!field.isIndirect())
-                field = m_source.document().makeIndirectObject(field);
-            if (!m_visited.insert(field.getObjGen()).second)
-                continue;
-            if (reduceField(field, type, depth)) {
-                kept.push_back(field);
-                m_keptFields.insert(field.getObjGen());
-            }
+            if (m_nodes[i].parent < 0)
+                roots.push_back(m_nodes[i].field);
+            else
+                kids[static_cast<std::size_t>(m_nodes[i].parent)].push_back(static_cast<int>(i));
         }
-        return kept;
+        for (std::size_t i = 0; i < m_nodes.size(); ++i) {
+            if (m_stays[i])
+                setKids(m_nodes[i], kids[i]);
+        }
+        return roots;
     }
 
     [[nodiscard]] bool hasKept(QPDFObjectHandle field) const
     {
-        return m_keptFields.count(field.getObjGen()) != 0;
+        const auto known = m_indexes.find(field.getObjGen());
+        return known != m_indexes.end() && m_stays[static_cast<std::size_t>(known->second)];
     }
 
 private:
-    bool reduceField(QPDFObjectHandle field, const std::string &inheritedType, int depth)
+    using Annotations = std::map<QPDFObjGen, QPDFObjectHandle>;
+
+    void noteAnnotations(int index, Annotations &annotations) const
     {
-        QPDFObjectHandle own = field.getKey("/FT");
-        const std::string type = own.isName() ? own.getName() : inheritedType;
-        if (type == "/Sig")
-            field.removeKey("/V");
-        QPDFObjectHandle kids = field.getKey("/Kids");
-        const bool hasKids = kids.isArray() && kids.getArrayNItems() > 0;
-        if (!hasKids)
-            return isWidget(field) ? m_keptWidgets.count(field.getObjGen()) != 0
-                                   : m_keepsBareFields;
-        if (depth >= kMaxFieldDepth)
-            return false;
-        const std::vector<QPDFObjectHandle> kept = reduce(kids, type, depth + 1);
-        field.replaceKey("/Kids", QPDFObjectHandle::newArray(kept));
-        return !kept.empty();
+        for (const QPDFObjectHandle &item : itemsOf(m_source.page(index).getKey("/Annots"))) {
+            QPDFObjectHandle annotation = item;
+            if (annotation.isIndirect() && annotation.isDictionary())
+                annotations.emplace(annotation.getObjGen(), annotation);
+        }
+    }
+
+    /// Adds a node unless it is known or no dictionary.
+    void addNode(QPDFObjectHandle field, int parent, int place)
+    {
+        if (!field.isDictionary())
+            return;
+        if (!field.isIndirect())
+            field = m_source.document().makeIndirectObject(field);
+        const auto index = static_cast<int>(m_nodes.size());
+        if (!m_indexes.emplace(field.getObjGen(), index).second)
+            return;
+        std::string type = parent < 0 ? std::string() : at(parent).type;
+        if (QPDFObjectHandle own = field.getKey("/FT"); own.isName())
+            type = own.getName();
+        m_nodes.push_back({field, parent, place, type});
+    }
+
+    Node &at(int index) { return m_nodes[static_cast<std::size_t>(index)]; }
+
+    /// Adds what is below the nodes from `next` on.
+    void expand(std::size_t next)
+    {
+        for (; next < m_nodes.size(); ++next) {
+            int place = 0;
+            for (const QPDFObjectHandle &kid : itemsOf(m_nodes[next].field.getKey("/Kids")))
+                addNode(kid, static_cast<int>(next), place++);
+        }
+    }
+
+    void readNodes(QPDFObjectHandle list)
+    {
+        std::set<QPDFObjGen> listed;
+        for (const QPDFObjectHandle &field : itemsOf(list))
+            listed.insert(QPDFObjectHandle(field).getObjGen());
+        std::vector<QPDFObjectHandle> below;
+        for (const QPDFObjectHandle &item : itemsOf(list)) {
+            QPDFObjectHandle field = item;
+            QPDFObjectHandle parent = entryOf(field, "/Parent");
+            // Some documents list fields that belong to others of the list as well.
+            if (parent.isIndirect() && listed.count(parent.getObjGen()) != 0 &&
+                !isSameObject(parent, field))
+                below.push_back(field);
+            else
+                addNode(field, -1, -1);
+        }
+        expand(0);
+        attachWidgets();
+        for (const QPDFObjectHandle &field : below) {
+            attach(field);
+            const std::size_t next = m_nodes.size();
+            addNode(field, -1, -1);
+            expand(next);
+        }
+        adoptOrphans();
+    }
+
+    /// Adds the topmost fields of widgets on kept pages that a damaged form does not list.
+    void adoptOrphans()
+    {
+        for (const QPDFObjGen &id : m_unattached) {
+            QPDFObjectHandle field = m_source.document().getObject(id);
+            QPDFObjectHandle parent = field.getKey("/Parent");
+            const bool isTopmost = !parent.isDictionary() || !parent.isIndirect();
+            const std::size_t next = m_nodes.size();
+            if (isTopmost && (field.hasKey("/FT") || field.getKey("/T").isString()))
+                addNode(field, -1, -1);
+            expand(next);
+        }
+        m_unattached.clear();
+        attachWidgets();
+    }
+
+    void attachWidgets()
+    {
+        for (const auto &[id, annotation] : m_onKeptPages) {
+            if (hasName(annotation, "/Subtype", "/Widget"))
+                attach(annotation);
+        }
+    }
+
+    /// Adds a field that nothing leads down to, if what it names as its parent is known.
+    void attach(QPDFObjectHandle field)
+    {
+        std::vector<QPDFObjectHandle> chain;
+        QPDFObjectHandle above = field;
+        while (above.isDictionary() && above.isIndirect() &&
+               m_indexes.count(above.getObjGen()) == 0) {
+            if (!m_unattached.insert(above.getObjGen()).second)
+                return;
+            chain.push_back(above);
+            above = above.getKey("/Parent");
+        }
+        if (chain.empty() || !above.isDictionary() || !above.isIndirect())
+            return;
+        int parent = m_indexes.at(above.getObjGen());
+        const std::size_t next = m_nodes.size();
+        for (auto link = chain.rbegin(); link != chain.rend(); ++link) {
+            addNode(*link, parent, -1);
+            parent = static_cast<int>(m_nodes.size()) - 1;
+        }
+        expand(next);
+    }
+
+    void findStaying()
+    {
+        m_stays.assign(m_nodes.size(), false);
+        std::vector<bool> hasNodes(m_nodes.size(), false);
+        std::vector<bool> keepsKid(m_nodes.size(), false);
+        for (std::size_t i = m_nodes.size(); i-- > 0;) {
+            const Node &node = m_nodes[i];
+            if (node.type == "/Sig" || isSignature(QPDFObjectHandle(node.field).getKey("/V")))
+                QPDFObjectHandle(node.field).removeKey("/V");
+            m_stays[i] = keepsKid[i] || isOnKeptPage(node.field) ||
+                         (!hasNodes[i] && m_keepsBareFields && isSomething(node.field) &&
+                          !isOnGonePage(node.field));
+            if (m_stays[i])
+                m_links.reduceTriggers(node.field);
+            if (node.parent < 0)
+                continue;
+            const auto parent = static_cast<std::size_t>(node.parent);
+            hasNodes[parent] = true;
+            keepsKid[parent] = keepsKid[parent] || m_stays[i];
+        }
+    }
+
+    /// Whether it says more than that it is below another one.
+    static bool isSomething(QPDFObjectHandle field)
+    {
+        return field.hasKey("/T") || field.hasKey("/FT") || field.hasKey("/Subtype");
+    }
+
+    bool isOnKeptPage(QPDFObjectHandle field) const
+    {
+        return m_onKeptPages.count(field.getObjGen()) != 0;
+    }
+
+    /// What no page lists is on the page that it names.
+    bool isOnGonePage(QPDFObjectHandle field) const
+    {
+        return m_onGonePages.count(field.getObjGen()) != 0 || m_source.isGone(field.getKey("/P"));
+    }
+
+    void setKids(const Node &node, const std::vector<int> &kept)
+    {
+        QPDFObjectHandle field = node.field;
+        QPDFObjectHandle list = field.getKey("/Kids");
+        if (!list.isArray() && kept.empty())
+            return;
+        std::vector<QPDFObjectHandle> kids;
+        std::vector<QPDFObjectHandle> options;
+        const std::vector<QPDFObjectHandle> oldOptions = itemsOf(field.getKey("/Opt"));
+        for (const int index : kept) {
+            QPDFObjectHandle kid = at(index).field;
+            if (!isSameObject(kid.getKey("/Parent"), field))
+                kid.replaceKey("/Parent", field);
+            kids.push_back(kid);
+            const auto place = static_cast<std::size_t>(at(index).place);
+            if (at(index).place >= 0 && place < oldOptions.size())
+                options.push_back(oldOptions[place]);
+        }
+        // Buttons have an option for each kid.
+        const bool hasOptionOfEach =
+            node.type == "/Btn" && !oldOptions.empty() && oldOptions.size() == itemsOf(list).size();
+        if (hasOptionOfEach && options.size() == kids.size())
+            field.replaceKey("/Opt", QPDFObjectHandle::newArray(options));
+        if (kids.empty() && isOnKeptPage(field))
+            field.removeKey("/Kids");
+        else
+            field.replaceKey("/Kids", QPDFObjectHandle::newArray(kids));
     }
 
     SourceDocument &m_source;
+    LinkReducer &m_links;
     bool m_keepsBareFields;
-    std::set<QPDFObjGen> m_keptWidgets;
-    std::set<QPDFObjGen> m_keptFields;
-    std::set<QPDFObjGen> m_visited;
+    Annotations m_onKeptPages;
+    Annotations m_onGonePages;
+    std::set<QPDFObjGen> m_unsigned;   ///< Looked through for signatures.
+    std::set<QPDFObjGen> m_unattached; ///< Neither known nor below a known one.
+    std::vector<Node> m_nodes;         ///< Each one before those below it.
+    std::map<QPDFObjGen, int> m_indexes;
+    std::vector<bool> m_stays;
 };
-
-/// A name like `wanted` that is not among those taken.
-std::string freeName(const std::string &wanted, const std::set<std::string> &taken)
-{
-    std::string name = wanted;
-    for (int number = 2; taken.count(name) != 0; ++number)
-        name = wanted + "_" + std::to_string(number);
-    return name;
-}
-
-/// A copy of an appearance dictionary with streams of its own, so that filling in one widget does
-/// not change what another one shows.
-QPDFObjectHandle copyOfAppearance(QPDFObjectHandle appearance)
-{
-    if (!appearance.isDictionary())
-        return appearance;
-    QPDFObjectHandle copied = appearance.shallowCopy();
-    for (auto &[mode, value] : copied.getDictAsMap()) {
-        if (value.isStream()) {
-            copied.replaceKey(mode, value.copyStream());
-        } else if (value.isDictionary()) {
-            QPDFObjectHandle states = value.shallowCopy();
-            for (auto &[state, stream] : states.getDictAsMap()) {
-                if (stream.isStream())
-                    states.replaceKey(state, stream.copyStream());
-            }
-            copied.replaceKey(mode, states);
-        }
-    }
-    return copied;
-}
 
 } // namespace
 
-FormFields FormFields::of(SourceDocument &source, bool keepsBareFields)
+FormFields FormFields::of(SourceDocument &source, LinkReducer &links, bool keepsBareFields)
 {
     FormFields fields;
-    fields.m_form = entryOf(source.root(), "/AcroForm");
-    if (!fields.m_form.isDictionary()) {
-        fields.m_form = QPDFObjectHandle::newNull();
+    FieldReducer reducer(source, links, keepsBareFields);
+    reducer.dropSignatures();
+    QPDFObjectHandle form = entryOf(source.root(), "/AcroForm");
+    if (!form.isDictionary())
         return fields;
-    }
-    FieldReducer reducer(source, keepsBareFields);
-    fields.m_roots = reducer.reduce(fields.m_form.getKey("/Fields"), {}, 0);
-    for (const QPDFObjectHandle &field : itemsOf(fields.m_form.getKey("/CO"))) {
+    fields.m_form = form;
+    fields.m_roots = reducer.reduce(form.getKey("/Fields"));
+    for (const QPDFObjectHandle &field : itemsOf(form.getKey("/CO"))) {
         if (reducer.hasKept(field))
             fields.m_calculationOrder.push_back(field);
     }
     return fields;
-}
-
-OutputForm::OutputForm(QPDF &output, const FormFields &main)
-    : m_output(output)
-    , m_form(main.form())
-    , m_calculationOrder(main.calculationOrder())
-{
-    for (QPDFObjectHandle root : main.roots()) {
-        m_roots.push_back(root);
-        m_rootIds.insert(root.getObjGen());
-        if (QPDFObjectHandle name = root.getKey("/T"); name.isString())
-            m_names.insert(name.getUTF8Value());
-    }
-}
-
-/// Adds fields of one document, or of one page's copy, whose names may be taken. Fields that had a
-/// name in common before, which makes them one field to a reader, still have one afterwards.
-void OutputForm::addRoots(const std::vector<QPDFObjectHandle> &fields)
-{
-    std::set<std::string> taken = m_names;
-    taken.insert(m_reservedNames.begin(), m_reservedNames.end());
-    Names given;
-    for (QPDFObjectHandle field : fields) {
-        if (QPDFObjectHandle name = field.getKey("/T"); name.isString()) {
-            const auto [known, isNew] = given.emplace(name.getUTF8Value(), std::string());
-            if (isNew) {
-                const bool isFree = m_names.count(known->first) == 0;
-                known->second = isFree ? known->first : freeName(known->first, taken);
-                taken.insert(known->second);
-            }
-            if (known->second != known->first)
-                field.replaceKey("/T", QPDFObjectHandle::newUnicodeString(known->second));
-        }
-        m_roots.push_back(field);
-        m_rootIds.insert(field.getObjGen());
-    }
-    for (const auto &[wanted, name] : given)
-        m_names.insert(name);
-}
-
-void OutputForm::reserveNames(const FormFields &fields)
-{
-    for (QPDFObjectHandle field : fields.roots()) {
-        if (QPDFObjectHandle name = field.getKey("/T"); name.isString())
-            m_reservedNames.insert(name.getUTF8Value());
-    }
-}
-
-void OutputForm::add(const FormFields &fields, ObjectCopier &copier)
-{
-    if (fields.roots().empty())
-        return;
-    std::vector<QPDFObjectHandle> roots;
-    for (const QPDFObjectHandle &root : fields.roots())
-        roots.push_back(copier.copy(root));
-    if (!m_form.isDictionary())
-        m_form = QPDFObjectHandle::newDictionary();
-    adoptDefaults(fields.form(), roots, copier);
-    addRoots(roots);
-    for (const QPDFObjectHandle &field : fields.calculationOrder())
-        m_calculationOrder.push_back(copier.copy(field));
-}
-
-/// What the fields took from their form becomes their own where the output's form says otherwise.
-void OutputForm::adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHandle> &roots,
-                               ObjectCopier &copier)
-{
-    const Names renamed = adoptResources(copier.copy(entryOf(form, "/DR")));
-    for (const char *key : {"/DA", "/Q"}) {
-        QPDFObjectHandle theirs = form.getKey(key);
-        if (theirs.isNull())
-            continue;
-        for (QPDFObjectHandle &root : roots) {
-            if (!root.hasKey(key))
-                root.replaceKey(key, theirs.shallowCopy());
-        }
-    }
-    if (QPDFObjectHandle needed = form.getKey("/NeedAppearances");
-        needed.isBool() && needed.getBoolValue())
-        m_form.replaceKey("/NeedAppearances", QPDFObjectHandle::newBool(true));
-    if (renamed.empty())
-        return;
-
-    std::set<QPDFObjGen> visited;
-    std::vector<QPDFObjectHandle> waiting = roots;
-    while (!waiting.empty()) {
-        QPDFObjectHandle field = waiting.back();
-        waiting.pop_back();
-        if (!field.isDictionary() || !visited.insert(field.getObjGen()).second)
-            continue;
-        if (QPDFObjectHandle appearance = field.getKey("/DA"); appearance.isString())
-            field.replaceKey("/DA", QPDFObjectHandle::newString(
-                                        renamedAppearance(appearance.getStringValue(), renamed)));
-        const std::vector<QPDFObjectHandle> kids = itemsOf(field.getKey("/Kids"));
-        waiting.insert(waiting.end(), kids.begin(), kids.end());
-    }
-}
-
-/// Adds the resources of another form to those of the output. A font whose name means another one
-/// here already gets a new name; these are returned.
-OutputForm::Names OutputForm::adoptResources(QPDFObjectHandle resources)
-{
-    Names renamed;
-    if (!resources.isDictionary())
-        return renamed;
-    QPDFObjectHandle ours = m_form.getKey("/DR");
-    if (!ours.isDictionary()) {
-        m_form.replaceKey("/DR", resources);
-        return renamed;
-    }
-    for (auto &[category, theirs] : resources.getDictAsMap()) {
-        QPDFObjectHandle own = ours.getKey(category);
-        if (!theirs.isDictionary())
-            continue;
-        if (!own.isDictionary()) {
-            ours.replaceKey(category, theirs);
-            continue;
-        }
-        std::set<std::string> taken = own.getKeys();
-        for (auto &[name, resource] : theirs.getDictAsMap()) {
-            const std::string free = freeName(name, taken);
-            if (free != name && category != "/Font")
-                continue;
-            if (free != name)
-                renamed[name] = free;
-            taken.insert(free);
-            own.replaceKey(free, resource);
-        }
-    }
-    return renamed;
-}
-
-QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones,
-                                     std::vector<QPDFObjectHandle> &roots, int depth)
-{
-    const auto [known, isNew] = clones.emplace(field.getObjGen(), QPDFObjectHandle());
-    if (!isNew)
-        return known->second;
-    QPDFObjectHandle clone = m_output.makeIndirectObject(field.shallowCopy());
-    known->second = clone;
-    clone.replaceKey("/Kids", QPDFObjectHandle::newArray());
-    QPDFObjectHandle parent = field.getKey("/Parent");
-    if (parent.isDictionary() && parent.isIndirect() && depth < kMaxFieldDepth) {
-        QPDFObjectHandle parentClone = cloneOf(parent, clones, roots, depth + 1);
-        if (parentClone.isInitialized()) {
-            clone.replaceKey("/Parent", parentClone);
-            parentClone.getKey("/Kids").appendItem(clone);
-        }
-    } else {
-        clone.removeKey("/Parent");
-        if (m_rootIds.count(field.getObjGen()) != 0)
-            roots.push_back(clone);
-    }
-    return clone;
-}
-
-void OutputForm::addCopies(const AnnotationCopies &copies)
-{
-    Clones clones;
-    std::vector<QPDFObjectHandle> roots;
-    for (auto [original, copied] : copies) {
-        if (!isWidget(original))
-            continue;
-        copied.replaceKey("/AP", copyOfAppearance(original.getKey("/AP")));
-        clones[original.getObjGen()] = copied;
-        QPDFObjectHandle parent = original.getKey("/Parent");
-        if (parent.isDictionary() && parent.isIndirect()) {
-            QPDFObjectHandle parentClone = cloneOf(parent, clones, roots, 0);
-            copied.replaceKey("/Parent", parentClone);
-            parentClone.getKey("/Kids").appendItem(copied);
-        } else if (m_rootIds.count(original.getObjGen()) != 0) {
-            roots.push_back(copied);
-        }
-    }
-    addRoots(roots);
-    const std::vector<QPDFObjectHandle> order = m_calculationOrder;
-    for (const QPDFObjectHandle &field : order) {
-        const auto clone = clones.find(field.getObjGen());
-        if (clone != clones.end())
-            m_calculationOrder.push_back(clone->second);
-    }
-}
-
-void OutputForm::install(bool pagesChanged)
-{
-    QPDFObjectHandle catalogue = m_output.getRoot();
-    if (!m_form.isDictionary())
-        return;
-    const bool lostAll = m_roots.empty() && !itemsOf(m_form.getKey("/Fields")).empty();
-    if (lostAll) {
-        catalogue.removeKey("/AcroForm");
-        return;
-    }
-    m_form.replaceKey("/Fields", QPDFObjectHandle::newArray(m_roots));
-    if (m_calculationOrder.empty())
-        m_form.removeKey("/CO");
-    else
-        m_form.replaceKey("/CO", QPDFObjectHandle::newArray(m_calculationOrder));
-    m_form.removeKey("/SigFlags");
-    if (pagesChanged)
-        m_form.removeKey("/XFA");
-    if (!isSameObject(catalogue.getKey("/AcroForm"), m_form))
-        catalogue.replaceKey("/AcroForm", m_form);
 }
 
 } // namespace pdfcore

@@ -9,82 +9,59 @@ namespace pdfcore {
 
 namespace {
 
-/// Actions that follow one another; longer chains are cut off.
-constexpr int kMaxActionChain = 64;
+/// A name as it stands in the tree of names.
+std::string nameIn(QPDFObjectHandle destination)
+{
+    return destination.isName() ? destination.getName().substr(1) : destination.getStringValue();
+}
 
 } // namespace
 
-LinkReducer::LinkReducer(SourceDocument &source, bool isMain)
+LinkReducer::LinkReducer(SourceDocument &source, Role role)
     : m_source(source)
-    , m_isMain(isMain)
+    , m_role(role)
+    , m_actions([this](QPDFObjectHandle destination) { return reducedDestination(destination); },
+                role != Role::Further)
 {}
 
-QPDFObjectHandle LinkReducer::reducedDestination(QPDFObjectHandle destination)
+ReducedDestination LinkReducer::reducedDestination(QPDFObjectHandle destination)
 {
+    using Kind = ReducedDestination::Kind;
     const SourceDocument::Target target = m_source.resolve(destination);
-    if (target.kind == SourceDocument::Target::Kind::Nowhere) {
+    const bool isMain = m_role != Role::Further;
+    const bool isName = destination.isName() || destination.isString();
+    if (target.kind == SourceDocument::Target::Kind::OutsidePage && isMain && m_source.losesPages())
+        return {Kind::Gone};
+    if (target.kind != SourceDocument::Target::Kind::Page) {
         QPDFObjectHandle first = destination.isArray() && destination.getArrayNItems() > 0
                                      ? destination.getArrayItem(0)
                                      : destination;
-        const bool mayStay = m_isMain || first.isNull();
-        return mayStay ? destination : QPDFObjectHandle::newNull();
+        bool mayStay = m_role == Role::UnchangedMain || first.isNull();
+        if (m_role == Role::Main)
+            mayStay = !first.isInteger();
+        if (isMain && isName)
+            m_brokenNames.insert(nameIn(destination));
+        return {Kind::Broken, mayStay ? destination : QPDFObjectHandle::newNull()};
     }
     if (!m_source.isKept(target.page))
-        return QPDFObjectHandle::newNull();
-    const bool isName = destination.isName() || destination.isString();
-    if (target.isExplicit || (m_isMain && isName))
-        return destination;
-    return m_source.explicitAddress(target);
+        return {Kind::Gone};
+    if (target.isExplicit || (isMain && isName))
+        return {Kind::Leads, destination};
+    return {Kind::Leads, m_source.explicitAddress(target)};
 }
 
-bool LinkReducer::reduceAction(QPDFObjectHandle action)
+bool LinkReducer::reduceAction(QPDFObjectHandle object, const std::string &key)
 {
+    QPDFObjectHandle action = object.getKey(key);
     if (!action.isDictionary())
         return true;
-    if (action.isIndirect()) {
-        const auto [known, isNew] = m_actions.emplace(action.getObjGen(), true);
-        if (!isNew)
-            return known->second;
+    const ActionReducer::Result reduced = m_actions.reduced(action);
+    if (QPDFObjectHandle(reduced.action).isNull()) {
+        object.removeKey(key);
+        return !reduced.ledToGonePage;
     }
-    bool stays = true;
-    if (hasName(action, "/S", "/GoTo")) {
-        QPDFObjectHandle destination = action.getKey("/D");
-        QPDFObjectHandle reduced = reducedDestination(destination);
-        stays = !reduced.isNull() || destination.isNull();
-        if (stays && !destination.isNull())
-            action.replaceKey("/D", reduced);
-        // A place in the structure tree, which only the main document brings along.
-        if (!m_isMain)
-            action.removeKey("/SD");
-    }
-    if (action.isIndirect())
-        m_actions[action.getObjGen()] = stays;
-    if (stays)
-        reduceFollowing(action);
-    return stays;
-}
-
-void LinkReducer::reduceFollowing(QPDFObjectHandle action)
-{
-    QPDFObjectHandle next = action.getKey("/Next");
-    if (next.isNull())
-        return;
-    if (m_depth >= kMaxActionChain) {
-        action.removeKey("/Next");
-        return;
-    }
-    ++m_depth;
-    if (next.isArray()) {
-        std::vector<QPDFObjectHandle> kept;
-        for (QPDFObjectHandle &following : next.getArrayAsVector()) {
-            if (reduceAction(following))
-                kept.push_back(following);
-        }
-        action.replaceKey("/Next", QPDFObjectHandle::newArray(kept));
-    } else if (!reduceAction(next)) {
-        action.removeKey("/Next");
-    }
-    --m_depth;
+    object.replaceKey(key, reduced.action);
+    return true;
 }
 
 void LinkReducer::reduceTriggers(QPDFObjectHandle object)
@@ -92,30 +69,24 @@ void LinkReducer::reduceTriggers(QPDFObjectHandle object)
     QPDFObjectHandle triggers = entryOf(object, "/AA");
     if (!triggers.isDictionary())
         return;
-    for (const auto &[trigger, action] : triggers.getDictAsMap()) {
-        if (!reduceAction(action))
-            triggers.removeKey(trigger);
-    }
+    for (const std::string &trigger : triggers.getKeys())
+        reduceAction(triggers, trigger);
 }
 
 bool LinkReducer::reduceEntry(QPDFObjectHandle entry)
 {
     bool stays = true;
     if (QPDFObjectHandle destination = entry.getKey("/Dest"); !destination.isNull()) {
-        QPDFObjectHandle reduced = reducedDestination(destination);
-        stays = !reduced.isNull();
-        if (stays)
-            entry.replaceKey("/Dest", reduced);
-        else
+        const ReducedDestination reduced = reducedDestination(destination);
+        stays = reduced.kind != ReducedDestination::Kind::Gone;
+        if (QPDFObjectHandle(reduced.use).isNull())
             entry.removeKey("/Dest");
+        else
+            entry.replaceKey("/Dest", reduced.use);
     }
-    for (const char *key : {"/A", "/PA"}) {
-        QPDFObjectHandle action = entry.getKey(key);
-        if (reduceAction(action))
-            continue;
-        entry.removeKey(key);
-        stays = stays && std::string(key) != "/A";
-    }
+    stays = reduceAction(entry, "/A") && stays;
+    // Where an address was before it was replaced by an action.
+    reduceAction(entry, "/PA");
     return stays;
 }
 

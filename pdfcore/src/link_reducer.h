@@ -1,29 +1,43 @@
 #pragma once
 
+#include "pdfcore/src/action_reducer.h"
 #include "pdfcore/src/source_document.h"
 
-#include <map>
 #include <set>
+#include <string>
 
 namespace pdfcore {
 
 /// Brings links, actions and destinations of a source in line with the pages that the output has.
 ///
 /// What leads to a page of the output goes on doing so; what leads to a page that is gone goes too.
-/// In the main document of the output names stay names, and what led nowhere stays as it was. In
-/// any other one names become the addresses they stand for, because the names of the output are
+/// In the main document of the output names stay names, and what led nowhere stays as it was, but
+/// for numbers of pages that were not there: they could lead to other pages now. In any other one
+/// names become the addresses they stand for, because the names of the output are
 /// those of the main document.
 class LinkReducer
 {
 public:
-    LinkReducer(SourceDocument &source, bool isMain);
+    /// How the source stands to its output.
+    enum class Role {
+        UnchangedMain, ///< The output has exactly its pages, in their order.
+        Main,
+        Further,
+    };
+
+    LinkReducer(SourceDocument &source, Role role);
 
     /// Looks through the annotations and actions of a kept page. Every annotation is an object of
     /// its own afterwards, and names the page as its own if it names one.
     void reducePage(int index);
 
-    /// Changes an action and those that follow it in place; false when it has to go.
-    bool reduceAction(QPDFObjectHandle action);
+    /// Changes the action under a key and those that follow it, in place. What follows an action
+    /// that has to go takes its place. False when it led to a page that is gone and nothing is
+    /// left.
+    bool reduceAction(QPDFObjectHandle object, const std::string &key);
+
+    /// Changes the actions that events set off.
+    void reduceTriggers(QPDFObjectHandle object);
 
     /// Changes an outline entry or an annotation in place, as far as it leads somewhere; false when
     /// the place that it leads to is gone.
@@ -32,20 +46,22 @@ public:
     /// Empties the annotations that had to go, so that nothing brings them along.
     void dropGoneAnnotations();
 
-    /// The destination to use instead; null when it has to go.
-    QPDFObjectHandle reducedDestination(QPDFObjectHandle destination);
+    /// The destination to use instead.
+    ReducedDestination reducedDestination(QPDFObjectHandle destination);
+
+    /// Names in use in the main document that stand for nothing. If another document gave them a
+    /// meaning, links that led nowhere would lead somewhere.
+    [[nodiscard]] const std::set<std::string> &brokenNames() const { return m_brokenNames; }
 
 private:
-    void reduceFollowing(QPDFObjectHandle action);
-    void reduceTriggers(QPDFObjectHandle object);
     bool reduceAnnotation(QPDFObjectHandle annotation, QPDFObjectHandle page);
 
     SourceDocument &m_source;
-    bool m_isMain;
-    std::map<QPDFObjGen, bool> m_actions; ///< Whether those that were looked at may stay.
+    Role m_role;
+    ActionReducer m_actions;
     std::set<QPDFObjGen> m_goneAnnotations;
     std::set<QPDFObjGen> m_keptAnnotations;
-    int m_depth = 0;
+    std::set<std::string> m_brokenNames;
 };
 
 } // namespace pdfcore

@@ -2,6 +2,7 @@
 
 #include "pdfcore/src/blank_page.h"
 #include "pdfcore/src/catalogue.h"
+#include "pdfcore/src/output_form.h"
 #include "pdfcore/src/page_copies.h"
 #include "pdfcore/src/source_in_output.h"
 
@@ -80,8 +81,9 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     if (EngineError error = findPlaces(pages); error.isError())
         return error;
     chooseMain(pages);
+    const bool sequenceChanged = !isMainInOrder();
     for (const auto &used : m_used)
-        used->reduce(used.get() == m_main);
+        used->reduce(roleOf(*used, sequenceChanged));
     if (m_main != nullptr) {
         m_output = m_main->source().handle();
     } else {
@@ -89,7 +91,12 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
         m_output->setSuppressWarnings(true);
         m_output->emptyPDF();
     }
-    const bool pagesChanged = !isMainAsItWas(pages);
+    const bool pagesChanged =
+        sequenceChanged || std::any_of(pages.begin(), pages.end(), [](const PdfSourcePage &page) {
+            return page.rotation != 0;
+        });
+    if (sequenceChanged && m_main != nullptr)
+        dropSequenceEntries(m_main->source());
     for (const auto &used : m_used)
         used->bringPages(*m_output, used.get() == m_main);
 
@@ -98,7 +105,7 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
         form.reserveNames(used->fields());
     for (const auto &used : m_used) {
         if (used.get() != m_main)
-            form.add(used->fields(), *used->copier());
+            used->renameTargets(form.add(used->fields(), *used->copier()));
     }
     installPageTree(*m_output, newPages(pages, form));
     form.install(pagesChanged);
@@ -107,7 +114,7 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
         joinLabels();
     for (const auto &used : m_used) {
         if (used.get() != m_main)
-            addToCatalogue(*m_output, used->source(), *used->copier());
+            addToCatalogue(*m_output, used->source(), *used->copier(), m_main->brokenNames());
     }
     return {};
 }
@@ -150,18 +157,24 @@ void OutputDocument::chooseMain(const QList<PdfSourcePage> &pages)
     }
 }
 
-/// Whether the pages are those of the main document, all of them, in their order and not turned.
-bool OutputDocument::isMainAsItWas(const QList<PdfSourcePage> &pages) const
+/// Whether the pages are those of the main document, all of them, in their order.
+bool OutputDocument::isMainInOrder() const
 {
     if (m_main == nullptr ||
         m_places.size() != static_cast<std::size_t>(m_main->source().pageCount()))
         return false;
     for (std::size_t i = 0; i < m_places.size(); ++i) {
-        if (m_places[i].source != m_main || m_places[i].index != static_cast<int>(i) ||
-            pages.at(static_cast<qsizetype>(i)).rotation != 0)
+        if (m_places[i].source != m_main || m_places[i].index != static_cast<int>(i))
             return false;
     }
     return true;
+}
+
+LinkReducer::Role OutputDocument::roleOf(const SourceInOutput &used, bool sequenceChanged) const
+{
+    if (&used != m_main)
+        return LinkReducer::Role::Further;
+    return sequenceChanged ? LinkReducer::Role::Main : LinkReducer::Role::UnchangedMain;
 }
 
 std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage> &pages,

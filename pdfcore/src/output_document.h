@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pdfcore/src/form_fields.h"
+#include "pdfcore/src/link_reducer.h"
 #include "pdfcore/src/output_sources.h"
 #include "pdfcore/src/page_labels.h"
 
@@ -12,6 +12,7 @@
 
 namespace pdfcore {
 
+class OutputForm;
 class SourceInOutput;
 
 /// Puts a document together from pages of others, with all that belongs to these pages.
@@ -46,7 +47,8 @@ private:
 
     EngineError findPlaces(const QList<PdfSourcePage> &pages);
     void chooseMain(const QList<PdfSourcePage> &pages);
-    [[nodiscard]] bool isMainAsItWas(const QList<PdfSourcePage> &pages) const;
+    [[nodiscard]] bool isMainInOrder() const;
+    [[nodiscard]] LinkReducer::Role roleOf(const SourceInOutput &used, bool sequenceChanged) const;
     std::vector<QPDFObjectHandle> newPages(const QList<PdfSourcePage> &pages, OutputForm &form);
     void joinOutlines();
     void joinLabels();

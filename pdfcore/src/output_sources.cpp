@@ -7,6 +7,7 @@
 #include "pdfcore/src/source_files.h"
 
 #include <QTemporaryFile>
+#include <QVersionNumber>
 
 #include <exception>
 
@@ -26,6 +27,21 @@ std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QStri
     if (!session || !session->writeRepaired(*file) || !file->flush())
         return nullptr;
     return file;
+}
+
+/// The PDF version that a document says it has: in its first line or, when a later change needed a
+/// higher one, in its catalogue.
+PDFVersion versionOf(QPDF &document)
+{
+    PDFVersion version = document.getVersionAsPDFVersion();
+    QPDFObjectHandle later = document.getRoot().getKey("/Version");
+    if (!later.isName())
+        return version;
+    const auto number =
+        QVersionNumber::fromString(QString::fromStdString(later.getName().substr(1)));
+    if (number.segmentCount() == 2 && (number.majorVersion() == 1 || number.majorVersion() == 2))
+        version.updateIfGreater(PDFVersion(number.majorVersion(), number.minorVersion()));
+    return version;
 }
 
 /// Finds the pages of an open document; null with an error when it has no catalogue.
@@ -113,7 +129,7 @@ PDFVersion OutputSources::version() const
 {
     PDFVersion highest(1, 5);
     for (const auto &[key, source] : m_sources)
-        highest.updateIfGreater(source.document->document().getVersionAsPDFVersion());
+        highest.updateIfGreater(versionOf(source.document->document()));
     return highest;
 }
 

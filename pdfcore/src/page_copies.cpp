@@ -9,7 +9,7 @@ namespace pdfcore {
 QPDFObjectHandle newPageCopy(QPDF &output, QPDFObjectHandle page, AnnotationCopies *copies)
 {
     QPDFObjectHandle copied = output.makeIndirectObject(page.shallowCopy());
-    for (const char *key : {"/StructParents", "/B"})
+    for (const char *key : {"/StructParents", "/B", "/DPart"})
         copied.removeKey(key);
     QPDFObjectHandle annotations = page.getKey("/Annots");
     if (!annotations.isArray())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pdfcore/src/form_fields.h"
+#include "pdfcore/src/annotation_copier.h"
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>

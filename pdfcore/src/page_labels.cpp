@@ -56,7 +56,7 @@ QPDFObjectHandle newEntry(const PageLabel &label)
 SourceLabels::SourceLabels(const SourceDocument &source)
 {
     for (const auto &[first, entry] : readNumberTree(entryOf(source.root(), "/PageLabels"))) {
-        if (QPDFObjectHandle(entry).isDictionary())
+        if (first >= 0 && QPDFObjectHandle(entry).isDictionary())
             m_ranges.push_back({first, labelOf(entry)});
     }
     std::stable_sort(m_ranges.begin(), m_ranges.end(),

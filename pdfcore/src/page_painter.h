@@ -10,8 +10,8 @@ namespace pdfcore {
 class ColourSpaces;
 class MupdfContext;
 
-/// The format of the images that pages are painted to. Without an alpha channel MuPDF paints faster,
-/// and an image takes a quarter less memory.
+/// The format of the images that pages are painted to. Without an alpha channel MuPDF paints
+/// faster, and an image takes a quarter less memory.
 inline constexpr QImage::Format kPageImageFormat = QImage::Format_RGB888;
 
 /// Lets the fields of a page that wait for a signature look as the file says, as in other viewers;

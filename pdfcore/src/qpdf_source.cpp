@@ -47,10 +47,16 @@ void replacePageTree(QPDF &document, std::vector<QPDFObjectHandle> &pages)
     document.getRoot().replaceKey("/Pages", tree);
 }
 
-/// Makes `page` an object that stands for itself and adds it to `pages`.
+/// Makes `page` an object that stands for itself, with what it inherits, and adds it to `pages`. A
+/// page that the tree names twice inherits what it does where it comes first.
 void addPage(QPDF &document, QPDFObjectHandle page, const std::vector<TreeLevel> &levels,
-             std::vector<QPDFObjectHandle> &pages)
+             std::set<QPDFObjGen> &visited, std::vector<QPDFObjectHandle> &pages)
 {
+    if (!page.isIndirect())
+        page = document.makeIndirectObject(page);
+    pages.push_back(page);
+    if (!visited.insert(page.getObjGen()).second)
+        return;
     for (const char *key : kInherited) {
         for (auto level = levels.rbegin(); level != levels.rend() && !page.hasKey(key); ++level) {
             QPDFObjectHandle node = level->node;
@@ -63,7 +69,6 @@ void addPage(QPDF &document, QPDFObjectHandle page, const std::vector<TreeLevel>
         }
     }
     page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
-    pages.push_back(page.isIndirect() ? page : document.makeIndirectObject(page));
 }
 
 bool isPasswordError(const QPDFExc &exception)
@@ -125,6 +130,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     std::vector<QPDFObjectHandle> pages;
     std::vector<TreeLevel> levels;
     std::set<QPDFObjGen> visitedNodes;
+    std::set<QPDFObjGen> visitedPages;
     const auto pushLevel = [&](const QPDFObjectHandle &node, const QPDFObjectHandle &kids) {
         if (levels.size() >= kMaxTreeDepth)
             return;
@@ -139,7 +145,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     if (QPDFObjectHandle kids = root.getKey("/Kids"); kids.isArray())
         pushLevel(root, kids);
     else if (hasType(root, "/Page"))
-        addPage(document, root, levels, pages);
+        addPage(document, root, levels, visitedPages, pages);
     while (!levels.empty()) {
         TreeLevel &level = levels.back();
         if (level.next >= level.kids.getArrayNItems()) {
@@ -152,7 +158,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
         if (QPDFObjectHandle kids = kid.getKey("/Kids"); kids.isArray())
             pushLevel(kid, kids);
         else if (!hasType(kid, "/Pages"))
-            addPage(document, kid, levels, pages);
+            addPage(document, kid, levels, visitedPages, pages);
     }
     replacePageTree(document, pages);
     return pages;

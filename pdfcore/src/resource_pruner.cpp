@@ -20,7 +20,7 @@ constexpr const char *kCategories[] = {"/Font",    "/XObject",   "/ColorSpace", 
 constexpr int kMaxNesting = 32;
 
 /// Pages up to which it does not matter how many others are gone.
-constexpr int kAlwaysPruned = 100;
+constexpr int kAlwaysPruned = 1'000;
 
 /// Collects the names among the operands of a content stream. What they are used for does not
 /// matter: a resource whose name does not occur at all is not used.
@@ -75,10 +75,11 @@ public:
     {
         QPDFObjectHandle page = m_source.page(index);
         QPDFObjectHandle resources = page.getKey("/Resources");
-        if (!isShared(resources) || annotationsNeedResources(page))
+        if (!isShared(resources))
             return;
         std::set<std::string> names;
-        if (!readNames(page.getKey("/Contents"), names) || !addNamesOfParts(resources, names))
+        if (!readNames(page.getKey("/Contents"), names) || !addNamesOfLooks(page, names) ||
+            !addNamesOfParts(resources, names))
             return;
         page.replaceKey("/Resources", pruned(resources, names, 0));
     }
@@ -112,24 +113,25 @@ private:
         return shared;
     }
 
-    /// Whether an annotation looks into the resources of the page for want of its own.
-    static bool annotationsNeedResources(QPDFObjectHandle page)
+    /// Adds the names that the looks of annotations take from the page for want of their own.
+    bool addNamesOfLooks(QPDFObjectHandle page, std::set<std::string> &names)
     {
-        QPDFObjectHandle annotations = page.getKey("/Annots");
-        if (!annotations.isArray())
-            return false;
-        for (const QPDFObjectHandle &annotation : annotations.getArrayAsVector()) {
-            QPDFObjectHandle normal = entryOf(entryOf(annotation, "/AP"), "/N");
-            if (normal.isStream() && !normal.getDict().getKey("/Resources").isDictionary())
-                return true;
-            if (!normal.isDictionary())
+        for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
+            QPDFObjectHandle looks = entryOf(annotation, "/AP");
+            if (!looks.isDictionary())
                 continue;
-            for (auto &[state, look] : normal.getDictAsMap()) {
-                if (look.isStream() && !look.getDict().getKey("/Resources").isDictionary())
-                    return true;
+            for (auto &[mode, look] : looks.getDictAsMap()) {
+                if (look.isStream() && !addNamesOf(look, names))
+                    return false;
+                if (!look.isDictionary())
+                    continue;
+                for (auto &[state, stream] : look.getDictAsMap()) {
+                    if (stream.isStream() && !addNamesOf(stream, names))
+                        return false;
+                }
             }
         }
-        return false;
+        return true;
     }
 
     bool readNames(QPDFObjectHandle content, std::set<std::string> &names) const
@@ -147,9 +149,9 @@ private:
         return m_source.document().numWarnings() == warnings;
     }
 
-    /// Adds the names that forms, patterns and glyphs without resources of their own take from
-    /// those of the page.
-    bool addNamesOfParts(QPDFObjectHandle resources, std::set<std::string> &names)
+    /// Adds the names that forms, patterns and glyphs among the resources take from them, or from
+    /// what surrounds them.
+    bool addNamesOfParts(QPDFObjectHandle resources, std::set<std::string> &names, int depth = 0)
     {
         // What a part uses may be another part.
         for (std::size_t known = names.size() + 1; known != names.size();) {
@@ -159,7 +161,7 @@ private:
                 if (!parts.isDictionary())
                     continue;
                 for (auto &[name, part] : parts.getDictAsMap()) {
-                    if (names.count(name) != 0 && !addNamesOf(part, names))
+                    if (names.count(name) != 0 && !addNamesOf(part, names, depth))
                         return false;
                 }
             }
@@ -173,36 +175,61 @@ private:
         return entryOf(entryOf(state, "/SMask"), "/G");
     }
 
-    bool addNamesOf(QPDFObjectHandle part, std::set<std::string> &names)
+    /// Adds the names that a part uses without defining them itself: readers look for them in what
+    /// surrounds it.
+    bool addNamesOf(QPDFObjectHandle part, std::set<std::string> &names, int depth = 0)
     {
         if (QPDFObjectHandle mask = maskOf(part); mask.isStream())
             part = mask;
-        if (part.isStream()) {
-            QPDFObjectHandle dictionary = part.getDict();
-            if (!hasContent(dictionary) || dictionary.getKey("/Resources").isDictionary())
-                return true;
-            return readNamesOnce(part, names);
+        const bool isGlyphs = hasName(part, "/Subtype", "/Type3");
+        if (!isGlyphs && !(part.isStream() && hasContent(part.getDict())))
+            return true;
+        const QPDFObjGen id = part.getObjGen();
+        if (const auto known = m_openNamesOf.find(id); known != m_openNamesOf.end()) {
+            names.insert(known->second.begin(), known->second.end());
+            return true;
         }
-        if (!hasName(part, "/Subtype", "/Type3") || part.getKey("/Resources").isDictionary())
+        // A part that contains itself is left to those who can make sense of it.
+        if (depth >= kMaxNesting || (part.isIndirect() && !m_beingRead.insert(id).second))
+            return false;
+        std::set<std::string> open;
+        QPDFObjectHandle dictionary = part.isStream() ? part.getDict() : part;
+        const bool isRead = isGlyphs ? readNamesOfGlyphs(part, open) : readNames(part, open);
+        const bool isClosed = isRead && closeNames(dictionary.getKey("/Resources"), depth, open);
+        m_beingRead.erase(id);
+        if (!isClosed)
+            return false;
+        names.insert(open.begin(), open.end());
+        if (part.isIndirect())
+            m_openNamesOf.emplace(id, std::move(open));
+        return true;
+    }
+
+    /// Adds what the parts among the resources leave open, then takes out what is defined here.
+    bool closeNames(QPDFObjectHandle resources, int depth, std::set<std::string> &names)
+    {
+        if (!resources.isDictionary())
             return true;
-        QPDFObjectHandle glyphs = part.getKey("/CharProcs");
-        if (!glyphs.isDictionary())
-            return true;
-        for (auto &[name, glyph] : glyphs.getDictAsMap()) {
-            if (glyph.isStream() && !readNamesOnce(glyph, names))
-                return false;
+        if (!addNamesOfParts(resources, names, depth + 1))
+            return false;
+        for (auto &[category, all] : resources.getDictAsMap()) {
+            if (!all.isDictionary())
+                continue;
+            for (const std::string &name : all.getKeys())
+                names.erase(name);
         }
         return true;
     }
 
-    bool readNamesOnce(QPDFObjectHandle content, std::set<std::string> &names)
+    bool readNamesOfGlyphs(QPDFObjectHandle font, std::set<std::string> &names) const
     {
-        const auto [known, isNew] = m_namesOf.emplace(content.getObjGen(), std::set<std::string>());
-        if (isNew && !readNames(content, known->second)) {
-            m_namesOf.erase(known);
-            return false;
+        QPDFObjectHandle glyphs = font.getKey("/CharProcs");
+        if (!glyphs.isDictionary())
+            return true;
+        for (auto &[name, glyph] : glyphs.getDictAsMap()) {
+            if (glyph.isStream() && !readNames(glyph, names))
+                return false;
         }
-        names.insert(known->second.begin(), known->second.end());
         return true;
     }
 
@@ -258,7 +285,8 @@ private:
     SourceDocument &m_source;
     std::set<QPDFObjGen> m_ofGonePages;
     std::set<QPDFObjGen> m_visitedParts;
-    std::map<QPDFObjGen, std::set<std::string>> m_namesOf;
+    std::map<QPDFObjGen, std::set<std::string>> m_openNamesOf;
+    std::set<QPDFObjGen> m_beingRead;
 };
 
 } // namespace

@@ -104,17 +104,9 @@ SourceDocument::Target SourceDocument::resolve(QPDFObjectHandle destination)
             destination = destination.getKey("/D");
         if (destination.isArray())
             break;
-        std::string name;
-        if (destination.isString())
-            name = destination.getStringValue();
-        else if (destination.isName())
-            name = destination.getName().substr(1);
-        else
+        if (!destination.isString() && !destination.isName())
             return {};
-        const auto named = namedDestinations().find(name);
-        if (named == namedDestinations().end())
-            return {};
-        destination = named->second;
+        destination = namedDestination(destination);
         isNamed = true;
     }
     if (!destination.isArray() || destination.getArrayNItems() == 0)
@@ -127,6 +119,8 @@ SourceDocument::Target SourceDocument::resolve(QPDFObjectHandle destination)
     } else if (first.isInteger() && first.getIntValue() >= 0 && first.getIntValue() < pageCount()) {
         target.page = firstIndexOf(static_cast<int>(first.getIntValue()));
         target.isExplicit = false;
+    } else if (hasName(first, "/Type", "/Page")) {
+        target.kind = Target::Kind::OutsidePage;
     } else {
         return {};
     }
@@ -141,6 +135,20 @@ QPDFObjectHandle SourceDocument::explicitAddress(const Target &target) const
     return QPDFObjectHandle::newArray(items);
 }
 
+/// What a name stands for; null when it stands for nothing. Strings are looked up in the tree of
+/// names and names proper in the dictionary, which came first; some files mix them up.
+QPDFObjectHandle SourceDocument::namedDestination(QPDFObjectHandle name)
+{
+    const std::map<std::string, QPDFObjectHandle> &all = namedDestinations();
+    if (name.isName()) {
+        const auto own = m_dictionaryNames.find(name.getName().substr(1));
+        if (own != m_dictionaryNames.end())
+            return own->second;
+    }
+    const auto found = all.find(name.isName() ? name.getName().substr(1) : name.getStringValue());
+    return found != all.end() ? found->second : QPDFObjectHandle::newNull();
+}
+
 const std::map<std::string, QPDFObjectHandle> &SourceDocument::namedDestinations()
 {
     if (m_names)
@@ -151,7 +159,8 @@ const std::map<std::string, QPDFObjectHandle> &SourceDocument::namedDestinations
         m_names->emplace(name, destination);
     if (QPDFObjectHandle dictionary = catalogue.getKey("/Dests"); dictionary.isDictionary()) {
         for (auto &[name, destination] : dictionary.getDictAsMap())
-            m_names->emplace(name.substr(1), destination);
+            m_dictionaryNames.emplace(name.substr(1), destination);
+        m_names->insert(m_dictionaryNames.begin(), m_dictionaryNames.end());
     }
     return *m_names;
 }

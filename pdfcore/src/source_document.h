@@ -24,8 +24,9 @@ public:
     struct Target
     {
         enum class Kind {
-            Nowhere, ///< It cannot be followed; it was like that in the source already.
-            Page,    ///< To `page`.
+            Nowhere,     ///< It cannot be followed; it was like that in the source already.
+            Page,        ///< To `page`.
+            OutsidePage, ///< To a page object that is none of the document's pages.
         };
         Kind kind = Kind::Nowhere;
         int page = -1;
@@ -71,6 +72,7 @@ public:
     [[nodiscard]] const std::map<std::string, QPDFObjectHandle> &namedDestinations();
 
 private:
+    QPDFObjectHandle namedDestination(QPDFObjectHandle name);
     void setPages(std::vector<QPDFObjectHandle> pages);
 
     std::shared_ptr<QPDF> m_document;
@@ -79,6 +81,7 @@ private:
     std::vector<bool> m_isKept;
     std::vector<int> m_keptPages;
     std::optional<std::map<std::string, QPDFObjectHandle>> m_names;
+    std::map<std::string, QPDFObjectHandle> m_dictionaryNames; ///< Filled together with `m_names`.
 };
 
 } // namespace pdfcore

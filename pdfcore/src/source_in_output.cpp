@@ -1,45 +1,58 @@
 #include "pdfcore/src/source_in_output.h"
 
 #include "pdfcore/src/catalogue.h"
-#include "pdfcore/src/link_reducer.h"
 #include "pdfcore/src/qpdf_objects.h"
 #include "pdfcore/src/resource_pruner.h"
 #include "pdfcore/src/structure_tree.h"
 
-#include <set>
-
 namespace pdfcore {
 
-void SourceInOutput::reduce(bool isMain)
+void SourceInOutput::reduce(LinkReducer::Role role)
 {
-    LinkReducer links(m_source, isMain);
+    const bool isMain = role != LinkReducer::Role::Further;
+    LinkReducer links(m_source, role);
     m_labels.emplace(m_source);
     for (const int index : m_source.keptPages()) {
         m_rotations[index] = m_source.page(index).getKey("/Rotate");
         links.reducePage(index);
     }
     m_outline = Outline::of(m_source, links, isMain);
-    m_fields = FormFields::of(m_source, isMain);
+    m_fields = FormFields::of(m_source, links, isMain);
     if (isMain)
         reduceCatalogue(m_source, links);
+    m_brokenNames = links.brokenNames();
     if (!m_source.losesPages())
         return;
     links.dropGoneAnnotations();
     if (isMain)
         reduceStructure(m_source);
     pruneResources(m_source);
-    if (isMain)
-        dropGonePages();
+    dropGonePages();
 }
 
-/// Empties the pages that are gone and what was on them, so that nothing brings them along.
-void SourceInOutput::dropGonePages()
+/// Finds the annotations of the pages that stay. A pop-up may be listed by another page than what
+/// it belongs to; it moves to that one's page.
+std::set<QPDFObjGen> SourceInOutput::keepAnnotations()
 {
     std::set<QPDFObjGen> kept;
     for (const int index : m_source.keptPages()) {
         for (const QPDFObjectHandle &annotation : itemsOf(m_source.page(index).getKey("/Annots")))
             kept.insert(QPDFObjectHandle(annotation).getObjGen());
     }
+    for (const int index : m_source.keptPages()) {
+        for (const QPDFObjectHandle &annotation : itemsOf(m_source.page(index).getKey("/Annots"))) {
+            QPDFObjectHandle popup = entryOf(annotation, "/Popup");
+            if (popup.isDictionary() && popup.isIndirect() && kept.insert(popup.getObjGen()).second)
+                popup.replaceKey("/P", m_source.page(index));
+        }
+    }
+    return kept;
+}
+
+/// Empties the pages that are gone and what was on them, so that nothing brings them along.
+void SourceInOutput::dropGonePages()
+{
+    const std::set<QPDFObjGen> kept = keepAnnotations();
     QPDF &document = m_source.document();
     for (const int index : m_source.gonePages()) {
         QPDFObjectHandle page = m_source.page(index);
@@ -68,9 +81,25 @@ void SourceInOutput::bringPages(QPDF &output, bool isMain)
     }
     for (const int index : m_source.keptPages()) {
         QPDFObjectHandle page = m_source.page(index).unsafeShallowCopy();
-        for (const char *key : {"/Parent", "/B"})
+        for (const char *key : {"/Parent", "/B", "/DPart"})
             page.removeKey(key);
         output.replaceObject(m_pages[index].getObjGen(), m_copier->copy(page));
+    }
+}
+
+void SourceInOutput::renameTargets(const ActionTargets::Names &names)
+{
+    if (names.empty())
+        return;
+    const ActionTargets::Objects none;
+    ActionTargets targets(none, names);
+    for (const Outline::Entry &entry : m_outline.entries())
+        targets.apply(entry.dictionary);
+    for (auto &[index, page] : m_pages) {
+        for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
+            if (QPDFObjectHandle(annotation).isDictionary())
+                targets.apply(annotation);
+        }
     }
 }
 

@@ -1,13 +1,18 @@
 #pragma once
 
+#include "pdfcore/src/action_targets.h"
 #include "pdfcore/src/form_fields.h"
+#include "pdfcore/src/link_reducer.h"
 #include "pdfcore/src/object_copier.h"
 #include "pdfcore/src/outline.h"
 #include "pdfcore/src/page_labels.h"
 #include "pdfcore/src/source_document.h"
 
 #include <map>
+#include <memory>
 #include <optional>
+#include <set>
+#include <string>
 
 namespace pdfcore {
 
@@ -24,13 +29,17 @@ public:
     [[nodiscard]] const Outline &outline() const { return m_outline; }
     [[nodiscard]] const FormFields &fields() const { return m_fields; }
     [[nodiscard]] const SourceLabels &labels() const { return *m_labels; }
+    /// See LinkReducer::brokenNames().
+    [[nodiscard]] const std::set<std::string> &brokenNames() const { return m_brokenNames; }
     /// Null in the main document.
     [[nodiscard]] ObjectCopier *copier() const { return m_copier.get(); }
 
     /// Takes everything out that leads to pages that are gone.
-    void reduce(bool isMain);
+    void reduce(LinkReducer::Role role);
     /// Makes the kept pages pages of the output. Of the main document they are that already.
     void bringPages(QPDF &output, bool isMain);
+    /// Makes the actions that name fields by their old names name them by the new ones.
+    void renameTargets(const ActionTargets::Names &names);
 
     /// A kept page in the output.
     [[nodiscard]] QPDFObjectHandle pageInOutput(int index) const;
@@ -38,6 +47,7 @@ public:
     [[nodiscard]] QPDFObjectHandle ownRotation(int index) const;
 
 private:
+    std::set<QPDFObjGen> keepAnnotations();
     void dropGonePages();
 
     SourceDocument &m_source;
@@ -47,6 +57,7 @@ private:
     std::unique_ptr<ObjectCopier> m_copier;
     std::map<int, QPDFObjectHandle> m_pages;
     std::map<int, QPDFObjectHandle> m_rotations;
+    std::set<std::string> m_brokenNames;
 };
 
 } // namespace pdfcore

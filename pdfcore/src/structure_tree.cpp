@@ -3,6 +3,7 @@
 #include "pdfcore/src/key_tree.h"
 #include "pdfcore/src/qpdf_objects.h"
 
+#include <algorithm>
 #include <set>
 #include <vector>
 
@@ -34,7 +35,12 @@ class StructureReducer
 public:
     explicit StructureReducer(SourceDocument &source)
         : m_source(source)
-    {}
+    {
+        for (const int index : source.gonePages())
+            noteAnnotations(index, true);
+        for (const int index : source.keptPages())
+            noteAnnotations(index, false);
+    }
 
     void reduce(QPDFObjectHandle root)
     {
@@ -46,6 +52,19 @@ public:
     }
 
 private:
+    void noteAnnotations(int index, bool areGone)
+    {
+        for (const QPDFObjectHandle &item : itemsOf(m_source.page(index).getKey("/Annots"))) {
+            QPDFObjectHandle annotation = item;
+            if (!annotation.isIndirect())
+                continue;
+            if (areGone)
+                m_goneAnnotations.insert(annotation.getObjGen());
+            else
+                m_goneAnnotations.erase(annotation.getObjGen());
+        }
+    }
+
     static bool isElement(QPDFObjectHandle kid)
     {
         return kid.isDictionary() && !hasName(kid, "/Type", "/MCR") &&
@@ -71,8 +90,11 @@ private:
     /// Whether a kid that is no element is on a page that stays.
     bool stays(QPDFObjectHandle kid, QPDFObjectHandle page) const
     {
-        if (hasName(kid, "/Type", "/OBJR") && kid.getKey("/Obj").isNull())
-            return false;
+        if (hasName(kid, "/Type", "/OBJR")) {
+            QPDFObjectHandle object = kid.getKey("/Obj");
+            if (object.isNull() || m_goneAnnotations.count(object.getObjGen()) != 0)
+                return false;
+        }
         QPDFObjectHandle own = entryOf(kid, "/Pg");
         return !m_source.isGone(own.isNull() ? page : own);
     }
@@ -108,6 +130,7 @@ private:
     SourceDocument &m_source;
     std::vector<Element> m_elements; ///< Each one before those below it.
     std::set<QPDFObjGen> m_gone;
+    std::set<QPDFObjGen> m_goneAnnotations;
 };
 
 void noteKey(QPDFObjectHandle object, const char *key, std::set<long long> &keys)
@@ -124,6 +147,19 @@ void noteKeys(QPDFObjectHandle page, std::set<long long> &keys)
         noteKey(annotation, "/StructParent", keys);
 }
 
+/// Whether nothing is left of what a key of the parent tree leads to. Elements that are gone have
+/// become nulls.
+bool isNothing(QPDFObjectHandle value)
+{
+    if (value.isNull())
+        return true;
+    const std::vector<QPDFObjectHandle> items = itemsOf(value);
+    return !items.empty() &&
+           std::all_of(items.begin(), items.end(), [](const QPDFObjectHandle &item) {
+               return QPDFObjectHandle(item).isNull();
+           });
+}
+
 void reduceParentTree(SourceDocument &source, QPDFObjectHandle root)
 {
     std::set<long long> goneKeys;
@@ -136,8 +172,7 @@ void reduceParentTree(SourceDocument &source, QPDFObjectHandle root)
     NumberEntries kept;
     for (auto &[key, value] : readNumberTree(root.getKey("/ParentTree"))) {
         const bool isOfGonePage = goneKeys.count(key) != 0 && keptKeys.count(key) == 0;
-        // What an element that is gone has left is a null.
-        if (!isOfGonePage && !value.isNull())
+        if (!isOfGonePage && (keptKeys.count(key) != 0 || !isNothing(value)))
             kept.emplace_back(key, value);
     }
     root.replaceKey("/ParentTree", newNumberTree(source.document(), kept));

@@ -15,6 +15,9 @@ constexpr int kTolerance = 2;
 /// fall differently between the pixels.
 constexpr int kTurnedTolerance = 64;
 
+/// The same for averages of four by four pixels.
+constexpr int kCoarseTolerance = 24;
+
 } // namespace
 
 FidelityCase::FidelityCase(const QList<QByteArray> &prefixes)
@@ -75,11 +78,28 @@ std::unique_ptr<FidelityComparison> FidelityCase::save(const QList<PdfSourcePage
 
 bool FidelityCase::looksLike(int index, const PdfSourcePage &page) const
 {
+    return likeness(index, page) == Likeness::Same;
+}
+
+FidelityCase::Likeness FidelityCase::likeness(int index, const PdfSourcePage &page) const
+{
     const EngineCalls::Rendering wanted = EngineCalls::render(page, kPicture);
+    if (!wanted.ok)
+        return Likeness::NoPicture;
     const EngineCalls::Rendering found =
         EngineCalls::render(EngineCalls::filePage(output(), index), kPicture);
+    if (!found.ok)
+        return Likeness::Different;
     const int tolerance = page.rotation == 0 ? kTolerance : kTurnedTolerance;
-    return wanted.ok && found.ok && EngineCalls::distance(wanted.image, found.image) <= tolerance;
+    if (EngineCalls::distance(wanted.image, found.image) <= tolerance)
+        return Likeness::Same;
+    const auto coarse = [](const QImage &image) {
+        return image.scaled(image.size() / 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    const bool isSimilar =
+        page.rotation != 0 &&
+        EngineCalls::distance(coarse(wanted.image), coarse(found.image)) <= kCoarseTolerance;
+    return isSimilar ? Likeness::Similar : Likeness::Different;
 }
 
 void FidelityCase::addLists()

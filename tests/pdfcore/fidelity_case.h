@@ -40,6 +40,14 @@ public:
     /// signatures.
     [[nodiscard]] bool looksLike(int index, const PdfSourcePage &page) const;
 
+    /// How the pictures of two pages compare.
+    enum class Likeness { NoPicture, Same, Similar, Different };
+
+    /// The same with more to say: Similar are pictures of a turned page that are the same where
+    /// they are four times as coarse, as small letters may fall anywhere between the pixels;
+    /// NoPicture means that there is none of `page` itself.
+    [[nodiscard]] Likeness likeness(int index, const PdfSourcePage &page) const;
+
     /// Adds the column "list" with lists of every kind over the documents M and O, of kPages pages.
     static void addLists();
 

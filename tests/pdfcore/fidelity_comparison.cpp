@@ -1,5 +1,6 @@
 #include "tests/pdfcore/fidelity_comparison.h"
 
+#include "tests/pdfcore/fidelity_fields.h"
 #include "tests/pdfcore/fidelity_outline.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
@@ -25,6 +26,40 @@ int rotationOf(const FidelityDocument &document, qsizetype index)
 QString latin(const QByteArray &text)
 {
     return QString::fromLatin1(text);
+}
+
+/// A text from a little before `start`, short and without control characters.
+QString excerpt(const QString &text, qsizetype start)
+{
+    constexpr qsizetype kBefore = 60;
+    constexpr qsizetype kLength = 200;
+    QString part = text.mid(std::max(qsizetype{0}, start - kBefore), kLength);
+    for (QChar &letter : part) {
+        if (!letter.isPrint())
+            letter = u'?';
+    }
+    return part;
+}
+
+/// "this instead of that", from a little before the first difference.
+QString differenceOf(const QString &found, const QString &wanted)
+{
+    qsizetype start = 0;
+    while (start < std::min(found.size(), wanted.size()) && found.at(start) == wanted.at(start))
+        ++start;
+    return excerpt(found, start) + QStringLiteral(" instead of ") + excerpt(wanted, start);
+}
+
+/// Whether a form names a field that is there.
+bool hasFields(QPDFObjectHandle form)
+{
+    QPDFObjectHandle fields =
+        form.isDictionary() ? form.getKey("/Fields") : QPDFObjectHandle::newNull();
+    for (int i = 0; fields.isArray() && i < fields.getArrayNItems(); ++i) {
+        if (fields.getArrayItem(i).isDictionary())
+            return true;
+    }
+    return false;
 }
 
 /// Whether the layer is shown when the document opens.
@@ -82,6 +117,61 @@ std::vector<QPDFObjectHandle> layersOfPage(const FidelityDocument &document, qsi
     return found;
 }
 
+/// Names of the layers that a page knows and the document does not.
+QStringList unknownLayers(FidelityDocument &document, qsizetype index)
+{
+    const std::map<QPDFObjGen, QString> known = layers(document);
+    QStringList names;
+    for (QPDFObjectHandle &layer : layersOfPage(document, index)) {
+        if (layer.isDictionary() && !known.contains(layer.getObjGen()))
+            names.append(fidelityText(layer.getKey("/Name")));
+    }
+    return names;
+}
+
+/// The elements of the structure that hold the marked content of a page, in the order of its
+/// numbers; none when the parent tree does not know the page.
+std::vector<QPDFObjectHandle> elementsOfPage(FidelityDocument &document, qsizetype index)
+{
+    QPDFObjectHandle root = document.catalogue().getKey("/StructTreeRoot");
+    QPDFObjectHandle key = document.page(index).getKey("/StructParents");
+    if (!root.isDictionary() || !key.isInteger())
+        return {};
+    const std::map<long long, QPDFObjectHandle> entries =
+        FidelityDocument::numbers(root.getKey("/ParentTree"));
+    const auto entry = entries.find(key.getIntValue());
+    if (entry == entries.end() || !QPDFObjectHandle(entry->second).isArray())
+        return {};
+    return QPDFObjectHandle(entry->second).getArrayAsVector();
+}
+
+/// What an element is, says, and whether its page is the one with the given index; elements of
+/// pages that are not kept are nothing.
+QString describeElement(FidelityDocument &document, QPDFObjectHandle element, qsizetype index,
+                        const QStringList &kept)
+{
+    if (!element.isDictionary())
+        return QStringLiteral("nothing");
+    const qsizetype page = document.indexOf(element.getKey("/Pg"));
+    if (page >= 0 && !kept.contains(document.marks().at(page)))
+        return QStringLiteral("nothing");
+    QByteArray text = document.describe(element.getKey("/S"));
+    for (const char *key : {"/Alt", "/ActualText", "/T", "/Lang"})
+        text += ' ' + document.describe(element.getKey(key));
+    return latin(text + (page == index ? " of the page" : " of another page"));
+}
+
+/// The elements of the structure of a page, without those of pages that are not kept at the end.
+QStringList structureLines(FidelityDocument &document, qsizetype index, const QStringList &kept)
+{
+    QStringList lines;
+    for (const QPDFObjectHandle &element : elementsOfPage(document, index))
+        lines.append(describeElement(document, element, index, kept));
+    while (!lines.isEmpty() && lines.constLast() == QStringLiteral("nothing"))
+        lines.removeLast();
+    return lines;
+}
+
 } // namespace
 
 FidelityComparison::FidelityComparison(const QList<PdfSourcePage> &pages, const QString &output)
@@ -97,7 +187,9 @@ FidelityComparison::FidelityComparison(const QList<PdfSourcePage> &pages, const 
             if (!source) {
                 source = std::make_unique<FidelityDocument>(page.filePath, page.password.toUtf8());
                 m_order.append(source.get());
-                if (!source->problem().isEmpty())
+                if (source->problem().isEmpty())
+                    FidelityFields::completeForm(*source);
+                else
                     m_problems.append(page.filePath + u": " + source->problem());
             }
             use.source = source.get();
@@ -146,8 +238,7 @@ void FidelityComparison::compare(const QString &what, const QByteArray &found,
                                  const QByteArray &wanted)
 {
     if (found != wanted)
-        m_problems.append(
-            QStringLiteral("%1: %2 instead of %3").arg(what, latin(found), latin(wanted)));
+        m_problems.append(what + u": " + differenceOf(latin(found), latin(wanted)));
 }
 
 void FidelityComparison::compareLists(const QString &what, const QStringList &found,
@@ -158,8 +249,8 @@ void FidelityComparison::compareLists(const QString &what, const QStringList &fo
         const QString is = found.value(i, none);
         const QString should = wanted.value(i, none);
         if (is != should) {
-            m_problems.append(
-                QStringLiteral("%1: %2 instead of %3 as number %4").arg(what, is, should).arg(i));
+            m_problems.append(QStringLiteral("%1: %2 as number %3")
+                                  .arg(what, differenceOf(is, should), QString::number(i)));
             return;
         }
     }
@@ -174,7 +265,7 @@ QStringList FidelityComparison::problems()
 {
     if (!m_problems.isEmpty())
         return taken();
-    return differences() + FidelitySoundness::problems(m_path);
+    return differences() + FidelitySoundness::problems(m_path, m_output);
 }
 
 QStringList FidelityComparison::differences()
@@ -238,7 +329,12 @@ QStringList FidelityComparison::outlineProblems()
         wanted += FidelityOutline::filtered(FidelityOutline::read(*source),
                                             [this](const QString &mark) { return isKept(mark); });
     }
-    const QList<FidelityOutlineEntry> found = FidelityOutline::read(m_output, &m_problems);
+    QList<FidelityOutlineEntry> found = FidelityOutline::read(m_output, &m_problems);
+    // What led nowhere before may go on doing so, or keep its title only.
+    const std::set<QString> dead = deadTitles();
+    found = FidelityOutline::without(found, [&dead](const FidelityOutlineEntry &entry) {
+        return (entry.leadsNowhere() || entry.isHeading()) && dead.contains(entry.title);
+    });
     compareLists(QStringLiteral("outline"), FidelityOutline::lines(found),
                  FidelityOutline::lines(wanted));
     QList<FidelityOutlineEntry> waiting = found;
@@ -255,19 +351,35 @@ QStringList FidelityComparison::outlineProblems()
     return taken();
 }
 
+/// Titles of the outline entries of the sources that were meant to lead to a page and do not.
+std::set<QString> FidelityComparison::deadTitles()
+{
+    std::set<QString> titles;
+    for (FidelityDocument *source : std::as_const(m_order)) {
+        QList<FidelityOutlineEntry> waiting = FidelityOutline::read(*source);
+        while (!waiting.isEmpty()) {
+            const FidelityOutlineEntry entry = waiting.takeLast();
+            if (entry.leadsNowhere())
+                titles.insert(entry.title);
+            waiting += entry.children;
+        }
+    }
+    return titles;
+}
+
 QStringList FidelityComparison::annotationLines(FidelityDocument &document, qsizetype index)
 {
     QStringList lines;
     for (QPDFObjectHandle annotation : document.annotations(index)) {
-        if (!annotation.isDictionary()) {
-            lines.append(QStringLiteral("no dictionary"));
+        // What is no annotation need not stay; FidelitySoundness complains of what is left.
+        if (!annotation.isDictionary())
             continue;
-        }
         QPDFObjectHandle kind = annotation.getKey("/Subtype");
         const bool isLink = kind.isName() && kind.getName() == "/Link";
         const FidelityTarget target = document.targetOf(annotation);
         const bool isGone = target.isPage && !isKept(target.mark);
-        if (isLink && isGone)
+        // What leads to no page of its document may stay, with nowhere to lead.
+        if (isLink && isGone && target.index >= 0)
             continue;
         QByteArray text = document.describe(kind);
         for (const char *key :
@@ -311,10 +423,15 @@ QStringList FidelityComparison::labelProblems()
         own[source] = source->labels();
         isLabelled = isLabelled || !own[source].isEmpty();
     }
-    QStringList wanted;
-    for (qsizetype i = 0; i < m_uses.size(); ++i)
-        wanted.append(own[m_uses.at(i).source].value(m_uses.at(i).index, QString::number(i + 1)));
     const QStringList found = m_output.labels();
+    QStringList wanted;
+    for (qsizetype i = 0; i < m_uses.size(); ++i) {
+        const QString number = QString::number(i + 1);
+        const QString label = own[m_uses.at(i).source].value(m_uses.at(i).index, number);
+        // The first label may stand on a later page only if nothing is changed.
+        const bool isNone = label == FidelityDocument::kNoLabel && found.value(i) != label;
+        wanted.append(isNone ? number : label);
+    }
     if (isLabelled || !found.isEmpty())
         compareLists(QStringLiteral("labels"), found, wanted);
     return taken();
@@ -358,6 +475,10 @@ QStringList FidelityComparison::catalogueProblems()
     QPDFObjectHandle root = main.catalogue();
     QPDFObjectHandle found = m_output.catalogue();
     for (const char *key : kCatalogueKeys) {
+        // There is no outline to show once all of its entries are gone.
+        if (main.describe(root.getKey(key)) == "/UseOutlines" && !found.hasKey(key) &&
+            !found.hasKey("/Outlines"))
+            continue;
         compare(QLatin1String(key), m_output.describe(found.getKey(key)),
                 main.describe(root.getKey(key)));
     }
@@ -380,7 +501,9 @@ QStringList FidelityComparison::catalogueProblems()
     else if (opening.isArray() && found.hasKey("/OpenAction"))
         m_problems.append(QStringLiteral("/OpenAction to a page that is gone"));
     for (const std::string &key : isUnchanged() ? root.getKeys() : std::set<std::string>()) {
-        if (key != "/Perms" && !found.hasKey(key))
+        // A form without a single field holds nothing.
+        const bool isEmptyForm = key == "/AcroForm" && !hasFields(root.getKey(key));
+        if (key != "/Perms" && !isEmptyForm && !found.hasKey(key))
             m_problems.append(QString::fromStdString(key) + QStringLiteral(" is lost"));
     }
     return taken();
@@ -403,12 +526,15 @@ QStringList FidelityComparison::layerProblems()
     found.sort();
     compareLists(QStringLiteral("layers"), found, wanted);
     for (qsizetype i = 0; i < m_uses.size(); ++i) {
-        for (QPDFObjectHandle &layer : layersOfPage(m_output, i)) {
-            if (!states.contains(layer.getObjGen()))
-                m_problems.append(
-                    QStringLiteral("page %1 names the layer %2, the document does not")
-                        .arg(i + 1)
-                        .arg(fidelityText(layer.getKey("/Name"))));
+        const Use &use = m_uses.at(i);
+        QStringList unknown = unknownLayers(m_output, i);
+        for (const QString &name :
+             use.source == nullptr ? QStringList() : unknownLayers(*use.source, use.index))
+            unknown.removeOne(name);
+        for (const QString &name : std::as_const(unknown)) {
+            m_problems.append(QStringLiteral("page %1 names the layer %2, the document does not")
+                                  .arg(i + 1)
+                                  .arg(name));
         }
     }
     return taken();
@@ -418,32 +544,18 @@ QStringList FidelityComparison::structureProblems()
 {
     if (!isComparable())
         return taken();
-    QPDFObjectHandle root = m_output.catalogue().getKey("/StructTreeRoot");
-    std::map<long long, QPDFObjectHandle> entries;
-    if (root.isDictionary())
-        entries = FidelityDocument::numbers(root.getKey("/ParentTree"));
     for (qsizetype i = 0; i < m_uses.size(); ++i) {
         const Use &use = m_uses.at(i);
-        QPDFObjectHandle key = m_output.page(i).getKey("/StructParents");
         const QString name = QStringLiteral("page %1 (%2)").arg(i + 1).arg(mark(use));
         if (use.source == nullptr || use.source != m_order.constFirst()) {
-            if (!key.isNull())
+            if (m_output.page(i).hasKey("/StructParents"))
                 m_problems.append(name + QStringLiteral(" carries /StructParents"));
             continue;
         }
-        if (use.copy > 0 || use.source->page(use.index).getKey("/StructParents").isNull())
+        if (use.copy > 0)
             continue;
-        const auto entry = key.isInteger() ? entries.find(key.getIntValue()) : entries.end();
-        if (entry == entries.end() || !entry->second.isArray() ||
-            entry->second.getArrayNItems() == 0) {
-            m_problems.append(name + QStringLiteral(" has lost its structure"));
-            continue;
-        }
-        QPDFObjectHandle element = entry->second.getArrayItem(0);
-        compare(name + QStringLiteral(" structure"), m_output.describe(element.getKey("/Alt")),
-                '(' + mark(use).toLatin1() + ')');
-        if (m_output.indexOf(element.getKey("/Pg")) != i)
-            m_problems.append(name + QStringLiteral(": its structure names another page"));
+        compareLists(name + QStringLiteral(" structure"), structureLines(m_output, i, m_kept),
+                     structureLines(*use.source, use.index, m_kept));
     }
     return taken();
 }

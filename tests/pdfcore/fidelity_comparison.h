@@ -38,6 +38,12 @@ public:
 
     [[nodiscard]] FidelityDocument &output() { return m_output; }
 
+    /// The source of a page of the list; null for a blank one.
+    [[nodiscard]] FidelityDocument *source(qsizetype position) const
+    {
+        return m_uses.at(position).source;
+    }
+
 private:
     /// One page of the list.
     struct Use
@@ -58,6 +64,7 @@ private:
     void compare(const QString &what, const QByteArray &found, const QByteArray &wanted);
     void compareLists(const QString &what, const QStringList &found, const QStringList &wanted);
     void comparePage(qsizetype position);
+    [[nodiscard]] std::set<QString> deadTitles();
     [[nodiscard]] QStringList annotationLines(FidelityDocument &document, qsizetype index);
     void compareFieldNames(const std::vector<QList<FidelityWidget>> &found);
     void compareCalculationOrder();

@@ -34,12 +34,18 @@ QStringList FidelityComparison::fieldProblems()
         const Use &use = m_uses.at(i);
         found.push_back(FidelityFields::onPage(m_output, i));
         QStringList contents;
-        for (const FidelityWidget &widget : found.back())
-            contents.append(lastingContent(widget));
         QStringList wanted;
-        if (use.source != nullptr) {
-            for (const FidelityWidget &widget : FidelityFields::onPage(*use.source, use.index))
-                wanted.append(lastingContent(widget));
+        QList<FidelityWidget> originals;
+        if (use.source != nullptr)
+            originals = FidelityFields::onPage(*use.source, use.index);
+        for (const FidelityWidget &widget : std::as_const(originals))
+            wanted.append(lastingContent(widget));
+        for (qsizetype k = 0; k < found.back().size(); ++k) {
+            FidelityWidget widget = found.back().at(k);
+            // A font that was never there may be anything.
+            if (k < originals.size() && !originals.at(k).hasFont())
+                widget.font = originals.at(k).font;
+            contents.append(lastingContent(widget));
         }
         compareLists(QStringLiteral("fields of page %1 (%2)").arg(i + 1).arg(mark(use)), contents,
                      wanted);

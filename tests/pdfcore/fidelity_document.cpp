@@ -10,24 +10,19 @@ namespace {
 
 constexpr int kMaxDepth = 60;
 
-/// The text that a page shows as its mark.
-QString markIn(const QByteArray &content)
+/// The text that a page shows as its mark, from the first part of its content that has one.
+QString markOf(QPDFObjectHandle page)
 {
     static const QRegularExpression mark(QStringLiteral("\\(([A-Z]+-\\d+)\\) *Tj"));
-    return mark.match(QString::fromLatin1(content)).captured(1);
-}
-
-QByteArray contentOfPage(QPDFObjectHandle page)
-{
     QPDFObjectHandle contents = page.getKey("/Contents");
-    if (contents.isStream())
-        return fidelityData(contents);
-    QByteArray all;
-    if (contents.isArray()) {
-        for (int i = 0; i < contents.getArrayNItems(); ++i)
-            all += fidelityData(contents.getArrayItem(i)) + '\n';
+    const std::vector<QPDFObjectHandle> parts =
+        contents.isArray() ? contents.getArrayAsVector() : std::vector{contents};
+    for (const QPDFObjectHandle &part : parts) {
+        const QString text = QString::fromLatin1(fidelityData(part));
+        if (const QRegularExpressionMatch found = mark.match(text); found.hasMatch())
+            return found.captured(1);
     }
-    return all;
+    return {};
 }
 
 QString roman(long long number)
@@ -122,7 +117,7 @@ FidelityDocument::FidelityDocument(const QString &path, const QByteArray &passwo
         m_pages = m_pdf->getAllPages();
         for (QPDFObjectHandle &page : m_pages) {
             m_indexes.emplace(page.getObjGen(), m_marks.size());
-            m_marks.append(markIn(contentOfPage(page)));
+            m_marks.append(markOf(page));
         }
     } catch (const std::exception &exception) {
         m_problem = QString::fromLocal8Bit(exception.what());
@@ -235,12 +230,15 @@ std::map<long long, QPDFObjectHandle> FidelityDocument::numbers(QPDFObjectHandle
 
 QStringList FidelityDocument::labels()
 {
-    const std::map<long long, QPDFObjectHandle> ranges = numbers(catalogue().getKey("/PageLabels"));
+    std::map<long long, QPDFObjectHandle> ranges = numbers(catalogue().getKey("/PageLabels"));
+    // What is no range does not end the one before.
+    std::erase_if(ranges,
+                  [](auto &range) { return !QPDFObjectHandle(range.second).isDictionary(); });
     QStringList texts;
     for (long long index = 0; !ranges.empty() && index < m_marks.size(); ++index) {
         auto range = ranges.upper_bound(index);
         if (range == ranges.begin())
-            texts.append(QStringLiteral("none"));
+            texts.append(kNoLabel.toString());
         else
             texts.append(labelOf(std::prev(range)->second, index - std::prev(range)->first));
     }

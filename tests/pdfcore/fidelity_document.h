@@ -69,6 +69,9 @@ public:
     /// The entries of a number tree, by number.
     [[nodiscard]] static std::map<long long, QPDFObjectHandle> numbers(QPDFObjectHandle tree);
 
+    /// What stands for the labels of pages before the first one that has a label.
+    static constexpr QStringView kNoLabel = u"none";
+
     /// The labels of all pages as a reader shows them; empty when the document has none.
     [[nodiscard]] QStringList labels();
 

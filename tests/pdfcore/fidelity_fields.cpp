@@ -172,6 +172,47 @@ QList<FidelityWidget> onPage(FidelityDocument &document, qsizetype index)
     return widgets;
 }
 
+void completeForm(FidelityDocument &document)
+{
+    QPDFObjectHandle form = document.catalogue().getKey("/AcroForm");
+    if (!form.isDictionary())
+        return;
+    std::vector<QPDFObjectHandle> fields;
+    if (QPDFObjectHandle list = form.getKey("/Fields"); list.isArray())
+        fields = list.getArrayAsVector();
+    std::set<QPDFObjGen> visited;
+    for (const QPDFObjectHandle &field : fields)
+        visited.insert(QPDFObjectHandle(field).getObjGen());
+    const auto visitBelow = [&visited](std::vector<QPDFObjectHandle> waiting) {
+        for (std::size_t i = 0; i < waiting.size(); ++i) {
+            QPDFObjectHandle field = waiting[i];
+            if (!field.isDictionary() || !field.getKey("/Kids").isArray())
+                continue;
+            for (QPDFObjectHandle &kid : field.getKey("/Kids").getArrayAsVector()) {
+                if (!kid.isDictionary() || !visited.insert(kid.getObjGen()).second)
+                    continue;
+                if (!kid.hasKey("/Parent"))
+                    kid.replaceKey("/Parent", field);
+                waiting.push_back(kid);
+            }
+        }
+    };
+    visitBelow(fields);
+    for (qsizetype i = 0; i < document.marks().size(); ++i) {
+        for (QPDFObjectHandle annotation : document.annotations(i)) {
+            if (!isWidget(annotation))
+                continue;
+            QPDFObjectHandle root = rootOf(fieldOf(annotation));
+            const bool isField = root.hasKey("/FT") || root.hasKey("/T");
+            if (!isField || !visited.insert(root.getObjGen()).second)
+                continue;
+            fields.push_back(root);
+            visitBelow({root});
+        }
+    }
+    form.replaceKey("/Fields", QPDFObjectHandle::newArray(fields));
+}
+
 QStringList calculationOrder(FidelityDocument &document)
 {
     QStringList names;

@@ -14,6 +14,9 @@ struct FidelityWidget
     QPDFObjGen root;       ///< The root field.
     QPDFObjGen widget;
 
+    /// Whether the form holds the font that the /DA means.
+    [[nodiscard]] bool hasFont() const { return font.startsWith('/'); }
+
     /// All that stays the same wherever the widget goes.
     [[nodiscard]] QByteArray content() const;
 };
@@ -22,6 +25,10 @@ namespace FidelityFields {
 
 /// The widgets on a page, in the order of its annotations.
 QList<FidelityWidget> onPage(FidelityDocument &document, qsizetype index);
+
+/// Adds what a damaged form leaves out and a reader sees all the same: what fields are parts of,
+/// and fields that only a page knows.
+void completeForm(FidelityDocument &document);
 
 /// Full names of the fields of the calculation order.
 QStringList calculationOrder(FidelityDocument &document);

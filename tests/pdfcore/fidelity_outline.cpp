@@ -117,10 +117,19 @@ QList<FidelityOutlineEntry> read(FidelityDocument &document, QStringList *proble
 QList<FidelityOutlineEntry> filtered(const QList<FidelityOutlineEntry> &entries,
                                      const std::function<bool(const QString &mark)> &isKept)
 {
+    return without(entries, [&isKept](const FidelityOutlineEntry &entry) {
+        return entry.target.isPage && !isKept(entry.target.mark);
+    });
+}
+
+QList<FidelityOutlineEntry>
+without(const QList<FidelityOutlineEntry> &entries,
+        const std::function<bool(const FidelityOutlineEntry &entry)> &isInTheWay)
+{
     QList<FidelityOutlineEntry> result;
     for (const FidelityOutlineEntry &entry : entries) {
-        const QList<FidelityOutlineEntry> children = filtered(entry.children, isKept);
-        if (entry.target.isPage && !isKept(entry.target.mark)) {
+        const QList<FidelityOutlineEntry> children = without(entry.children, isInTheWay);
+        if (isInTheWay(entry)) {
             result += children;
         } else if (!entry.isHeading() || !children.isEmpty() || entry.children.isEmpty()) {
             result.append(entry);

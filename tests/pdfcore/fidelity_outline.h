@@ -15,6 +15,9 @@ struct FidelityOutlineEntry
 
     /// An entry that leads nowhere.
     [[nodiscard]] bool isHeading() const { return !target.isPage && target.other.isEmpty(); }
+
+    /// An entry that was meant to lead to a page and does not.
+    [[nodiscard]] bool leadsNowhere() const { return target.isPage && target.index < 0; }
 };
 
 namespace FidelityOutline {
@@ -25,6 +28,12 @@ QList<FidelityOutlineEntry> read(FidelityDocument &document, QStringList *proble
 /// The outline without the entries whose page `isKept` denies; their children move up.
 QList<FidelityOutlineEntry> filtered(const QList<FidelityOutlineEntry> &entries,
                                      const std::function<bool(const QString &mark)> &isKept);
+
+/// The outline without the entries that are in the way, whose children move up, and without
+/// headings that have lost all of theirs by that.
+QList<FidelityOutlineEntry>
+without(const QList<FidelityOutlineEntry> &entries,
+        const std::function<bool(const FidelityOutlineEntry &entry)> &isInTheWay);
 
 /// One line for each entry: its depth, title, target, style and whether it is open.
 QStringList lines(const QList<FidelityOutlineEntry> &entries);

@@ -288,8 +288,13 @@ QStringList structureProblems(FidelityDocument &document)
 
 QStringList problems(const QString &path)
 {
-    QStringList problems = syntaxProblems(path);
     FidelityDocument document(path);
+    return problems(path, document);
+}
+
+QStringList problems(const QString &path, FidelityDocument &document)
+{
+    QStringList problems = syntaxProblems(path);
     if (!document.problem().isEmpty())
         return problems + QStringList{document.problem()};
     problems += pageProblems(document);

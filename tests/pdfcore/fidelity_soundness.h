@@ -11,6 +11,9 @@ namespace FidelitySoundness {
 /// Everything that is wrong with a file; each line says one thing.
 QStringList problems(const QString &path);
 
+/// The same for a file that is open already.
+QStringList problems(const QString &path, FidelityDocument &document);
+
 /// What the checker of the QPDF library finds.
 QStringList syntaxProblems(const QString &path);
 

@@ -266,7 +266,7 @@ void FidelityFixtureTest::checksSeeWhatIsWrong_data()
         [](QPDF &pdf) { pdf.getRoot().getKey("/OCProperties").getKey("/D").removeKey("/OFF"); });
     row("layers lost", u"names the layer"_s,
         [](QPDF &pdf) { pdf.getRoot().removeKey("/OCProperties"); });
-    row("structure of a page lost", u"has lost its structure"_s,
+    row("structure of a page lost", u"page 3 (MAIN-3) structure: nothing instead of"_s,
         [](QPDF &pdf) { pageOf(pdf, 2).removeKey("/StructParents"); });
     row("structure lost", u"the document no structure"_s,
         [](QPDF &pdf) { pdf.getRoot().removeKey("/StructTreeRoot"); });

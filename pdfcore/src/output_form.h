@@ -1,0 +1,63 @@
+#pragma once
+
+#include "pdfcore/src/action_targets.h"
+#include "pdfcore/src/annotation_copier.h"
+#include "pdfcore/src/form_fields.h"
+#include "pdfcore/src/object_copier.h"
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace pdfcore {
+
+/// The form of the output.
+class OutputForm
+{
+public:
+    /// Starts with the form of the main document.
+    OutputForm(QPDF &output, const FormFields &main);
+
+    /// Keeps the names of these fields from being given to others that have to be renamed.
+    void reserveNames(const FormFields &fields);
+
+    /// Adds copies of the fields of another source, whose pages have been mapped. A name that is
+    /// taken gets a number behind it.
+    ///
+    /// @return  The new names under the old ones.
+    ActionTargets::Names add(const FormFields &fields, ObjectCopier &copier);
+
+    /// Gives the widgets of a page's copy fields of their own, with the values of the originals.
+    void addCopies(const AnnotationCopies &copies);
+
+    /// Writes the form into the catalogue. Forms of the XFA kind describe pages of their own, so
+    /// they go when the pages are not those of the main document any more.
+    void install(bool pagesChanged);
+
+private:
+    using Clones = ActionTargets::Objects;
+    using Names = ActionTargets::Names;
+
+    QPDFObjectHandle cloneOf(QPDFObjectHandle field, Clones &clones,
+                             std::vector<QPDFObjectHandle> &roots);
+    static void setKids(QPDFObjectHandle original, QPDFObjectHandle clone, const Clones &clones);
+    [[nodiscard]] bool isTaken(const std::string &name) const;
+    std::string freeFieldName(const std::string &wanted, const std::set<std::string> &fresh);
+    Names addRoots(const std::vector<QPDFObjectHandle> &fields);
+    void adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHandle> &roots,
+                       ObjectCopier &copier);
+    Names adoptResources(QPDFObjectHandle resources);
+
+    QPDF &m_output;
+    QPDFObjectHandle m_form;
+    std::vector<QPDFObjectHandle> m_roots;
+    std::vector<QPDFObjectHandle> m_calculationOrder;
+    std::size_t m_ownOrder; ///< Fields in it before those of copies.
+    std::set<QPDFObjGen> m_rootIds;
+    std::set<std::string> m_names; ///< Partial names of the topmost fields, in UTF-8.
+    std::set<std::string> m_reservedNames;
+    std::map<std::string, int> m_nextNumbers; ///< Behind a name that is taken.
+};
+
+} // namespace pdfcore

@@ -1,0 +1,60 @@
+#include "tests/pdfcore/fidelity_baseline.h"
+
+#include "tests/pdfcore/fidelity_document.h"
+#include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_soundness.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+/// The problems of a file, one line each, the checker's report in lines as well.
+QStringList problemsOf(const QString &path, FidelityDocument &document)
+{
+    QStringList lines;
+    for (const QString &problem : FidelitySoundness::problems(path, document)) {
+        for (QString line : problem.split(u'\n', Qt::SkipEmptyParts))
+            lines.append(line.replace(path, QStringLiteral("FILE")));
+    }
+    return lines;
+}
+
+QString kindOf(QString problem)
+{
+    // Numbers behind names that had to change are no part of what is said.
+    static const QRegularExpression added(QStringLiteral("_\\d+\\b"));
+    static const QRegularExpression number(QStringLiteral("-?\\d+"));
+    problem.remove(added);
+    return problem.replace(number, QStringLiteral("#"));
+}
+
+} // namespace
+
+FidelityBaseline::FidelityBaseline(const QString &path)
+{
+    FidelityDocument document(path);
+    if (document.problem().isEmpty())
+        FidelityFields::completeForm(document);
+    for (const QString &problem : problemsOf(path, document))
+        ++m_known[kindOf(problem)];
+}
+
+void FidelityBaseline::add(const FidelityBaseline &other)
+{
+    for (auto it = other.m_known.cbegin(); it != other.m_known.cend(); ++it)
+        m_known[it.key()] += it.value();
+}
+
+QStringList FidelityBaseline::newProblems(const QString &path, FidelityDocument &document,
+                                          int copies) const
+{
+    QMap<QString, QStringList> found;
+    for (const QString &problem : problemsOf(path, document))
+        found[kindOf(problem)].append(problem);
+    QStringList result;
+    for (auto it = found.cbegin(); it != found.cend(); ++it) {
+        if (it.value().size() > m_known.value(it.key()) * copies)
+            result.append(it.value());
+    }
+    return result;
+}
