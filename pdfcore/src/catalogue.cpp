@@ -45,11 +45,16 @@ void reduceNamedDestinations(SourceDocument &main, LinkReducer &links)
     if (!entryOf(names, "/Dests").isDictionary())
         return;
     NameEntries kept;
+    bool isChanged = false;
     for (auto &[name, destination] : readNameTree(names.getKey("/Dests"))) {
         QPDFObjectHandle reduced = links.reducedDestination(destination).use;
+        isChanged = isChanged || reduced.unparse() != destination.unparse();
         if (!reduced.isNull())
             kept.emplace_back(name, reduced);
     }
+    // A tree that is written anew is without what was damaged in it.
+    if (!isChanged)
+        return;
     if (kept.empty())
         names.removeKey("/Dests");
     else

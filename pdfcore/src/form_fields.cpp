@@ -51,9 +51,7 @@ public:
             while (field.isDictionary() && m_unsigned.insert(field.getObjGen()).second) {
                 if (isSignature(field.getKey("/V")))
                     field.removeKey("/V");
-                field = field.getKey("/Parent");
-                if (!field.isIndirect())
-                    break;
+                field = parentField(field);
             }
         }
     }
@@ -136,9 +134,9 @@ private:
         std::vector<QPDFObjectHandle> below;
         for (const QPDFObjectHandle &item : itemsOf(list)) {
             QPDFObjectHandle field = item;
-            QPDFObjectHandle parent = entryOf(field, "/Parent");
+            QPDFObjectHandle parent = parentField(field);
             // Some documents list fields that belong to others of the list as well.
-            if (parent.isIndirect() && listed.count(parent.getObjGen()) != 0 &&
+            if (!parent.isNull() && listed.count(parent.getObjGen()) != 0 &&
                 !isSameObject(parent, field))
                 below.push_back(field);
             else
@@ -160,8 +158,7 @@ private:
     {
         for (const QPDFObjGen &id : m_unattached) {
             QPDFObjectHandle field = m_source.document().getObject(id);
-            QPDFObjectHandle parent = field.getKey("/Parent");
-            const bool isTopmost = !parent.isDictionary() || !parent.isIndirect();
+            const bool isTopmost = parentField(field).isNull();
             const std::size_t next = m_nodes.size();
             if (isTopmost && (field.hasKey("/FT") || field.getKey("/T").isString()))
                 addNode(field, -1, -1);
@@ -189,9 +186,9 @@ private:
             if (!m_unattached.insert(above.getObjGen()).second)
                 return;
             chain.push_back(above);
-            above = above.getKey("/Parent");
+            above = parentField(above);
         }
-        if (chain.empty() || !above.isDictionary() || !above.isIndirect())
+        if (chain.empty() || above.isNull())
             return;
         int parent = m_indexes.at(above.getObjGen());
         const std::size_t next = m_nodes.size();
@@ -284,15 +281,30 @@ private:
 
 } // namespace
 
+QPDFObjectHandle parentField(QPDFObjectHandle field)
+{
+    QPDFObjectHandle parent = entryOf(field, "/Parent");
+    QPDFObjectHandle type = entryOf(parent, "/Type");
+    const bool isField = parent.isDictionary() && parent.isIndirect() &&
+                         (!type.isName() || type.getName() == "/Annot");
+    return isField ? parent : QPDFObjectHandle::newNull();
+}
+
 FormFields FormFields::of(SourceDocument &source, LinkReducer &links, bool keepsBareFields)
 {
     FormFields fields;
     FieldReducer reducer(source, links, keepsBareFields);
     reducer.dropSignatures();
     QPDFObjectHandle form = entryOf(source.root(), "/AcroForm");
+    // Widgets without a form are fields to many readers; beside a form they would take what it says
+    // about its own ones.
+    if (!form.isDictionary() && !keepsBareFields)
+        fields.m_roots = reducer.reduce(QPDFObjectHandle::newNull());
     if (!form.isDictionary())
         return fields;
     fields.m_form = form;
+    for (const QPDFObjectHandle &field : itemsOf(form.getKey("/Fields")))
+        fields.m_hadFields = fields.m_hadFields || QPDFObjectHandle(field).isDictionary();
     fields.m_roots = reducer.reduce(form.getKey("/Fields"));
     for (const QPDFObjectHandle &field : itemsOf(form.getKey("/CO"))) {
         if (reducer.hasKept(field))

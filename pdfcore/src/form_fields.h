@@ -7,6 +7,10 @@
 
 namespace pdfcore {
 
+/// The field that a field or widget is a part of; null when there is none. Damaged files name a
+/// page instead.
+QPDFObjectHandle parentField(QPDFObjectHandle field);
+
 /// The fields of one source, without those whose widgets were on pages that are gone, and without
 /// the values of signatures, which do not hold for a document that was written anew.
 class FormFields
@@ -18,7 +22,10 @@ public:
     /// @param keepsBareFields  Whether fields that no page shows stay.
     static FormFields of(SourceDocument &source, LinkReducer &links, bool keepsBareFields);
 
+    /// Null when there is none.
     [[nodiscard]] QPDFObjectHandle form() const { return m_form; }
+    /// Whether there were fields before the form was reduced.
+    [[nodiscard]] bool hadFields() const { return m_hadFields; }
     [[nodiscard]] const std::vector<QPDFObjectHandle> &roots() const { return m_roots; }
     [[nodiscard]] const std::vector<QPDFObjectHandle> &calculationOrder() const
     {
@@ -29,6 +36,7 @@ private:
     QPDFObjectHandle m_form = QPDFObjectHandle::newNull(); ///< The form's dictionary.
     std::vector<QPDFObjectHandle> m_roots;
     std::vector<QPDFObjectHandle> m_calculationOrder;
+    bool m_hadFields = false;
 };
 
 } // namespace pdfcore

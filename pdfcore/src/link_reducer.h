@@ -53,6 +53,9 @@ public:
     /// meaning, links that led nowhere would lead somewhere.
     [[nodiscard]] const std::set<std::string> &brokenNames() const { return m_brokenNames; }
 
+    /// Annotations that had to go.
+    [[nodiscard]] const std::set<QPDFObjGen> &goneAnnotations() const { return m_goneAnnotations; }
+
 private:
     bool reduceAnnotation(QPDFObjectHandle annotation, QPDFObjectHandle page);
 

@@ -46,7 +46,7 @@ bool isButton(QPDFObjectHandle field)
     for (int depth = 0; field.isDictionary() && depth < kMaxFieldDepth; ++depth) {
         if (QPDFObjectHandle type = field.getKey("/FT"); type.isName())
             return type.getName() == "/Btn";
-        field = field.getKey("/Parent");
+        field = parentField(field);
     }
     return false;
 }
@@ -89,6 +89,7 @@ OutputForm::OutputForm(QPDF &output, const FormFields &main)
     , m_form(main.form())
     , m_calculationOrder(main.calculationOrder())
     , m_ownOrder(m_calculationOrder.size())
+    , m_hadFields(main.hadFields())
 {
     for (QPDFObjectHandle root : main.roots()) {
         m_roots.push_back(root);
@@ -149,7 +150,8 @@ void OutputForm::reserveNames(const FormFields &fields)
 
 OutputForm::Names OutputForm::add(const FormFields &fields, ObjectCopier &copier)
 {
-    if (fields.roots().empty())
+    const bool areJustWidgets = fields.form().isNull() && !m_form.isDictionary();
+    if (fields.roots().empty() || areJustWidgets)
         return {};
     std::vector<QPDFObjectHandle> roots;
     for (const QPDFObjectHandle &root : fields.roots())
@@ -169,7 +171,7 @@ void OutputForm::adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHand
 {
     const Names renamed = adoptResources(copier.copy(entryOf(form, "/DR")));
     for (const char *key : {"/DA", "/Q"}) {
-        QPDFObjectHandle theirs = form.getKey(key);
+        QPDFObjectHandle theirs = entryOf(form, key);
         // Where nothing is said, text is aligned to the left and looks as the reader likes.
         if (theirs.isNull() && m_form.hasKey(key))
             theirs = std::string(key) == "/Q" ? QPDFObjectHandle::newInteger(0)
@@ -181,7 +183,7 @@ void OutputForm::adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHand
                 root.replaceKey(key, theirs.shallowCopy());
         }
     }
-    if (QPDFObjectHandle needed = form.getKey("/NeedAppearances");
+    if (QPDFObjectHandle needed = entryOf(form, "/NeedAppearances");
         needed.isBool() && needed.getBoolValue())
         m_form.replaceKey("/NeedAppearances", QPDFObjectHandle::newBool(true));
     if (renamed.empty())
@@ -254,8 +256,8 @@ QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones,
         if (!isNew)
             break;
         below = clone;
-        QPDFObjectHandle parent = field.getKey("/Parent");
-        if (!parent.isDictionary() || !parent.isIndirect()) {
+        QPDFObjectHandle parent = parentField(field);
+        if (parent.isNull()) {
             if (m_rootIds.count(field.getObjGen()) != 0)
                 roots.push_back(clone);
             break;
@@ -300,8 +302,8 @@ void OutputForm::addCopies(const AnnotationCopies &copies)
         if (!isWidget(original) && !original.hasKey("/FT"))
             continue;
         copied.replaceKey("/AP", copyOfAppearance(original.getKey("/AP")));
-        QPDFObjectHandle parent = original.getKey("/Parent");
-        if (parent.isDictionary() && parent.isIndirect())
+        QPDFObjectHandle parent = parentField(original);
+        if (!parent.isNull())
             copied.replaceKey("/Parent", cloneOf(parent, clones, roots));
         else if (m_rootIds.count(original.getObjGen()) != 0)
             roots.push_back(copied);
@@ -324,8 +326,7 @@ void OutputForm::install(bool pagesChanged)
     QPDFObjectHandle catalogue = m_output.getRoot();
     if (!m_form.isDictionary())
         return;
-    const bool lostAll = m_roots.empty() && !itemsOf(m_form.getKey("/Fields")).empty();
-    if (lostAll) {
+    if (m_roots.empty() && m_hadFields) {
         catalogue.removeKey("/AcroForm");
         return;
     }

@@ -54,6 +54,7 @@ private:
     std::vector<QPDFObjectHandle> m_roots;
     std::vector<QPDFObjectHandle> m_calculationOrder;
     std::size_t m_ownOrder; ///< Fields in it before those of copies.
+    bool m_hadFields;       ///< Of the main document, before pages went.
     std::set<QPDFObjGen> m_rootIds;
     std::set<std::string> m_names; ///< Partial names of the topmost fields, in UTF-8.
     std::set<std::string> m_reservedNames;

@@ -23,9 +23,9 @@ void SourceInOutput::reduce(LinkReducer::Role role)
     m_brokenNames = links.brokenNames();
     if (!m_source.losesPages())
         return;
-    links.dropGoneAnnotations();
     if (isMain)
-        reduceStructure(m_source);
+        reduceStructure(m_source, links.goneAnnotations());
+    links.dropGoneAnnotations();
     pruneResources(m_source);
     dropGonePages();
 }

@@ -33,8 +33,9 @@ std::vector<QPDFObjectHandle> kidsOf(QPDFObjectHandle element)
 class StructureReducer
 {
 public:
-    explicit StructureReducer(SourceDocument &source)
+    StructureReducer(SourceDocument &source, const std::set<QPDFObjGen> &goneAnnotations)
         : m_source(source)
+        , m_goneAnnotations(goneAnnotations)
     {
         for (const int index : source.gonePages())
             noteAnnotations(index, true);
@@ -160,10 +161,13 @@ bool isNothing(QPDFObjectHandle value)
            });
 }
 
-void reduceParentTree(SourceDocument &source, QPDFObjectHandle root)
+void reduceParentTree(SourceDocument &source, QPDFObjectHandle root,
+                      const std::set<QPDFObjGen> &goneAnnotations)
 {
     std::set<long long> goneKeys;
     std::set<long long> keptKeys;
+    for (const QPDFObjGen &id : goneAnnotations)
+        noteKey(source.document().getObject(id), "/StructParent", goneKeys);
     for (const int index : source.gonePages())
         noteKeys(source.page(index), goneKeys);
     for (const int index : source.keptPages())
@@ -188,13 +192,13 @@ void reduceNames(SourceDocument &source, QPDFObjectHandle root)
 
 } // namespace
 
-void reduceStructure(SourceDocument &source)
+void reduceStructure(SourceDocument &source, const std::set<QPDFObjGen> &goneAnnotations)
 {
     QPDFObjectHandle root = entryOf(source.root(), "/StructTreeRoot");
     if (!root.isDictionary())
         return;
-    StructureReducer(source).reduce(root);
-    reduceParentTree(source, root);
+    StructureReducer(source, goneAnnotations).reduce(root);
+    reduceParentTree(source, root, goneAnnotations);
     reduceNames(source, root);
     if (kidsOf(root).empty()) {
         source.root().removeKey("/StructTreeRoot");

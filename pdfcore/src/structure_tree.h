@@ -2,10 +2,14 @@
 
 #include "pdfcore/src/source_document.h"
 
+#include <set>
+
 namespace pdfcore {
 
 /// Takes out of the structure tree of the main document what belongs to pages that are gone: marked
 /// content, objects, elements that hold nothing else, and their entries in the parent tree.
-void reduceStructure(SourceDocument &source);
+///
+/// @param goneAnnotations  Annotations of kept pages that had to go as well.
+void reduceStructure(SourceDocument &source, const std::set<QPDFObjGen> &goneAnnotations);
 
 } // namespace pdfcore

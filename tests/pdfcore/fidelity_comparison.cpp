@@ -50,18 +50,6 @@ QString differenceOf(const QString &found, const QString &wanted)
     return excerpt(found, start) + QStringLiteral(" instead of ") + excerpt(wanted, start);
 }
 
-/// Whether a form names a field that is there.
-bool hasFields(QPDFObjectHandle form)
-{
-    QPDFObjectHandle fields =
-        form.isDictionary() ? form.getKey("/Fields") : QPDFObjectHandle::newNull();
-    for (int i = 0; fields.isArray() && i < fields.getArrayNItems(); ++i) {
-        if (fields.getArrayItem(i).isDictionary())
-            return true;
-    }
-    return false;
-}
-
 /// Whether the layer is shown when the document opens.
 bool isShown(FidelityDocument &document, const QPDFObjectHandle &layer)
 {
@@ -145,6 +133,17 @@ std::vector<QPDFObjectHandle> elementsOfPage(FidelityDocument &document, qsizety
     return QPDFObjectHandle(entry->second).getArrayAsVector();
 }
 
+/// Whether an element names marked content of a page that need not be its own.
+bool hasContentOf(FidelityDocument &document, QPDFObjectHandle element, qsizetype index)
+{
+    QPDFObjectHandle kids = element.getKey("/K");
+    for (QPDFObjectHandle &kid : kids.isArray() ? kids.getArrayAsVector() : std::vector{kids}) {
+        if (kid.isDictionary() && document.indexOf(kid.getKey("/Pg")) == index)
+            return true;
+    }
+    return false;
+}
+
 /// What an element is, says, and whether its page is the one with the given index; elements of
 /// pages that are not kept are nothing.
 QString describeElement(FidelityDocument &document, QPDFObjectHandle element, qsizetype index,
@@ -152,7 +151,8 @@ QString describeElement(FidelityDocument &document, QPDFObjectHandle element, qs
 {
     if (!element.isDictionary())
         return QStringLiteral("nothing");
-    const qsizetype page = document.indexOf(element.getKey("/Pg"));
+    const qsizetype own = document.indexOf(element.getKey("/Pg"));
+    const qsizetype page = hasContentOf(document, element, index) ? index : own;
     if (page >= 0 && !kept.contains(document.marks().at(page)))
         return QStringLiteral("nothing");
     QByteArray text = document.describe(element.getKey("/S"));
@@ -501,9 +501,7 @@ QStringList FidelityComparison::catalogueProblems()
     else if (opening.isArray() && found.hasKey("/OpenAction"))
         m_problems.append(QStringLiteral("/OpenAction to a page that is gone"));
     for (const std::string &key : isUnchanged() ? root.getKeys() : std::set<std::string>()) {
-        // A form without a single field holds nothing.
-        const bool isEmptyForm = key == "/AcroForm" && !hasFields(root.getKey(key));
-        if (key != "/Perms" && !isEmptyForm && !found.hasKey(key))
+        if (key != "/Perms" && !found.hasKey(key))
             m_problems.append(QString::fromStdString(key) + QStringLiteral(" is lost"));
     }
     return taken();

@@ -51,6 +51,7 @@ private slots:
     void informationStays();
     void metadataStays();
     void everyKeyStaysWithAnUnchangedList();
+    void damagedNamesStayWithAnUnchangedList();
     void unknownKeysStay();
     void markedDocumentIsTheMainOne();
     void firstDocumentIsTheMainOne();
@@ -133,6 +134,20 @@ void FidelityCatalogueTest::everyKeyStaysWithAnUnchangedList()
         QCOMPARE(saved->output().describe(saved->output().catalogue().getKey(key)),
                  source.describe(source.catalogue().getKey(key)));
     NO_PROBLEMS(saved->problems());
+}
+
+void FidelityCatalogueTest::damagedNamesStayWithAnUnchangedList()
+{
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/Names << /Dests {tree} >>");
+    document.set("tree",
+                 "<< /Names [(b) [{page2} /Fit] /odd [{page3} /Fit] (a) [{page1} /Fit]] >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    FidelityDocument source(test.path('M'));
+    const auto saved = test.save(u"M1-3"_s);
+    QCOMPARE(saved->output().describe(saved->output().catalogue().getKey("/Names")),
+             source.describe(source.catalogue().getKey("/Names")));
 }
 
 void FidelityCatalogueTest::unknownKeysStay()

@@ -39,6 +39,10 @@ private slots:
     void deepHierarchyEnds();
     void namesWithFullStops();
     void fieldsWithoutNames();
+    void fieldsThatAFurtherFormForgot();
+    void formWithoutDefaultsJoinsOneWithDefaults();
+    void widgetsWithoutAFormJoinAForm();
+    void formWithoutASoundFieldStays();
 };
 
 void FidelityFormsHostileTest::brokenFormsGiveSoundFiles_data()
@@ -69,6 +73,7 @@ void FidelityFormsHostileTest::brokenFormsGiveSoundFiles_data()
         {{"top", "<< /T (top) /FT /Tx /Kids [{a} {b}] >>"},
          {"other", "<< /T (other) /FT /Tx /Kids [{b} {c}] >>"},
          {"b", "<< " + kWidget + "/T (b) /Parent {top} >>"}});
+    row("parent is a page", usual, {{"a", "<< " + kWidget + "/T (a) /FT /Tx /Parent {page1} >>"}});
     row("order of other kinds", "<< /Fields [{a} {b} {c}] /CO [5 null {page1} {a} {a} {none}] >>",
         {{"none", "<< /T (none) /FT /Tx >>"}});
     row("fonts of other kinds", "<< /Fields [{a} {b} {c}] /DR 5 /DA 6 >>",
@@ -178,6 +183,68 @@ void FidelityFormsHostileTest::fieldsWithoutNames()
         QCOMPARE(widgets.at(0).value, Bytes("(a)"));
         QCOMPARE(widgets.at(1).value, Bytes("(b)"));
     }
+}
+
+void FidelityFormsHostileTest::fieldsThatAFurtherFormForgot()
+{
+    FidelityAssembly other = withForm("<< /Fields [null] /DR << /Font << /F9 {font} >> >> >>");
+    other.set("top", "<< /T (top) /FT /Tx /V (v) >>");
+    other.set("b", "<< " + kWidget + "/Parent {top} /DA (/F9 10 Tf) >>");
+    FidelityCase test;
+    test.add("MAIN", withForm("<< /Fields [{a} {b} {c}] /DR << /Font << >> >> >>").file());
+    test.add("OTHER", other.file());
+    const auto saved = test.save(u"M1 M2 O1"_s);
+    NO_PROBLEMS(saved->pageProblems());
+    NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+    const QList<FidelityWidget> widgets = FidelityFields::onPage(saved->output(), 2);
+    QCOMPARE(widgets.size(), 2);
+    QCOMPARE(widgets.at(0).fullName, u"a_2"_s);
+    QCOMPARE(widgets.at(1).fullName, u"top"_s);
+    QCOMPARE(widgets.at(1).value, Bytes("(v)"));
+    QVERIFY2(widgets.at(1).hasFont(), widgets.at(1).font.constData());
+}
+
+void FidelityFormsHostileTest::formWithoutDefaultsJoinsOneWithDefaults()
+{
+    FidelityCase test;
+    test.add("MAIN", withForm("<< /Fields [{a} {b} {c}] /DA (/Cour 30 Tf 1 0 0 rg) >>").file());
+    FidelityAssembly other = withForm("<< /Fields [{a} {b} {c}] >>");
+    other.addEntries("b", "/DA (/Helv 8 Tf)");
+    test.add("OTHER", other.file());
+    const auto saved = test.save(u"M1 O1"_s);
+    NO_PROBLEMS(saved->fieldProblems());
+    const auto appearanceOf = [&](qsizetype page, std::size_t number) {
+        return saved->output().annotations(page).at(number).getKey("/DA").unparse();
+    };
+    QCOMPARE(appearanceOf(0, 0), std::string("null"));
+    QCOMPARE(appearanceOf(1, 0), std::string("()"));
+    QCOMPARE(appearanceOf(1, 1), std::string("(/Helv 8 Tf)"));
+}
+
+void FidelityFormsHostileTest::widgetsWithoutAFormJoinAForm()
+{
+    FidelityAssembly other = withForm("<< /Fields [] >>");
+    other.replace("catalogue", "/AcroForm {form}", {});
+    FidelityCase test;
+    test.add("MAIN", withForm("<< /Fields [{a} {b} {c}] /DA (/Cour 30 Tf 1 0 0 rg) >>").file());
+    test.add("OTHER", other.file());
+    const auto saved = test.save(u"M1 M2 O1 O2"_s);
+    NO_PROBLEMS(saved->annotationProblems());
+    NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+    QCOMPARE(saved->output().annotations(2).front().getKey("/DA").unparse(), std::string("()"));
+    QCOMPARE(FidelityFields::onPage(saved->output(), 2).constFirst().fullName, u"a_2"_s);
+    QCOMPARE(FidelityFields::onPage(saved->output(), 3).constFirst().fullName, u"c_2"_s);
+}
+
+void FidelityFormsHostileTest::formWithoutASoundFieldStays()
+{
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 2);
+    document.addEntries("catalogue", "/AcroForm << /Fields [null 5] /DA (/F1 9 Tf) >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    QPDFObjectHandle form = test.save(u"M2 M1"_s)->output().catalogue().getKey("/AcroForm");
+    QVERIFY(form.isDictionary());
+    QCOMPARE(form.getKey("/DA").getStringValue(), std::string("/F1 9 Tf"));
 }
 
 QTEST_GUILESS_MAIN(FidelityFormsHostileTest)

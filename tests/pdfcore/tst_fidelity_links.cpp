@@ -66,6 +66,8 @@ private slots:
     void annotationsInTheirPage();
     void protectedDocument();
     void oneLinkOfManyGoes();
+    void numbersOfPagesThatWereNotThereLeadNowhere();
+    void namesThatStoodForNothingLeadNowhere();
 };
 
 void FidelityLinksTest::linksFollowTheirPages()
@@ -278,6 +280,44 @@ void FidelityLinksTest::oneLinkOfManyGoes()
     NO_PROBLEMS(saved->pageProblems());
     QCOMPARE(saved->output().annotations(1).size(), std::size_t{kLinks - 1});
     NO_PROBLEMS(saved->annotationProblems());
+}
+
+void FidelityLinksTest::numbersOfPagesThatWereNotThereLeadNowhere()
+{
+    // With more pages behind those of the document, page 6 would be there.
+    FidelityAssembly document = withOneLink("MAIN", "/Dest [5 /Fit]");
+    document.addEntries("page2", "/Annots [<< /Type /Annot /Subtype /Link /Rect [1 2 3 4] /A << /S "
+                                 "/GoTo /D [6 /Fit] /Next << /S /URI /URI (a:b) >> >> >>]");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    test.add("OTHER", FidelityFixture::plain("OTHER", 4).file());
+    const auto saved = test.save(u"M1-4 O1-4"_s);
+    NO_PROBLEMS(saved->pageProblems());
+    NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+    QVERIFY(!saved->output().annotations(0).front().hasKey("/Dest"));
+    QPDFObjectHandle action = saved->output().annotations(1).front().getKey("/A");
+    QCOMPARE(action.getKey("/S").getName(), std::string("/URI"));
+    // As long as the pages are what they were, the numbers are too.
+    const auto unchanged = test.save(u"M1-4"_s);
+    QVERIFY(unchanged->output().annotations(0).front().hasKey("/Dest"));
+    QVERIFY(unchanged->output().annotations(1).front().getKey("/A").hasKey("/D"));
+}
+
+void FidelityLinksTest::namesThatStoodForNothingLeadNowhere()
+{
+    FidelityCase test;
+    test.add("MAIN", withOneLink("MAIN", "/Dest (theirs)").file());
+    FidelityAssembly other = FidelityFixture::plain("OTHER", 2);
+    other.addEntries("catalogue", "/Names << /Dests << /Names [(ours) [{page1} /Fit] (theirs) "
+                                  "[{page2} /Fit]] >> >>");
+    test.add("OTHER", other.file());
+    const auto saved = test.save(u"M1-4 O1-2"_s);
+    NO_PROBLEMS(saved->annotationProblems());
+    QCOMPARE(saved->output().annotations(0).front().getKey("/Dest").getStringValue(),
+             std::string("theirs"));
+    QCOMPARE(saved->output().targetOf(saved->output().annotations(0).front()).index, -1);
+    QCOMPARE(saved->output().targetOfDestination(QPDFObjectHandle::newString("ours")).mark,
+             u"OTHER-1"_s);
 }
 
 QTEST_GUILESS_MAIN(FidelityLinksTest)
