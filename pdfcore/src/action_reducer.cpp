@@ -8,8 +8,9 @@ namespace pdfcore {
 
 namespace {
 
-/// Actions behind one that goes that are looked at to find what moves up.
-constexpr std::size_t kMaxMovedUp = 1'000;
+/// Actions that go that are passed to find what moves up, all chains together: chains may share
+/// their ends.
+constexpr std::size_t kMaxPassed = 1'000'000;
 
 /// Actions that are written behind stand-ins, of which a hostile file could need very many.
 constexpr std::size_t kMaxStandInItems = 100'000;
@@ -72,12 +73,11 @@ bool ActionReducer::hasToGo(std::size_t index) const
 }
 
 /// The list with what moves up in the places of those that go.
-std::vector<std::size_t> ActionReducer::stayingAmong(const std::vector<std::size_t> &next) const
+std::vector<std::size_t> ActionReducer::stayingAmong(const std::vector<std::size_t> &next)
 {
     std::vector<std::size_t> staying;
     std::set<std::size_t> passed;
     std::vector<std::size_t> waiting(next.rbegin(), next.rend());
-    std::size_t movedUp = 0;
     while (!waiting.empty()) {
         const std::size_t index = waiting.back();
         waiting.pop_back();
@@ -88,14 +88,14 @@ std::vector<std::size_t> ActionReducer::stayingAmong(const std::vector<std::size
         if (!passed.insert(index).second)
             continue;
         const std::vector<std::size_t> &behind = m_nodes[index].next;
-        movedUp += behind.size();
-        if (movedUp <= kMaxMovedUp)
+        m_passed += behind.size();
+        if (m_passed <= kMaxPassed)
             waiting.insert(waiting.end(), behind.rbegin(), behind.rend());
     }
     return staying;
 }
 
-void ActionReducer::setFollowing(const Node &node) const
+void ActionReducer::setFollowing(const Node &node)
 {
     QPDFObjectHandle action = node.action;
     bool isChanged = false;

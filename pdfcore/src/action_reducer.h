@@ -58,9 +58,9 @@ private:
     std::size_t addNode(QPDFObjectHandle action);
     std::vector<std::size_t> addFollowing(QPDFObjectHandle next);
     ReducedDestination::Kind reduceOne(QPDFObjectHandle action) const;
-    [[nodiscard]] std::vector<std::size_t> stayingAmong(const std::vector<std::size_t> &next) const;
+    std::vector<std::size_t> stayingAmong(const std::vector<std::size_t> &next);
     [[nodiscard]] bool hasToGo(std::size_t index) const;
-    void setFollowing(const Node &node) const;
+    void setFollowing(const Node &node);
     QPDFObjectHandle standInFor(const Node &node);
 
     Reduce m_reduce;
@@ -69,6 +69,7 @@ private:
     std::map<QPDFObjGen, std::size_t> m_indexes;
     std::map<QPDFObjGen, std::vector<std::size_t>> m_arrays; ///< Lists that are objects.
     std::size_t m_standInItems = 0;
+    std::size_t m_passed = 0;
 };
 
 } // namespace pdfcore

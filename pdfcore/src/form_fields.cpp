@@ -18,6 +18,19 @@ bool isSignature(QPDFObjectHandle value)
                                     hasName(value, "/Type", "/DocTimeStamp"));
 }
 
+/// The type of a field, its own or that of its parent.
+std::string typeOf(QPDFObjectHandle field, const std::string &parentType)
+{
+    QPDFObjectHandle own = field.getKey("/FT");
+    return own.isName() ? own.getName() : parentType;
+}
+
+void dropSignature(QPDFObjectHandle field, const std::string &type)
+{
+    if (type == "/Sig" || isSignature(field.getKey("/V")))
+        field.removeKey("/V");
+}
+
 /// A field or a widget while the form is walked.
 struct Node
 {
@@ -47,11 +60,16 @@ public:
     void dropSignatures()
     {
         for (const auto &[id, annotation] : m_onKeptPages) {
+            std::vector<QPDFObjectHandle> chain;
             QPDFObjectHandle field = annotation;
-            while (field.isDictionary() && m_unsigned.insert(field.getObjGen()).second) {
-                if (isSignature(field.getKey("/V")))
-                    field.removeKey("/V");
-                field = parentField(field);
+            for (; field.isDictionary() && m_types.emplace(field.getObjGen(), std::string()).second;
+                 field = parentField(field))
+                chain.push_back(field);
+            std::string type = field.isNull() ? std::string() : m_types[field.getObjGen()];
+            for (auto link = chain.rbegin(); link != chain.rend(); ++link) {
+                type = typeOf(*link, type);
+                m_types[link->getObjGen()] = type;
+                dropSignature(*link, type);
             }
         }
     }
@@ -69,7 +87,7 @@ public:
             if (!m_stays[i])
                 continue;
             if (m_nodes[i].parent < 0)
-                roots.push_back(m_nodes[i].field);
+                roots.push_back(newRoot(m_nodes[i].field));
             else
                 kids[static_cast<std::size_t>(m_nodes[i].parent)].push_back(static_cast<int>(i));
         }
@@ -80,6 +98,16 @@ public:
         return roots;
     }
 
+    [[nodiscard]] std::set<QPDFObjGen> keptFields() const
+    {
+        std::set<QPDFObjGen> kept;
+        for (std::size_t i = 0; i < m_nodes.size(); ++i) {
+            if (m_stays[i])
+                kept.insert(m_nodes[i].field.getObjGen());
+        }
+        return kept;
+    }
+
     [[nodiscard]] bool hasKept(QPDFObjectHandle field) const
     {
         const auto known = m_indexes.find(field.getObjGen());
@@ -88,6 +116,14 @@ public:
 
 private:
     using Annotations = std::map<QPDFObjGen, QPDFObjectHandle>;
+
+    /// A topmost field without what is no parent of it.
+    static QPDFObjectHandle newRoot(QPDFObjectHandle field)
+    {
+        if (field.hasKey("/Parent") && parentField(field).isNull())
+            field.removeKey("/Parent");
+        return field;
+    }
 
     void noteAnnotations(int index, Annotations &annotations) const
     {
@@ -108,10 +144,8 @@ private:
         const auto index = static_cast<int>(m_nodes.size());
         if (!m_indexes.emplace(field.getObjGen(), index).second)
             return;
-        std::string type = parent < 0 ? std::string() : at(parent).type;
-        if (QPDFObjectHandle own = field.getKey("/FT"); own.isName())
-            type = own.getName();
-        m_nodes.push_back({field, parent, place, type});
+        m_nodes.push_back(
+            {field, parent, place, typeOf(field, parent < 0 ? std::string() : at(parent).type)});
     }
 
     Node &at(int index) { return m_nodes[static_cast<std::size_t>(index)]; }
@@ -206,8 +240,7 @@ private:
         std::vector<bool> keepsKid(m_nodes.size(), false);
         for (std::size_t i = m_nodes.size(); i-- > 0;) {
             const Node &node = m_nodes[i];
-            if (node.type == "/Sig" || isSignature(QPDFObjectHandle(node.field).getKey("/V")))
-                QPDFObjectHandle(node.field).removeKey("/V");
+            dropSignature(node.field, node.type);
             m_stays[i] = keepsKid[i] || isOnKeptPage(node.field) ||
                          (!hasNodes[i] && m_keepsBareFields && isSomething(node.field) &&
                           !isOnGonePage(node.field));
@@ -272,9 +305,9 @@ private:
     bool m_keepsBareFields;
     Annotations m_onKeptPages;
     Annotations m_onGonePages;
-    std::set<QPDFObjGen> m_unsigned;   ///< Looked through for signatures.
-    std::set<QPDFObjGen> m_unattached; ///< Neither known nor below a known one.
-    std::vector<Node> m_nodes;         ///< Each one before those below it.
+    std::map<QPDFObjGen, std::string> m_types; ///< Looked through for signatures.
+    std::set<QPDFObjGen> m_unattached;         ///< Neither known nor below a known one.
+    std::vector<Node> m_nodes;                 ///< Each one before those below it.
     std::map<QPDFObjGen, int> m_indexes;
     std::vector<bool> m_stays;
 };
@@ -306,6 +339,7 @@ FormFields FormFields::of(SourceDocument &source, LinkReducer &links, bool keeps
     for (const QPDFObjectHandle &field : itemsOf(form.getKey("/Fields")))
         fields.m_hadFields = fields.m_hadFields || QPDFObjectHandle(field).isDictionary();
     fields.m_roots = reducer.reduce(form.getKey("/Fields"));
+    fields.m_kept = reducer.keptFields();
     for (const QPDFObjectHandle &field : itemsOf(form.getKey("/CO"))) {
         if (reducer.hasKept(field))
             fields.m_calculationOrder.push_back(field);

@@ -3,6 +3,7 @@
 #include "pdfcore/src/link_reducer.h"
 #include "pdfcore/src/source_document.h"
 
+#include <set>
 #include <vector>
 
 namespace pdfcore {
@@ -32,7 +33,14 @@ public:
         return m_calculationOrder;
     }
 
+    /// Whether a field of the form stays.
+    [[nodiscard]] bool holds(const QPDFObjectHandle &field) const
+    {
+        return m_kept.count(QPDFObjectHandle(field).getObjGen()) != 0;
+    }
+
 private:
+    std::set<QPDFObjGen> m_kept;
     QPDFObjectHandle m_form = QPDFObjectHandle::newNull(); ///< The form's dictionary.
     std::vector<QPDFObjectHandle> m_roots;
     std::vector<QPDFObjectHandle> m_calculationOrder;

@@ -33,12 +33,9 @@ ReducedDestination LinkReducer::reducedDestination(QPDFObjectHandle destination)
     if (target.kind == SourceDocument::Target::Kind::OutsidePage && isMain && m_source.losesPages())
         return {Kind::Gone};
     if (target.kind != SourceDocument::Target::Kind::Page) {
-        QPDFObjectHandle first = destination.isArray() && destination.getArrayNItems() > 0
-                                     ? destination.getArrayItem(0)
-                                     : destination;
-        bool mayStay = m_role == Role::UnchangedMain || first.isNull();
-        if (m_role == Role::Main)
-            mayStay = !first.isInteger();
+        const bool isNumber = destination.isArray() && destination.getArrayNItems() > 0 &&
+                              destination.getArrayItem(0).isInteger();
+        const bool mayStay = m_role == Role::UnchangedMain || (isMain && !isNumber);
         if (isMain && isName)
             m_brokenNames.insert(nameIn(destination));
         return {Kind::Broken, mayStay ? destination : QPDFObjectHandle::newNull()};

@@ -194,7 +194,7 @@ std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage
         if (!used.insert(page.getObjGen()).second) {
             AnnotationCopies copies;
             page = newPageCopy(*m_output, page, &copies);
-            form.addCopies(copies);
+            form.addCopies(page, copies);
         }
         turnPage(page, place.source->ownRotation(place.index), wanted.rotation);
         placed.push_back(page);

@@ -15,6 +15,23 @@ bool isWidget(QPDFObjectHandle object)
     return hasName(object, "/Subtype", "/Widget");
 }
 
+/// Calls `visit` with the fields and all that is below them.
+template <typename Visit>
+void forEachField(const std::vector<QPDFObjectHandle> &fields, Visit &&visit)
+{
+    std::set<QPDFObjGen> visited;
+    std::vector<QPDFObjectHandle> waiting = fields;
+    while (!waiting.empty()) {
+        QPDFObjectHandle field = waiting.back();
+        waiting.pop_back();
+        if (!field.isDictionary() || !visited.insert(field.getObjGen()).second)
+            continue;
+        visit(field);
+        const std::vector<QPDFObjectHandle> kids = itemsOf(field.getKey("/Kids"));
+        waiting.insert(waiting.end(), kids.begin(), kids.end());
+    }
+}
+
 /// The topmost fields that have a name. Above them may be fields without one.
 std::vector<QPDFObjectHandle> namedFields(const std::vector<QPDFObjectHandle> &roots)
 {
@@ -162,7 +179,13 @@ OutputForm::Names OutputForm::add(const FormFields &fields, ObjectCopier &copier
     for (const QPDFObjectHandle &field : fields.calculationOrder())
         m_calculationOrder.push_back(copier.copy(field));
     m_ownOrder = m_calculationOrder.size();
-    return addRoots(roots);
+    const Names renamed = addRoots(roots);
+    if (!renamed.empty()) {
+        const ActionTargets::Objects none;
+        ActionTargets targets(none, renamed);
+        forEachField(roots, [&targets](QPDFObjectHandle field) { targets.apply(field); });
+    }
+    return renamed;
 }
 
 /// What the fields took from their form becomes their own where the output's form says otherwise.
@@ -189,19 +212,11 @@ void OutputForm::adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHand
     if (renamed.empty())
         return;
 
-    std::set<QPDFObjGen> visited;
-    std::vector<QPDFObjectHandle> waiting = roots;
-    while (!waiting.empty()) {
-        QPDFObjectHandle field = waiting.back();
-        waiting.pop_back();
-        if (!field.isDictionary() || !visited.insert(field.getObjGen()).second)
-            continue;
+    forEachField(roots, [&renamed](QPDFObjectHandle field) {
         if (QPDFObjectHandle appearance = field.getKey("/DA"); appearance.isString())
             field.replaceKey("/DA", QPDFObjectHandle::newString(
                                         renamedAppearance(appearance.getStringValue(), renamed)));
-        const std::vector<QPDFObjectHandle> kids = itemsOf(field.getKey("/Kids"));
-        waiting.insert(waiting.end(), kids.begin(), kids.end());
-    }
+    });
 }
 
 /// Adds the resources of another form to those of the output. A font whose name means another one
@@ -291,7 +306,7 @@ void OutputForm::setKids(QPDFObjectHandle original, QPDFObjectHandle clone, cons
         clone.replaceKey("/Opt", QPDFObjectHandle::newArray(options));
 }
 
-void OutputForm::addCopies(const AnnotationCopies &copies)
+void OutputForm::addCopies(QPDFObjectHandle page, const AnnotationCopies &copies)
 {
     Clones clones;
     for (const auto &[original, copied] : copies)
@@ -312,8 +327,9 @@ void OutputForm::addCopies(const AnnotationCopies &copies)
         setKids(m_output.getObject(original), clone, clones);
     const Names renamed = addRoots(roots);
     ActionTargets targets(clones, renamed);
-    for (const auto &[original, copied] : copies)
-        targets.apply(copied);
+    targets.apply(page);
+    for (const auto &[original, clone] : clones)
+        targets.apply(clone);
     for (std::size_t i = 0; i < m_ownOrder; ++i) {
         const auto clone = clones.find(m_calculationOrder[i].getObjGen());
         if (clone != clones.end())

@@ -29,7 +29,10 @@ public:
     ActionTargets::Names add(const FormFields &fields, ObjectCopier &copier);
 
     /// Gives the widgets of a page's copy fields of their own, with the values of the originals.
-    void addCopies(const AnnotationCopies &copies);
+    ///
+    /// @param page    The copy.
+    /// @param copies  Its annotations, by those that they are copies of.
+    void addCopies(QPDFObjectHandle page, const AnnotationCopies &copies);
 
     /// Writes the form into the catalogue. Forms of the XFA kind describe pages of their own, so
     /// they go when the pages are not those of the main document any more.

@@ -57,9 +57,9 @@ void SourceInOutput::dropGonePages()
     for (const int index : m_source.gonePages()) {
         QPDFObjectHandle page = m_source.page(index);
         for (QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
-            // What has kids may be a field whose other widgets stay.
+            // It may be a field whose other widgets stay.
             if (annotation.isIndirect() && annotation.isDictionary() &&
-                !annotation.hasKey("/Kids") && kept.count(annotation.getObjGen()) == 0)
+                !m_fields.holds(annotation) && kept.count(annotation.getObjGen()) == 0)
                 document.replaceObject(annotation.getObjGen(), QPDFObjectHandle::newNull());
         }
         document.replaceObject(page.getObjGen(), QPDFObjectHandle::newNull());
@@ -96,6 +96,7 @@ void SourceInOutput::renameTargets(const ActionTargets::Names &names)
     for (const Outline::Entry &entry : m_outline.entries())
         targets.apply(entry.dictionary);
     for (auto &[index, page] : m_pages) {
+        targets.apply(page);
         for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
             if (QPDFObjectHandle(annotation).isDictionary())
                 targets.apply(annotation);

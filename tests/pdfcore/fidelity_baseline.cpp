@@ -6,6 +6,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace {
 
 /// The problems of a file, one line each, the checker's report in lines as well.
@@ -33,10 +35,20 @@ QString kindOf(QString problem)
 FidelityBaseline::FidelityBaseline(const QString &path)
 {
     FidelityDocument document(path);
-    if (document.problem().isEmpty())
+    if (document.problem().isEmpty() && document.catalogue().hasKey("/AcroForm"))
         FidelityFields::completeForm(document);
     for (const QString &problem : problemsOf(path, document))
         ++m_known[kindOf(problem)];
+    if (!document.problem().isEmpty() || document.catalogue().hasKey("/AcroForm"))
+        return;
+    // Widgets without a form may join that of another document.
+    document.catalogue().replaceKey("/AcroForm", QPDFObjectHandle::newDictionary());
+    FidelityFields::completeForm(document);
+    QMap<QString, int> joined;
+    for (const QString &problem : problemsOf(path, document))
+        ++joined[kindOf(problem)];
+    for (auto it = joined.cbegin(); it != joined.cend(); ++it)
+        m_known[it.key()] = std::max(m_known.value(it.key()), it.value());
 }
 
 void FidelityBaseline::add(const FidelityBaseline &other)

@@ -202,6 +202,9 @@ void completeForm(FidelityDocument &document)
         for (QPDFObjectHandle annotation : document.annotations(i)) {
             if (!isWidget(annotation))
                 continue;
+            QPDFObjectHandle parent = annotation.getKey("/Parent");
+            if (parent.isDictionary() && parent.getKey("/Type").isNameAndEquals("/Page"))
+                annotation.removeKey("/Parent");
             QPDFObjectHandle root = rootOf(fieldOf(annotation));
             const bool isField = root.hasKey("/FT") || root.hasKey("/T");
             if (!isField || !visited.insert(root.getObjGen()).second)
