@@ -2,6 +2,7 @@
 
 #include "pdfcore/src/qpdf_objects.h"
 
+#include <algorithm>
 #include <set>
 
 namespace pdfcore {
@@ -25,46 +26,57 @@ std::size_t ActionReducer::addNode(QPDFObjectHandle action)
         if (!isNew)
             return known->second;
     }
-    m_nodes.push_back({action, {}, ReducedDestination::Kind::Leads, {}});
+    m_nodes.push_back({action, 0, ReducedDestination::Kind::Leads, {}});
     return index;
 }
 
 /// Adds the actions of a list, or the single one that stands in its place.
-std::vector<std::size_t> ActionReducer::addFollowing(QPDFObjectHandle next)
+std::size_t ActionReducer::addList(QPDFObjectHandle next)
 {
-    if (next.isDictionary())
-        return {addNode(next)};
-    if (next.isArray() && next.isIndirect()) {
-        if (const auto known = m_arrays.find(next.getObjGen()); known != m_arrays.end())
+    const bool isShared = next.isArray() && next.isIndirect();
+    if (isShared) {
+        const auto known = m_listIndexes.find(next.getObjGen());
+        if (known != m_listIndexes.end())
             return known->second;
+        m_listIndexes.emplace(next.getObjGen(), m_lists.size());
     }
-    std::vector<std::size_t> added;
+    List list{next, {}, {}};
+    if (next.isDictionary())
+        list.items.push_back(addNode(next));
     for (const QPDFObjectHandle &item : itemsOf(next)) {
         if (QPDFObjectHandle(item).isDictionary())
-            added.push_back(addNode(item));
+            list.items.push_back(addNode(item));
     }
-    if (next.isIndirect())
-        m_arrays[next.getObjGen()] = added;
-    return added;
+    m_lists.push_back(std::move(list));
+    return m_lists.size() - 1;
+}
+
+/// Changes the destination or thread under /D.
+ReducedDestination::Kind ActionReducer::reduceKey(QPDFObjectHandle action,
+                                                  const Reduce &reduce) const
+{
+    QPDFObjectHandle named = action.getKey("/D");
+    if (named.isNull())
+        return ReducedDestination::Kind::Leads;
+    const ReducedDestination reduced = reduce(named);
+    if (QPDFObjectHandle use = reduced.use; !use.isNull()) {
+        action.replaceKey("/D", use);
+        return ReducedDestination::Kind::Leads;
+    }
+    return reduced.kind;
 }
 
 ReducedDestination::Kind ActionReducer::reduceOne(QPDFObjectHandle action) const
 {
+    if (hasName(action, "/S", "/Thread") && !action.hasKey("/F"))
+        return reduceKey(action, m_reduceThread);
     // Some files leave out what kind of action it is.
     if (!hasName(action, "/S", "/GoTo") && action.hasKey("/S"))
         return ReducedDestination::Kind::Leads;
     // A place in the structure tree, which only the main document brings along.
     if (!m_isMain)
         action.removeKey("/SD");
-    QPDFObjectHandle destination = action.getKey("/D");
-    if (destination.isNull())
-        return ReducedDestination::Kind::Leads;
-    const ReducedDestination reduced = m_reduce(destination);
-    if (QPDFObjectHandle use = reduced.use; !use.isNull()) {
-        action.replaceKey("/D", use);
-        return ReducedDestination::Kind::Leads;
-    }
-    return reduced.kind;
+    return reduceKey(action, m_reduceDestination);
 }
 
 bool ActionReducer::hasToGo(std::size_t index) const
@@ -73,11 +85,14 @@ bool ActionReducer::hasToGo(std::size_t index) const
 }
 
 /// The list with what moves up in the places of those that go.
-std::vector<std::size_t> ActionReducer::stayingAmong(const std::vector<std::size_t> &next)
+const std::vector<std::size_t> &ActionReducer::stayingOf(std::size_t list)
 {
+    if (m_lists[list].staying)
+        return *m_lists[list].staying;
     std::vector<std::size_t> staying;
     std::set<std::size_t> passed;
-    std::vector<std::size_t> waiting(next.rbegin(), next.rend());
+    const std::vector<std::size_t> &items = m_lists[list].items;
+    std::vector<std::size_t> waiting(items.rbegin(), items.rend());
     while (!waiting.empty()) {
         const std::size_t index = waiting.back();
         waiting.pop_back();
@@ -87,25 +102,44 @@ std::vector<std::size_t> ActionReducer::stayingAmong(const std::vector<std::size
         }
         if (!passed.insert(index).second)
             continue;
-        const std::vector<std::size_t> &behind = m_nodes[index].next;
-        m_passed += behind.size();
+        const std::vector<std::size_t> &behind = m_lists[m_nodes[index].next].items;
+        m_passed += behind.size() + 1;
         if (m_passed <= kMaxPassed)
             waiting.insert(waiting.end(), behind.rbegin(), behind.rend());
     }
-    return staying;
+    m_lists[list].staying = std::move(staying);
+    return *m_lists[list].staying;
 }
 
-void ActionReducer::setFollowing(const Node &node)
+/// Takes out of a list that is an object what has to go, for all that have the list in common.
+void ActionReducer::reduceList(std::size_t list)
 {
-    QPDFObjectHandle action = node.action;
-    bool isChanged = false;
-    for (const std::size_t index : node.next)
-        isChanged = isChanged || hasToGo(index);
+    const List &changed = m_lists[list];
+    const bool isChanged = std::any_of(changed.items.begin(), changed.items.end(),
+                                       [this](std::size_t index) { return hasToGo(index); });
+    QPDFObjectHandle value = changed.value;
+    if (!isChanged || !value.isArray() || !value.isIndirect())
+        return;
+    std::vector<QPDFObjectHandle> following;
+    for (const std::size_t index : stayingOf(list))
+        following.push_back(m_nodes[index].action);
+    value.setArrayFromVector(following);
+}
+
+void ActionReducer::setFollowing(std::size_t index)
+{
+    QPDFObjectHandle action = m_nodes[index].action;
+    const std::size_t next = m_nodes[index].next;
+    const List &list = m_lists[next];
+    const bool isShared = QPDFObjectHandle(list.value).isArray() && list.value.isIndirect();
+    const bool isChanged =
+        !isShared && std::any_of(list.items.begin(), list.items.end(),
+                                 [this](std::size_t item) { return hasToGo(item); });
     if (!isChanged)
         return;
     std::vector<QPDFObjectHandle> following;
-    for (const std::size_t index : stayingAmong(node.next))
-        following.push_back(m_nodes[index].action);
+    for (const std::size_t item : stayingOf(next))
+        following.push_back(m_nodes[item].action);
     if (following.empty())
         action.removeKey("/Next");
     else if (following.size() == 1)
@@ -118,7 +152,7 @@ void ActionReducer::setFollowing(const Node &node)
 /// the others. Null when there is none.
 QPDFObjectHandle ActionReducer::standInFor(const Node &node)
 {
-    const std::vector<std::size_t> staying = stayingAmong(node.next);
+    const std::vector<std::size_t> &staying = stayingOf(node.next);
     if (staying.empty())
         return QPDFObjectHandle::newNull();
     QPDFObjectHandle first = m_nodes[staying.front()].action;
@@ -141,17 +175,20 @@ ActionReducer::Result ActionReducer::reduced(QPDFObjectHandle action)
     if (!action.isDictionary())
         return {action, false};
     const std::size_t first = m_nodes.size();
+    const std::size_t firstList = m_lists.size();
     const std::size_t index = addNode(action);
     for (std::size_t i = first; i < m_nodes.size(); ++i) {
         // The list of nodes grows while what follows is added.
-        std::vector<std::size_t> next = addFollowing(m_nodes[i].action.getKey("/Next"));
-        m_nodes[i].next = std::move(next);
+        const std::size_t next = addList(m_nodes[i].action.getKey("/Next"));
+        m_nodes[i].next = next;
     }
     for (std::size_t i = first; i < m_nodes.size(); ++i)
         m_nodes[i].kind = reduceOne(m_nodes[i].action);
+    for (std::size_t list = firstList; list < m_lists.size(); ++list)
+        reduceList(list);
     for (std::size_t i = first; i < m_nodes.size(); ++i) {
         if (!hasToGo(i))
-            setFollowing(m_nodes[i]);
+            setFollowing(i);
     }
     Node &node = m_nodes[index];
     if (!hasToGo(index))

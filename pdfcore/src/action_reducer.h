@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include <qpdf/QPDFObjectHandle.hh>
@@ -36,10 +37,12 @@ public:
         bool ledToGonePage = false; ///< Of the action itself, not of those that follow it.
     };
 
-    /// @param reduce  Reduces destinations.
-    /// @param isMain  Whether the document is the main one of its output.
-    ActionReducer(Reduce reduce, bool isMain)
-        : m_reduce(std::move(reduce))
+    /// @param reduceDestination  Reduces destinations.
+    /// @param reduceThread       Reduces what is named as an article thread.
+    /// @param isMain             Whether the document is the main one of its output.
+    ActionReducer(Reduce reduceDestination, Reduce reduceThread, bool isMain)
+        : m_reduceDestination(std::move(reduceDestination))
+        , m_reduceThread(std::move(reduceThread))
         , m_isMain(isMain)
     {}
 
@@ -47,27 +50,39 @@ public:
     Result reduced(QPDFObjectHandle action);
 
 private:
+    /// What follows an action: a list, or a single action in the place of one.
+    struct List
+    {
+        QPDFObjectHandle value;
+        std::vector<std::size_t> items;
+        std::optional<std::vector<std::size_t>> staying; ///< See stayingOf().
+    };
+
     struct Node
     {
         QPDFObjectHandle action;
-        std::vector<std::size_t> next;
+        std::size_t next = 0; ///< Index of a list.
         ReducedDestination::Kind kind = ReducedDestination::Kind::Leads;
         QPDFObjectHandle standIn; ///< Made when it is asked for first.
     };
 
     std::size_t addNode(QPDFObjectHandle action);
-    std::vector<std::size_t> addFollowing(QPDFObjectHandle next);
+    std::size_t addList(QPDFObjectHandle next);
     ReducedDestination::Kind reduceOne(QPDFObjectHandle action) const;
-    std::vector<std::size_t> stayingAmong(const std::vector<std::size_t> &next);
+    ReducedDestination::Kind reduceKey(QPDFObjectHandle action, const Reduce &reduce) const;
+    const std::vector<std::size_t> &stayingOf(std::size_t list);
     [[nodiscard]] bool hasToGo(std::size_t index) const;
-    void setFollowing(const Node &node);
+    void reduceList(std::size_t list);
+    void setFollowing(std::size_t index);
     QPDFObjectHandle standInFor(const Node &node);
 
-    Reduce m_reduce;
+    Reduce m_reduceDestination;
+    Reduce m_reduceThread;
     bool m_isMain;
     std::vector<Node> m_nodes;
-    std::map<QPDFObjGen, std::size_t> m_indexes;
-    std::map<QPDFObjGen, std::vector<std::size_t>> m_arrays; ///< Lists that are objects.
+    std::vector<List> m_lists;
+    std::map<QPDFObjGen, std::size_t> m_indexes;     ///< Of actions that are objects.
+    std::map<QPDFObjGen, std::size_t> m_listIndexes; ///< Of lists that are objects.
     std::size_t m_standInItems = 0;
     std::size_t m_passed = 0;
 };

@@ -2,7 +2,6 @@
 
 #include "pdfcore/src/qpdf_objects.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace pdfcore {
@@ -11,6 +10,10 @@ namespace {
 
 /// Actions behind one another that are looked at.
 constexpr int kMaxActionDepth = 64;
+
+/// Actions that are looked at for one set of targets; a hostile file could have them looked at over
+/// and over.
+constexpr std::size_t kMaxSteps = 1'000'000;
 
 bool isSame(QPDFObjectHandle a, QPDFObjectHandle b)
 {
@@ -41,23 +44,72 @@ QPDFObjectHandle ActionTargets::target(QPDFObjectHandle named) const
     }
     if (named.isString()) {
         const std::string name = named.getUTF8Value();
-        const std::size_t end = std::min(name.find('.'), name.size());
-        const auto renamed = m_names.find(name.substr(0, end));
-        if (renamed != m_names.end())
-            return QPDFObjectHandle::newUnicodeString(renamed->second + name.substr(end));
+        // Names of damaged fields have full stops of their own.
+        for (std::size_t end = name.size(); end != std::string::npos && end > 0;
+             end = name.rfind('.', end - 1)) {
+            const auto renamed = m_fields.find(name.substr(0, end));
+            if (renamed != m_fields.end())
+                return QPDFObjectHandle::newUnicodeString(renamed->second + name.substr(end));
+        }
     }
     return named;
 }
 
-QPDFObjectHandle ActionTargets::translated(QPDFObjectHandle action, int depth)
+/// The file within a file that an action leads into.
+QPDFObjectHandle ActionTargets::attachmentTarget(QPDFObjectHandle target) const
 {
-    if (!action.isDictionary() || depth >= kMaxActionDepth)
-        return action;
-    if (action.isIndirect()) {
-        const auto [known, isNew] = m_translated.emplace(action.getObjGen(), action);
-        if (!isNew)
+    QPDFObjectHandle name = entryOf(target, "/N");
+    if (!hasName(target, "/R", "/C") || !name.isString())
+        return target;
+    const auto renamed = m_attachments.find(name.getStringValue());
+    if (renamed == m_attachments.end())
+        return target;
+    QPDFObjectHandle own = target.shallowCopy();
+    own.replaceKey("/N", QPDFObjectHandle::newString(renamed->second));
+    return own;
+}
+
+/// What the items of a list are now. A list that is an object stays one.
+QPDFObjectHandle ActionTargets::targetList(QPDFObjectHandle targets)
+{
+    if (targets.isIndirect()) {
+        const auto known = m_translated.find(targets.getObjGen());
+        if (known != m_translated.end())
             return known->second;
     }
+    std::vector<QPDFObjectHandle> items = targets.getArrayAsVector();
+    m_steps += items.size();
+    bool isChanged = false;
+    for (QPDFObjectHandle &item : items) {
+        QPDFObjectHandle found = target(item);
+        isChanged = isChanged || !isSame(item, found);
+        item = found;
+    }
+    QPDFObjectHandle own = isChanged ? QPDFObjectHandle::newArray(items) : targets;
+    if (!targets.isIndirect())
+        return own;
+    if (isChanged)
+        own = targets.getOwningQPDF()->makeIndirectObject(own);
+    m_translated[targets.getObjGen()] = own;
+    return own;
+}
+
+QPDFObjectHandle ActionTargets::translated(QPDFObjectHandle action, int depth)
+{
+    if (!action.isDictionary() || depth >= kMaxActionDepth || ++m_steps > kMaxSteps)
+        return action;
+    if (!action.isIndirect())
+        return translatedOne(action, depth);
+    const auto [known, isNew] = m_translated.emplace(action.getObjGen(), action);
+    if (!isNew)
+        return known->second;
+    QPDFObjectHandle own = translatedOne(action, depth);
+    m_translated[action.getObjGen()] = own;
+    return own;
+}
+
+QPDFObjectHandle ActionTargets::translatedOne(QPDFObjectHandle action, int depth)
+{
     QPDFObjectHandle copied = action.shallowCopy();
     bool isChanged = false;
     const auto put = [&](const char *key, QPDFObjectHandle before, QPDFObjectHandle after) {
@@ -68,33 +120,26 @@ QPDFObjectHandle ActionTargets::translated(QPDFObjectHandle action, int depth)
     };
     if (const char *key = targetKey(action); key != nullptr) {
         QPDFObjectHandle named = action.getKey(key);
-        if (named.isArray()) {
-            std::vector<QPDFObjectHandle> targets = named.getArrayAsVector();
-            bool isOther = false;
-            for (QPDFObjectHandle &item : targets) {
-                QPDFObjectHandle found = target(item);
-                isOther = isOther || !isSame(item, found);
-                item = found;
-            }
-            if (isOther)
-                put(key, named, QPDFObjectHandle::newArray(targets));
-        } else {
-            put(key, named, target(named));
-        }
+        put(key, named, named.isArray() ? targetList(named) : target(named));
+    }
+    if (hasName(action, "/S", "/GoToE") && !action.hasKey("/F")) {
+        QPDFObjectHandle file = action.getKey("/T");
+        put("/T", file, attachmentTarget(file));
     }
     if (QPDFObjectHandle next = action.getKey("/Next"); !next.isNull())
         put("/Next", next, translatedList(next, depth + 1));
-    if (!isChanged)
-        return action;
-    if (action.isIndirect())
-        m_translated[action.getObjGen()] = copied;
-    return copied;
+    return isChanged ? copied : action;
 }
 
 QPDFObjectHandle ActionTargets::translatedList(QPDFObjectHandle actions, int depth)
 {
     if (!actions.isArray())
         return translated(actions, depth);
+    if (actions.isIndirect()) {
+        const auto [known, isNew] = m_translated.emplace(actions.getObjGen(), actions);
+        if (!isNew)
+            return known->second;
+    }
     std::vector<QPDFObjectHandle> list = actions.getArrayAsVector();
     bool isChanged = false;
     for (QPDFObjectHandle &action : list) {
@@ -102,18 +147,24 @@ QPDFObjectHandle ActionTargets::translatedList(QPDFObjectHandle actions, int dep
         isChanged = isChanged || !isSame(action, own);
         action = own;
     }
-    return isChanged ? QPDFObjectHandle::newArray(list) : actions;
+    QPDFObjectHandle own = isChanged ? QPDFObjectHandle::newArray(list) : actions;
+    if (!actions.isIndirect())
+        return own;
+    if (isChanged)
+        own = actions.getOwningQPDF()->makeIndirectObject(own);
+    m_translated[actions.getObjGen()] = own;
+    return own;
 }
 
-void ActionTargets::apply(QPDFObjectHandle annotation)
+void ActionTargets::apply(QPDFObjectHandle object)
 {
     for (const char *key : {"/A", "/PA"}) {
-        QPDFObjectHandle action = annotation.getKey(key);
+        QPDFObjectHandle action = object.getKey(key);
         QPDFObjectHandle own = translated(action, 0);
         if (!isSame(action, own))
-            annotation.replaceKey(key, own);
+            object.replaceKey(key, own);
     }
-    QPDFObjectHandle triggers = annotation.getKey("/AA");
+    QPDFObjectHandle triggers = object.getKey("/AA");
     if (!triggers.isDictionary())
         return;
     QPDFObjectHandle own = triggers.shallowCopy();
@@ -126,7 +177,7 @@ void ActionTargets::apply(QPDFObjectHandle annotation)
         isChanged = true;
     }
     if (isChanged)
-        annotation.replaceKey("/AA", own);
+        object.replaceKey("/AA", own);
 }
 
 } // namespace pdfcore

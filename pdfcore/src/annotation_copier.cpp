@@ -34,6 +34,12 @@ QPDFObjectHandle AnnotationCopier::addOne(QPDFObjectHandle annotation)
     return copied;
 }
 
+QPDFObjectHandle AnnotationCopier::copyOf(QPDFObjectHandle annotation) const
+{
+    const auto known = m_known.find(annotation.getObjGen());
+    return known != m_known.end() ? known->second : QPDFObjectHandle::newNull();
+}
+
 void AnnotationCopier::relate(QPDFObjectHandle page)
 {
     for (auto [original, copied] : m_copies) {

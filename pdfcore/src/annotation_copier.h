@@ -31,6 +31,9 @@ public:
     /// What another annotation of the page says about those that were copied is said of the copies.
     void relateToCopies(QPDFObjectHandle annotation) const;
 
+    /// The copy of an annotation; null when it was not copied.
+    [[nodiscard]] QPDFObjectHandle copyOf(QPDFObjectHandle annotation) const;
+
     [[nodiscard]] const AnnotationCopies &copies() const { return m_copies; }
 
 private:

@@ -1,9 +1,11 @@
 #include "pdfcore/src/catalogue.h"
 
+#include "pdfcore/src/article_threads.h"
 #include "pdfcore/src/key_tree.h"
 #include "pdfcore/src/layers.h"
 #include "pdfcore/src/qpdf_objects.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,9 +13,6 @@
 namespace pdfcore {
 
 namespace {
-
-/// Beads of one article thread that are followed.
-constexpr int kMaxBeads = 100'000;
 
 /// The names dictionary of the catalogue, made when there is none.
 QPDFObjectHandle namesOf(QPDF &document)
@@ -61,6 +60,24 @@ void reduceNamedDestinations(SourceDocument &main, LinkReducer &links)
         names.replaceKey("/Dests", newNameTree(main.document(), kept));
 }
 
+/// Takes the names of pages that are gone out.
+void reduceNamedPages(SourceDocument &main)
+{
+    QPDFObjectHandle names = main.root().getKey("/Names");
+    if (!entryOf(names, "/Pages").isDictionary())
+        return;
+    const NameEntries before = readNameTree(names.getKey("/Pages"));
+    NameEntries kept;
+    for (const auto &[name, page] : before) {
+        if (!main.isGone(page))
+            kept.emplace_back(name, page);
+    }
+    if (kept.empty())
+        names.removeKey("/Pages");
+    else if (kept.size() != before.size())
+        names.replaceKey("/Pages", newNameTree(main.document(), kept));
+}
+
 void reduceOpening(SourceDocument &main, LinkReducer &links)
 {
     QPDFObjectHandle catalogue = main.root();
@@ -78,63 +95,6 @@ void reduceOpening(SourceDocument &main, LinkReducer &links)
         catalogue.replaceKey("/OpenAction", reduced);
 }
 
-/// The beads of a thread, as far as they run on.
-std::vector<QPDFObjectHandle> beadsOf(QPDFObjectHandle thread)
-{
-    std::vector<QPDFObjectHandle> beads;
-    std::set<QPDFObjGen> visited;
-    QPDFObjectHandle bead = entryOf(thread, "/F");
-    while (bead.isDictionary() && bead.isIndirect() && beads.size() < kMaxBeads &&
-           visited.insert(bead.getObjGen()).second) {
-        beads.push_back(bead);
-        bead = bead.getKey("/N");
-    }
-    return beads;
-}
-
-/// Joins the beads whose pages stay; false when all are gone.
-bool reduceThread(SourceDocument &main, QPDFObjectHandle thread)
-{
-    std::vector<QPDFObjectHandle> kept;
-    const std::vector<QPDFObjectHandle> beads = beadsOf(thread);
-    for (const QPDFObjectHandle &bead : beads) {
-        if (!main.isGone(QPDFObjectHandle(bead).getKey("/P")))
-            kept.push_back(bead);
-    }
-    if (kept.size() == beads.size())
-        return true;
-    if (kept.empty())
-        return false;
-    thread.replaceKey("/F", kept.front());
-    for (std::size_t i = 0; i < kept.size(); ++i) {
-        const std::size_t next = (i + 1) % kept.size();
-        kept[i].replaceKey("/N", kept[next]);
-        kept[next].replaceKey("/V", kept[i]);
-    }
-    // Only the first one of a thread has to name it.
-    kept.front().replaceKey("/T", thread);
-    return true;
-}
-
-void reduceThreads(SourceDocument &main)
-{
-    QPDFObjectHandle threads = main.root().getKey("/Threads");
-    if (!threads.isArray())
-        return;
-    const std::vector<QPDFObjectHandle> before = threads.getArrayAsVector();
-    std::vector<QPDFObjectHandle> kept;
-    for (const QPDFObjectHandle &thread : before) {
-        if (QPDFObjectHandle(thread).isDictionary() && reduceThread(main, thread))
-            kept.push_back(thread);
-    }
-    if (kept.size() == before.size())
-        return;
-    if (kept.empty())
-        main.root().removeKey("/Threads");
-    else
-        main.root().replaceKey("/Threads", QPDFObjectHandle::newArray(kept));
-}
-
 /// `name` with a number in front of what comes behind its last full stop.
 std::string numbered(const std::string &name, int number)
 {
@@ -144,36 +104,53 @@ std::string numbered(const std::string &name, int number)
                                     : name.substr(0, dot) + suffix + name.substr(dot);
 }
 
-/// A name like `name` that is not among those taken, which it joins. Names are as in the file.
-std::string freeFileName(const std::string &name, std::set<std::string> &taken)
+/// Names of attachments that are in use, and the numbers to try next behind them.
+struct TakenNames
 {
-    if (taken.insert(name).second)
+    std::set<std::string> names;
+    std::map<std::string, int> numbers;
+};
+
+/// A name like `name` that is not among those taken, which it joins. Names are as in the file.
+std::string freeFileName(const std::string &name, TakenNames &taken)
+{
+    if (taken.names.insert(name).second)
         return name;
     const std::string text = QPDFObjectHandle::newString(name).getUTF8Value();
-    for (int number = 2;; ++number) {
+    for (int &number = taken.numbers.emplace(name, 2).first->second;; ++number) {
         const std::string free =
             QPDFObjectHandle::newUnicodeString(numbered(text, number)).getStringValue();
-        if (taken.insert(free).second)
+        if (taken.names.insert(free).second)
             return free;
     }
 }
 
-void addAttachments(QPDF &output, SourceDocument &source, ObjectCopier &copier)
+} // namespace
+
+std::map<std::string, std::string> addAttachments(QPDF &output, SourceDocument &source,
+                                                  ObjectCopier &copier)
 {
+    std::map<std::string, std::string> renamed;
     const NameEntries theirs =
         readNameTree(entryOf(entryOf(source.root(), "/Names"), "/EmbeddedFiles"));
     if (theirs.empty())
-        return;
+        return renamed;
     QPDFObjectHandle names = namesOf(output);
     NameEntries all;
-    std::set<std::string> taken;
+    TakenNames taken;
     // Damaged documents use one name for several files already.
     for (const auto &[name, file] : readNameTree(names.getKey("/EmbeddedFiles")))
         all.emplace_back(freeFileName(name, taken), file);
-    for (const auto &[name, file] : theirs)
+    for (const auto &[name, file] : theirs) {
         all.emplace_back(freeFileName(name, taken), copier.copy(file));
+        if (all.back().first != name)
+            renamed.emplace(name, all.back().first);
+    }
     names.replaceKey("/EmbeddedFiles", newNameTree(output, all));
+    return renamed;
 }
+
+namespace {
 
 void addNamedDestinations(QPDF &output, SourceDocument &source, ObjectCopier &copier,
                           std::set<std::string> taken)
@@ -205,6 +182,8 @@ void addNamedDestinations(QPDF &output, SourceDocument &source, ObjectCopier &co
 
 void reduceCatalogue(SourceDocument &main, LinkReducer &links)
 {
+    links.reduceTriggers(main.root());
+    reduceNamedPages(main);
     reduceNamedDestinations(main, links);
     reduceOpening(main, links);
     reduceThreads(main);
@@ -227,7 +206,6 @@ void dropSequenceEntries(SourceDocument &main)
 void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier,
                     const std::set<std::string> &brokenNames)
 {
-    addAttachments(output, source, copier);
     addNamedDestinations(output, source, copier, brokenNames);
     addLayers(output, source, copier);
 }

@@ -4,6 +4,7 @@
 #include "pdfcore/src/object_copier.h"
 #include "pdfcore/src/source_document.h"
 
+#include <map>
 #include <set>
 #include <string>
 
@@ -18,9 +19,15 @@ void reduceCatalogue(SourceDocument &main, LinkReducer &links);
 /// document is produced in, the range of pages to print.
 void dropSequenceEntries(SourceDocument &main);
 
-/// Adds what a further source says beside its pages, whose copies have been mapped: attachments,
-/// named destinations, layers. Of destinations of the same name that of the main document counts;
-/// attachments of the same name get another one.
+/// Adds the attachments of a further source, whose pages have been mapped. One whose name is taken
+/// gets another one.
+///
+/// @return  The new names under the old ones, as they stand in the file.
+std::map<std::string, std::string> addAttachments(QPDF &output, SourceDocument &source,
+                                                  ObjectCopier &copier);
+
+/// Adds what else a further source says beside its pages, whose copies have been mapped: named
+/// destinations, layers. Of destinations of the same name that of the main document counts.
 ///
 /// @param brokenNames  Names of destinations that must not be given a meaning.
 void addToCatalogue(QPDF &output, SourceDocument &source, ObjectCopier &copier,

@@ -9,6 +9,8 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include <algorithm>
+
 namespace pdfcore {
 
 namespace {
@@ -58,7 +60,11 @@ EngineError check(const QString &path, qsizetype pageCount)
         written.setSuppressWarnings(true);
         written.setAttemptRecovery(false);
         written.processInputSource(std::make_shared<QFileInput>(path));
-        const auto found = static_cast<qsizetype>(written.getAllPages().size());
+        const std::vector<QPDFObjectHandle> &pages = written.getAllPages();
+        const auto found = static_cast<qsizetype>(
+            std::count_if(pages.begin(), pages.end(), [](const QPDFObjectHandle &page) {
+                return QPDFObjectHandle(page).isDictionary();
+            }));
         if (found == pageCount)
             return {};
         return {

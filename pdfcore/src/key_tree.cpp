@@ -55,7 +55,9 @@ std::vector<std::pair<Key, QPDFObjectHandle>> readTree(QPDFObjectHandle root, co
                     entries.emplace_back(std::move(key), items[i + 1]);
             }
         }
-        if (QPDFObjectHandle kids = node.getKey("/Kids"); kids.isArray()) {
+        QPDFObjectHandle kids = node.getKey("/Kids");
+        const bool isKnown = kids.isIndirect() && !visited.insert(kids.getObjGen()).second;
+        if (kids.isArray() && !isKnown) {
             const std::vector<QPDFObjectHandle> items = kids.getArrayAsVector();
             waiting.insert(waiting.end(), items.rbegin(), items.rend());
         }

@@ -1,6 +1,7 @@
 #include "pdfcore/src/link_reducer.h"
 
 #include "pdfcore/src/annotation_copier.h"
+#include "pdfcore/src/article_threads.h"
 #include "pdfcore/src/qpdf_objects.h"
 
 #include <vector>
@@ -8,6 +9,10 @@
 namespace pdfcore {
 
 namespace {
+
+/// Copies of annotations that several pages have in common; pages of a hostile file could ask for
+/// very many.
+constexpr int kMaxSharedCopies = 50'000;
 
 /// A name as it stands in the tree of names.
 std::string nameIn(QPDFObjectHandle destination)
@@ -21,6 +26,7 @@ LinkReducer::LinkReducer(SourceDocument &source, Role role)
     : m_source(source)
     , m_role(role)
     , m_actions([this](QPDFObjectHandle destination) { return reducedDestination(destination); },
+                [this](QPDFObjectHandle thread) { return reducedThread(thread); },
                 role != Role::Further)
 {}
 
@@ -45,6 +51,32 @@ ReducedDestination LinkReducer::reducedDestination(QPDFObjectHandle destination)
     if (target.isExplicit || (isMain && isName))
         return {Kind::Leads, destination};
     return {Kind::Leads, m_source.explicitAddress(target)};
+}
+
+ReducedDestination LinkReducer::reducedThread(QPDFObjectHandle thread)
+{
+    using Kind = ReducedDestination::Kind;
+    // Threads of further documents do not come along.
+    if (m_role == Role::Further)
+        return {Kind::Gone};
+    if (!m_source.losesPages())
+        return {Kind::Leads, thread};
+    QPDFObjectHandle found = thread;
+    if (thread.isInteger()) {
+        // Their numbers change when some of them go.
+        QPDFObjectHandle all = m_source.root().getKey("/Threads");
+        const long long number = thread.getIntValue();
+        const bool isThere = all.isArray() && number >= 0 && number < all.getArrayNItems();
+        if (!isThere)
+            return {Kind::Broken};
+        found = all.getArrayItem(static_cast<int>(number));
+    }
+    if (!found.isDictionary() || !found.isIndirect())
+        return {Kind::Leads, thread};
+    const auto [known, isNew] = m_goneThreads.emplace(found.getObjGen(), false);
+    if (isNew)
+        known->second = isThreadGone(m_source, found);
+    return known->second ? ReducedDestination{Kind::Gone} : ReducedDestination{Kind::Leads, found};
 }
 
 bool LinkReducer::reduceAction(QPDFObjectHandle object, const std::string &key)
@@ -106,8 +138,10 @@ bool LinkReducer::reduceAnnotation(QPDFObjectHandle annotation, QPDFObjectHandle
 
 void LinkReducer::dropGoneAnnotations()
 {
-    for (const QPDFObjGen &id : m_goneAnnotations)
-        m_source.document().replaceObject(id, QPDFObjectHandle::newNull());
+    for (const QPDFObjGen &id : m_goneAnnotations) {
+        if (m_source.isAnnotation(m_source.document().getObject(id)))
+            m_source.document().replaceObject(id, QPDFObjectHandle::newNull());
+    }
 }
 
 void LinkReducer::reducePage(int index)
@@ -128,12 +162,21 @@ void LinkReducer::reducePage(int index)
         // them has its place among the field's kids.
         const bool isShared = m_keptAnnotations.count(annotation.getObjGen()) != 0 &&
                               !hasName(annotation, "/Subtype", "/Widget");
-        if (isShared)
+        if (isShared && m_sharedCopies++ < kMaxSharedCopies)
             kept.push_back(copier.add(annotation));
         else if (reduceAnnotation(annotation, page))
             kept.push_back(annotation);
     }
     copier.relate(page);
+    for (QPDFObjectHandle &annotation : kept) {
+        // A pop-up of an earlier page's annotation that only this page lists.
+        QPDFObjectHandle copied = copier.copyOf(annotation);
+        if (copied.isNull() || m_keptAnnotations.count(annotation.getObjGen()) != 0)
+            continue;
+        annotation.replaceKey("/P", annotation.getKey("/Parent").getKey("/P"));
+        m_keptAnnotations.insert(annotation.getObjGen());
+        annotation = copied;
+    }
     for (const QPDFObjectHandle &annotation : kept) {
         if (m_keptAnnotations.insert(QPDFObjectHandle(annotation).getObjGen()).second)
             copier.relateToCopies(annotation);

@@ -3,6 +3,7 @@
 #include "pdfcore/src/action_reducer.h"
 #include "pdfcore/src/source_document.h"
 
+#include <map>
 #include <set>
 #include <string>
 
@@ -49,6 +50,9 @@ public:
     /// The destination to use instead.
     ReducedDestination reducedDestination(QPDFObjectHandle destination);
 
+    /// What an action names as an article thread, in the same way.
+    ReducedDestination reducedThread(QPDFObjectHandle thread);
+
     /// Names in use in the main document that stand for nothing. If another document gave them a
     /// meaning, links that led nowhere would lead somewhere.
     [[nodiscard]] const std::set<std::string> &brokenNames() const { return m_brokenNames; }
@@ -65,6 +69,8 @@ private:
     std::set<QPDFObjGen> m_goneAnnotations;
     std::set<QPDFObjGen> m_keptAnnotations;
     std::set<std::string> m_brokenNames;
+    std::map<QPDFObjGen, bool> m_goneThreads;
+    int m_sharedCopies = 0;
 };
 
 } // namespace pdfcore

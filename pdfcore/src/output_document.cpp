@@ -104,8 +104,11 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     for (const auto &used : m_used)
         form.reserveNames(used->fields());
     for (const auto &used : m_used) {
-        if (used.get() != m_main)
-            used->renameTargets(form.add(used->fields(), *used->copier()));
+        if (used.get() == m_main)
+            continue;
+        const auto fields = form.add(used->fields(), *used->copier());
+        const auto attachments = addAttachments(*m_output, used->source(), *used->copier());
+        used->renameTargets(fields, attachments);
     }
     installPageTree(*m_output, newPages(pages, form));
     form.install(pagesChanged);

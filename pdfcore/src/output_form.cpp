@@ -261,8 +261,9 @@ QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones,
     QPDFObjectHandle below;
     for (int depth = 0; depth < kMaxFieldDepth; ++depth) {
         const auto [known, isNew] = clones.emplace(field.getObjGen(), QPDFObjectHandle());
+        // Not with the list of its kids, which may be long.
         if (isNew)
-            known->second = m_output.makeIndirectObject(field.shallowCopy());
+            known->second = m_output.makeIndirectObject(field.unsafeShallowCopy());
         QPDFObjectHandle clone = known->second;
         if (below.isInitialized())
             below.replaceKey("/Parent", clone);
@@ -282,27 +283,36 @@ QPDFObjectHandle OutputForm::cloneOf(QPDFObjectHandle field, Clones &clones,
     return first;
 }
 
-/// Gives the clone of a field the clones of its kids, in their order, as far as there are any.
-void OutputForm::setKids(QPDFObjectHandle original, QPDFObjectHandle clone, const Clones &clones)
+/// Where the kids of a field stand in its list.
+const OutputForm::Places &OutputForm::placesOf(QPDFObjectHandle field)
 {
-    QPDFObjectHandle list = original.getKey("/Kids");
-    if (!list.isArray())
-        return;
-    const std::vector<QPDFObjectHandle> originals = list.getArrayAsVector();
+    const auto [known, isNew] = m_places.emplace(field.getObjGen(), Places());
+    if (isNew) {
+        std::size_t place = 0;
+        for (const QPDFObjectHandle &kid : itemsOf(field.getKey("/Kids")))
+            known->second.emplace(QPDFObjectHandle(kid).getObjGen(), place++);
+    }
+    return known->second;
+}
+
+/// Gives the clone of a field its kids, in the order of those that they are clones of.
+void OutputForm::setKids(QPDFObjectHandle original, QPDFObjectHandle clone,
+                         const std::map<std::size_t, QPDFObjectHandle> &byPlace)
+{
     const std::vector<QPDFObjectHandle> allOptions = itemsOf(original.getKey("/Opt"));
     std::vector<QPDFObjectHandle> kids;
     std::vector<QPDFObjectHandle> options;
-    for (std::size_t i = 0; i < originals.size(); ++i) {
-        const auto kid = clones.find(QPDFObjectHandle(originals[i]).getObjGen());
-        if (kid == clones.end())
-            continue;
-        kids.push_back(kid->second);
-        if (i < allOptions.size())
-            options.push_back(allOptions[i]);
+    for (const auto &[place, kid] : byPlace) {
+        kids.push_back(kid);
+        if (place < allOptions.size())
+            options.push_back(allOptions[place]);
     }
     clone.replaceKey("/Kids", QPDFObjectHandle::newArray(kids));
     // Buttons have an option for each kid.
-    if (!allOptions.empty() && allOptions.size() == originals.size() && isButton(original))
+    const bool hasOptionOfEach =
+        !allOptions.empty() &&
+        static_cast<int>(allOptions.size()) == original.getKey("/Kids").getArrayNItems();
+    if (hasOptionOfEach && isButton(original))
         clone.replaceKey("/Opt", QPDFObjectHandle::newArray(options));
 }
 
@@ -312,7 +322,6 @@ void OutputForm::addCopies(QPDFObjectHandle page, const AnnotationCopies &copies
     for (const auto &[original, copied] : copies)
         clones[QPDFObjectHandle(original).getObjGen()] = copied;
     std::vector<QPDFObjectHandle> roots;
-    std::vector<QPDFObjectHandle> fields;
     for (auto [original, copied] : copies) {
         if (!isWidget(original) && !original.hasKey("/FT"))
             continue;
@@ -323,18 +332,40 @@ void OutputForm::addCopies(QPDFObjectHandle page, const AnnotationCopies &copies
         else if (m_rootIds.count(original.getObjGen()) != 0)
             roots.push_back(copied);
     }
-    for (auto &[original, clone] : clones)
-        setKids(m_output.getObject(original), clone, clones);
+    std::map<QPDFObjGen, std::map<std::size_t, QPDFObjectHandle>> kids;
+    for (const auto &[id, clone] : clones) {
+        QPDFObjectHandle original = m_output.getObject(id);
+        if (original.getKey("/Kids").isArray())
+            kids[id];
+        QPDFObjectHandle parent = parentField(original);
+        if (parent.isNull() || clones.count(parent.getObjGen()) == 0)
+            continue;
+        const Places &places = placesOf(parent);
+        if (const auto place = places.find(id); place != places.end())
+            kids[parent.getObjGen()][place->second] = clone;
+    }
+    for (const auto &[id, byPlace] : kids)
+        setKids(m_output.getObject(id), clones.at(id), byPlace);
     const Names renamed = addRoots(roots);
     ActionTargets targets(clones, renamed);
     targets.apply(page);
     for (const auto &[original, clone] : clones)
         targets.apply(clone);
-    for (std::size_t i = 0; i < m_ownOrder; ++i) {
-        const auto clone = clones.find(m_calculationOrder[i].getObjGen());
-        if (clone != clones.end())
-            m_calculationOrder.push_back(clone->second);
+    addToCalculationOrder(clones);
+}
+
+/// Adds the clones of calculated fields behind the order, as they follow each other in it.
+void OutputForm::addToCalculationOrder(const Clones &clones)
+{
+    for (std::size_t i = m_calculated.empty() ? 0 : m_ownOrder; i < m_ownOrder; ++i)
+        m_calculated.emplace(m_calculationOrder[i].getObjGen(), i);
+    std::map<std::size_t, QPDFObjectHandle> added;
+    for (const auto &[id, clone] : clones) {
+        if (const auto place = m_calculated.find(id); place != m_calculated.end())
+            added.emplace(place->second, clone);
     }
+    for (const auto &[place, clone] : added)
+        m_calculationOrder.push_back(clone);
 }
 
 void OutputForm::install(bool pagesChanged)

@@ -41,10 +41,14 @@ public:
 private:
     using Clones = ActionTargets::Objects;
     using Names = ActionTargets::Names;
+    using Places = std::map<QPDFObjGen, std::size_t>;
 
     QPDFObjectHandle cloneOf(QPDFObjectHandle field, Clones &clones,
                              std::vector<QPDFObjectHandle> &roots);
-    static void setKids(QPDFObjectHandle original, QPDFObjectHandle clone, const Clones &clones);
+    const Places &placesOf(QPDFObjectHandle field);
+    static void setKids(QPDFObjectHandle original, QPDFObjectHandle clone,
+                        const std::map<std::size_t, QPDFObjectHandle> &byPlace);
+    void addToCalculationOrder(const Clones &clones);
     [[nodiscard]] bool isTaken(const std::string &name) const;
     std::string freeFieldName(const std::string &wanted, const std::set<std::string> &fresh);
     Names addRoots(const std::vector<QPDFObjectHandle> &fields);
@@ -61,7 +65,9 @@ private:
     std::set<QPDFObjGen> m_rootIds;
     std::set<std::string> m_names; ///< Partial names of the topmost fields, in UTF-8.
     std::set<std::string> m_reservedNames;
-    std::map<std::string, int> m_nextNumbers; ///< Behind a name that is taken.
+    std::map<QPDFObjGen, Places> m_places;          ///< Of the kids of fields that were copied.
+    std::map<QPDFObjGen, std::size_t> m_calculated; ///< Places in the order, without copies.
+    std::map<std::string, int> m_nextNumbers;       ///< Behind a name that is taken.
 };
 
 } // namespace pdfcore

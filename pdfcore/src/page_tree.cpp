@@ -32,8 +32,9 @@ struct TreeWalk
     const std::vector<PageTreeKid> &rootKids;
     PageTree &tree;
     std::vector<TreeLevel> levels;
-    std::unordered_set<int> visitedNodes;
+    std::unordered_set<int> visitedNodes; ///< And lists of kids.
     KnownPageSizes sizes;
+    int catalogue = 0; ///< Object number; a damaged tree may lead back to it, but it is no page.
 };
 
 /// Lets a container grow; no C++ exception may pass the frames of MuPDF.
@@ -53,11 +54,13 @@ void growing(fz_context *ctx, Step &&step)
 void pushLevel(TreeWalk &walk, pdf_obj *node)
 {
     const int number = pdf_to_num(walk.ctx, node);
+    const int list = pdf_to_num(walk.ctx, pdf_dict_get(walk.ctx, node, PDF_NAME(Kids)));
     if (walk.levels.size() >= kMaxTreeDepth)
         return;
     bool isNew = true;
     growing(walk.ctx, [&] {
-        isNew = number == 0 || walk.visitedNodes.insert(number).second;
+        isNew = (number == 0 || walk.visitedNodes.insert(number).second) &&
+                (list == 0 || walk.visitedNodes.insert(list).second);
         walk.levels.reserve(walk.levels.size() + 1);
     });
     if (isNew)
@@ -241,6 +244,8 @@ void visit(TreeWalk &walk, pdf_obj *kid, int index)
 {
     const TreeLevel &level = walk.levels.back();
     const int number = pdf_to_num(walk.ctx, kid);
+    if (number != 0 && number == walk.catalogue)
+        return;
     const bool isKnown =
         walk.levels.size() == 1 && static_cast<std::size_t>(index) < walk.rootKids.size();
     PageTreeKid read;
@@ -345,10 +350,12 @@ bool walkPageTree(MupdfContext &context, pdf_document *document,
                   const std::vector<PageTreeKid> &rootKids, PageTree *tree, bool *hasTree,
                   QString *reason)
 {
-    TreeWalk walk{context.get(), document, rootKids, *tree, {}, {}, {}};
+    TreeWalk walk{context.get(), document, rootKids, *tree, {}, {}, {}, 0};
     const bool walked = context.run(
         [&](fz_context *ctx) {
             pdf_obj *root = rootOf(ctx, document);
+            walk.catalogue =
+                pdf_to_num(ctx, pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(Root)));
             *hasTree = pdf_is_dict(ctx, root) != 0;
             if (*hasTree)
                 walkFrom(walk, root);

@@ -20,11 +20,12 @@ constexpr std::size_t kMaxTreeDepth = 512;
 
 constexpr std::string_view kResources{"/Resources"};
 constexpr std::array kInherited{"/Resources", "/MediaBox", "/CropBox", "/Rotate"};
+using Inherited = std::array<QPDFObjectHandle, kInherited.size()>;
 
 struct TreeLevel
 {
-    QPDFObjectHandle node;
     QPDFObjectHandle kids;
+    Inherited values; ///< What pages below the node inherit; uninitialised where that is nothing.
     int next = 0;
 };
 
@@ -49,7 +50,7 @@ void replacePageTree(QPDF &document, std::vector<QPDFObjectHandle> &pages)
 
 /// Makes `page` an object that stands for itself, with what it inherits, and adds it to `pages`. A
 /// page that the tree names twice inherits what it does where it comes first.
-void addPage(QPDF &document, QPDFObjectHandle page, const std::vector<TreeLevel> &levels,
+void addPage(QPDF &document, QPDFObjectHandle page, const Inherited &inherited,
              std::set<QPDFObjGen> &visited, std::vector<QPDFObjectHandle> &pages)
 {
     if (!page.isIndirect())
@@ -57,18 +58,26 @@ void addPage(QPDF &document, QPDFObjectHandle page, const std::vector<TreeLevel>
     pages.push_back(page);
     if (!visited.insert(page.getObjGen()).second)
         return;
-    for (const char *key : kInherited) {
-        for (auto level = levels.rbegin(); level != levels.rend() && !page.hasKey(key); ++level) {
-            QPDFObjectHandle node = level->node;
-            if (!node.hasKey(key))
-                continue;
-            // Resources that many pages inherit stay one object.
-            if (key == kResources && !node.getKey(key).isIndirect())
-                node.replaceKey(key, document.makeIndirectObject(node.getKey(key)));
-            page.replaceKey(key, node.getKey(key));
-        }
+    for (std::size_t i = 0; i < kInherited.size(); ++i) {
+        if (inherited[i].isInitialized() && !page.hasKey(kInherited[i]))
+            page.replaceKey(kInherited[i], inherited[i]);
     }
     page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
+}
+
+/// What pages below a node inherit, from it or from above.
+Inherited inheritedBelow(QPDF &document, QPDFObjectHandle node, const Inherited &above)
+{
+    Inherited values = above;
+    for (std::size_t i = 0; i < kInherited.size(); ++i) {
+        if (!node.hasKey(kInherited[i]))
+            continue;
+        // Resources that many pages inherit stay one object.
+        if (kInherited[i] == kResources && !node.getKey(kInherited[i]).isIndirect())
+            node.replaceKey(kInherited[i], document.makeIndirectObject(node.getKey(kInherited[i])));
+        values[i] = node.getKey(kInherited[i]);
+    }
+    return values;
 }
 
 bool isPasswordError(const QPDFExc &exception)
@@ -134,9 +143,13 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     const auto pushLevel = [&](const QPDFObjectHandle &node, const QPDFObjectHandle &kids) {
         if (levels.size() >= kMaxTreeDepth)
             return;
-        if (node.isIndirect() && !visitedNodes.insert(node.getObjGen()).second)
-            return;
-        levels.push_back({node, kids, 0});
+        for (const QPDFObjectHandle &object : {node, kids}) {
+            QPDFObjectHandle visited = object;
+            if (visited.isIndirect() && !visitedNodes.insert(visited.getObjGen()).second)
+                return;
+        }
+        const Inherited above = levels.empty() ? Inherited() : levels.back().values;
+        levels.push_back({kids, inheritedBelow(document, node, above), 0});
     };
 
     QPDFObjectHandle root = document.getRoot().getKey("/Pages");
@@ -145,7 +158,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     if (QPDFObjectHandle kids = root.getKey("/Kids"); kids.isArray())
         pushLevel(root, kids);
     else if (hasType(root, "/Page"))
-        addPage(document, root, levels, visitedPages, pages);
+        addPage(document, root, Inherited(), visitedPages, pages);
     while (!levels.empty()) {
         TreeLevel &level = levels.back();
         if (level.next >= level.kids.getArrayNItems()) {
@@ -153,12 +166,12 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
             continue;
         }
         QPDFObjectHandle kid = level.kids.getArrayItem(level.next++);
-        if (!kid.isDictionary())
+        if (!kid.isDictionary() || kid.getObjGen() == document.getRoot().getObjGen())
             continue;
         if (QPDFObjectHandle kids = kid.getKey("/Kids"); kids.isArray())
             pushLevel(kid, kids);
         else if (!hasType(kid, "/Pages"))
-            addPage(document, kid, levels, visitedPages, pages);
+            addPage(document, kid, Inherited(level.values), visitedPages, pages);
     }
     replacePageTree(document, pages);
     return pages;

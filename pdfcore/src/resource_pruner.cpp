@@ -1,9 +1,11 @@
 #include "pdfcore/src/resource_pruner.h"
 
+#include "pdfcore/src/content_names.h"
 #include "pdfcore/src/qpdf_objects.h"
 
-#include <exception>
+#include <array>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,47 +15,68 @@ namespace pdfcore {
 namespace {
 
 /// Categories of resources that are looked through. Names of others are few and small.
-constexpr const char *kCategories[] = {"/Font",    "/XObject",   "/ColorSpace", "/Pattern",
-                                       "/Shading", "/ExtGState", "/Properties"};
+constexpr std::array kCategories{"/Font",    "/XObject",   "/ColorSpace", "/Pattern",
+                                 "/Shading", "/ExtGState", "/Properties"};
 
-/// Forms within forms that are followed.
+/// Parts within parts that are followed.
 constexpr int kMaxNesting = 32;
 
 /// Pages up to which it does not matter how many others are gone.
 constexpr int kAlwaysPruned = 1'000;
 
-/// Collects the names among the operands of a content stream. What they are used for does not
-/// matter: a resource whose name does not occur at all is not used.
-class NameCollector final : public QPDFObjectHandle::ParserCallbacks
+/// Names that content uses, each with the categories in which it means something nearer, as bits.
+/// What a name is used for does not matter: a resource whose name does not occur is not used.
+using UsedNames = std::map<std::string, unsigned>;
+
+void addNames(const UsedNames &added, UsedNames &names)
 {
-public:
-    explicit NameCollector(std::set<std::string> &names)
-        : m_names(names)
-    {}
-
-    void handleObject(QPDFObjectHandle object, size_t /*offset*/, size_t /*length*/) override
-    {
-        collect(object, 0);
+    for (const auto &[name, nearer] : added) {
+        const auto [known, isNew] = names.emplace(name, nearer);
+        if (!isNew)
+            known->second &= nearer;
     }
+}
 
-    void handleEOF() override {}
-
-private:
-    void collect(QPDFObjectHandle object, int depth)
-    {
-        if (object.isName()) {
-            m_names.insert(object.getName());
-        } else if (object.isArray() && depth < kMaxNesting) {
-            for (const QPDFObjectHandle &item : object.getArrayAsVector())
-                collect(item, depth + 1);
-        } else if (object.isDictionary() && depth < kMaxNesting) {
-            for (const auto &[key, value] : object.getDictAsMap())
-                collect(value, depth + 1);
+/// The streams that draw an annotation.
+std::vector<QPDFObjectHandle> looksOf(QPDFObjectHandle annotation)
+{
+    std::vector<QPDFObjectHandle> found;
+    QPDFObjectHandle looks = entryOf(annotation, "/AP");
+    if (!looks.isDictionary())
+        return found;
+    for (auto &[mode, look] : looks.getDictAsMap()) {
+        if (look.isStream()) {
+            found.push_back(look);
+        } else if (look.isDictionary()) {
+            for (auto &[state, stream] : look.getDictAsMap()) {
+                if (stream.isStream())
+                    found.push_back(stream);
+            }
         }
     }
+    return found;
+}
 
-    std::set<std::string> &m_names;
-};
+/// What a resource draws with resources of its own: the form of its soft mask or itself. Null when
+/// it draws nothing.
+QPDFObjectHandle partOf(QPDFObjectHandle resource)
+{
+    if (QPDFObjectHandle mask = entryOf(entryOf(resource, "/SMask"), "/G"); mask.isStream())
+        return mask;
+    if (hasName(resource, "/Subtype", "/Type3"))
+        return resource;
+    if (!resource.isStream())
+        return QPDFObjectHandle::newNull();
+    QPDFObjectHandle pattern = resource.getDict().getKey("/PatternType");
+    const bool isDrawn = hasName(resource.getDict(), "/Subtype", "/Form") ||
+                         (pattern.isInteger() && pattern.getIntValue() == 1);
+    return isDrawn ? resource : QPDFObjectHandle::newNull();
+}
+
+QPDFObjectHandle dictionaryOf(QPDFObjectHandle part)
+{
+    return part.isStream() ? part.getDict() : part;
+}
 
 /// Works on the resources of one source.
 class Pruner
@@ -63,11 +86,28 @@ public:
         : m_source(source)
     {}
 
+    /// Notes the resources of pages that are gone, with those of all that these draw.
     void findShared()
     {
+        std::vector<QPDFObjectHandle> waiting;
         for (const int index : m_source.gonePages()) {
-            forEachResource(m_source.page(index).getKey("/Resources"),
-                            [this](QPDFObjGen id) { return !m_ofGonePages.insert(id).second; });
+            QPDFObjectHandle page = m_source.page(index);
+            waiting.push_back(page.getKey("/Resources"));
+            for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
+                for (const QPDFObjectHandle &look : looksOf(annotation))
+                    waiting.push_back(dictionaryOf(look).getKey("/Resources"));
+            }
+        }
+        while (!waiting.empty()) {
+            QPDFObjectHandle resources = waiting.back();
+            waiting.pop_back();
+            forEachResource(
+                resources, [this](QPDFObjGen id) { return !m_ofGonePages.insert(id).second; },
+                [&](QPDFObjectHandle resource) {
+                    QPDFObjectHandle part = partOf(resource);
+                    if (part.isIndirect() && m_partsOfGonePages.insert(part.getObjGen()).second)
+                        waiting.push_back(dictionaryOf(part).getKey("/Resources"));
+                });
         }
     }
 
@@ -75,30 +115,36 @@ public:
     {
         QPDFObjectHandle page = m_source.page(index);
         QPDFObjectHandle resources = page.getKey("/Resources");
-        if (!isShared(resources))
+        for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
+            for (const QPDFObjectHandle &look : looksOf(annotation))
+                prunePart(look, 0);
+        }
+        if (!isShared(resources)) {
+            pruneParts(resources, 0);
             return;
-        std::set<std::string> names;
-        if (!readNames(page.getKey("/Contents"), names) || !addNamesOfLooks(page, names) ||
-            !addNamesOfParts(resources, names))
+        }
+        UsedNames names;
+        if (!readPage(page, names) || !addNamesOfParts(resources, names, 0))
             return;
         page.replaceKey("/Resources", pruned(resources, names, 0));
     }
 
 private:
-    /// Calls `visit` with the object numbers that stand in a resource dictionary, until it returns
-    /// true for a dictionary whose content is known.
-    template <typename Visit>
-    static void forEachResource(QPDFObjectHandle resources, Visit &&visit)
+    /// Calls `isKnown` with the object numbers that stand in a resource dictionary, until it
+    /// returns true for a dictionary whose content is known, and `visit` with the resources.
+    template <typename IsKnown, typename Visit>
+    static void forEachResource(QPDFObjectHandle resources, IsKnown &&isKnown, Visit &&visit)
     {
-        if (!resources.isDictionary() || (resources.isIndirect() && visit(resources.getObjGen())))
+        if (!resources.isDictionary() || (resources.isIndirect() && isKnown(resources.getObjGen())))
             return;
         for (const char *category : kCategories) {
             QPDFObjectHandle all = resources.getKey(category);
-            if (!all.isDictionary() || (all.isIndirect() && visit(all.getObjGen())))
+            if (!all.isDictionary() || (all.isIndirect() && isKnown(all.getObjGen())))
                 continue;
             for (auto &[name, resource] : all.getDictAsMap()) {
                 if (resource.isIndirect())
-                    visit(resource.getObjGen());
+                    isKnown(resource.getObjGen());
+                visit(resource);
             }
         }
     }
@@ -106,52 +152,50 @@ private:
     bool isShared(QPDFObjectHandle resources) const
     {
         bool shared = false;
-        forEachResource(resources, [&](QPDFObjGen id) {
-            shared = shared || m_ofGonePages.count(id) != 0;
-            return shared;
-        });
+        forEachResource(
+            resources,
+            [&](QPDFObjGen id) {
+                shared = shared || m_ofGonePages.count(id) != 0;
+                return shared;
+            },
+            [](const QPDFObjectHandle &) {});
         return shared;
     }
 
-    /// Adds the names that the looks of annotations take from the page for want of their own.
-    bool addNamesOfLooks(QPDFObjectHandle page, std::set<std::string> &names)
+    /// Reads what the page and its annotations take from the resources of the page.
+    bool readPage(QPDFObjectHandle page, UsedNames &names)
     {
+        QPDFObjectHandle contents = page.getKey("/Contents");
+        const std::vector<QPDFObjectHandle> streams =
+            contents.isArray() ? contents.getArrayAsVector() : std::vector{contents};
+        for (const QPDFObjectHandle &stream : streams) {
+            if (!readNames(stream, names))
+                return false;
+        }
         for (const QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
-            QPDFObjectHandle looks = entryOf(annotation, "/AP");
-            if (!looks.isDictionary())
-                continue;
-            for (auto &[mode, look] : looks.getDictAsMap()) {
-                if (look.isStream() && !addNamesOf(look, names))
+            for (const QPDFObjectHandle &look : looksOf(annotation)) {
+                if (!addNamesOf(look, names, 0))
                     return false;
-                if (!look.isDictionary())
-                    continue;
-                for (auto &[state, stream] : look.getDictAsMap()) {
-                    if (stream.isStream() && !addNamesOf(stream, names))
-                        return false;
-                }
             }
         }
         return true;
     }
 
-    bool readNames(QPDFObjectHandle content, std::set<std::string> &names) const
+    /// Adds the names in a stream; false when it cannot be told what these are.
+    bool readNames(QPDFObjectHandle content, UsedNames &names)
     {
-        if (content.isNull())
-            return true;
-        const std::size_t warnings = m_source.document().numWarnings();
-        try {
-            NameCollector collector(names);
-            QPDFObjectHandle::parseContentStream(content, &collector);
-        } catch (const std::exception &) {
+        if (!content.isStream())
+            return content.isNull();
+        const std::set<std::string> *found = m_contents.namesIn(content);
+        if (found == nullptr)
             return false;
-        }
-        // Who reads damaged content may read something else in it.
-        return m_source.document().numWarnings() == warnings;
+        for (const std::string &name : *found)
+            names[name] = 0;
+        return true;
     }
 
-    /// Adds the names that forms, patterns and glyphs among the resources take from them, or from
-    /// what surrounds them.
-    bool addNamesOfParts(QPDFObjectHandle resources, std::set<std::string> &names, int depth = 0)
+    /// Adds the names that parts among the resources take from them, or from what surrounds them.
+    bool addNamesOfParts(QPDFObjectHandle resources, UsedNames &names, int depth)
     {
         // What a part uses may be another part.
         for (std::size_t known = names.size() + 1; known != names.size();) {
@@ -161,7 +205,7 @@ private:
                 if (!parts.isDictionary())
                     continue;
                 for (auto &[name, part] : parts.getDictAsMap()) {
-                    if (names.count(name) != 0 && !addNamesOf(part, names, depth))
+                    if (names.count(name) != 0 && !addNamesOf(partOf(part), names, depth))
                         return false;
                 }
             }
@@ -169,61 +213,38 @@ private:
         return true;
     }
 
-    /// The form that a graphics state takes its soft mask from, if it has one.
-    static QPDFObjectHandle maskOf(QPDFObjectHandle state)
-    {
-        return entryOf(entryOf(state, "/SMask"), "/G");
-    }
-
     /// Adds the names that a part uses without defining them itself: readers look for them in what
     /// surrounds it.
-    bool addNamesOf(QPDFObjectHandle part, std::set<std::string> &names, int depth = 0)
+    bool addNamesOf(QPDFObjectHandle part, UsedNames &names, int depth)
     {
-        if (QPDFObjectHandle mask = maskOf(part); mask.isStream())
-            part = mask;
-        const bool isGlyphs = hasName(part, "/Subtype", "/Type3");
-        if (!isGlyphs && !(part.isStream() && hasContent(part.getDict())))
+        if (part.isNull())
             return true;
         const QPDFObjGen id = part.getObjGen();
         if (const auto known = m_openNamesOf.find(id); known != m_openNamesOf.end()) {
-            names.insert(known->second.begin(), known->second.end());
+            addNames(known->second, names);
             return true;
         }
         // A part that contains itself is left to those who can make sense of it.
         if (depth >= kMaxNesting || (part.isIndirect() && !m_beingRead.insert(id).second))
             return false;
-        std::set<std::string> open;
-        QPDFObjectHandle dictionary = part.isStream() ? part.getDict() : part;
-        const bool isRead = isGlyphs ? readNamesOfGlyphs(part, open) : readNames(part, open);
-        const bool isClosed = isRead && closeNames(dictionary.getKey("/Resources"), depth, open);
+        UsedNames open;
+        const bool isRead = readPart(part, open) &&
+                            closeNames(dictionaryOf(part).getKey("/Resources"), depth, open);
         m_beingRead.erase(id);
-        if (!isClosed)
+        if (!isRead)
             return false;
-        names.insert(open.begin(), open.end());
+        addNames(open, names);
         if (part.isIndirect())
             m_openNamesOf.emplace(id, std::move(open));
         return true;
     }
 
-    /// Adds what the parts among the resources leave open, then takes out what is defined here.
-    bool closeNames(QPDFObjectHandle resources, int depth, std::set<std::string> &names)
+    /// Adds the names in the content of a part: its own or that of its glyphs.
+    bool readPart(QPDFObjectHandle part, UsedNames &names)
     {
-        if (!resources.isDictionary())
-            return true;
-        if (!addNamesOfParts(resources, names, depth + 1))
-            return false;
-        for (auto &[category, all] : resources.getDictAsMap()) {
-            if (!all.isDictionary())
-                continue;
-            for (const std::string &name : all.getKeys())
-                names.erase(name);
-        }
-        return true;
-    }
-
-    bool readNamesOfGlyphs(QPDFObjectHandle font, std::set<std::string> &names) const
-    {
-        QPDFObjectHandle glyphs = font.getKey("/CharProcs");
+        if (part.isStream())
+            return readNames(part, names);
+        QPDFObjectHandle glyphs = part.getKey("/CharProcs");
         if (!glyphs.isDictionary())
             return true;
         for (auto &[name, glyph] : glyphs.getDictAsMap()) {
@@ -233,26 +254,47 @@ private:
         return true;
     }
 
-    /// The same for a form or a pattern with resources of its own.
+    /// Adds what the parts among the resources leave open, then notes what is defined here.
+    bool closeNames(QPDFObjectHandle resources, int depth, UsedNames &names)
+    {
+        if (!resources.isDictionary())
+            return true;
+        if (!addNamesOfParts(resources, names, depth + 1))
+            return false;
+        for (std::size_t i = 0; i < kCategories.size(); ++i) {
+            QPDFObjectHandle all = resources.getKey(kCategories[i]);
+            if (!all.isDictionary())
+                continue;
+            for (const std::string &name : all.getKeys()) {
+                if (const auto used = names.find(name); used != names.end())
+                    used->second |= 1U << i;
+            }
+        }
+        return true;
+    }
+
+    /// Prunes the resources that a part has of its own, and those of the parts among them.
     void prunePart(QPDFObjectHandle part, int depth)
     {
-        if (!part.isStream() || depth >= kMaxNesting ||
+        if (part.isNull() || !part.isIndirect() || depth >= kMaxNesting ||
             !m_visitedParts.insert(part.getObjGen()).second)
             return;
-        QPDFObjectHandle dictionary = part.getDict();
+        QPDFObjectHandle dictionary = dictionaryOf(part);
         QPDFObjectHandle resources = dictionary.getKey("/Resources");
-        if (!hasContent(dictionary) || !isShared(resources))
+        if (!isShared(resources)) {
+            pruneParts(resources, depth + 1);
             return;
-        std::set<std::string> names;
-        if (readNames(part, names) && addNamesOfParts(resources, names))
+        }
+        UsedNames names;
+        if (readPart(part, names) && addNamesOfParts(resources, names, depth))
             dictionary.replaceKey("/Resources", pruned(resources, names, depth));
     }
 
-    static bool hasContent(QPDFObjectHandle dictionary)
+    void pruneParts(QPDFObjectHandle resources, int depth)
     {
-        QPDFObjectHandle pattern = dictionary.getKey("/PatternType");
-        return hasName(dictionary, "/Subtype", "/Form") ||
-               (pattern.isInteger() && pattern.getIntValue() == 1);
+        forEachResource(
+            resources, [](QPDFObjGen) { return false; },
+            [&](QPDFObjectHandle resource) { prunePart(partOf(resource), depth); });
     }
 
     /// Colour spaces that stand in for the plain ones are used without being named.
@@ -261,31 +303,33 @@ private:
         return category == "/ColorSpace" && name.rfind("/Default", 0) == 0;
     }
 
-    QPDFObjectHandle pruned(QPDFObjectHandle resources, const std::set<std::string> &names,
-                            int depth)
+    QPDFObjectHandle pruned(QPDFObjectHandle resources, const UsedNames &names, int depth)
     {
         QPDFObjectHandle kept = resources.unsafeShallowCopy();
-        for (const char *category : kCategories) {
-            QPDFObjectHandle all = resources.getKey(category);
+        for (std::size_t i = 0; i < kCategories.size(); ++i) {
+            QPDFObjectHandle all = resources.getKey(kCategories[i]);
             if (!all.isDictionary())
                 continue;
             QPDFObjectHandle used = QPDFObjectHandle::newDictionary();
             for (auto &[name, resource] : all.getDictAsMap()) {
-                if (names.count(name) == 0 && !isUsedUnnamed(category, name))
+                const auto use = names.find(name);
+                const bool isUsed = use != names.end() && (use->second & (1U << i)) == 0;
+                if (!isUsed && !isUsedUnnamed(kCategories[i], name))
                     continue;
                 used.replaceKey(name, resource);
-                prunePart(resource, depth + 1);
-                prunePart(maskOf(resource), depth + 1);
+                prunePart(partOf(resource), depth + 1);
             }
-            kept.replaceKey(category, used);
+            kept.replaceKey(kCategories[i], used);
         }
         return kept;
     }
 
     SourceDocument &m_source;
+    ContentNames m_contents;
     std::set<QPDFObjGen> m_ofGonePages;
+    std::set<QPDFObjGen> m_partsOfGonePages;
     std::set<QPDFObjGen> m_visitedParts;
-    std::map<QPDFObjGen, std::set<std::string>> m_openNamesOf;
+    std::map<QPDFObjGen, UsedNames> m_openNamesOf;
     std::set<QPDFObjGen> m_beingRead;
 };
 

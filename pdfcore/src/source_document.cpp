@@ -96,6 +96,13 @@ bool SourceDocument::isGone(QPDFObjectHandle page) const
     return index && !isKept(*index);
 }
 
+bool SourceDocument::isAnnotation(QPDFObjectHandle object) const
+{
+    return object.isDictionary() && object.hasKey("/Subtype") && object.hasKey("/Rect") &&
+           (!object.hasKey("/Type") || hasName(object, "/Type", "/Annot")) && !indexOf(object) &&
+           object.getObjGen() != root().getObjGen();
+}
+
 SourceDocument::Target SourceDocument::resolve(QPDFObjectHandle destination)
 {
     bool isNamed = false;

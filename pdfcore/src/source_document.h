@@ -64,6 +64,9 @@ public:
     /// Whether the object is a page that the output does not have.
     [[nodiscard]] bool isGone(QPDFObjectHandle page) const;
 
+    /// Whether the object is an annotation, and nothing else that a damaged file lists as one.
+    [[nodiscard]] bool isAnnotation(QPDFObjectHandle object) const;
+
     /// Follows a destination: an array, a dictionary with one, or a name.
     [[nodiscard]] Target resolve(QPDFObjectHandle destination);
     /// The destination of `target` as an array that names the page object itself.

@@ -58,7 +58,7 @@ void SourceInOutput::dropGonePages()
         QPDFObjectHandle page = m_source.page(index);
         for (QPDFObjectHandle &annotation : itemsOf(page.getKey("/Annots"))) {
             // It may be a field whose other widgets stay.
-            if (annotation.isIndirect() && annotation.isDictionary() &&
+            if (annotation.isIndirect() && m_source.isAnnotation(annotation) &&
                 !m_fields.holds(annotation) && kept.count(annotation.getObjGen()) == 0)
                 document.replaceObject(annotation.getObjGen(), QPDFObjectHandle::newNull());
         }
@@ -87,12 +87,13 @@ void SourceInOutput::bringPages(QPDF &output, bool isMain)
     }
 }
 
-void SourceInOutput::renameTargets(const ActionTargets::Names &names)
+void SourceInOutput::renameTargets(const ActionTargets::Names &fields,
+                                   const ActionTargets::Names &attachments)
 {
-    if (names.empty())
+    if (fields.empty() && attachments.empty())
         return;
     const ActionTargets::Objects none;
-    ActionTargets targets(none, names);
+    ActionTargets targets(none, fields, attachments);
     for (const Outline::Entry &entry : m_outline.entries())
         targets.apply(entry.dictionary);
     for (auto &[index, page] : m_pages) {

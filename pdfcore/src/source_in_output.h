@@ -38,8 +38,9 @@ public:
     void reduce(LinkReducer::Role role);
     /// Makes the kept pages pages of the output. Of the main document they are that already.
     void bringPages(QPDF &output, bool isMain);
-    /// Makes the actions that name fields by their old names name them by the new ones.
-    void renameTargets(const ActionTargets::Names &names);
+    /// Makes the actions that name fields and attachments by their old names name them by the new
+    /// ones.
+    void renameTargets(const ActionTargets::Names &fields, const ActionTargets::Names &attachments);
 
     /// A kept page in the output.
     [[nodiscard]] QPDFObjectHandle pageInOutput(int index) const;

@@ -66,10 +66,12 @@ private:
         }
     }
 
+    /// Whether a kid is not marked content or an object, which need not say what they are.
     static bool isElement(QPDFObjectHandle kid)
     {
         return kid.isDictionary() && !hasName(kid, "/Type", "/MCR") &&
-               !hasName(kid, "/Type", "/OBJR");
+               !hasName(kid, "/Type", "/OBJR") &&
+               (kid.hasKey("/S") || (!kid.hasKey("/MCID") && !kid.hasKey("/Obj")));
     }
 
     void readElements(QPDFObjectHandle root)
@@ -77,6 +79,9 @@ private:
         std::set<QPDFObjGen> visited;
         m_elements.push_back({root, -1, QPDFObjectHandle::newNull()});
         for (std::size_t i = 0; i < m_elements.size(); ++i) {
+            QPDFObjectHandle list = m_elements[i].dictionary.getKey("/K");
+            if (list.isArray() && list.isIndirect() && !visited.insert(list.getObjGen()).second)
+                continue;
             for (QPDFObjectHandle &kid : kidsOf(m_elements[i].dictionary)) {
                 if (!isElement(kid) ||
                     (kid.isIndirect() && !visited.insert(kid.getObjGen()).second))
@@ -91,7 +96,7 @@ private:
     /// Whether a kid that is no element is on a page that stays.
     bool stays(QPDFObjectHandle kid, QPDFObjectHandle page) const
     {
-        if (hasName(kid, "/Type", "/OBJR")) {
+        if (kid.isDictionary() && (hasName(kid, "/Type", "/OBJR") || kid.hasKey("/Obj"))) {
             QPDFObjectHandle object = kid.getKey("/Obj");
             if (object.isNull() || m_goneAnnotations.count(object.getObjGen()) != 0)
                 return false;
