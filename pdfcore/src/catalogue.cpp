@@ -118,7 +118,7 @@ std::string freeFileName(const std::string &name, TakenNames &taken)
         return name;
     const std::string text = QPDFObjectHandle::newString(name).getUTF8Value();
     for (int &number = taken.numbers.emplace(name, 2).first->second;; ++number) {
-        const std::string free =
+        std::string free =
             QPDFObjectHandle::newUnicodeString(numbered(text, number)).getStringValue();
         if (taken.names.insert(free).second)
             return free;

@@ -13,7 +13,7 @@ namespace {
 
 /// Bytes of content that are read for one document. A few kilobytes of a file can stand for any
 /// amount of it.
-constexpr std::size_t kMaxBytes = 64U * 1024 * 1024;
+constexpr std::size_t kMaxBytes = std::size_t{64} * 1024 * 1024;
 
 class NameFilter final : public QPDFObjectHandle::TokenFilter
 {

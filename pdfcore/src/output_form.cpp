@@ -108,9 +108,9 @@ OutputForm::OutputForm(QPDF &output, const FormFields &main)
     , m_ownOrder(m_calculationOrder.size())
     , m_hadFields(main.hadFields())
 {
-    for (QPDFObjectHandle root : main.roots()) {
+    for (const QPDFObjectHandle &root : main.roots()) {
         m_roots.push_back(root);
-        m_rootIds.insert(root.getObjGen());
+        m_rootIds.insert(QPDFObjectHandle(root).getObjGen());
     }
     for (const QPDFObjectHandle &field : namedFields(main.roots()))
         m_names.insert(nameOf(field));
@@ -126,7 +126,7 @@ std::string OutputForm::freeFieldName(const std::string &wanted, const std::set<
 {
     int &number = m_nextNumbers.emplace(wanted, 2).first->second;
     for (;; ++number) {
-        const std::string name = wanted + "_" + std::to_string(number);
+        std::string name = wanted + "_" + std::to_string(number);
         if (!isTaken(name) && fresh.count(name) == 0)
             return name;
     }
@@ -136,9 +136,9 @@ std::string OutputForm::freeFieldName(const std::string &wanted, const std::set<
 /// name in common before, which makes them one field to a reader, still have one afterwards.
 OutputForm::Names OutputForm::addRoots(const std::vector<QPDFObjectHandle> &fields)
 {
-    for (QPDFObjectHandle field : fields) {
+    for (const QPDFObjectHandle &field : fields) {
         m_roots.push_back(field);
-        m_rootIds.insert(field.getObjGen());
+        m_rootIds.insert(QPDFObjectHandle(field).getObjGen());
     }
     std::set<std::string> fresh;
     Names given;
@@ -179,7 +179,7 @@ OutputForm::Names OutputForm::add(const FormFields &fields, ObjectCopier &copier
     for (const QPDFObjectHandle &field : fields.calculationOrder())
         m_calculationOrder.push_back(copier.copy(field));
     m_ownOrder = m_calculationOrder.size();
-    const Names renamed = addRoots(roots);
+    Names renamed = addRoots(roots);
     if (!renamed.empty()) {
         const ActionTargets::Objects none;
         ActionTargets targets(none, renamed);

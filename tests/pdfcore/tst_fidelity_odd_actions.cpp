@@ -10,7 +10,7 @@ namespace {
 using Bytes = QByteArray;
 
 /// Actions in one chain, enough for a way along it by recursion to leave the stack.
-constexpr int kMany = 100'000;
+constexpr int kMany = 50'000;
 
 /// A web link, which leads to no page.
 Bytes web(const Bytes &name, const Bytes &entries = {})
