@@ -5,9 +5,9 @@
 
 #include <array>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pdfcore {
@@ -15,6 +15,7 @@ namespace pdfcore {
 namespace {
 
 /// Categories of resources that are looked through. Names of others are few and small.
+constexpr std::string_view kColourSpaces{"/ColorSpace"};
 constexpr std::array kCategories{"/Font",    "/XObject",   "/ColorSpace", "/Pattern",
                                  "/Shading", "/ExtGState", "/Properties"};
 
@@ -149,7 +150,17 @@ private:
         }
     }
 
-    bool isShared(QPDFObjectHandle resources) const
+    bool isShared(QPDFObjectHandle resources)
+    {
+        if (!resources.isIndirect())
+            return isSharedWithGonePages(resources);
+        const auto [known, isNew] = m_shared.emplace(resources.getObjGen(), false);
+        if (isNew)
+            known->second = isSharedWithGonePages(resources);
+        return known->second;
+    }
+
+    bool isSharedWithGonePages(QPDFObjectHandle resources) const
     {
         bool shared = false;
         forEachResource(
@@ -198,19 +209,31 @@ private:
     bool addNamesOfParts(QPDFObjectHandle resources, UsedNames &names, int depth)
     {
         // What a part uses may be another part.
-        for (std::size_t known = names.size() + 1; known != names.size();) {
-            known = names.size();
-            for (const char *category : {"/XObject", "/Pattern", "/Font", "/ExtGState"}) {
-                QPDFObjectHandle parts = resources.getKey(category);
-                if (!parts.isDictionary())
-                    continue;
-                for (auto &[name, part] : parts.getDictAsMap()) {
-                    if (names.count(name) != 0 && !addNamesOf(partOf(part), names, depth))
+        std::set<std::string> followed;
+        for (bool isNew = true; isNew;) {
+            isNew = false;
+            for (const std::string &name : newNames(names, followed)) {
+                isNew = true;
+                for (const char *category : {"/XObject", "/Pattern", "/Font", "/ExtGState"}) {
+                    QPDFObjectHandle part = entryOf(resources.getKey(category), name);
+                    if (!addNamesOf(partOf(part), names, depth))
                         return false;
                 }
             }
         }
         return true;
+    }
+
+    /// Names that have not been followed yet; they count as followed afterwards.
+    static std::vector<std::string> newNames(const UsedNames &names,
+                                             std::set<std::string> &followed)
+    {
+        std::vector<std::string> found;
+        for (const auto &[name, nearer] : names) {
+            if (followed.insert(name).second)
+                found.push_back(name);
+        }
+        return found;
     }
 
     /// Adds the names that a part uses without defining them itself: readers look for them in what
@@ -292,15 +315,11 @@ private:
 
     void pruneParts(QPDFObjectHandle resources, int depth)
     {
+        if (resources.isIndirect() && !m_visitedResources.insert(resources.getObjGen()).second)
+            return;
         forEachResource(
             resources, [](QPDFObjGen) { return false; },
             [&](QPDFObjectHandle resource) { prunePart(partOf(resource), depth); });
-    }
-
-    /// Colour spaces that stand in for the plain ones are used without being named.
-    static bool isUsedUnnamed(const std::string &category, const std::string &name)
-    {
-        return category == "/ColorSpace" && name.rfind("/Default", 0) == 0;
     }
 
     QPDFObjectHandle pruned(QPDFObjectHandle resources, const UsedNames &names, int depth)
@@ -311,13 +330,21 @@ private:
             if (!all.isDictionary())
                 continue;
             QPDFObjectHandle used = QPDFObjectHandle::newDictionary();
-            for (auto &[name, resource] : all.getDictAsMap()) {
-                const auto use = names.find(name);
-                const bool isUsed = use != names.end() && (use->second & (1U << i)) == 0;
-                if (!isUsed && !isUsedUnnamed(kCategories[i], name))
-                    continue;
+            const auto keep = [&](const std::string &name) {
+                QPDFObjectHandle resource = all.getKey(name);
+                if (resource.isNull())
+                    return;
                 used.replaceKey(name, resource);
                 prunePart(partOf(resource), depth + 1);
+            };
+            for (const auto &[name, nearer] : names) {
+                if ((nearer & (1U << i)) == 0)
+                    keep(name);
+            }
+            // Colour spaces that stand in for the plain ones are used without being named.
+            if (kCategories[i] == kColourSpaces) {
+                for (const char *name : {"/DefaultGray", "/DefaultRGB", "/DefaultCMYK"})
+                    keep(name);
             }
             kept.replaceKey(kCategories[i], used);
         }
@@ -329,6 +356,8 @@ private:
     std::set<QPDFObjGen> m_ofGonePages;
     std::set<QPDFObjGen> m_partsOfGonePages;
     std::set<QPDFObjGen> m_visitedParts;
+    std::set<QPDFObjGen> m_visitedResources;
+    std::map<QPDFObjGen, bool> m_shared; ///< Whether gone pages have something of these resources.
     std::map<QPDFObjGen, UsedNames> m_openNamesOf;
     std::set<QPDFObjGen> m_beingRead;
 };

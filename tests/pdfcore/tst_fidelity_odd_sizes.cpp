@@ -1,0 +1,179 @@
+#include "tests/pdfcore/fidelity_case.h"
+#include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_soundness.h"
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Bytes = QByteArray;
+
+/// References to objects called `name` and a number, from 0 on.
+Bytes references(const Bytes &name, int count)
+{
+    Bytes text;
+    for (int i = 0; i < count; ++i)
+        text += '{' + name + Bytes::number(i) + "} ";
+    return text;
+}
+
+/// `count` pages that share all that a plain document has, content included.
+FidelityAssembly withManyPages(int count, const Bytes &pageEntries)
+{
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 1);
+    const Bytes page = "<< /Type /Page /Parent {pages} /MediaBox [0 0 300 400] /Contents "
+                       "{content1} " +
+                       pageEntries + " >>";
+    for (int i = 0; i < count; ++i)
+        document.set("many" + Bytes::number(i), page);
+    document.set("pages", "<< /Type /Pages /Count " + Bytes::number(count) + " /Kids [" +
+                              references("many", count) + "] >>");
+    return document;
+}
+
+/// Saves a list of pages that must be as many in the new file.
+void saveList(const FidelityCase &test, const QString &list)
+{
+    const QList<PdfSourcePage> pages = test.pages(list);
+    const Outcome outcome = save(pages, test.output());
+    QVERIFY2(outcome.ok, qPrintable(outcome.message));
+    QCOMPARE(inspect(test.output()).pageSizes.size(), pages.size());
+}
+
+QPDFObjectHandle below(QPDFObjectHandle object, const std::vector<const char *> &keys)
+{
+    for (const char *key : keys)
+        object = object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
+    return object;
+}
+
+} // namespace
+
+/// Documents of which one part is very large: a save takes as long as it takes to write it down.
+class FidelityOddSizesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void attachmentsOfOneName();
+    void copiesOfAFieldOnManyPages_data();
+    void copiesOfAFieldOnManyPages();
+    void pagesFarBelowTheTop();
+};
+
+void FidelityOddSizesTest::attachmentsOfOneName()
+{
+    constexpr int kMany = 20'000;
+    FidelityCase test;
+    std::set<std::string> wanted;
+    for (const Bytes prefix : {"MAIN", "OTHER"}) {
+        FidelityAssembly document = FidelityFixture::plain(prefix, 1);
+        Bytes names;
+        for (int i = 0; i < kMany; ++i) {
+            const Bytes number = Bytes::number(i);
+            const Bytes text = prefix + ' ' + number;
+            document.set("file" + number, "<< /Type /Filespec /F (a.txt) /Desc (" + text + ") >>");
+            names += "(a.txt) {file" + number + "} ";
+            wanted.insert(text.toStdString());
+        }
+        document.addEntries("catalogue",
+                            "/Names << /EmbeddedFiles << /Names [" + names + "] >> >>");
+        test.add(prefix, document.file());
+    }
+    saveList(test, u"M1 O1"_s);
+    if (QTest::currentTestFailed())
+        return;
+    FidelityDocument output(test.output());
+    std::set<std::string> found;
+    std::set<std::string> names;
+    for (auto &[name, file] : output.names("/EmbeddedFiles")) {
+        names.insert(name);
+        found.insert(file.getKey("/Desc").getUTF8Value());
+    }
+    QCOMPARE(names.size(), std::size_t{2 * kMany});
+    QVERIFY(found == wanted);
+    NO_PROBLEMS(FidelitySoundness::problems(test.output(), output));
+}
+
+void FidelityOddSizesTest::copiesOfAFieldOnManyPages_data()
+{
+    QTest::addColumn<Bytes>("kind");
+    QTest::addColumn<int>("count");
+    QTest::newRow("text") << Bytes("/FT /Tx /V (value)") << 6'000;
+    QTest::newRow("buttons with an option for each")
+        << "/FT /Btn /Ff 32768 /Opt [" + Bytes("(o) ").repeated(2'000) + ']' << 2'000;
+}
+
+void FidelityOddSizesTest::copiesOfAFieldOnManyPages()
+{
+    QFETCH(Bytes, kind);
+    QFETCH(int, count);
+    FidelityAssembly document = withManyPages(count, {});
+    document.addEntries("catalogue", "/AcroForm << /Fields [{field}] /CO [{field}] >>");
+    document.set("field",
+                 "<< /T (field) " + kind + " /Kids [" + references("widget", count) + "] >>");
+    for (int i = 0; i < count; ++i) {
+        const Bytes number = Bytes::number(i);
+        document.set("widget" + number,
+                     "<< /Type /Annot /Subtype /Widget /Parent {field} /Rect [0 0 9 9] >>");
+        document.addEntries("many" + number, "/Annots [{widget" + number + "}]");
+    }
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    saveList(test, u"M1-%1 M1-%1"_s.arg(count));
+    if (QTest::currentTestFailed())
+        return;
+    FidelityDocument output(test.output());
+    std::set<QPDFObjGen> fields;
+    for (qsizetype page = 0; page < output.marks().size(); ++page) {
+        const std::vector<QPDFObjectHandle> widgets = output.annotations(page);
+        QCOMPARE(widgets.size(), 1U);
+        QPDFObjectHandle field = QPDFObjectHandle(widgets.front()).getKey("/Parent");
+        fields.insert(field.getObjGen());
+        const bool isCopy = page >= count;
+        if (!isCopy)
+            QCOMPARE(fidelityText(field.getKey("/T")), u"field"_s);
+        else
+            QVERIFY(fidelityText(field.getKey("/T")).startsWith(u"field_"_s));
+        if (isCopy && kind.contains("/Opt"))
+            QCOMPARE(field.getKey("/Opt").getArrayNItems(), field.getKey("/Kids").getArrayNItems());
+    }
+    QCOMPARE(fields.size(), std::size_t(count) + 1);
+    NO_PROBLEMS(FidelitySoundness::problems(test.output(), output));
+}
+
+void FidelityOddSizesTest::pagesFarBelowTheTop()
+{
+    constexpr int kMany = 60'000;
+    constexpr int kLevels = 500;
+    FidelityAssembly document = withManyPages(kMany, {});
+    document.replace("pages", "/Type /Pages", "/Type /Pages /Parent {node0}");
+    const Bytes count = "/Count " + Bytes::number(kMany);
+    for (int level = 0; level < kLevels; ++level) {
+        const Bytes kid = level + 1 < kLevels ? "node" + Bytes::number(level + 1) : Bytes("pages");
+        document.set("node" + Bytes::number(level),
+                     "<< /Type /Pages " + count + " /Kids [{" + kid + "}] " +
+                         (level > 0 ? "/Parent {node" + Bytes::number(level - 1) + '}' : Bytes()) +
+                         " >>");
+    }
+    document.addEntries("node0", "/Rotate 90 /Resources << /Font << /F1 {font} >> >>");
+    document.replace("pages", "{node0}", "{node" + Bytes::number(kLevels - 1) + '}');
+    document.replace("catalogue", "{pages}", "{node0}");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    saveList(test, u"M1 M2"_s);
+    if (QTest::currentTestFailed())
+        return;
+    FidelityDocument output(test.output());
+    for (qsizetype page = 0; page < output.marks().size(); ++page) {
+        QCOMPARE(output.marks().at(page), u"MAIN-1"_s);
+        QCOMPARE(output.attribute(page, "/Rotate").getIntValueAsInt(), 90);
+        QPDFObjectHandle resources = output.attribute(page, "/Resources");
+        QVERIFY(below(resources, {"/Font", "/F1"}).isDictionary());
+    }
+    NO_PROBLEMS(FidelitySoundness::problems(test.output(), output));
+}
+
+QTEST_GUILESS_MAIN(FidelityOddSizesTest)
+#include "tst_fidelity_odd_sizes.moc"
