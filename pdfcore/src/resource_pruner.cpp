@@ -25,6 +25,9 @@ constexpr int kMaxNesting = 32;
 /// Pages up to which it does not matter how many others are gone.
 constexpr int kAlwaysPruned = 1'000;
 
+/// Resources without data of their own that are not worth reading the content for.
+constexpr int kFewResources = 2;
+
 /// Names that content uses, each with the categories in which it means something nearer, as bits.
 /// What a name is used for does not matter: a resource whose name does not occur is not used.
 using UsedNames = std::map<std::string, unsigned>;
@@ -77,6 +80,23 @@ QPDFObjectHandle partOf(QPDFObjectHandle resource)
 QPDFObjectHandle dictionaryOf(QPDFObjectHandle part)
 {
     return part.isStream() ? part.getDict() : part;
+}
+
+/// Whether leaving the resource out could save more than a few bytes: it draws something, or has
+/// data of its own.
+bool isWorthLeavingOut(QPDFObjectHandle resource)
+{
+    if (resource.isStream())
+        return true;
+    if (resource.isArray())
+        return resource.getArrayNItems() > 1;
+    for (const char *key : {"/FontDescriptor", "/DescendantFonts", "/CharProcs", "/ToUnicode",
+                            "/SMask", "/Function", "/Font"}) {
+        QPDFObjectHandle data = entryOf(resource, key);
+        if (!data.isNull() && !data.isName())
+            return true;
+    }
+    return false;
 }
 
 /// Works on the resources of one source.
@@ -150,27 +170,32 @@ private:
         }
     }
 
+    /// Whether gone pages have something of these resources, and there is something to be saved.
     bool isShared(QPDFObjectHandle resources)
     {
         if (!resources.isIndirect())
-            return isSharedWithGonePages(resources);
+            return sharesWithGonePages(resources);
         const auto [known, isNew] = m_shared.emplace(resources.getObjGen(), false);
         if (isNew)
-            known->second = isSharedWithGonePages(resources);
+            known->second = sharesWithGonePages(resources);
         return known->second;
     }
 
-    bool isSharedWithGonePages(QPDFObjectHandle resources) const
+    bool sharesWithGonePages(QPDFObjectHandle resources) const
     {
-        bool shared = false;
+        bool isShared = false;
+        bool isWorthIt = false;
+        int count = 0;
         forEachResource(
             resources,
             [&](QPDFObjGen id) {
-                shared = shared || m_ofGonePages.count(id) != 0;
-                return shared;
+                isShared = isShared || m_ofGonePages.count(id) != 0;
+                return isShared && isWorthIt;
             },
-            [](const QPDFObjectHandle &) {});
-        return shared;
+            [&](const QPDFObjectHandle &resource) {
+                isWorthIt = isWorthIt || ++count > kFewResources || isWorthLeavingOut(resource);
+            });
+        return isShared && isWorthIt;
     }
 
     /// Reads what the page and its annotations take from the resources of the page.
