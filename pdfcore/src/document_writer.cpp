@@ -1,6 +1,8 @@
 #include "pdfcore/src/document_writer.h"
 
 #include "pdfcore/src/atomic_file.h"
+#include "pdfcore/src/document_session.h"
+#include "pdfcore/src/file_identity.h"
 #include "pdfcore/src/output_document.h"
 #include "pdfcore/src/qpdf_io.h"
 #include "pdfcore/src/qpdf_source.h"
@@ -8,8 +10,6 @@
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
-
-#include <algorithm>
 
 namespace pdfcore {
 
@@ -52,7 +52,8 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
     return {};
 }
 
-/// Reopens what was written and counts its pages.
+/// Reopens what was written, which must not need a repair, and counts the pages that those who open
+/// it will see.
 EngineError check(const QString &path, qsizetype pageCount)
 {
     try {
@@ -60,11 +61,13 @@ EngineError check(const QString &path, qsizetype pageCount)
         written.setSuppressWarnings(true);
         written.setAttemptRecovery(false);
         written.processInputSource(std::make_shared<QFileInput>(path));
-        const std::vector<QPDFObjectHandle> &pages = written.getAllPages();
-        const auto found = static_cast<qsizetype>(
-            std::count_if(pages.begin(), pages.end(), [](const QPDFObjectHandle &page) {
-                return QPDFObjectHandle(page).isDictionary();
-            }));
+        EngineError outcome;
+        // Not one of the pool: the file is about to be moved.
+        const auto session = DocumentSession::open(FileIdentity::of(path), {}, {}, &outcome);
+        if (!session)
+            return {PdfBackendError::WriteFailed,
+                    QStringLiteral("The new file cannot be read back: %1").arg(outcome.message)};
+        const qsizetype found = session->pages()->pageSizes.size();
         if (found == pageCount)
             return {};
         return {
