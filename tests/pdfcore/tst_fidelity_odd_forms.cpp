@@ -471,7 +471,7 @@ void FidelityOddFormsTest::longChainsOfPopUpsEnd()
 {
     QFETCH(QString, list);
     QFETCH(bool, isListed);
-    constexpr int kPopUps = 50'000;
+    constexpr int kPopUps = 20'000;
     FidelityAssembly document = FidelityFixture::plain("MAIN", 2);
     document.set("note", "<< /Type /Annot /Subtype /Text /Rect [1 2 3 4] /Popup {popup0} >>");
     Bytes listed;

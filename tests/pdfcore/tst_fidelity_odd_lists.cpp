@@ -133,7 +133,7 @@ void FidelityOddListsTest::actionsBehindManyLinks()
 
 void FidelityOddListsTest::annotationsOfManyPages()
 {
-    constexpr int kMany = 1'500;
+    constexpr int kMany = 700;
     FidelityAssembly document = withManyPages(kMany, "/Annots {list}");
     for (int i = 0; i < kMany; ++i)
         document.set("square" + Bytes::number(i),
