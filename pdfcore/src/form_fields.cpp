@@ -108,12 +108,6 @@ public:
         return kept;
     }
 
-    [[nodiscard]] bool hasKept(QPDFObjectHandle field) const
-    {
-        const auto known = m_indexes.find(field.getObjGen());
-        return known != m_indexes.end() && m_stays[static_cast<std::size_t>(known->second)];
-    }
-
 private:
     using Annotations = std::map<QPDFObjGen, QPDFObjectHandle>;
 
@@ -341,7 +335,7 @@ FormFields FormFields::of(SourceDocument &source, LinkReducer &links, bool keeps
     fields.m_roots = reducer.reduce(form.getKey("/Fields"));
     fields.m_kept = reducer.keptFields();
     for (const QPDFObjectHandle &field : itemsOf(form.getKey("/CO"))) {
-        if (reducer.hasKept(field))
+        if (fields.holds(field))
             fields.m_calculationOrder.push_back(field);
     }
     return fields;

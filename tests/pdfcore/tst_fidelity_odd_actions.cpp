@@ -1,8 +1,9 @@
-#include "tests/pdfcore/fidelity_case.h"
 #include "tests/pdfcore/fidelity_outline.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -91,17 +92,6 @@ QStringList steps(FidelityDocument &document, QPDFObjectHandle first)
         waiting.push_back(action.getKey("/Next"));
     }
     return found;
-}
-
-/// Every object of the file with the data of streams.
-Bytes everythingIn(FidelityDocument &document)
-{
-    Bytes text;
-    for (QPDFObjectHandle object : document.pdf().getAllObjects()) {
-        QPDFObjectHandle value = object.isStream() ? object.getDict() : object;
-        text += Bytes::fromStdString(value.unparseResolved()) + '\n' + fidelityData(object) + '\n';
-    }
-    return text;
 }
 
 /// An outline of one entry, called "Broken".

@@ -1,20 +1,14 @@
-#include "tests/pdfcore/fidelity_case.h"
 #include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Bytes = QByteArray;
-
-QPDFObjectHandle below(QPDFObjectHandle object, const std::vector<const char *> &keys)
-{
-    for (const char *key : keys)
-        object = object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
-    return object;
-}
 
 /// The action of the last annotation on a page; null without one.
 QPDFObjectHandle actionOn(FidelityDocument &document, qsizetype page)

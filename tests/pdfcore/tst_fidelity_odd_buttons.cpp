@@ -1,32 +1,14 @@
-#include "tests/pdfcore/fidelity_case.h"
 #include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Bytes = QByteArray;
-
-/// A document of `count` pages whose form has the given entries.
-FidelityAssembly withForm(const Bytes &prefix, int count, const Bytes &form)
-{
-    FidelityAssembly document = FidelityFixture::plain(prefix, count);
-    document.addEntries("catalogue", "/AcroForm {form}");
-    document.set("form", "<< " + form + " >>");
-    return document;
-}
-
-void addWidget(FidelityAssembly &document, const Bytes &name, const Bytes &entries)
-{
-    document.set(name, "<< /Type /Annot /Subtype /Widget /Rect [1 2 30 40] " + entries + " >>");
-}
-
-void annotate(FidelityAssembly &document, int page, const Bytes &annotations)
-{
-    document.addEntries("page" + Bytes::number(page), "/Annots [" + annotations + ']');
-}
 
 /// What an action names: a text as it stands, an object by its name and the page that lists it.
 QString nameOfTarget(FidelityDocument &document, QPDFObjectHandle target)

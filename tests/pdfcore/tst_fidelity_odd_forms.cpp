@@ -1,32 +1,14 @@
-#include "tests/pdfcore/fidelity_case.h"
 #include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Bytes = QByteArray;
-
-/// A document of `count` pages whose form has the given entries.
-FidelityAssembly withForm(const Bytes &prefix, int count, const Bytes &form)
-{
-    FidelityAssembly document = FidelityFixture::plain(prefix, count);
-    document.addEntries("catalogue", "/AcroForm {form}");
-    document.set("form", "<< " + form + " >>");
-    return document;
-}
-
-void addWidget(FidelityAssembly &document, const Bytes &name, const Bytes &entries)
-{
-    document.set(name, "<< /Type /Annot /Subtype /Widget /Rect [1 2 30 40] " + entries + " >>");
-}
-
-void annotate(FidelityAssembly &document, int page, const Bytes &annotations)
-{
-    document.addEntries("page" + Bytes::number(page), "/Annots [" + annotations + ']');
-}
 
 /// A group of three buttons, one on each page, with an option for each.
 FidelityAssembly withOptions(const Bytes &type)
@@ -70,17 +52,6 @@ QStringList textsOf(QPDFObjectHandle array)
     for (int i = 0; array.isArray() && i < array.getArrayNItems(); ++i)
         texts.append(fidelityText(array.getArrayItem(i)));
     return texts;
-}
-
-/// Every object of the file with the data of streams.
-Bytes everythingIn(FidelityDocument &document)
-{
-    Bytes text;
-    for (QPDFObjectHandle object : document.pdf().getAllObjects()) {
-        QPDFObjectHandle value = object.isStream() ? object.getDict() : object;
-        text += Bytes::fromStdString(value.unparseResolved()) + '\n' + fidelityData(object) + '\n';
-    }
-    return text;
 }
 
 /// All that must be right, where the form has fields that are on no page or not in the form.

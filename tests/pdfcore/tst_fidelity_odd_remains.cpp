@@ -1,30 +1,13 @@
-#include "tests/pdfcore/fidelity_case.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Bytes = QByteArray;
-
-/// Every object of the file with the data of streams.
-Bytes everythingIn(FidelityDocument &document)
-{
-    Bytes text;
-    for (QPDFObjectHandle object : document.pdf().getAllObjects()) {
-        QPDFObjectHandle value = object.isStream() ? object.getDict() : object;
-        text += Bytes::fromStdString(value.unparseResolved()) + '\n' + fidelityData(object) + '\n';
-    }
-    return text;
-}
-
-QPDFObjectHandle below(QPDFObjectHandle object, const std::vector<const char *> &keys)
-{
-    for (const char *key : keys)
-        object = object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
-    return object;
-}
 
 std::vector<QPDFObjectHandle> items(QPDFObjectHandle object)
 {

@@ -1,7 +1,8 @@
-#include "tests/pdfcore/fidelity_case.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -10,17 +11,6 @@ using Bytes = QByteArray;
 
 constexpr int kImages = 20;
 const Bytes kForm = "/Type /XObject /Subtype /Form /BBox [0 0 300 400] ";
-
-/// Every object of the file with the data of streams.
-Bytes everythingIn(FidelityDocument &document)
-{
-    Bytes text;
-    for (QPDFObjectHandle object : document.pdf().getAllObjects()) {
-        QPDFObjectHandle value = object.isStream() ? object.getDict() : object;
-        text += Bytes::fromStdString(value.unparseResolved()) + '\n' + fidelityData(object) + '\n';
-    }
-    return text;
-}
 
 /// Operators that show image `number` in its own place.
 Bytes show(int number)

@@ -1,9 +1,10 @@
-#include "tests/pdfcore/fidelity_case.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 #include <functional>
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -35,24 +36,6 @@ void addLevels(FidelityAssembly &document, const Bytes &key, const Bytes &entrie
         document.set(levelName(level), '[' + node + node + ']');
     }
     document.set(levelName(kLevels), last);
-}
-
-/// Every object of the file with the data of streams.
-Bytes everythingIn(FidelityDocument &document)
-{
-    Bytes text;
-    for (QPDFObjectHandle object : document.pdf().getAllObjects()) {
-        QPDFObjectHandle value = object.isStream() ? object.getDict() : object;
-        text += Bytes::fromStdString(value.unparseResolved()) + '\n' + fidelityData(object) + '\n';
-    }
-    return text;
-}
-
-QPDFObjectHandle below(QPDFObjectHandle object, const std::vector<const char *> &keys)
-{
-    for (const char *key : keys)
-        object = object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
-    return object;
 }
 
 /// The keys of a name or number tree and whether a list of kids comes twice in it.

@@ -1,52 +1,14 @@
-#include "tests/pdfcore/fidelity_case.h"
 #include "tests/pdfcore/fidelity_fields.h"
+#include "tests/pdfcore/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity_soundness.h"
 
 using namespace EngineCalls;
+using namespace FidelityPieces;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Bytes = QByteArray;
-
-/// References to objects called `name` and a number, from 0 on.
-Bytes references(const Bytes &name, int count)
-{
-    Bytes text;
-    for (int i = 0; i < count; ++i)
-        text += '{' + name + Bytes::number(i) + "} ";
-    return text;
-}
-
-/// `count` pages that share all that a plain document has, content included.
-FidelityAssembly withManyPages(int count, const Bytes &pageEntries)
-{
-    FidelityAssembly document = FidelityFixture::plain("MAIN", 1);
-    const Bytes page = "<< /Type /Page /Parent {pages} /MediaBox [0 0 300 400] /Contents "
-                       "{content1} " +
-                       pageEntries + " >>";
-    for (int i = 0; i < count; ++i)
-        document.set("many" + Bytes::number(i), page);
-    document.set("pages", "<< /Type /Pages /Count " + Bytes::number(count) + " /Kids [" +
-                              references("many", count) + "] >>");
-    return document;
-}
-
-/// Saves a list of pages that must be as many in the new file.
-void saveList(const FidelityCase &test, const QString &list)
-{
-    const QList<PdfSourcePage> pages = test.pages(list);
-    const Outcome outcome = save(pages, test.output());
-    QVERIFY2(outcome.ok, qPrintable(outcome.message));
-    QCOMPARE(inspect(test.output()).pageSizes.size(), pages.size());
-}
-
-QPDFObjectHandle below(QPDFObjectHandle object, const std::vector<const char *> &keys)
-{
-    for (const char *key : keys)
-        object = object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
-    return object;
-}
 
 } // namespace
 
