@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/custom_tab_bar.h"
 
 #include "widgets/theme.h"
@@ -52,8 +53,9 @@ public:
                          const QWidget *widget) const override
     {
         const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
-        if (element != SE_TabBarTabRightButton || !tab)
+        if (element != SE_TabBarTabRightButton || !tab) {
             return QProxyStyle::subElementRect(element, option, widget);
+        }
         QRect button(QPoint(0, 0), tab->rightButtonSize);
         button.moveCenter(tab->rect.adjusted(0, kFaceTop, 0, 0).center());
         button.moveRight(tab->rect.right() - kCloseButtonRight);
@@ -91,8 +93,9 @@ CustomTabBar::CustomTabBar(QWidget *parent)
 
 QSize CustomTabBar::tabSizeHint(int index) const
 {
-    if (tabData(index).toInt() == kHomeTabData)
+    if (tabData(index).toInt() == kHomeTabData) {
         return {kHomeTabWidth, kTabHeight};
+    }
     return {count() < kNarrowFromCount ? kTabWidth : kNarrowTabWidth, kTabHeight};
 }
 
@@ -136,14 +139,16 @@ void CustomTabBar::paintEvent(QPaintEvent *)
     QFont titleFont = font();
     titleFont.setPixelSize(kTitlePixelSize);
     painter.setFont(titleFont);
-    for (int index = 0; index < count(); ++index)
+    for (int index = 0; index < count(); ++index) {
         paintTab(painter, index);
+    }
 }
 
 void CustomTabBar::setHoveredIndex(int index)
 {
-    if (m_hoveredIndex == index)
+    if (m_hoveredIndex == index) {
         return;
+    }
     m_hoveredIndex = index;
     update();
 }

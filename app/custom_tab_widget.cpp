@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/custom_tab_widget.h"
 
 #include "app/custom_tab_bar.h"
@@ -32,18 +33,22 @@ void CustomTabWidget::closeTab(int index)
 {
     QWidget *page = widget(index);
     qDebug() << "remove index" << index;
-    if (!page)
+    if (!page) {
         return;
+    }
     const QPointer<QWidget> pageInFront = currentWidget();
     if (const auto *viewerPage = qobject_cast<PdfShowPage *>(page)) {
         // The user is to see what he is asked about.
-        if (viewerPage->viewer()->isModified())
+        if (viewerPage->viewer()->isModified()) {
             setCurrentWidget(page);
-        if (!viewerPage->viewer()->maybeSave())
+        }
+        if (!viewerPage->viewer()->maybeSave()) {
             return;
+        }
     }
     removeTab(indexOf(page));
     page->deleteLater();
-    if (const int front = indexOf(pageInFront); front >= 0)
+    if (const int front = indexOf(pageInFront); front >= 0) {
         setCurrentIndex(front);
+    }
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/frameless_window.h"
 
 #include "app/language_dialog.h"
@@ -48,8 +49,9 @@ FramelessWindow::FramelessWindow(QWidget *parent)
 
 void FramelessWindow::setContentWidget(QWidget *widget)
 {
-    if (!widget || widget == m_content)
+    if (!widget || widget == m_content) {
         return;
+    }
     if (m_content) {
         layout()->removeWidget(m_content);
         m_content->hide();
@@ -58,8 +60,9 @@ void FramelessWindow::setContentWidget(QWidget *widget)
     m_content = widget;
     m_content->setParent(this);
     layout()->addWidget(m_content);
-    for (WindowCorner *corner : m_lowerCorners)
+    for (WindowCorner *corner : m_lowerCorners) {
         corner->raise();
+    }
 }
 
 void FramelessWindow::closeEvent(QCloseEvent *event)
@@ -91,8 +94,9 @@ void FramelessWindow::mouseMoveEvent(QMouseEvent *event)
 
 void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::LeftButton) {
         m_dragging = false;
+    }
     QWidget::mouseReleaseEvent(event);
 }
 
@@ -108,8 +112,9 @@ void FramelessWindow::paintEvent(QPaintEvent *)
 void FramelessWindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    for (WindowCorner *corner : m_lowerCorners)
+    for (WindowCorner *corner : m_lowerCorners) {
         corner->place();
+    }
     updateMask();
 }
 
@@ -125,10 +130,11 @@ void FramelessWindow::changeEvent(QEvent *event)
 
 void FramelessWindow::toggleMaximized()
 {
-    if (isMaximized())
+    if (isMaximized()) {
         showNormal();
-    else
+    } else {
         showMaximized();
+    }
 }
 
 void FramelessWindow::openLanguageDialog()
@@ -140,8 +146,9 @@ void FramelessWindow::openLanguageDialog()
 void FramelessWindow::updateMask()
 {
     const bool rounded = !isMaximized();
-    for (WindowCorner *corner : m_lowerCorners)
+    for (WindowCorner *corner : m_lowerCorners) {
         corner->setVisible(rounded);
+    }
     if (!rounded) {
         clearMask();
         return;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/home_page.h"
 
 #include "app/tool_table.h"
@@ -121,15 +122,17 @@ HomePage::HomePage(QWidget *parent)
     layout->addWidget(createRecentList(), 1);
 
     const QStringList files = RecentFileManager::instance()->files();
-    for (const QString &path : files)
+    for (const QString &path : files) {
         insertExistingFile(m_recentFiles->count(), path);
+    }
 }
 
 void HomePage::recordFile(const QString &path)
 {
     RecentFileManager *store = RecentFileManager::instance();
-    if (store->contains(path))
+    if (store->contains(path)) {
         return;
+    }
     insertExistingFile(0, path);
     store->addFile(path);
 }
@@ -245,15 +248,17 @@ void HomePage::chooseFile()
 {
     const QString path =
         QFileDialog::getOpenFileName(this, tr("打开 PDF 文件"), QString(), tr("PDF 文件 (*.pdf)"));
-    if (!path.isEmpty())
+    if (!path.isEmpty()) {
         emit openFile(path);
+    }
 }
 
 void HomePage::insertExistingFile(int row, const QString &path)
 {
     const QFileInfo file(path);
-    if (!file.exists())
+    if (!file.exists()) {
         return;
+    }
     auto *item = new QListWidgetItem(QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")),
                                      file.fileName());
     item->setData(Qt::UserRole, path);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/language_dialog.h"
 
 #include "app/language_manager.h"
@@ -136,8 +137,9 @@ QGridLayout *LanguageDialog::createCards()
         grid->addWidget(card, position / kCardColumns, position % kCardColumns);
         ++position;
     }
-    for (int column = 0; column < kCardColumns; ++column)
+    for (int column = 0; column < kCardColumns; ++column) {
         grid->setColumnStretch(column, 1);
+    }
     return grid;
 }
 
@@ -169,8 +171,9 @@ QHBoxLayout *LanguageDialog::createButtons()
 void LanguageDialog::apply()
 {
     const QAbstractButton *card = m_cards->checkedButton();
-    if (!card)
+    if (!card) {
         return;
+    }
     const QString code = card->property(kCodeProperty).toString();
     if (code == LanguageManager::instance()->currentLanguage()) {
         accept();
@@ -180,8 +183,9 @@ void LanguageDialog::apply()
     const int answer = ModernMessageBox::question(
         this, tr("切换语言？"), tr("界面语言将切换为“%1”。").arg(name),
         tr("当前打开的工具标签页将关闭。"), tr("切换"), tr("取消"), ModernMessageBox::Information);
-    if (answer != ModernMessageBox::Confirmed)
+    if (answer != ModernMessageBox::Confirmed) {
         return;
+    }
     if (!LanguageManager::instance()->setLanguage(code)) {
         ModernMessageBox::showError(this, tr("无法切换语言"), tr("未能加载所选语言的翻译文件。"),
                                     QString());

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/language_manager.h"
 
 #include "res/translate/translations.h"
@@ -71,16 +72,19 @@ void LanguageManager::initialize()
 {
     const QString code =
         QSettings().value(kSettingsKey, defaultLanguage(QLocale::system())).toString();
-    if (!applyLanguage(code))
+    if (!applyLanguage(code)) {
         applyLanguage(kSourceLanguage);
+    }
 }
 
 bool LanguageManager::setLanguage(const QString &code)
 {
-    if (code == m_currentLanguage)
+    if (code == m_currentLanguage) {
         return true;
-    if (!applyLanguage(code))
+    }
+    if (!applyLanguage(code)) {
         return false;
+    }
     QSettings().setValue(kSettingsKey, code);
     emit languageChanged(code);
     return true;
@@ -91,23 +95,27 @@ bool LanguageManager::applyLanguage(const QString &code)
     const auto language =
         std::find_if(kLanguages.cbegin(), kLanguages.cend(),
                      [&code](const Language &candidate) { return candidate.code == code; });
-    if (language == kLanguages.cend())
+    if (language == kLanguages.cend()) {
         return false;
+    }
 
     std::unique_ptr<QTranslator> translator;
     if (!language->resource.isEmpty()) {
         translator = std::make_unique<QTranslator>();
-        if (!translator->load(language->resource))
+        if (!translator->load(language->resource)) {
             return false;
+        }
     }
 
     m_currentLanguage = code;
-    if (m_translator)
+    if (m_translator) {
         QCoreApplication::removeTranslator(m_translator.get());
+    }
     m_translator = std::move(translator);
     QLocale::setDefault(QLocale(language->language, language->territory));
     QGuiApplication::setLayoutDirection(language->layoutDirection);
-    if (m_translator)
+    if (m_translator) {
         QCoreApplication::installTranslator(m_translator.get());
+    }
     return true;
 }

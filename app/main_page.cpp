@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/main_page.h"
 
 #include "app/custom_tab_widget.h"
@@ -32,12 +33,14 @@ constexpr QLatin1String
 /// The path under which an open file is found again; empty if `path` names none.
 QString normalizedFilePath(const QString &path)
 {
-    if (path.trimmed().isEmpty())
+    if (path.trimmed().isEmpty()) {
         return {};
+    }
     const QFileInfo file(path);
     QString resolved = file.canonicalFilePath();
-    if (resolved.isEmpty())
+    if (resolved.isEmpty()) {
         resolved = file.absoluteFilePath();
+    }
     return QDir::cleanPath(QDir::fromNativeSeparators(resolved));
 }
 
@@ -73,8 +76,9 @@ int MainPage::indexOfTool(int toolType) const
 {
     for (int index = 0; index < m_tabs->count(); ++index) {
         const QVariant type = m_tabs->widget(index)->property(kToolTypeProperty);
-        if (type.isValid() && type.toInt() == toolType)
+        if (type.isValid() && type.toInt() == toolType) {
             return index;
+        }
     }
     return -1;
 }
@@ -86,8 +90,9 @@ void MainPage::openTool(int toolType)
         return;
     }
     const Tool *tool = findTool(toolType);
-    if (!tool)
+    if (!tool) {
         return;
+    }
     QWidget *page = tool->createPage(this);
     page->setProperty(kToolTypeProperty, toolType);
     const QString title = tr(tool->title);
@@ -100,17 +105,20 @@ void MainPage::openToolWithFile(int toolType, const QString &filePath)
 {
     openTool(toolType);
     const int index = indexOfTool(toolType);
-    if (index < 0)
+    if (index < 0) {
         return;
-    if (const Tool *tool = findTool(toolType); tool && tool->addInputFile)
+    }
+    if (const Tool *tool = findTool(toolType); tool && tool->addInputFile) {
         tool->addInputFile(m_tabs->widget(index), filePath);
+    }
 }
 
 void MainPage::openFileInTab(const QString &path)
 {
     const QString normalizedPath = normalizedFilePath(path);
-    if (normalizedPath.isEmpty())
+    if (normalizedPath.isEmpty()) {
         return;
+    }
     if (const int index = indexOfFile(normalizedPath); index >= 0) {
         m_tabs->setCurrentIndex(index);
         return;
@@ -146,8 +154,9 @@ void MainPage::noteSaved(QWidget *page, const QString &path)
         const bool showsThatFile =
             other != page &&
             QFileInfo(other->property(kFilePathProperty).toString()) == QFileInfo(path);
-        if (!showsThatFile || other->viewer()->isModified())
+        if (!showsThatFile || other->viewer()->isModified()) {
             continue;
+        }
         m_tabs->removeTab(m_tabs->indexOf(other));
         other->deleteLater();
     }
@@ -158,12 +167,14 @@ bool MainPage::maybeClose()
     const QPointer<MainPage> self(this);
     // Saving one document may close the tab of another.
     for (const QPointer<PdfShowPage> &page : viewerPages()) {
-        if (!page || !page->viewer()->isModified())
+        if (!page || !page->viewer()->isModified()) {
             continue;
+        }
         m_tabs->setCurrentWidget(page);
         const bool mayClose = page->viewer()->maybeSave();
-        if (!self || !mayClose)
+        if (!self || !mayClose) {
             return false;
+        }
     }
     return true;
 }
@@ -178,8 +189,9 @@ QList<QPointer<PdfShowPage>> MainPage::viewerPages() const
 {
     QList<QPointer<PdfShowPage>> pages;
     for (int index = 0; index < m_tabs->count(); ++index) {
-        if (auto *page = qobject_cast<PdfShowPage *>(m_tabs->widget(index)))
+        if (auto *page = qobject_cast<PdfShowPage *>(m_tabs->widget(index))) {
             pages.append(page);
+        }
     }
     return pages;
 }
@@ -188,8 +200,9 @@ int MainPage::indexOfFile(const QString &normalizedPath) const
 {
     for (int index = 0; index < m_tabs->count(); ++index) {
         const QVariant path = m_tabs->widget(index)->property(kFilePathProperty);
-        if (path.isValid() && path.toString().compare(normalizedPath, Qt::CaseInsensitive) == 0)
+        if (path.isValid() && path.toString().compare(normalizedPath, Qt::CaseInsensitive) == 0) {
             return index;
+        }
     }
     return -1;
 }

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/startup.h"
 
 #include "app/frameless_window.h"
 #include "app/language_manager.h"
 #include "app/main_page.h"
 #include "app/window_picture.h"
-#include "pdfcore/pdf_source_file.h"
+#include "pdfcore/pdf_file_revision.h"
 #include "res/resources.h"
 #include "widgets/theme.h"
 
@@ -98,8 +99,9 @@ std::unique_ptr<FramelessWindow> Startup::showMainWindow()
 
 void Startup::openFileArgument(const FramelessWindow &window, const QStringList &arguments)
 {
-    if (arguments.size() > 1 && QFileInfo::exists(arguments.at(1)))
+    if (arguments.size() > 1 && QFileInfo::exists(arguments.at(1))) {
         window.findChild<MainPage *>()->openFile(arguments.at(1));
+    }
 }
 
 int Startup::run(int &argc, char **argv)
@@ -110,15 +112,16 @@ int Startup::run(int &argc, char **argv)
     LanguageManager::instance()->initialize();
     setAppearance();
     // What a run that did not end in order has left; on the disk, which may be slow.
-    QThreadPool::globalInstance()->start(&PdfSourceFile::removeLeftOvers);
+    QThreadPool::globalInstance()->start(&PdfFileRevision::removeLeftOvers);
 
     const std::unique_ptr<FramelessWindow> window = showMainWindow();
     const std::unique_ptr<WindowPicture> picture = WindowPicture::requestedFor(*window);
     openFileArgument(*window, QCoreApplication::arguments());
     if (picture) {
         picture->takeWhenReady();
-        if (picture->isFinished())
+        if (picture->isFinished()) {
             return picture->exitCode();
+        }
     }
     return QApplication::exec();
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/title_bar.h"
 
 #include "app/language_manager.h"
@@ -106,8 +107,9 @@ void TitleBar::retranslateUi()
 
 void TitleBar::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         retranslateUi();
+    }
     QWidget::changeEvent(event);
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/tool_table.h"
 
 #include "tools/image_to_pdf_page.h"
@@ -25,8 +26,9 @@ QWidget *createPage(QWidget *parent)
 template <typename Page>
 void addInputFile(QWidget *page, const QString &filePath)
 {
-    if (auto *toolPage = qobject_cast<Page *>(page))
+    if (auto *toolPage = qobject_cast<Page *>(page)) {
         toolPage->addInputFile(filePath);
+    }
 }
 
 constexpr std::array<Tool, 8> kTools{{

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/window_picture.h"
 
 #include "pdf/viewer/pdf_viewer_widget.h"
@@ -31,10 +32,11 @@ WindowPicture::WindowPicture(QWidget &window, const QString &filePath,
 
 void WindowPicture::takeWhenReady()
 {
-    if (const auto *viewer = m_window.findChild<PdfViewerWidget *>())
+    if (const auto *viewer = m_window.findChild<PdfViewerWidget *>()) {
         connect(viewer, &PdfViewerWidget::firstPagePainted, this, &WindowPicture::takeSoon);
-    else
+    } else {
         takeSoon();
+    }
 }
 
 void WindowPicture::takeSoon()
@@ -44,8 +46,9 @@ void WindowPicture::takeSoon()
 
 void WindowPicture::take(bool inTime)
 {
-    if (m_finished)
+    if (m_finished) {
         return;
+    }
     m_finished = true;
     m_timeout.stop();
     const bool saved = m_window.grab().save(m_filePath);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // Times the batch operations of the page model on a document of ten thousand pages, each as the
 // user waits for it: the model, its notifications, and what the attached view does about them.
 //
@@ -8,7 +9,7 @@
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
-#include "pdf/viewer/pdf_document_view.h"
+#include "pdf/viewer/reading/pdf_document_view.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

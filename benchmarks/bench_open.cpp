@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // Opening long documents against peers in the same series.
 //
 //     bench_open                  every figure
@@ -50,13 +51,15 @@ double timeToFirstPage(PdfViewerWidget &viewer, const QString &path)
     double milliseconds = -1;
     QElapsedTimer timer;
     QObject::connect(manager, &PdfRenderManager::pageRendered, &loop, [&] {
-        if (milliseconds < 0)
+        if (milliseconds < 0) {
             milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+        }
         loop.quit();
     });
     timer.start();
-    if (viewer.openFile(path, {}))
+    if (viewer.openFile(path, {})) {
         loop.exec();
+    }
     return milliseconds;
 }
 
@@ -64,8 +67,9 @@ int openOnce(const QString &path, int width)
 {
     const QTemporaryDir folder;
     const QString small = folder.filePath(QStringLiteral("small.pdf"));
-    if (!SampleFiles::writeText(small, 1))
+    if (!SampleFiles::writeText(small, 1)) {
         return 1;
+    }
     // A program that is running has its fonts and styles loaded.
     PdfViewerWidget running;
     running.resize(width, kHeight);
@@ -118,16 +122,19 @@ int main(int argc, char *argv[])
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QLatin1String("--inspect"))
+    if (arguments.value(1) == QLatin1String("--inspect")) {
         return inspectOnce(arguments.value(2));
-    if (arguments.value(1) == QLatin1String("--first"))
+    }
+    if (arguments.value(1) == QLatin1String("--first")) {
         return openOnce(arguments.value(2), arguments.value(3).toInt());
+    }
 
     const QTemporaryDir folder;
     const QString many = folder.filePath(QStringLiteral("text-10000.pdf"));
     const QString some = folder.filePath(QStringLiteral("text-1000.pdf"));
-    if (!SampleFiles::writeText(many, kManyPages) || !SampleFiles::writeText(some, kSomePages))
+    if (!SampleFiles::writeText(many, kManyPages) || !SampleFiles::writeText(some, kSomePages)) {
         return 1;
+    }
 
     printRatio(
         QStringLiteral("inspect, 10000 pages, / pdfinfo"),

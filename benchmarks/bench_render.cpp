@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // Rendering at 150 dpi through PdfEditorBackend::renderPages against `mutool draw` without output:
 // one thread against the peer, and two threads against one.
 //
@@ -55,8 +56,9 @@ std::vector<Job> pagesOf(const QStringList &files)
     for (const QString &file : files) {
         PdfDocumentInfo info;
         PdfBackendError error = PdfBackendError::None;
-        if (!PdfEditorBackend::inspectDocument(file, {}, &info, &error, nullptr))
+        if (!PdfEditorBackend::inspectDocument(file, {}, &info, &error, nullptr)) {
             return {};
+        }
         for (qsizetype i = 0; i < info.pageSizes.size(); ++i) {
             const QSizeF points = info.pageSizes.at(i);
             Job job;
@@ -73,8 +75,9 @@ std::vector<Job> pagesOf(const QStringList &files)
 int renderAll(const QStringList &files, int threadCount)
 {
     const std::vector<Job> jobs = pagesOf(files);
-    if (jobs.empty())
+    if (jobs.empty()) {
         return 1;
+    }
     std::atomic<std::size_t> next{0};
     std::atomic<bool> failed{false};
     const auto work = [&] {
@@ -82,16 +85,19 @@ int renderAll(const QStringList &files, int threadCount)
             QStringList errors;
             if (PdfEditorBackend::renderPages({jobs[i].page}, {jobs[i].pixels}, &errors)
                     .constFirst()
-                    .isNull())
+                    .isNull()) {
                 failed = true;
+            }
         }
     };
     std::vector<std::thread> threads;
-    for (int i = 1; i < threadCount; ++i)
+    for (int i = 1; i < threadCount; ++i) {
         threads.emplace_back(work);
+    }
     work();
-    for (std::thread &thread : threads)
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     return failed ? 1 : 0;
 }
 
@@ -114,26 +120,30 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QLatin1String("--work"))
+    if (arguments.value(1) == QLatin1String("--work")) {
         return renderAll(arguments.mid(3), arguments.value(2).toInt());
+    }
 
     const QTemporaryDir folder;
     const QString generated = folder.filePath(QStringLiteral("text-1000.pdf"));
-    if (!SampleFiles::writeText(generated, 1000))
+    if (!SampleFiles::writeText(generated, 1000)) {
         return 1;
+    }
     QStringList files{generated};
     for (const QString &name : kRealFiles) {
         const QString path = arguments.value(1) + QLatin1Char('/') + name;
-        if (QFileInfo::exists(path))
+        if (QFileInfo::exists(path)) {
             files.append(path);
+        }
     }
 
     QTextStream(stdout) << "One thread against mutool draw -r 150" << Qt::endl;
     printRatio(QStringLiteral("%1 files in one process").arg(files.size()),
                runPaired(ours(files, 1), peer(files), kRuns), kPeerLimit);
     QTextStream(stdout) << "Each file in a process of its own, start included" << Qt::endl;
-    for (const QString &file : files)
+    for (const QString &file : files) {
         printRatio(QFileInfo(file).fileName(), runPaired(ours({file}, 1), peer({file}), kRuns));
+    }
 
     QTextStream(stdout) << "Two threads against one" << Qt::endl;
     printRatio(QStringLiteral("%1 files in one process").arg(files.size()),

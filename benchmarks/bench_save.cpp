@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // Saving against the qpdf command in the same series.
 //
 //     bench_save                          every figure
@@ -48,13 +49,14 @@ QList<PdfSourcePage> pagesOfFiles(const QStringList &files)
     QList<PdfSourcePage> pages;
     for (const QString &file : files) {
         PdfDocumentInfo info;
-        if (!PdfEditorBackend::inspectDocument(file, {}, &info, nullptr, nullptr))
+        if (!PdfEditorBackend::inspectDocument(file, {}, &info, nullptr, nullptr)) {
             return {};
+        }
         for (qint32 i = 0; i < info.pageSizes.size(); ++i) {
             PdfSourcePage page;
             page.filePath = file;
             page.pageIndex = i;
-            page.source = info.source;
+            page.revision = info.revision;
             pages.append(page);
         }
     }
@@ -65,21 +67,24 @@ QList<PdfSourcePage> pagesInOrder(const QString &order, const QStringList &files
 {
     QList<PdfSourcePage> pages;
     if (order == kMixed) {
-        for (int i = 0; i < kMixedPages; ++i)
+        for (int i = 0; i < kMixedPages; ++i) {
             pages.append(mixedPage(files, i));
+        }
         return pages;
     }
     pages = pagesOfFiles(files);
-    if (order == kReversed)
+    if (order == kReversed) {
         std::reverse(pages.begin(), pages.end());
+    }
     return pages;
 }
 
 int saveOnce(const QString &order, const QString &target, const QStringList &files)
 {
     const QList<PdfSourcePage> pages = pagesInOrder(order, files);
-    if (pages.isEmpty())
+    if (pages.isEmpty()) {
         return 1;
+    }
     PdfEditorBackend::renderPage(pages.constFirst(), {1700, 2200}, nullptr, nullptr);
     QString message;
     QElapsedTimer timer;
@@ -106,15 +111,17 @@ bool compare(const QString &what, const QString &order, const QStringList &files
             QStringList{QStringLiteral("--work"), order, folder.filePath(QStringLiteral("o.pdf"))} +
                 files);
         process.waitForFinished(-1);
-        if (process.exitCode() != 0)
+        if (process.exitCode() != 0) {
             return false;
+        }
         ours.append(process.readAllStandardOutput().trimmed().toDouble());
         double together = 0;
         for (const QStringList &arguments : peer) {
             const TimedCommand command{QStringLiteral("qpdf"), arguments};
             const PairedSeries series = runPaired(command, command, 1);
-            if (!series.problem.isEmpty())
+            if (!series.problem.isEmpty()) {
                 return false;
+            }
             together += series.medianA;
         }
         peers.append(together);
@@ -129,8 +136,9 @@ bool compareMixed(const QTemporaryDir &folder)
     QStringList files;
     for (const QChar name : QStringLiteral("abc")) {
         files.append(folder.filePath(QString(name) + QStringLiteral(".pdf")));
-        if (!SampleFiles::writeText(files.constLast(), kPagesOfMixedFile))
+        if (!SampleFiles::writeText(files.constLast(), kPagesOfMixedFile)) {
             return false;
+        }
     }
     QStringList peer{QStringLiteral("--empty"), QStringLiteral("--object-streams=generate"),
                      QStringLiteral("--pages")};
@@ -157,8 +165,9 @@ bool compareJoined(const QTemporaryDir &folder)
     QList<QStringList> peer;
     for (int i = 0; i < kManyFiles; ++i) {
         files.append(folder.filePath(QStringLiteral("join%1.pdf").arg(i)));
-        if (!SampleFiles::writeText(files.constLast(), kManyPages / kManyFiles))
+        if (!SampleFiles::writeText(files.constLast(), kManyPages / kManyFiles)) {
             return false;
+        }
         peer.append({files.constLast(), folder.filePath(QStringLiteral("peer.pdf"))});
     }
     return compare(QStringLiteral("10000 pages of ten files / qpdf IN OUT of each"), kJoined, files,
@@ -168,8 +177,9 @@ bool compareJoined(const QTemporaryDir &folder)
 qint64 sizeOfFiles(const QString &folder)
 {
     qint64 bytes = 0;
-    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::Files))
+    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::Files)) {
         bytes += file.size();
+    }
     return bytes;
 }
 
@@ -203,10 +213,12 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QLatin1String("--work"))
+    if (arguments.value(1) == QLatin1String("--work")) {
         return saveOnce(arguments.value(2), arguments.value(3), arguments.mid(4));
-    if (arguments.value(1) == QLatin1String("--split"))
+    }
+    if (arguments.value(1) == QLatin1String("--split")) {
         return compareParts(arguments.mid(2));
+    }
 
     const QTemporaryDir folder;
     return compareMixed(folder) && compareReversed(folder) && compareJoined(folder) ? 0 : 1;

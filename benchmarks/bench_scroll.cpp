@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // Memory of a viewer while a 1,000-page scan is scrolled from end to end.
 //
 //     bench_scroll [FILE]     scrolls FILE, or a scan made for the purpose
@@ -5,8 +6,8 @@
 #include "benchmarks/peer_series.h"
 #include "benchmarks/sample_files.h"
 #include "pdf/core/pdf_render_manager.h"
-#include "pdf/viewer/pdf_document_view.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "pdf/viewer/reading/pdf_document_view.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -25,16 +26,18 @@ constexpr qint64 kStepMilliseconds = 60;
 
 int main(int argc, char *argv[])
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     QTextStream out(stdout);
     const QTemporaryDir folder;
     QString path = QCoreApplication::arguments().value(1);
     if (path.isEmpty()) {
         path = folder.filePath(QStringLiteral("scan.pdf"));
-        if (!SampleFiles::writeScan(path, kPages))
+        if (!SampleFiles::writeScan(path, kPages)) {
             return 1;
+        }
     }
 
     PdfViewerWidget viewer;
@@ -44,8 +47,9 @@ int main(int argc, char *argv[])
     auto *view = viewer.findChild<PdfDocumentView *>();
     int rendered = 0;
     QObject::connect(manager, &PdfRenderManager::pageRendered, &viewer, [&] { ++rendered; });
-    if (!viewer.openFile(path, {}))
+    if (!viewer.openFile(path, {})) {
         return 1;
+    }
     out << QStringLiteral("opened: %1 MiB").arg(peakMemoryMiB(), 0, 'f', 0) << Qt::endl;
 
     QElapsedTimer whole;
@@ -56,8 +60,9 @@ int main(int argc, char *argv[])
         bar->setValue(bar->value() + bar->pageStep());
         QElapsedTimer step;
         step.start();
-        while (rendered == before && step.elapsed() < kStepMilliseconds)
+        while (rendered == before && step.elapsed() < kStepMilliseconds) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        }
     }
     const double peak = peakMemoryMiB();
     out << QStringLiteral("scrolled to page %1, %2 pages rendered in %3 ms")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // How long the interface thread is kept from its event loop while a document of ten thousand pages
 // is worked on in the whole viewer, and how much memory that takes.
 //
@@ -11,9 +12,9 @@
 #include "benchmarks/sample_files.h"
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_undo_manager.h"
-#include "pdf/viewer/pdf_page_manager_view.h"
-#include "pdf/viewer/pdf_thumbnail_panel.h"
+#include "pdf/viewer/grid/pdf_page_manager_view.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "pdf/viewer/thumbnails/pdf_thumbnail_panel.h"
 #include "res/resources.h"
 
 #include <QApplication>
@@ -99,8 +100,9 @@ int main(int argc, char *argv[])
     initResources();
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("text-10000.pdf"));
-    if (!SampleFiles::writeText(path, kPages))
+    if (!SampleFiles::writeText(path, kPages)) {
         return 1;
+    }
 
     PdfViewerWidget viewer;
     viewer.resize(1160, 740);
@@ -126,8 +128,9 @@ int main(int argc, char *argv[])
     bool opened = false;
     report(QStringLiteral("opening, file inspected before"),
            watch.worstDuring([&] { opened = viewer.openFile(path, {}); }));
-    if (!opened)
+    if (!opened) {
         return 1;
+    }
     report(QStringLiteral("scrolling the thumbnail panel"), scrollThrough(watch, *panelList));
     report(QStringLiteral("switching to the grid"),
            watch.worstDuring([&] { viewer.setViewMode(PdfViewMode::PageManageView); }));
@@ -137,8 +140,9 @@ int main(int argc, char *argv[])
     report(QStringLiteral("selecting all"), watch.worstDuring([&] { model->selectAll(); }));
 
     QList<PdfPageId> doomed;
-    for (int row = 0; row < kPages && doomed.size() < kDeleted; row += 2)
+    for (int row = 0; row < kPages && doomed.size() < kDeleted; row += 2) {
         doomed.append(model->pageAt(row)->id);
+    }
     report(QStringLiteral("deleting 5000 pages, every other"),
            watch.worstDuring([&] { history->deletePages(doomed); }));
     report(QStringLiteral("undo"), watch.worstDuring([&] { history->undoStack()->undo(); }));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "benchmarks/peer_series.h"
 
 #include <QElapsedTimer>
@@ -43,10 +44,12 @@ PairedSeries runPaired(const TimedCommand &a, const TimedCommand &b, int runs)
     for (int run = -1; run < runs; ++run) {
         const double timeA = timeOnce(a, &series.problem);
         const double timeB = timeA < 0 ? -1 : timeOnce(b, &series.problem);
-        if (timeA < 0 || timeB < 0)
+        if (timeA < 0 || timeB < 0) {
             return series;
-        if (run < 0)
+        }
+        if (run < 0) {
             continue;
+        }
         timesA.append(timeA);
         timesB.append(timeB);
         ratios.append(timeA / timeB);
@@ -88,11 +91,13 @@ double median(QList<double> values)
 double peakMemoryMiB()
 {
     QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
+    if (!status.open(QIODevice::ReadOnly)) {
         return -1;
+    }
     for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
+        if (line.startsWith("VmHWM:")) {
             return line.mid(6).trimmed().split(' ').constFirst().toDouble() / 1024;
+        }
     }
     return -1;
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "benchmarks/sample_files.h"
 
 #include <QBuffer>
@@ -39,8 +40,9 @@ public:
     {
         const qint64 start = m_file.pos();
         put("xref\n0 " + QByteArray::number(m_offsets.size() + 1) + "\n0000000000 65535 f \n");
-        for (const qint64 offset : m_offsets)
+        for (const qint64 offset : m_offsets) {
             put(QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n");
+        }
         put("trailer<</Size " + QByteArray::number(m_offsets.size() + 1) +
             "/Root 1 0 R>>\nstartxref\n" + QByteArray::number(start) + "\n%%EOF\n");
         return m_ok && m_file.flush();
@@ -59,8 +61,9 @@ void writeTree(PdfFile &pdf, int pages, int first, int step)
 {
     pdf.object("<</Type/Catalog/Pages 2 0 R>>");
     QByteArray kids;
-    for (int i = 0; i < pages; ++i)
+    for (int i = 0; i < pages; ++i) {
         kids += QByteArray::number(first + i * step) + " 0 R ";
+    }
     pdf.object("<</Type/Pages/Kids[" + kids + "]/Count " + QByteArray::number(pages) + ">>");
 }
 
@@ -80,8 +83,9 @@ QByteArray scannedPage(quint32 seed)
         }
     }
     painter.end();
-    for (int i = 0; i < 200'000; ++i)
+    for (int i = 0; i < 200'000; ++i) {
         image.scanLine(random.bounded(image.height()))[random.bounded(image.width())] ^= 8;
+    }
     QByteArray jpeg;
     QBuffer buffer(&jpeg);
     buffer.open(QIODevice::WriteOnly);
@@ -103,10 +107,11 @@ bool writeText(const QString &path, int pages)
                    "/Resources<</Font<</F1 3 0 R>>>>/Contents " +
                    QByteArray::number(pdf.next() + 1) + " 0 R>>");
         QByteArray content = "BT /F1 12 Tf 50 800 Td 14 TL\n";
-        for (int line = 0; line < 50; ++line)
+        for (int line = 0; line < 50; ++line) {
             content += "(Line " + QByteArray::number(line) + " of page " +
                        QByteArray::number(page + 1) +
                        ": pages that hold ordinary text in one font and size.) Tj T*\n";
+        }
         pdf.stream({}, content + "ET\n");
     }
     return pdf.finish();
@@ -116,8 +121,9 @@ bool writeScan(const QString &path, int pages)
 {
     constexpr int kDistinctPictures = 12;
     QList<QByteArray> pictures;
-    for (quint32 i = 0; i < kDistinctPictures; ++i)
+    for (quint32 i = 0; i < kDistinctPictures; ++i) {
         pictures.append(scannedPage(i));
+    }
     PdfFile pdf(path);
     writeTree(pdf, pages, 3, 3);
     for (int page = 0; page < pages; ++page) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // Writes page lists with the engine, and holds files that any program wrote against their sources.
 // scripts/fidelity.py runs it.
 //
@@ -9,8 +10,8 @@
 // LIST is as in FidelityCase: "M1-8 _ O3+90" for pages 1 to 8 of MAIN.pdf, a blank page, and page 3
 // of OTHER.pdf turned by 90 degrees.
 
-#include "tests/pdfcore/fidelity_case.h"
-#include "tests/pdfcore/fidelity_soundness.h"
+#include "tests/pdfcore/fidelity/fidelity_case.h"
+#include "tests/pdfcore/fidelity/fidelity_soundness.h"
 #include "tests/support/pdf_fixture.h"
 
 #include <QCoreApplication>
@@ -28,8 +29,9 @@ int writeSamples(const QDir &folder)
 {
     for (const char *name : kSamples) {
         if (!PdfFixture::write(folder.filePath(QLatin1String(name) + QStringLiteral(".pdf")),
-                               FidelityFixture::everything(name).file()))
+                               FidelityFixture::everything(name).file())) {
             return 1;
+        }
     }
     return 0;
 }
@@ -37,16 +39,18 @@ int writeSamples(const QDir &folder)
 QList<PdfSourcePage> pagesOf(const QDir &folder, const QString &list)
 {
     FidelityCase samples;
-    for (const char *name : kSamples)
+    for (const char *name : kSamples) {
         samples.use(folder.filePath(QLatin1String(name) + QStringLiteral(".pdf")));
+    }
     return samples.pages(list);
 }
 
 int save(const QList<PdfSourcePage> &pages, const QString &output)
 {
     const EngineCalls::Outcome outcome = EngineCalls::save(pages, output);
-    if (!outcome.ok)
+    if (!outcome.ok) {
         QTextStream(stderr) << outcome.message << Qt::endl;
+    }
     return outcome.ok ? 0 : 1;
 }
 
@@ -97,12 +101,15 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments();
     const QString mode = arguments.value(1);
     const QDir folder(arguments.value(2));
-    if (mode == QLatin1String("--samples") && arguments.size() == 3)
+    if (mode == QLatin1String("--samples") && arguments.size() == 3) {
         return writeSamples(folder);
-    if (arguments.size() == 5 && mode == QLatin1String("--save"))
+    }
+    if (arguments.size() == 5 && mode == QLatin1String("--save")) {
         return save(pagesOf(folder, arguments.at(3)), arguments.at(4));
-    if (arguments.size() == 5 && mode == QLatin1String("--compare"))
+    }
+    if (arguments.size() == 5 && mode == QLatin1String("--compare")) {
         return compare(pagesOf(folder, arguments.at(3)), arguments.at(4));
+    }
     QTextStream(stderr) << "The first lines of benchmarks/write_pages.cpp say how to use it."
                         << Qt::endl;
     return 2;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "fuzz/fuzz_engine.h"
 
 #include "pdfcore/pdf_editor_backend.h"
@@ -20,8 +21,9 @@ class Choice
 public:
     explicit Choice(const QByteArray &input)
     {
-        for (const char byte : input)
+        for (const char byte : input) {
             m_state = (m_state ^ static_cast<unsigned char>(byte)) * 1099511628211ULL;
+        }
     }
 
     int below(int limit)
@@ -62,8 +64,9 @@ QList<PdfSourcePage> makeList(const QStringList &files, int pageCount, Choice &c
     QList<PdfSourcePage> pages;
     const int kind = choice.below(3);
     if (kind == 0) {
-        for (int i = 0; i < pageCount; ++i)
+        for (int i = 0; i < pageCount; ++i) {
             pages.append(filePage(files.at(0), i));
+        }
         return pages;
     }
     for (int left = choice.below(kLongestList); left >= 0; --left) {
@@ -93,25 +96,31 @@ void run(const QByteArray &input)
     const QStringList files{folder.filePath(QStringLiteral("a.pdf")),
                             folder.filePath(QStringLiteral("b.pdf"))};
     const QString output = folder.filePath(QStringLiteral("out.pdf"));
-    if (!writeFile(files.at(0), input) || !writeFile(files.at(1), input))
+    if (!writeFile(files.at(0), input) || !writeFile(files.at(1), input)) {
         return;
+    }
     PdfDocumentInfo info;
-    if (!PdfEditorBackend::inspectDocument(files.at(0), {}, &info, nullptr, nullptr))
+    if (!PdfEditorBackend::inspectDocument(files.at(0), {}, &info, nullptr, nullptr)) {
         return;
+    }
     const auto pageCount = static_cast<int>(info.pageSizes.size());
-    if (pageCount == 0 || pageCount > kMostPages)
+    if (pageCount == 0 || pageCount > kMostPages) {
         return;
+    }
     PdfEditorBackend::renderPage(filePage(files.at(0), 0), kSize, nullptr, nullptr);
     Choice choice(input);
     for (int i = 0; i < kLists; ++i) {
         const QList<PdfSourcePage> pages = makeList(files, pageCount, choice);
-        if (!PdfEditorBackend::saveDocument(pages, output, nullptr, nullptr))
+        if (!PdfEditorBackend::saveDocument(pages, output, nullptr, nullptr)) {
             continue;
+        }
         PdfDocumentInfo written;
-        if (!PdfEditorBackend::inspectDocument(output, {}, &written, nullptr, nullptr))
+        if (!PdfEditorBackend::inspectDocument(output, {}, &written, nullptr, nullptr)) {
             fail("The file that was written does not open.");
-        if (written.pageSizes.size() != pages.size())
+        }
+        if (written.pageSizes.size() != pages.size()) {
             fail("The file that was written has other pages.");
+        }
     }
 }
 

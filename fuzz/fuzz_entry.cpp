@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // The entry that fuzzers call.
 
 #include "fuzz/fuzz_engine.h"

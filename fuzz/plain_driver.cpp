@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 // A fuzzer for compilers that bring none: runs every file of the given folders, then files changed
 // at random until the time is over. Where the compiler reports the ways through the engine, inputs
 // that take a new one are kept and changed further.
@@ -72,14 +73,17 @@ QList<QByteArray> wordsOf(const QString &path)
 {
     QList<QByteArray> words;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         return words;
+    }
     for (const QByteArray &line : file.readAll().split('\n')) {
-        if (!line.startsWith('"'))
+        if (!line.startsWith('"')) {
             continue;
+        }
         QByteArray word = line.mid(1, line.lastIndexOf('"') - 1);
-        for (qsizetype at = word.indexOf("\\x"); at >= 0; at = word.indexOf("\\x"))
+        for (qsizetype at = word.indexOf("\\x"); at >= 0; at = word.indexOf("\\x")) {
             word.replace(at, 4, QByteArray::fromHex(word.mid(at + 2, 2)));
+        }
         words.append(word);
     }
     return words;
@@ -91,16 +95,17 @@ Options optionsOf(int argc, char *argv[])
     for (int i = 1; i < argc; ++i) {
         const QString argument = QString::fromLocal8Bit(argv[i]);
         const QString value = argument.section(u'=', 1);
-        if (argument.startsWith(QLatin1String("-max_total_time=")))
+        if (argument.startsWith(QLatin1String("-max_total_time="))) {
             options.seconds = value.toLongLong();
-        else if (argument.startsWith(QLatin1String("-timeout=")))
+        } else if (argument.startsWith(QLatin1String("-timeout="))) {
             options.timeout = value.toLongLong();
-        else if (argument.startsWith(QLatin1String("-seed=")))
+        } else if (argument.startsWith(QLatin1String("-seed="))) {
             options.seed = value.toUInt();
-        else if (argument.startsWith(QLatin1String("-dict=")))
+        } else if (argument.startsWith(QLatin1String("-dict="))) {
             options.words = wordsOf(value);
-        else if (!argument.startsWith(u'-'))
+        } else if (!argument.startsWith(u'-')) {
             options.folders.append(argument);
+        }
     }
     return options;
 }
@@ -112,8 +117,9 @@ QList<QByteArray> filesOf(const QStringList &folders)
         QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             QFile file(files.next());
-            if (file.size() <= kLargestInput && file.open(QIODevice::ReadOnly))
+            if (file.size() <= kLargestInput && file.open(QIODevice::ReadOnly)) {
                 inputs.append(file.readAll());
+            }
         }
     }
     return inputs;
@@ -134,16 +140,18 @@ void watch(qint64 timeout)
 {
     for (;;) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
-        if (now() - timeout > startOfInput)
+        if (now() - timeout > startOfInput) {
             qFatal("An input takes more than %lld seconds.", static_cast<long long>(timeout));
+        }
     }
 }
 
 void writeFile(const QString &path, const QByteArray &data)
 {
     QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
+    if (file.open(QIODevice::WriteOnly)) {
         file.write(data);
+    }
 }
 
 QString nameOf(const QByteArray &input)
@@ -182,8 +190,9 @@ public:
 
     QByteArray changed(QByteArray input, const QByteArray &other)
     {
-        for (int changes = m_random.bounded(6); changes >= 0; --changes)
+        for (int changes = m_random.bounded(6); changes >= 0; --changes) {
             change(input, other);
+        }
         return input.left(kLargestInput);
     }
 
@@ -197,8 +206,9 @@ private:
     qsizetype tokenIn(const QByteArray &data)
     {
         qsizetype place = placeIn(data);
-        while (place < data.size() && data.at(place) != ' ')
+        while (place < data.size() && data.at(place) != ' ') {
             ++place;
+        }
         return std::min(place + 1, data.size());
     }
 
@@ -208,8 +218,9 @@ private:
         const qsizetype length = m_random.bounded(64);
         switch (m_random.bounded(7)) {
         case 0:
-            if (place < input.size())
+            if (place < input.size()) {
                 input[place] = static_cast<char>(m_random.bounded(256));
+            }
             break;
         case 1:
             input.remove(place, length);
@@ -221,8 +232,9 @@ private:
             input.insert(place, other.mid(placeIn(other), length));
             break;
         case 4:
-            if (!m_words.isEmpty())
+            if (!m_words.isEmpty()) {
                 input.insert(tokenIn(input), QByteArray(any(m_words) + ' '));
+            }
             break;
         case 5:
             replaceToken(input);
@@ -237,16 +249,19 @@ private:
     {
         const qsizetype start = tokenIn(input);
         const qsizetype end = input.indexOf(' ', start);
-        if (end > start && !m_words.isEmpty())
+        if (end > start && !m_words.isEmpty()) {
             input.replace(start, end - start, any(m_words));
+        }
     }
 
     void replaceDigit(QByteArray &input, qsizetype place)
     {
-        while (place < input.size() && (input.at(place) < '0' || input.at(place) > '9'))
+        while (place < input.size() && (input.at(place) < '0' || input.at(place) > '9')) {
             ++place;
-        if (place < input.size())
+        }
+        if (place < input.size()) {
             input[place] = static_cast<char>('0' + m_random.bounded(10));
+        }
     }
 
     QRandomGenerator m_random;
@@ -264,16 +279,18 @@ int main(int argc, char *argv[])
         return 1;
     }
     std::thread(watch, options.timeout).detach();
-    for (const QByteArray &input : std::as_const(inputs))
+    for (const QByteArray &input : std::as_const(inputs)) {
         reachesMore(input);
+    }
     const qint64 end = now() + options.seconds;
     qsizetype runs = inputs.size();
     qsizetype found = 0;
     Mutator mutator(options);
     for (; now() < end; ++runs) {
         const QByteArray input = mutator.changed(mutator.any(inputs), mutator.any(inputs));
-        if (!reachesMore(input))
+        if (!reachesMore(input)) {
             continue;
+        }
         inputs.append(input);
         writeFile(options.folders.constFirst() + u'/' + nameOf(input), input);
         ++found;

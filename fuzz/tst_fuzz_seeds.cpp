@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "fuzz/fuzz_engine.h"
 
 #include <QDir>
 #include <QTest>
 
 /// Replays the seeds of the fuzzers. None may end the process or take long.
-class FuzzSeedsTest : public QObject
+class TestFuzzSeeds : public QObject
 {
     Q_OBJECT
 
@@ -13,17 +14,18 @@ private slots:
     void seeds();
 };
 
-void FuzzSeedsTest::seeds_data()
+void TestFuzzSeeds::seeds_data()
 {
     QTest::addColumn<QString>("path");
     const QDir folder(QStringLiteral(QUILLORA_FUZZ_SEEDS));
     const QFileInfoList files = folder.entryInfoList(QDir::Files, QDir::Name);
     QVERIFY(!files.isEmpty());
-    for (const QFileInfo &file : files)
+    for (const QFileInfo &file : files) {
         QTest::newRow(qPrintable(file.fileName())) << file.filePath();
+    }
 }
 
-void FuzzSeedsTest::seeds()
+void TestFuzzSeeds::seeds()
 {
     QFETCH(QString, path);
     QFile file(path);
@@ -31,5 +33,5 @@ void FuzzSeedsTest::seeds()
     FuzzEngine::run(file.readAll());
 }
 
-QTEST_GUILESS_MAIN(FuzzSeedsTest)
+QTEST_GUILESS_MAIN(TestFuzzSeeds)
 #include "tst_fuzz_seeds.moc"

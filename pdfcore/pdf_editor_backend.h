@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
-#include "pdfcore/pdf_source_file.h"
+#include "pdfcore/pdf_file_revision.h"
 
 #include <QImage>
 #include <QList>
@@ -38,9 +39,9 @@ struct PdfSourcePage
     /// True for a page that is created empty instead of copied from a file; a page that names no
     /// file is created empty as well.
     bool isBlank = false;
-    /// The state of the file that is meant, as inspectDocument() found it; null for the file as it
-    /// is when the page is used.
-    PdfSourceFilePtr source;
+    /// The revision of the file that is meant, as inspectDocument() found it; null for the file as
+    /// it is when the page is used.
+    PdfFileRevisionPtr revision;
     /// The page is of the document that is being edited. What belongs to a document as a whole,
     /// such as its title, comes from that one; where no page is marked, from that of the first
     /// page.
@@ -55,8 +56,8 @@ struct PdfDocumentInfo
     /// That is the crop box cut to the media box, scaled by the page's user unit and turned by the
     /// page's own rotation.
     QList<QSizeF> pageSizes;
-    /// The state of the file that was inspected, for PdfSourcePage::source.
-    PdfSourceFilePtr source;
+    /// The revision of the file that was inspected, for PdfSourcePage::revision.
+    PdfFileRevisionPtr revision;
 };
 
 /// The PDF engine: reads, renders and writes PDF files.
@@ -85,7 +86,7 @@ public:
     /// to it. Returns a null image on failure. A page that takes too long or too much memory fails,
     /// and so does a target of more than 2^29 pixels.
     /// Errors: RenderFailed, or those of inspectDocument() when the file does not open;
-    /// FileNotFound also when it is not in the state that the page names.
+    /// FileNotFound also when it is not in the revision that the page names.
     static QImage renderPage(const PdfSourcePage &page, QSize targetSize, PdfBackendError *error,
                              QString *message);
 
@@ -101,9 +102,9 @@ public:
     /// The document is written to a temporary file in the target's folder, checked by reopening it
     /// and then moved over `path` in one step; the target's permissions are kept. On failure the
     /// target is as it was before and no temporary file remains. The target may be one of the
-    /// sources; see PdfSourceFile for what becomes of its old content. A source that is not in the
-    /// state that its pages name ends the operation.
-    /// Errors: WriteFailed, or those of inspectDocument() for a source.
+    /// sources; see PdfFileRevision for what becomes of its old content. A source that is not in
+    /// the revision that its pages name ends the operation. Errors: WriteFailed, or those of
+    /// inspectDocument() for a source.
     static bool saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
                              PdfBackendError *error, QString *message);
 };

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "recent/recent_file_manager.h"
 
 #include <QDebug>
@@ -51,8 +52,9 @@ void RecentFileManager::addFile(const QString &path)
         m_files.prepend(path);
         qDebug() << "123" << m_files;
     }
-    while (m_files.size() > m_maxCount)
+    while (m_files.size() > m_maxCount) {
         m_files.removeLast();
+    }
     save();
 }
 
@@ -62,17 +64,20 @@ void RecentFileManager::load()
     qDebug() << m_filePath;
 
     QFile file(m_filePath);
-    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+    if (!file.exists() || !file.open(QIODevice::ReadOnly)) {
         return;
+    }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (error.error != QJsonParseError::NoError)
+    if (error.error != QJsonParseError::NoError) {
         return;
+    }
     const QJsonArray entries = document.object().value(kListKey).toArray();
     for (const auto &entry : entries) {
         const QString path = entry.toString();
-        if (!path.isEmpty())
+        if (!path.isEmpty()) {
             m_files.append(path);
+        }
     }
 }
 
@@ -83,8 +88,9 @@ void RecentFileManager::save() const
 
     qDebug() << m_files;
     QFile file(m_filePath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         return;
+    }
     const QByteArray text = QJsonDocument(root).toJson(QJsonDocument::Indented);
     qDebug() << text;
     file.write(text);

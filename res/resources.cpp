@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "res/resources.h"
 
 #include <QtCore/qresource.h>

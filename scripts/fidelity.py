@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: AGPL-3.0-or-later
 """Compares what page operations keep of a document: this program and other tools.
 
     scripts/fidelity.py [--program BUILD/benchmarks/write_pages] [--output docs/FIDELITY.md]

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: AGPL-3.0-or-later
 # Fuzzes the engine under the address and undefined behaviour sanitizers:
 #
 #   scripts/fuzz.sh SECONDS [FOLDER]

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: AGPL-3.0-or-later
 """Lists the files of a folder that carry more than pages.
 
     scripts/list_corpus.py FOLDER [--output docs/CORPUS.md]
 
-Outlines, links, form fields, page labels, attachments, named destinations, layers, tags and
+Outlines, links, form fields, page labels, attachments, named destinations, optional content, tags and
 signatures are what page operations can lose. Each file is read with `qpdf --json`; files that need
 a password or that qpdf cannot read are counted and left out. The result is a page of Markdown,
-which scripts/second_opinion.py reads and tests/pdfcore/tst_fidelity_corpus.cpp agrees with.
+which scripts/second_opinion.py reads and tests/pdfcore/fidelity/tst_fidelity_corpus.cpp agrees with.
 """
 
 import argparse
@@ -22,7 +23,7 @@ TIME_LIMIT = 60
 MAX_DEPTH = 60
 
 FEATURES = ("outline", "page links", "web links", "fields", "labels", "attachments",
-            "destinations", "layers", "tags", "signatures")
+            "destinations", "optional content", "tags", "signatures")
 
 REFERENCE = re.compile(r"^\d+ \d+ R$")
 
@@ -130,7 +131,7 @@ class Document:
                 "/EmbeddedFiles")),
             "destinations": bool(self.dictionary(self.get(root, "/Dests"))) or self.has_names(
                 self.dictionary(self.get(root, "/Names")).get("/Dests")),
-            "layers": bool(self.array(self.get(root, "/OCProperties", "/OCGs"))),
+            "optional content": bool(self.array(self.get(root, "/OCProperties", "/OCGs"))),
             "tags": isinstance(self.get(root, "/StructTreeRoot"), dict),
         }
         found.update(name for name, is_there in checks.items() if is_there)

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: AGPL-3.0-or-later
 """Makes the PNG icons of the program from their SVG sources.
 
     scripts/make_icons.py               write the PNGs that are missing or out of date

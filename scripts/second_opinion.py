@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: AGPL-3.0-or-later
 """Looks at saved files with programs that have nothing to do with this one.
 
     scripts/second_opinion.py FOLDER [--program BUILD/benchmarks/write_pages] [FILE...]

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: AGPL-3.0-or-later
 """Checks the entries of translation catalogues (Qt .ts files).
 
 Reports and fails on an entry whose translation lost or gained a place marker ("%1", "%n"), and,

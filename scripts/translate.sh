@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: AGPL-3.0-or-later
 # Keeps the translation catalogues in res/translate/ in step with the texts of the sources.
 #
 #   scripts/translate.sh update   takes new texts into the catalogues and drops vanished ones

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/file_input_page.h"
 
 #include "widgets/theme.h"
@@ -43,15 +44,17 @@ FileInputPage::FileInputPage(const QString &iconPath, const QString &title,
 QStringList FileInputPage::inputFiles() const
 {
     QStringList files;
-    for (int row = 0; row < m_list->count(); ++row)
+    for (int row = 0; row < m_list->count(); ++row) {
         files.append(m_list->item(row)->data(Qt::UserRole).toString());
+    }
     return files;
 }
 
 void FileInputPage::addInputFile(const QString &path)
 {
-    if (path.isEmpty() || inputFiles().contains(path))
+    if (path.isEmpty() || inputFiles().contains(path)) {
         return;
+    }
     auto *item = new QListWidgetItem(QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")),
                                      QFileInfo(path).fileName(), m_list);
     item->setData(Qt::UserRole, path);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/image_to_pdf_page.h"
 
 ImageToPdfPage::ImageToPdfPage(QWidget *parent)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/office_to_pdf_page.h"
 
 OfficeToPdfPage::OfficeToPdfPage(QWidget *parent)

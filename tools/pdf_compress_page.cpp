@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/pdf_compress_page.h"
 
 PdfCompressPage::PdfCompressPage(QWidget *parent)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/pdf_convert_page.h"
 
 PdfConvertPage::PdfConvertPage(QWidget *parent)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/pdf_decry_page.h"
 
 PdfDecryPage::PdfDecryPage(QWidget *parent)

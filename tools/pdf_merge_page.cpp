@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/pdf_merge_page.h"
 
 PdfMergePage::PdfMergePage(QWidget *parent)

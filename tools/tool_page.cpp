@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/tool_page.h"
 
 #include "widgets/theme.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/page_image_cache.h"
 
 #include <algorithm>

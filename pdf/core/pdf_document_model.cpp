@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_document_model.h"
 
 #include "pdf/core/page_drag_format.h"
@@ -37,7 +38,7 @@ QList<PdfSourcePage> PdfDocumentModel::sourcePages() const
     for (int row = 0; row < pageCount(); ++row) {
         sources.append(m_pages.at(row).toSourcePage());
         PdfSourcePage &page = sources.last();
-        page.isOfMainDocument = page.source && page.source == m_documentSource;
+        page.isOfMainDocument = page.revision && page.revision == m_mainFile;
     }
     return sources;
 }
@@ -76,7 +77,7 @@ bool PdfDocumentModel::loadDocument(const QString &path, const QString &password
     m_rowIndex.invalidate();
     m_documentPath = path;
     m_documentPassword = password;
-    m_documentSource = info.source;
+    m_mainFile = info.revision;
     ++m_documentRevision;
     m_modified = false;
     endResetModel();
@@ -417,7 +418,7 @@ QList<PdfPageRecord> PdfDocumentModel::recordsOfFile(const QString &path, const 
     PdfPageRecord record;
     record.sourcePath = path;
     record.password = password;
-    record.source = info.source;
+    record.revision = info.revision;
     record.origin = origin;
     record.changed = origin != PdfPageOrigin::Original;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/gap_list.h"
@@ -127,7 +128,7 @@ private:
     mutable PageRowIndex m_rowIndex;
     QString m_documentPath;
     QString m_documentPassword;
-    PdfSourceFilePtr m_documentSource; ///< The state of the file that was opened.
+    PdfFileRevisionPtr m_mainFile; ///< The revision of the file that was opened.
     PdfPageId m_nextPageId = 1;
     quint64 m_documentRevision = 0;
     bool m_modified = false;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_page_record.h"
 
 QSizeF PdfPageRecord::displaySize() const
@@ -14,7 +15,7 @@ PdfSourcePage PdfPageRecord::toSourcePage() const
     page.pageIndex = sourcePageIndex;
     page.rotation = rotation;
     page.pageSize = pageSize;
-    page.source = source;
+    page.revision = revision;
     page.isBlank = origin == PdfPageOrigin::Blank;
     return page;
 }

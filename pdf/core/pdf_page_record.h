@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdfcore/pdf_editor_backend.h"
@@ -42,8 +43,8 @@ struct PdfPageRecord
     bool selected = false;
     /// The page was created or altered since the last save.
     bool changed = false;
-    /// The state of the source file that the page is of; null for a blank page.
-    PdfSourceFilePtr source;
+    /// The revision of the source file that the page is of; null for a blank page.
+    PdfFileRevisionPtr revision;
 
     /// Size in points as shown: width and height swapped for a page turned by 90 or 270 degrees.
     [[nodiscard]] QSizeF displaySize() const;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_render_manager.h"
 
 #include <QPointer>
@@ -19,7 +20,7 @@ constexpr int kThreadExpiryMs = 15000;
 QString cacheKey(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose purpose)
 {
     const bool blank = page.origin == PdfPageOrigin::Blank;
-    const int generation = page.source ? page.source->generation() : 0;
+    const int generation = page.revision ? page.revision->generation() : 0;
     // States of one file that differ in content must not share images.
     const QString source = generation == 0
                                ? page.sourcePath

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_undo_manager.h"
 
 #include "pdf/core/page_list_snapshot.h"

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/pdf_page_record.h"
-#include "pdf/viewer/document_saver.h"
-#include "pdf/viewer/page_output_plan.h"
-#include "pdf/viewer/pdf_view_modes.h"
+#include "pdf/viewer/commands/document_saver.h"
+#include "pdf/viewer/common/pdf_view_modes.h"
+#include "pdf/viewer/side_panel/page_output_plan.h"
 #include "pdfcore/pdf_editor_backend.h"
 
 #include <QList>
@@ -117,7 +118,7 @@ protected:
 private:
     void buildInterface();
     void buildSplitter();
-    // In pdf_viewer_wiring.cpp.
+    // In pdf_viewer_connections.cpp.
     void connectParts();
     void connectDocumentView();
     void connectThumbnailPanel();

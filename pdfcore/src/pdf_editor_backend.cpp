@@ -1,18 +1,19 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_editor_backend.h"
 
-#include "pdfcore/src/batch_renderer.h"
-#include "pdfcore/src/document_writer.h"
-#include "pdfcore/src/engine_error.h"
-#include "pdfcore/src/session_pool.h"
-#include "pdfcore/src/source_files.h"
+#include "pdfcore/src/base/engine_error.h"
+#include "pdfcore/src/save/document_writer.h"
+#include "pdfcore/src/session/batch_renderer.h"
+#include "pdfcore/src/session/file_revisions.h"
+#include "pdfcore/src/session/session_pool.h"
 
 #include <exception>
 
 namespace {
 
 using pdfcore::EngineError;
+using pdfcore::FileRevisions;
 using pdfcore::SessionPool;
-using pdfcore::SourceFiles;
 
 /// Runs a step of the engine; nothing that it throws gets out.
 template <typename Step>
@@ -34,10 +35,12 @@ bool PdfEditorBackend::inspectDocument(const QString &path, const QString &passw
     const EngineError outcome = guarded(PdfBackendError::InvalidDocument, [&] {
         EngineError step;
         const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &step);
-        if (!session)
+        if (!session) {
             return step;
-        if (info != nullptr)
-            *info = {session->pages()->pageSizes, SourceFiles::instance().use(session->file())};
+        }
+        if (info != nullptr) {
+            *info = {session->pages()->pageSizes, FileRevisions::instance().use(session->file())};
+        }
         return step;
     });
     pdfcore::report(outcome, error, message);
@@ -63,8 +66,9 @@ QList<QImage> PdfEditorBackend::renderPages(const QList<PdfSourcePage> &pages,
     QList<QImage> images(pages.size());
     QStringList messages(pages.size());
     pdfcore::renderBatch(pages, targetSizes, images, messages);
-    if (errors != nullptr)
+    if (errors != nullptr) {
         *errors = messages;
+    }
     return images;
 }
 

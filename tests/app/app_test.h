@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include <QApplication>
@@ -60,15 +61,18 @@ private:
     void answer()
     {
         QWidget *box = QApplication::activeModalWidget();
-        if (!box || m_buttonNames.isEmpty())
+        if (!box || m_buttonNames.isEmpty()) {
             return;
+        }
         auto *button = box->findChild<QPushButton *>(m_buttonNames.constFirst());
-        if (!button || !button->isVisible())
+        if (!button || !button->isVisible()) {
             return;
+        }
         m_lastTexts.clear();
         const auto labels = box->findChildren<QLabel *>();
-        for (const QLabel *label : labels)
+        for (const QLabel *label : labels) {
             m_lastTexts.insert(label->objectName(), label->text());
+        }
         m_buttonNames.removeFirst();
         QTest::mouseClick(button, Qt::LeftButton);
     }

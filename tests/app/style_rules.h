@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include <QRegularExpression>
@@ -14,9 +15,10 @@ inline QStringList declarations(const QString &text)
     const QStringList parts = text.toLower().split(QLatin1Char(';'), Qt::SkipEmptyParts);
     for (const QString &part : parts) {
         const QString declaration = part.simplified();
-        if (!declaration.isEmpty())
+        if (!declaration.isEmpty()) {
             list.append(declaration.section(QLatin1Char(':'), 0, 0).trimmed() +
                         QStringLiteral(": ") + declaration.section(QLatin1Char(':'), 1).trimmed());
+        }
     }
     list.sort();
     return list;
@@ -31,8 +33,9 @@ inline QStringList declarationsFor(const QString &styleSheet, const QString &sel
         const QRegularExpressionMatch match = it.next();
         const QStringList selectors = match.captured(1).split(QLatin1Char(','));
         for (const QString &each : selectors) {
-            if (each.simplified() == selector)
+            if (each.simplified() == selector) {
                 list.append(declarations(match.captured(2)));
+            }
         }
     }
     list.sort();

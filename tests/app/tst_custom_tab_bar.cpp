@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/custom_tab_bar.h"
 #include "app/custom_tab_widget.h"
 #include "res/resources.h"
@@ -8,9 +9,9 @@
 #include <QImage>
 #include <QPainter>
 #include <QSignalSpy>
+#include <QTest>
 #include <QToolButton>
 #include <QtMath>
-#include <QtTest>
 
 class TestCustomTabBar final : public QObject
 {
@@ -85,8 +86,9 @@ void TestCustomTabBar::cleanup()
 
 void TestCustomTabBar::addTabs(int count)
 {
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         m_tabs->addTab(new QWidget, QStringLiteral("Tab %1").arg(m_tabs->count()));
+    }
     QCoreApplication::processEvents();
 }
 
@@ -112,8 +114,9 @@ void TestCustomTabBar::tabsNarrowFromSevenOn()
     addTabs(1);
     QCOMPARE(m_tabs->count(), 7);
     QCOMPARE(m_tabs->tabBar()->tabRect(0).size(), QSize(90, 42));
-    for (int index = 1; index < 7; ++index)
+    for (int index = 1; index < 7; ++index) {
         QCOMPARE(m_tabs->tabBar()->tabRect(index).size(), QSize(150, 42));
+    }
 }
 
 void TestCustomTabBar::tabsWidenAgainBelowSeven()
@@ -276,8 +279,9 @@ void TestCustomTabBar::currentTabIsPaintedOnWhite()
     const QRect tab = bar->tabRect(1);
     QCOMPARE(image.pixelColor(tab.center() + QPoint(20, 12)), Theme::white);
     bool accent = false;
-    for (int y = 0; y < 12; ++y)
+    for (int y = 0; y < 12; ++y) {
         accent = accent || image.pixelColor(tab.center().x(), y) == Theme::accent;
+    }
     QVERIFY(accent);
 }
 
@@ -324,8 +328,9 @@ void TestCustomTabBar::titleStartsRightOfTheIcon()
     const QRect tab = bar->tabRect(1);
     int textLeft = tab.right();
     for (int x = tab.right(); x >= tab.left(); --x) {
-        for (int y = 0; y < titled.height(); ++y)
+        for (int y = 0; y < titled.height(); ++y) {
             textLeft = titled.pixel(x, y) == untitled.pixel(x, y) ? textLeft : x;
+        }
     }
     QFont font = bar->font();
     font.setPixelSize(13);
@@ -395,8 +400,9 @@ void TestCustomTabBar::longTitleIsCutBeforeTheCloseButton()
     const QRect tab = bar->tabRect(1);
     const QColor empty = image.pixelColor(tab.right() - 8, tab.center().y());
     for (int x = tab.right() - 31; x < tab.right() - 4; ++x) {
-        for (int y = 12; y < 38; ++y)
+        for (int y = 12; y < 38; ++y) {
             QCOMPARE(image.pixelColor(x, y), empty);
+        }
     }
     QCOMPARE(bar->tabRect(1).width(), 180);
 }
@@ -419,8 +425,9 @@ void TestCustomTabBar::scrollButtonsShowOnlyWhenNeeded()
     const auto scrollButtons =
         m_tabs->tabBar()->findChildren<QToolButton *>(QString(), Qt::FindDirectChildrenOnly);
     QCOMPARE(scrollButtons.size(), 2);
-    for (const QToolButton *button : scrollButtons)
+    for (const QToolButton *button : scrollButtons) {
         QTRY_COMPARE(button->isVisible(), needed);
+    }
 }
 
 void TestCustomTabBar::lastOfManyTabsIsReachable()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/frameless_window.h"
 #include "app/language_dialog.h"
 #include "app/language_manager.h"
@@ -9,10 +10,10 @@
 #include <QImage>
 #include <QPainterPath>
 #include <QSignalSpy>
+#include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWindow>
-#include <QtTest>
 
 class TestFramelessWindow final : public QObject
 {
@@ -421,8 +422,9 @@ void TestFramelessWindow::languageButtonOpensTheModalDialog()
     QTimer watch;
     connect(&watch, &QTimer::timeout, &watch, [&] {
         dialog = qobject_cast<LanguageDialog *>(QApplication::activeModalWidget());
-        if (!dialog)
+        if (!dialog) {
             return;
+        }
         watch.stop();
         modal = dialog->isModal() && dialog->parentWidget() == m_window.get();
         QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("languageCancelButton")),

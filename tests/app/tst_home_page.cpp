@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/home_page.h"
 #include "app/language_manager.h"
 #include "app/tool_table.h"
@@ -9,8 +10,8 @@
 #include <QListWidget>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QTest>
 #include <QToolButton>
-#include <QtTest>
 
 class TestHomePage final : public QObject
 {
@@ -83,15 +84,17 @@ void TestHomePage::existingRecentFilesAreListed()
     const QString older = createFile(QStringLiteral("older.pdf"));
     const QString gone = createFile(QStringLiteral("gone.pdf"));
     const QString newer = createFile(QStringLiteral("newer.pdf"));
-    for (const QString &path : {older, gone, newer})
+    for (const QString &path : {older, gone, newer}) {
         RecentFileManager::instance()->addFile(path);
+    }
     QVERIFY(QFile::remove(gone));
 
     const HomePage page;
     const auto *files = page.findChild<QListWidget *>();
     QStringList paths;
-    for (int row = 0; row < files->count(); ++row)
+    for (int row = 0; row < files->count(); ++row) {
         paths.append(files->item(row)->data(Qt::UserRole).toString());
+    }
     QCOMPARE(paths.first(2), QStringList({newer, older}));
     QVERIFY(!paths.contains(gone));
     QVERIFY(RecentFileManager::instance()->contains(gone));
@@ -135,8 +138,9 @@ void TestHomePage::clickOnARecentFileAsksForIt()
 void TestHomePage::clickOnAToolAsksForIt_data()
 {
     QTest::addColumn<int>("type");
-    for (int type = 1; type <= 8; ++type)
+    for (int type = 1; type <= 8; ++type) {
         QTest::addRow("%d", type) << type;
+    }
 }
 
 void TestHomePage::clickOnAToolAsksForIt()
@@ -147,8 +151,9 @@ void TestHomePage::clickOnAToolAsksForIt()
     const auto cards = m_page->findChildren<QToolButton *>();
     QCOMPARE(cards.size(), 8);
     for (QToolButton *card : cards) {
-        if (card->text() == title)
+        if (card->text() == title) {
             QTest::mouseClick(card, Qt::LeftButton);
+        }
     }
     QCOMPARE(clicked.size(), 1);
     QCOMPARE(clicked.at(0).at(0).toInt(), type);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/language_dialog.h"
 #include "app/language_manager.h"
 #include "res/resources.h"
@@ -11,7 +12,7 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 class TestLanguageDialog final : public QObject
 {
@@ -76,8 +77,9 @@ QRadioButton *TestLanguageDialog::card(const QString &code) const
 {
     const auto cards = m_dialog->findChildren<QRadioButton *>();
     for (QRadioButton *each : cards) {
-        if (each->property("languageCode").toString() == code)
+        if (each->property("languageCode").toString() == code) {
             return each;
+        }
     }
     return nullptr;
 }
@@ -105,9 +107,10 @@ void TestLanguageDialog::frameAndSizes()
     QCOMPARE(button("languageCancelButton")->text(), QStringLiteral("取消"));
     QCOMPARE(button("languageApplyButton")->text(), QStringLiteral("应用"));
     QVERIFY(button("languageApplyButton")->isDefault());
-    for (const char *name : {"languageCancelButton", "languageApplyButton"})
+    for (const char *name : {"languageCancelButton", "languageApplyButton"}) {
         QCOMPARE(button(name)->minimumSize().expandedTo(QSize(88, 40)),
                  button(name)->minimumSize());
+    }
 }
 
 void TestLanguageDialog::cardsInOrder_data()

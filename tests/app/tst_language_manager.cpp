@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/language_manager.h"
 #include "res/translate/translations.h"
 #include "tests/app/app_test.h"
@@ -7,8 +8,8 @@
 #include <QProcess>
 #include <QResource>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTranslator>
-#include <QtTest>
 
 #include <cstdio>
 
@@ -66,8 +67,9 @@ void TestLanguageManager::init()
 {
     QSettings().clear();
     if (QString::fromLatin1(QTest::currentTestFunction()) !=
-        QStringLiteral("isNotInForceBeforeInitialize"))
+        QStringLiteral("isNotInForceBeforeInitialize")) {
         LanguageManager::instance()->setLanguage(QStringLiteral("zh_CN"));
+    }
     QSettings().clear();
 }
 

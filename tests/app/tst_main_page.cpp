@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/home_page.h"
 #include "app/language_manager.h"
 #include "app/main_page.h"
@@ -24,8 +25,8 @@
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTest>
 #include <QVBoxLayout>
-#include <QtTest>
 
 class TestMainPage final : public QObject
 {
@@ -213,8 +214,9 @@ void TestMainPage::toolIconsExist()
 void TestMainPage::unknownToolsOpenNothing_data()
 {
     QTest::addColumn<int>("type");
-    for (const int type : {0, 9, -1, 100, std::numeric_limits<int>::max()})
+    for (const int type : {0, 9, -1, 100, std::numeric_limits<int>::max()}) {
         QTest::addRow("%d", type) << type;
+    }
 }
 
 void TestMainPage::unknownToolsOpenNothing()
@@ -240,11 +242,13 @@ void TestMainPage::toolTabIsUnique()
 
 void TestMainPage::everyToolAtOnce()
 {
-    for (int type = 1; type <= 8; ++type)
+    for (int type = 1; type <= 8; ++type) {
         m_page->openTool(type);
+    }
     QCOMPARE(tabs()->count(), 9);
-    for (int type = 1; type <= 8; ++type)
+    for (int type = 1; type <= 8; ++type) {
         QCOMPARE(m_page->indexOfTool(type), type);
+    }
     QCOMPARE(tabs()->currentIndex(), 8);
 }
 
@@ -289,8 +293,9 @@ void TestMainPage::toolGetsTheFile_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<bool>("taken");
-    for (int type = 1; type <= 8; ++type)
+    for (int type = 1; type <= 8; ++type) {
         QTest::addRow("%d", type) << type << (type == 1 || (type >= 5 && type <= 7));
+    }
 }
 
 void TestMainPage::toolGetsTheFile()
@@ -302,8 +307,9 @@ void TestMainPage::toolGetsTheFile()
     QCOMPARE(tabs()->currentIndex(), 1);
     const auto *page = qobject_cast<FileInputPage *>(tabs()->widget(1));
     QCOMPARE(page != nullptr, taken);
-    if (page)
+    if (page) {
         QCOMPARE(page->inputFiles(), QStringList{m_pdf});
+    }
 }
 
 void TestMainPage::fileGoesToTheOpenToolTab()
@@ -449,8 +455,9 @@ void TestMainPage::failedOpenLeavesNoTabButIsRecorded()
     QFETCH(QString, name);
     QFETCH(bool, exists);
     const QString path = m_folders->filePath(name);
-    if (exists)
+    if (exists) {
         QVERIFY(PdfFixture::write(path, QByteArray("this is no PDF")));
+    }
     const ModalAnswers answers({QStringLiteral("messageBoxConfirmButton")});
     m_page->openFile(path);
     QVERIFY2(answers.allGiven(), "the user must be told");

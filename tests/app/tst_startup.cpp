@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/frameless_window.h"
 #include "app/language_manager.h"
 #include "app/main_page.h"
@@ -14,7 +15,7 @@
 #include <QPalette>
 #include <QProcess>
 #include <QTabWidget>
-#include <QtTest>
+#include <QTest>
 
 class TestStartup final : public QObject
 {
@@ -111,8 +112,9 @@ void TestStartup::identity()
 void TestStartup::windowIconIsTheLogo_data()
 {
     QTest::addColumn<int>("size");
-    for (const int size : {16, 20, 32, 64})
+    for (const int size : {16, 20, 32, 64}) {
         QTest::addRow("%d pixels", size) << size;
+    }
 }
 
 void TestStartup::windowIconIsTheLogo()

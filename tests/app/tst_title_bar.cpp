@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/language_manager.h"
 #include "app/title_bar.h"
 #include "res/resources.h"
@@ -7,8 +8,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalSpy>
+#include <QTest>
 #include <QToolButton>
-#include <QtTest>
 
 class TestTitleBar final : public QObject
 {
@@ -135,9 +136,10 @@ void TestTitleBar::styleSheet()
 {
     using Rule = QPair<QString, QString>;
     QFETCH(QList<Rule>, rules);
-    for (const auto &[selector, declarations] : rules)
+    for (const auto &[selector, declarations] : rules) {
         QCOMPARE(StyleRules::declarationsFor(m_bar->styleSheet(), selector),
                  StyleRules::declarations(declarations));
+    }
 }
 
 void TestTitleBar::windowButtonsShowTheirIcons_data()
@@ -182,8 +184,9 @@ void TestTitleBar::buttonsOnlyAsk()
     QSignalSpy close(m_bar.get(), &TitleBar::closeRequested);
     QTest::mouseClick(m_bar->findChild<QAbstractButton *>(name), Qt::LeftButton);
     const std::array<const QSignalSpy *, 4> spies{&language, &minimize, &maximize, &close};
-    for (size_t i = 0; i < spies.size(); ++i)
+    for (size_t i = 0; i < spies.size(); ++i) {
         QCOMPARE(spies.at(i)->size(), static_cast<int>(i) == request ? 1 : 0);
+    }
     QVERIFY(m_bar->isVisible());
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/window_picture.h"
 
 #include <QDialog>
@@ -5,7 +6,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 class TestWindowPicture final : public QObject
 {

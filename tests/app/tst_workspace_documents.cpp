@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/frameless_window.h"
 #include "app/language_manager.h"
 #include "app/main_page.h"
@@ -13,8 +14,8 @@
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTest>
 #include <QUndoStack>
-#include <QtTest>
 
 #include <array>
 
@@ -123,8 +124,9 @@ void TestWorkspaceDocuments::clickCloseButton(const QWidget *tab) const
 bool TestWorkspaceDocuments::isTurned(const QString &path)
 {
     PdfDocumentModel model;
-    if (!model.loadDocument(path, {}, nullptr, nullptr))
+    if (!model.loadDocument(path, {}, nullptr, nullptr)) {
         qFatal("the file cannot be read: %ls", qUtf16Printable(path));
+    }
     const QSizeF size = model.pageAt(0)->displaySize();
     return size.width() > size.height();
 }
@@ -142,13 +144,15 @@ void TestWorkspaceDocuments::cancelledQuestionKeepsTheTabInFront()
     const QPointer<PdfShowPage> tab = open(m_files[0]);
     modify(*tab);
     page()->openTool(1);
-    if (inFront)
+    if (inFront) {
         tabs()->setCurrentWidget(tab);
+    }
     QPointer<QWidget> shownDuringTheQuestion;
     QTimer watch;
     connect(&watch, &QTimer::timeout, &watch, [&] {
-        if (QApplication::activeModalWidget() && !shownDuringTheQuestion)
+        if (QApplication::activeModalWidget() && !shownDuringTheQuestion) {
             shownDuringTheQuestion = tabs()->currentWidget();
+        }
     });
     watch.start(0);
 
@@ -208,8 +212,9 @@ void TestWorkspaceDocuments::closingATabInTheBackgroundKeepsTheOneInFront()
     const PdfShowPage *tab = open(m_files[0]);
     open(m_files[1]);
     open(m_files[2]);
-    if (modified)
+    if (modified) {
         modify(*tab);
+    }
     tabs()->setCurrentIndex(front);
     const QWidget *shown = tabs()->currentWidget();
     QSignalSpy changed(tabs(), &QTabWidget::currentChanged);
@@ -219,8 +224,9 @@ void TestWorkspaceDocuments::closingATabInTheBackgroundKeepsTheOneInFront()
     QCOMPARE(tabs()->count(), 3);
     QCOMPARE(tabs()->currentWidget(), shown);
     QCOMPARE(answers.seen(), modified ? question() : QStringList());
-    if (!modified)
+    if (!modified) {
         QVERIFY2(changed.size() <= 1, "a clean tab is not brought to the front");
+    }
 }
 
 void TestWorkspaceDocuments::closingTheWindowAsksEachModifiedTab()

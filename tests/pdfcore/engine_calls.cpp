@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/engine_calls.h"
 
 #include "tests/support/pdf_fixture.h"
@@ -78,12 +79,14 @@ int distance(const QColor &a, const QColor &b)
 
 int distance(const QImage &a, const QImage &b)
 {
-    if (a.isNull() || a.size() != b.size())
+    if (a.isNull() || a.size() != b.size()) {
         return 255;
+    }
     int largest = 0;
     for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x)
+        for (int x = 0; x < a.width(); ++x) {
             largest = std::max(largest, distance(a.pixelColor(x, y), b.pixelColor(x, y)));
+        }
     }
     return largest;
 }
@@ -96,8 +99,9 @@ QList<int> numbersOf(const QList<PdfSourcePage> &pages)
         const Rendering rendering = render(page, {4, 4});
         int number = rendering.ok ? 0 : -1;
         while (rendering.ok && number < kNumbers &&
-               distance(middle(rendering.image), PdfFixture::numberColour(number)) > 1)
+               distance(middle(rendering.image), PdfFixture::numberColour(number)) > 1) {
             ++number;
+        }
         numbers.append(number);
     }
     return numbers;
@@ -107,8 +111,9 @@ QList<int> numbersIn(const QString &path)
 {
     const qsizetype count = inspect(path).pageSizes.size();
     QList<PdfSourcePage> pages;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         pages.append(filePage(path, i));
+    }
     return numbersOf(pages);
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_editor_backend.h"
 
 #include <QDirIterator>
@@ -53,18 +54,21 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         m_slowest.insert(milliseconds, file);
-        while (m_slowest.size() > 10)
+        while (m_slowest.size() > 10) {
             m_slowest.erase(m_slowest.begin());
+        }
     }
 
     [[nodiscard]] QStringList problems() const { return m_problems; }
 
     void print() const
     {
-        for (auto it = m_counts.begin(); it != m_counts.end(); ++it)
+        for (auto it = m_counts.begin(); it != m_counts.end(); ++it) {
             qInfo().noquote() << QStringLiteral("%1 %2").arg(it.value(), 6).arg(it.key());
-        for (auto it = m_slowest.begin(); it != m_slowest.end(); ++it)
+        }
+        for (auto it = m_slowest.begin(); it != m_slowest.end(); ++it) {
             qInfo().noquote() << QStringLiteral("%1 ms %2").arg(it.key(), 6).arg(it.value());
+        }
     }
 
 private:
@@ -107,8 +111,9 @@ public:
 
     void run()
     {
-        if (!inspect())
+        if (!inspect()) {
             return;
+        }
         if (m_info.pageSizes.isEmpty()) {
             m_tally.count(QStringLiteral("inspect: no pages"));
             return;
@@ -132,8 +137,9 @@ private:
         QString message;
         bool ok = PdfEditorBackend::inspectDocument(m_path, {}, &m_info, &error, &message);
         for (const QString &password : kKnownPasswords) {
-            if (ok || error == PdfBackendError::InvalidDocument)
+            if (ok || error == PdfBackendError::InvalidDocument) {
                 break;
+            }
             ok = PdfEditorBackend::inspectDocument(m_path, password, &m_info, &error, &message);
             m_password = ok ? password : QString();
         }
@@ -155,8 +161,9 @@ private:
             const QImage &image = images.at(i);
             check(!image.isNull(), PdfBackendError::RenderFailed, errors.at(i),
                   QStringLiteral("render"));
-            if (!image.isNull() && image.size() != sizes.at(i))
+            if (!image.isNull() && image.size() != sizes.at(i)) {
                 m_tally.complain(m_path + QStringLiteral(": rendered at a wrong size"));
+            }
         }
     }
 
@@ -167,27 +174,31 @@ private:
         const bool saved = PdfEditorBackend::saveDocument(m_pages, m_target, &error, &message);
         check(saved, error, message, QStringLiteral("save"));
         if (!saved) {
-            if (QFileInfo::exists(m_target))
+            if (QFileInfo::exists(m_target)) {
                 m_tally.complain(m_path + QStringLiteral(": a failed save left a file"));
+            }
             return;
         }
         PdfDocumentInfo written;
         const bool reopened =
             PdfEditorBackend::inspectDocument(m_target, {}, &written, &error, &message);
         check(reopened, error, message, QStringLiteral("reopen"));
-        if (!reopened || written.pageSizes.size() != m_pages.size())
+        if (!reopened || written.pageSizes.size() != m_pages.size()) {
             m_tally.complain(m_path + QStringLiteral(": the saved file has other pages: ") +
                              message);
+        }
         QFile::remove(m_target);
     }
 
     void check(bool ok, PdfBackendError error, const QString &message, const QString &step)
     {
         m_tally.count(step + QStringLiteral(": ") + (ok ? QStringLiteral("ok") : errorName(error)));
-        if (!ok && (error == PdfBackendError::None || message.trimmed().isEmpty()))
+        if (!ok && (error == PdfBackendError::None || message.trimmed().isEmpty())) {
             m_tally.complain(m_path + QStringLiteral(": a failure without reason in ") + step);
-        if (!ok && qEnvironmentVariableIsSet("QUILLORA_SWEEP_VERBOSE"))
+        }
+        if (!ok && qEnvironmentVariableIsSet("QUILLORA_SWEEP_VERBOSE")) {
             qInfo().noquote() << step << errorName(error) << message << m_path;
+        }
     }
 
     QString m_path;
@@ -201,7 +212,7 @@ private:
 } // namespace
 
 /// Takes every file of a large collection through the engine.
-class CorpusSweepTest : public QObject
+class TestCorpusSweep : public QObject
 {
     Q_OBJECT
 
@@ -209,16 +220,18 @@ private slots:
     void everyFileEndsInAResultOrAReason();
 };
 
-void CorpusSweepTest::everyFileEndsInAResultOrAReason()
+void TestCorpusSweep::everyFileEndsInAResultOrAReason()
 {
     const QString corpus = qEnvironmentVariable("QUILLORA_CORPUS", QStringLiteral(QUILLORA_CORPUS));
-    if (!QFileInfo(corpus).isDir())
+    if (!QFileInfo(corpus).isDir()) {
         QSKIP("The folder with sample files is absent; the sweep is skipped.");
+    }
 
     std::vector<QString> files;
     QDirIterator it(corpus, {QStringLiteral("*.pdf")}, QDir::Files, QDirIterator::Subdirectories);
-    while (it.hasNext())
+    while (it.hasNext()) {
         files.push_back(it.next());
+    }
     std::sort(files.begin(), files.end());
     QVERIFY(!files.empty());
 
@@ -236,13 +249,15 @@ void CorpusSweepTest::everyFileEndsInAResultOrAReason()
                 timer.start();
                 FileSweep(files[i], target, tally).run();
                 tally.note(files[i], timer.elapsed());
-                if (timer.elapsed() > kHangMilliseconds)
+                if (timer.elapsed() > kHangMilliseconds) {
                     tally.complain(files[i] + QStringLiteral(": takes too long"));
+                }
             }
         });
     }
-    for (std::thread &thread : threads)
+    for (std::thread &thread : threads) {
         thread.join();
+    }
 
     qInfo().noquote() << files.size() << "files";
     tally.print();
@@ -251,5 +266,5 @@ void CorpusSweepTest::everyFileEndsInAResultOrAReason()
     QVERIFY2(tally.problems().isEmpty(), qPrintable(tally.problems().join(QLatin1Char('\n'))));
 }
 
-QTEST_GUILESS_MAIN(CorpusSweepTest)
+QTEST_GUILESS_MAIN(TestCorpusSweep)
 #include "tst_corpus_sweep.moc"

@@ -1,5 +1,6 @@
-#include "pdfcore/src/document_session.h"
-#include "pdfcore/src/session_pool.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/session/document_session.h"
+#include "pdfcore/src/session/session_pool.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -64,8 +65,9 @@ QByteArray idleOperators(int count)
     QRandomGenerator random(1);
     QByteArray content;
     content.reserve(qsizetype{count} * 24);
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         content += "q 1 0 0 1 " + QByteArray::number(random.bounded(100'000)) + " 0 cm Q\n";
+    }
     return content;
 }
 
@@ -89,7 +91,7 @@ QByteArray giantProfile()
 } // namespace
 
 /// Pages that would take minutes or gigabytes.
-class EngineBudgetTest : public QObject
+class TestEngineBudget : public QObject
 {
     Q_OBJECT
 
@@ -108,13 +110,13 @@ private slots:
     void ordinaryPagesKeepTheSession();
 };
 
-void EngineBudgetTest::cleanup()
+void TestEngineBudget::cleanup()
 {
     SessionPool::instance().setBudgets({});
     SessionPool::instance().closeIdle();
 }
 
-void EngineBudgetTest::slowPagesAreGivenUp_data()
+void TestEngineBudget::slowPagesAreGivenUp_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("forms that draw") << nestedForms(30, "0 0 9 9 re f");
@@ -154,7 +156,7 @@ void EngineBudgetTest::slowPagesAreGivenUp_data()
             "0 0 100 100 re f")});
 }
 
-void EngineBudgetTest::slowPagesAreGivenUp()
+void TestEngineBudget::slowPagesAreGivenUp()
 {
     QFETCH(const QByteArray, content);
     Folder folder;
@@ -174,7 +176,7 @@ void EngineBudgetTest::slowPagesAreGivenUp()
     QVERIFY(!session->isUsable());
 }
 
-void EngineBudgetTest::largePagesAreGivenUp()
+void TestEngineBudget::largePagesAreGivenUp()
 {
     Folder folder;
     const QString path = folder.add(u"large.pdf"_s, giantProfile());
@@ -192,7 +194,7 @@ void EngineBudgetTest::largePagesAreGivenUp()
     COMPARE_COLOUR(middle(render(filePage(path)).image), Qt::red, 1);
 }
 
-void EngineBudgetTest::giantImagesStayWithinTheLimit_data()
+void TestEngineBudget::giantImagesStayWithinTheLimit_data()
 {
     QTest::addColumn<QByteArray>("space");
     QTest::addColumn<QSize>("size");
@@ -203,7 +205,7 @@ void EngineBudgetTest::giantImagesStayWithinTheLimit_data()
     }
 }
 
-void EngineBudgetTest::giantImagesStayWithinTheLimit()
+void TestEngineBudget::giantImagesStayWithinTheLimit()
 {
     QFETCH(const QByteArray, space);
     QFETCH(const QSize, size);
@@ -225,14 +227,14 @@ void EngineBudgetTest::giantImagesStayWithinTheLimit()
     COMPARE_COLOUR(middle(render(filePage(path, 1)).image), Qt::red, 1);
 }
 
-void EngineBudgetTest::theNextPageOfTheBatchIsRendered_data()
+void TestEngineBudget::theNextPageOfTheBatchIsRendered_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("slow page") << nestedForms(30, "0 0 9 9 re f");
     QTest::newRow("large page") << giantProfile();
 }
 
-void EngineBudgetTest::theNextPageOfTheBatchIsRendered()
+void TestEngineBudget::theNextPageOfTheBatchIsRendered()
 {
     QFETCH(const QByteArray, content);
     Folder folder;
@@ -254,7 +256,7 @@ void EngineBudgetTest::theNextPageOfTheBatchIsRendered()
     QCOMPARE(inspect(path).pageSizes.size(), 2);
 }
 
-void EngineBudgetTest::rotationAndAnnotationsDoNotEscapeTheLimit()
+void TestEngineBudget::rotationAndAnnotationsDoNotEscapeTheLimit()
 {
     QList<QByteArray> objects{
         "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
@@ -281,7 +283,7 @@ void EngineBudgetTest::rotationAndAnnotationsDoNotEscapeTheLimit()
     QVERIFY2(rendering.message.contains(u"too long"_s), qPrintable(rendering.message));
 }
 
-void EngineBudgetTest::openingIsLimited()
+void TestEngineBudget::openingIsLimited()
 {
     Folder folder;
     const QString path = folder.add(u"good.pdf"_s, PdfFixture::pagesByNumber(100));
@@ -304,7 +306,7 @@ void EngineBudgetTest::openingIsLimited()
     QVERIFY(inspect(path).ok);
 }
 
-void EngineBudgetTest::aLargeTargetMayUseMoreMemory()
+void TestEngineBudget::aLargeTargetMayUseMoreMemory()
 {
     // A group as large as the page needs as much memory again as the image.
     Folder folder;
@@ -325,18 +327,19 @@ void EngineBudgetTest::aLargeTargetMayUseMoreMemory()
     COMPARE_COLOUR(middle(image), QColor(255, 128, 128), 2);
 }
 
-void EngineBudgetTest::ordinaryPagesKeepTheSession()
+void TestEngineBudget::ordinaryPagesKeepTheSession()
 {
     Folder folder;
     const QString path = folder.add(u"good.pdf"_s, PdfFixture::pagesByNumber(3));
     EngineError outcome;
     const auto session = DocumentSession::open(FileIdentity::of(path), {}, {}, &outcome);
     QVERIFY(session);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         QVERIFY(!session->render(i, 0, {20, 20}, &outcome).isNull());
+    }
     QVERIFY(session->render(3, 0, {20, 20}, &outcome).isNull());
     QVERIFY(session->isUsable());
 }
 
-QTEST_GUILESS_MAIN(EngineBudgetTest)
+QTEST_GUILESS_MAIN(TestEngineBudget)
 #include "tst_engine_budget.moc"

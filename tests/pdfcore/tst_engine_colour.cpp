@@ -1,4 +1,5 @@
-#include "pdfcore/src/colour_transform.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/render/colour_transform.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/pdfcore/icc_profiles.h"
 #include "tests/support/pdf_fixture.h"
@@ -118,11 +119,13 @@ QByteArray cmykJpeg(const std::array<unsigned char, 4> &colour)
     jpeg_set_quality(&jpeg, 100, TRUE);
     jpeg_start_compress(&jpeg, TRUE);
     std::array<unsigned char, std::size_t{kSide} * 4> row{};
-    for (std::size_t i = 0; i < row.size(); ++i)
+    for (std::size_t i = 0; i < row.size(); ++i) {
         row[i] = colour[i % 4];
+    }
     unsigned char *rows = row.data();
-    for (JDIMENSION y = 0; y < kSide; ++y)
+    for (JDIMENSION y = 0; y < kSide; ++y) {
         jpeg_write_scanlines(&jpeg, &rows, 1);
+    }
     jpeg_finish_compress(&jpeg);
     const QByteArray result(reinterpret_cast<const char *>(bytes), static_cast<qsizetype>(size));
     jpeg_destroy_compress(&jpeg);
@@ -148,7 +151,7 @@ const QByteArray kBytesRed("\xFF\0\0", 3);
 Q_DECLARE_METATYPE(Case)
 
 /// What colours of all kinds look like on the screen.
-class EngineColourTest : public QObject
+class TestEngineColour : public QObject
 {
     Q_OBJECT
 
@@ -182,12 +185,12 @@ private:
     static void check();
 };
 
-void EngineColourTest::add(const char *name, const Case &spec)
+void TestEngineColour::add(const char *name, const Case &spec)
 {
     QTest::newRow(name) << spec;
 }
 
-void EngineColourTest::check()
+void TestEngineColour::check()
 {
     QFETCH(const Case, spec);
     Folder folder;
@@ -204,7 +207,7 @@ void EngineColourTest::check()
     }
 }
 
-void EngineColourTest::transformOfStandardProfilesIsNone_data()
+void TestEngineColour::transformOfStandardProfilesIsNone_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("components");
@@ -217,18 +220,19 @@ void EngineColourTest::transformOfStandardProfilesIsNone_data()
     QTest::newRow("CMYK") << IccProfiles::swappedCmyk() << 4 << true;
 }
 
-void EngineColourTest::transformOfStandardProfilesIsNone()
+void TestEngineColour::transformOfStandardProfilesIsNone()
 {
     QFETCH(const QByteArray, bytes);
     QFETCH(const int, components);
     QFETCH(const bool, converts);
     const auto transform = ColourTransform::fromProfile(bytes, components);
     QCOMPARE(transform != nullptr, converts);
-    if (transform)
+    if (transform) {
         QCOMPARE(transform->components(), components);
+    }
 }
 
-void EngineColourTest::transformOfUnusableProfilesIsNone_data()
+void TestEngineColour::transformOfUnusableProfilesIsNone_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("components");
@@ -240,14 +244,14 @@ void EngineColourTest::transformOfUnusableProfilesIsNone_data()
     QTest::newRow("CMYK for three components") << IccProfiles::swappedCmyk() << 3;
 }
 
-void EngineColourTest::transformOfUnusableProfilesIsNone()
+void TestEngineColour::transformOfUnusableProfilesIsNone()
 {
     QFETCH(const QByteArray, bytes);
     QFETCH(const int, components);
     QVERIFY(!ColourTransform::fromProfile(bytes, components));
 }
 
-void EngineColourTest::transformConvertsColoursAndPixelsAlike()
+void TestEngineColour::transformConvertsColoursAndPixelsAlike()
 {
     const auto transform = ColourTransform::pressCmyk();
     QVERIFY(transform);
@@ -259,12 +263,14 @@ void EngineColourTest::transformConvertsColoursAndPixelsAlike()
             std::array<unsigned char, 3> rgb{};
             transform->convertPixels(pixel.data(), rgb.data(), 1);
             std::array<float, 4> colour{};
-            for (std::size_t i = 0; i < 4; ++i)
+            for (std::size_t i = 0; i < 4; ++i) {
                 colour[i] = static_cast<float>(pixel[i]) / 255;
+            }
             std::array<float, 3> converted{};
             transform->convertColour(colour.data(), converted.data());
-            for (std::size_t i = 0; i < 3; ++i)
+            for (std::size_t i = 0; i < 3; ++i) {
                 QVERIFY(std::abs(converted[i] * 255 - static_cast<float>(rgb[i])) <= 1.5F);
+            }
         }
     }
     const std::array<float, 4> outOfRange{9, -3, 0, 0};
@@ -273,7 +279,7 @@ void EngineColourTest::transformConvertsColoursAndPixelsAlike()
     COMPARE_COLOUR(QColor::fromRgbF(clamped[0], clamped[1], clamped[2]), kCyan, 1);
 }
 
-void EngineColourTest::transformIsSharedBetweenUses()
+void TestEngineColour::transformIsSharedBetweenUses()
 {
     // Made once: a profile carries the time of its making.
     const QByteArray linear = IccProfiles::linearRgb();
@@ -282,7 +288,7 @@ void EngineColourTest::transformIsSharedBetweenUses()
             ColourTransform::fromProfile(IccProfiles::swappedRgb(), 3));
 }
 
-void EngineColourTest::pressColours_data()
+void TestEngineColour::pressColours_data()
 {
     QTest::addColumn<QList<int>>("percent");
     QTest::addColumn<QColor>("expected");
@@ -302,19 +308,20 @@ void EngineColourTest::pressColours_data()
     row("half black", {0, 0, 0, 50}, {145, 143, 144});
 }
 
-void EngineColourTest::pressColours()
+void TestEngineColour::pressColours()
 {
     QFETCH(const QList<int>, percent);
     QFETCH(const QColor, expected);
     std::array<float, 4> inks{};
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         inks[i] = static_cast<float>(percent.at(static_cast<qsizetype>(i))) / 100;
+    }
     std::array<float, 3> rgb{};
     ColourTransform::pressCmyk()->convertColour(inks.data(), rgb.data());
     COMPARE_COLOUR(QColor::fromRgbF(rgb[0], rgb[1], rgb[2]), expected, 2);
 }
 
-void EngineColourTest::plainColoursStayExact_data()
+void TestEngineColour::plainColoursStayExact_data()
 {
     QTest::addColumn<Case>("spec");
     const QColor colour(51, 102, 204);
@@ -342,12 +349,12 @@ void EngineColourTest::plainColoursStayExact_data()
                                  1});
 }
 
-void EngineColourTest::plainColoursStayExact()
+void TestEngineColour::plainColoursStayExact()
 {
     check();
 }
 
-void EngineColourTest::inks_data()
+void TestEngineColour::inks_data()
 {
     QTest::addColumn<Case>("spec");
     add("fill", {"1 0 0 0 k" + kAll, {}, {}, {{100, 100, kCyan}}});
@@ -428,12 +435,12 @@ void EngineColourTest::inks_data()
          {{100, 100, kMagenta}}});
 }
 
-void EngineColourTest::inks()
+void TestEngineColour::inks()
 {
     check();
 }
 
-void EngineColourTest::spotColours_data()
+void TestEngineColour::spotColours_data()
 {
     QTest::addColumn<Case>("spec");
     const QByteArray magenta = "/ColorSpace << /C " + separation("0 1 0 0") + " >> ";
@@ -480,12 +487,12 @@ void EngineColourTest::spotColours_data()
          {{100, 100, kSwappedRed}}});
 }
 
-void EngineColourTest::spotColours()
+void TestEngineColour::spotColours()
 {
     check();
 }
 
-void EngineColourTest::profiles_data()
+void TestEngineColour::profiles_data()
 {
     QTest::addColumn<Case>("spec");
     const QByteArray space = "/ColorSpace << /C [/ICCBased 5 0 R] >> ";
@@ -586,12 +593,12 @@ void EngineColourTest::profiles_data()
          {{100, 100, kSwappedRed}}});
 }
 
-void EngineColourTest::profiles()
+void TestEngineColour::profiles()
 {
     check();
 }
 
-void EngineColourTest::shadings_data()
+void TestEngineColour::shadings_data()
 {
     QTest::addColumn<Case>("spec");
     const auto shown = [](const QByteArray &shading) -> QByteArray {
@@ -649,12 +656,12 @@ void EngineColourTest::shadings_data()
          {{2, 100, kHalfCyan}, {197, 100, kHalfMagenta}}});
 }
 
-void EngineColourTest::shadings()
+void TestEngineColour::shadings()
 {
     check();
 }
 
-void EngineColourTest::transparency_data()
+void TestEngineColour::transparency_data()
 {
     QTest::addColumn<Case>("spec");
     const QByteArray group = "/Group << /S /Transparency /CS /DeviceCMYK /I true >>";
@@ -700,12 +707,12 @@ void EngineColourTest::transparency_data()
                          {{50, 100, Qt::white}, {150, 100, kCyan}}});
 }
 
-void EngineColourTest::transparency()
+void TestEngineColour::transparency()
 {
     check();
 }
 
-void EngineColourTest::defaultSpaces_data()
+void TestEngineColour::defaultSpaces_data()
 {
     QTest::addColumn<Case>("spec");
     const QByteArray ink = profile(IccProfiles::swappedCmyk(), 4);
@@ -741,12 +748,12 @@ void EngineColourTest::defaultSpaces_data()
         {"1 0 0 rg" + kAll, inkDefault, {"null", ink}, {{100, 100, Qt::red}}, 1});
 }
 
-void EngineColourTest::defaultSpaces()
+void TestEngineColour::defaultSpaces()
 {
     check();
 }
 
-void EngineColourTest::coloursStayTheSameOnEveryUse()
+void TestEngineColour::coloursStayTheSameOnEveryUse()
 {
     // Two pages share a space, a third has a profile of its own; all are drawn again and again.
     const auto page = [](int content, int profile) -> QByteArray {
@@ -769,5 +776,5 @@ void EngineColourTest::coloursStayTheSameOnEveryUse()
     }
 }
 
-QTEST_GUILESS_MAIN(EngineColourTest)
+QTEST_GUILESS_MAIN(TestEngineColour)
 #include "tst_engine_colour.moc"

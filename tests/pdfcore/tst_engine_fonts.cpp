@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_editor_backend.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -32,8 +33,9 @@ QByteArray textIn(const QByteArray &font)
     }
     const qsizetype table = pdf.size();
     pdf += "xref\n0 7\n0000000000 65535 f \n";
-    for (const qsizetype offset : offsets)
+    for (const qsizetype offset : offsets) {
         pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
+    }
     return pdf + "trailer<</Size 7/Root 1 0 R>>\nstartxref\n" + QByteArray::number(table) +
            "\n%%EOF\n";
 }
@@ -42,8 +44,9 @@ bool isInstalled(const QString &fileName)
 {
     const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::FontsLocation);
     for (const QString &folder : folders) {
-        if (QDirIterator(folder, {fileName}, QDir::Files, QDirIterator::Subdirectories).hasNext())
+        if (QDirIterator(folder, {fileName}, QDir::Files, QDirIterator::Subdirectories).hasNext()) {
             return true;
+        }
     }
     return false;
 }
@@ -51,7 +54,7 @@ bool isInstalled(const QString &fileName)
 } // namespace
 
 /// Fonts that a document names without embedding them.
-class EngineFontsTest : public QObject
+class TestEngineFonts : public QObject
 {
     Q_OBJECT
 
@@ -67,26 +70,28 @@ private:
     QTemporaryDir m_folder;
 };
 
-void EngineFontsTest::initTestCase()
+void TestEngineFonts::initTestCase()
 {
     QVERIFY(m_folder.isValid());
     if (!isInstalled(QStringLiteral("DejaVuSerif.ttf")) ||
-        !isInstalled(QStringLiteral("DejaVuSerif-Bold.ttf")))
+        !isInstalled(QStringLiteral("DejaVuSerif-Bold.ttf"))) {
         QSKIP("The fonts that are looked for are not installed.");
+    }
 }
 
-QImage EngineFontsTest::picture(const QByteArray &font)
+QImage TestEngineFonts::picture(const QByteArray &font)
 {
     const QString path = m_folder.filePath(QString::fromLatin1(font) + QStringLiteral(".pdf"));
-    if (!PdfFixture::write(path, textIn(font)))
+    if (!PdfFixture::write(path, textIn(font))) {
         return {};
+    }
     PdfSourcePage page;
     page.filePath = path;
     page.pageIndex = 0;
     return PdfEditorBackend::renderPage(page, {600, 200}, nullptr, nullptr);
 }
 
-void EngineFontsTest::installedFontIsUsedByItsName()
+void TestEngineFonts::installedFontIsUsedByItsName()
 {
     const QImage serif = picture("DejaVuSerif");
     QVERIFY(!serif.isNull());
@@ -94,13 +99,13 @@ void EngineFontsTest::installedFontIsUsedByItsName()
     QVERIFY(serif != picture("DejaVuSerif-Bold"));
 }
 
-void EngineFontsTest::installedFontIsUsedByFamilyAndStyle()
+void TestEngineFonts::installedFontIsUsedByFamilyAndStyle()
 {
     // "DejaVuSerif,Bold" is no font's own name: the family and the style lead to the same file.
     QCOMPARE(picture("DejaVuSerif,Bold"), picture("DejaVuSerif-Bold"));
 }
 
-void EngineFontsTest::unknownFontIsReplaced()
+void TestEngineFonts::unknownFontIsReplaced()
 {
     const QImage replaced = picture("NoSuchFontAnywhere");
     QVERIFY(!replaced.isNull());
@@ -110,5 +115,5 @@ void EngineFontsTest::unknownFontIsReplaced()
     QCOMPARE(replaced, picture("NeitherThisFont"));
 }
 
-QTEST_GUILESS_MAIN(EngineFontsTest)
+QTEST_GUILESS_MAIN(TestEngineFonts)
 #include "tst_engine_fonts.moc"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -59,15 +60,16 @@ QByteArray nestedTree(int levels)
 QList<double> widths(const QList<QSizeF> &sizes)
 {
     QList<double> result;
-    for (const QSizeF &size : sizes)
+    for (const QSizeF &size : sizes) {
         result.append(size.width());
+    }
     return result;
 }
 
 } // namespace
 
 /// What the engine says about files before anything is rendered or saved.
-class EngineInspectTest : public QObject
+class TestEngineInspect : public QObject
 {
     Q_OBJECT
 
@@ -98,7 +100,7 @@ private slots:
     void manyPagesInObjectStreamsAreReadAlike();
 };
 
-void EngineInspectTest::errorValuesAreStable()
+void TestEngineInspect::errorValuesAreStable()
 {
     QCOMPARE(qint32(PdfBackendError::None), 0);
     QCOMPARE(qint32(PdfBackendError::FileNotFound), 1);
@@ -112,7 +114,7 @@ void EngineInspectTest::errorValuesAreStable()
     QVERIFY(!PdfSourcePage().isBlank);
 }
 
-void EngineInspectTest::missingFileIsNotFound()
+void TestEngineInspect::missingFileIsNotFound()
 {
     const Folder folder;
     const Inspection found = inspect(folder.path(u"absent.pdf"_s));
@@ -123,7 +125,7 @@ void EngineInspectTest::missingFileIsNotFound()
     QCOMPARE(inMissingFolder.error, PdfBackendError::FileNotFound);
 }
 
-void EngineInspectTest::folderIsNotFound()
+void TestEngineInspect::folderIsNotFound()
 {
     const Folder folder;
     const Inspection found = inspect(folder.path());
@@ -132,27 +134,28 @@ void EngineInspectTest::folderIsNotFound()
     QVERIFY(!found.message.isEmpty());
 }
 
-void EngineInspectTest::emptyPathIsNotFound()
+void TestEngineInspect::emptyPathIsNotFound()
 {
     const Inspection found = inspect({});
     QVERIFY(!found.ok);
     QCOMPARE(found.error, PdfBackendError::FileNotFound);
 }
 
-void EngineInspectTest::unreadableFileIsNotFound()
+void TestEngineInspect::unreadableFileIsNotFound()
 {
     Folder folder;
     const QString path = folder.add(u"secret.pdf"_s, PdfFixture::pagesByNumber(1));
     QVERIFY(QFile::setPermissions(path, {}));
-    if (QFile(path).open(QIODevice::ReadOnly))
+    if (QFile(path).open(QIODevice::ReadOnly)) {
         QSKIP("This user may read every file.");
+    }
     const Inspection found = inspect(path);
     QVERIFY(!found.ok);
     QCOMPARE(found.error, PdfBackendError::FileNotFound);
     QVERIFY(!found.message.isEmpty());
 }
 
-void EngineInspectTest::brokenFilesAreInvalidDocuments_data()
+void TestEngineInspect::brokenFilesAreInvalidDocuments_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty file") << QByteArray();
@@ -168,7 +171,7 @@ void EngineInspectTest::brokenFilesAreInvalidDocuments_data()
     QTest::newRow("cut inside the first object") << PdfFixture::pagesByNumber(1).left(60);
 }
 
-void EngineInspectTest::brokenFilesAreInvalidDocuments()
+void TestEngineInspect::brokenFilesAreInvalidDocuments()
 {
     QFETCH(const QByteArray, content);
     Folder folder;
@@ -185,7 +188,7 @@ void EngineInspectTest::brokenFilesAreInvalidDocuments()
              PdfBackendError::InvalidDocument);
 }
 
-void EngineInspectTest::failureLeavesTheInfoAlone()
+void TestEngineInspect::failureLeavesTheInfoAlone()
 {
     const Folder folder;
     PdfDocumentInfo info;
@@ -195,7 +198,7 @@ void EngineInspectTest::failureLeavesTheInfoAlone()
     QCOMPARE(info.pageSizes, QList<QSizeF>{QSizeF(1, 2)});
 }
 
-void EngineInspectTest::successClearsErrorAndMessage()
+void TestEngineInspect::successClearsErrorAndMessage()
 {
     Folder folder;
     const QString path = folder.add(u"good.pdf"_s, PdfFixture::pagesByNumber(2));
@@ -209,7 +212,7 @@ void EngineInspectTest::successClearsErrorAndMessage()
     QCOMPARE(info.pageSizes, (QList<QSizeF>{QSizeF(200, 300), QSizeF(200, 300)}));
 }
 
-void EngineInspectTest::outputArgumentsMayBeNull()
+void TestEngineInspect::outputArgumentsMayBeNull()
 {
     Folder folder;
     const QString path = folder.add(u"good.pdf"_s, PdfFixture::pagesByNumber(1));
@@ -223,7 +226,7 @@ void EngineInspectTest::outputArgumentsMayBeNull()
     QVERIFY(!PdfEditorBackend::saveDocument({}, {}, nullptr, nullptr));
 }
 
-void EngineInspectTest::unusualFileNamesOpen_data()
+void TestEngineInspect::unusualFileNamesOpen_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("space") << u"two words.pdf"_s;
@@ -236,19 +239,20 @@ void EngineInspectTest::unusualFileNamesOpen_data()
     QTest::newRow("255 bytes") << QString(251, u'n') + u".pdf"_s;
 }
 
-void EngineInspectTest::unusualFileNamesOpen()
+void TestEngineInspect::unusualFileNamesOpen()
 {
     QFETCH(const QString, name);
     Folder folder;
     const QString path = folder.add(name, PdfFixture::pagesByNumber(2));
-    if (path.isEmpty())
+    if (path.isEmpty()) {
         QSKIP("This file system does not take the name.");
+    }
     QCOMPARE(inspect(path).pageSizes.size(), 2);
     COMPARE_COLOUR(middle(render(filePage(path, 1)).image), PdfFixture::numberColour(1), 1);
     QVERIFY(save({filePage(path, 1)}, folder.path(u"out.pdf"_s)).ok);
 }
 
-void EngineInspectTest::truncatedFileShowsTheRemainingPages()
+void TestEngineInspect::truncatedFileShowsTheRemainingPages()
 {
     QList<QByteArray> objects{kCatalogue, "<< /Type /Pages /Kids [3 0 R 4 0 R] /Count 2 >>",
                               pageOfWidth(11), pageOfWidth(12)};
@@ -263,7 +267,7 @@ void EngineInspectTest::truncatedFileShowsTheRemainingPages()
     QCOMPARE(widths(inspect(folder.path(u"out.pdf"_s)).pageSizes), QList<double>{12});
 }
 
-void EngineInspectTest::leadingAndTrailingBytesDoNotMatter()
+void TestEngineInspect::leadingAndTrailingBytesDoNotMatter()
 {
     Folder folder;
     const QByteArray document = PdfFixture::pagesByNumber(3);
@@ -275,7 +279,7 @@ void EngineInspectTest::leadingAndTrailingBytesDoNotMatter()
     COMPARE_COLOUR(middle(render(filePage(after, 2)).image), PdfFixture::numberColour(2), 1);
 }
 
-void EngineInspectTest::fileWithoutPagesHasNone()
+void TestEngineInspect::fileWithoutPagesHasNone()
 {
     Folder folder;
     const QString path =
@@ -287,7 +291,7 @@ void EngineInspectTest::fileWithoutPagesHasNone()
     QCOMPARE(render(filePage(path)).error, PdfBackendError::RenderFailed);
 }
 
-void EngineInspectTest::pageTreesAreRead_data()
+void TestEngineInspect::pageTreesAreRead_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QList<double>>("expected");
@@ -350,7 +354,7 @@ void EngineInspectTest::pageTreesAreRead_data()
         << QList<double>{11, 12};
 }
 
-void EngineInspectTest::pageTreesAreRead()
+void TestEngineInspect::pageTreesAreRead()
 {
     QFETCH(const QByteArray, content);
     QFETCH(const QList<double>, expected);
@@ -360,12 +364,12 @@ void EngineInspectTest::pageTreesAreRead()
     QCOMPARE(widths(found.pageSizes), expected);
 }
 
-void EngineInspectTest::pagesOfOddTreesAreTheOnesRenderedAndSaved_data()
+void TestEngineInspect::pagesOfOddTreesAreTheOnesRenderedAndSaved_data()
 {
     pageTreesAreRead_data();
 }
 
-void EngineInspectTest::pagesOfOddTreesAreTheOnesRenderedAndSaved()
+void TestEngineInspect::pagesOfOddTreesAreTheOnesRenderedAndSaved()
 {
     QFETCH(const QByteArray, content);
     QFETCH(const QList<double>, expected);
@@ -382,7 +386,7 @@ void EngineInspectTest::pagesOfOddTreesAreTheOnesRenderedAndSaved()
     QCOMPARE(render(filePage(path, int(expected.size()))).error, PdfBackendError::RenderFailed);
 }
 
-void EngineInspectTest::pageSizes_data()
+void TestEngineInspect::pageSizes_data()
 {
     QTest::addColumn<QByteArray>("entries");
     QTest::addColumn<QByteArray>("inherited");
@@ -436,7 +440,7 @@ void EngineInspectTest::pageSizes_data()
     inherits("user unit is not inherited", box, "/UserUnit 3", {100, 200});
 }
 
-void EngineInspectTest::pageSizes()
+void TestEngineInspect::pageSizes()
 {
     QFETCH(const QByteArray, entries);
     QFETCH(const QByteArray, inherited);
@@ -470,7 +474,7 @@ void EngineInspectTest::pageSizes()
     }
 }
 
-void EngineInspectTest::tenThousandPagesAreCounted()
+void TestEngineInspect::tenThousandPagesAreCounted()
 {
     constexpr int kPages = 10'000;
     Folder folder;
@@ -481,7 +485,7 @@ void EngineInspectTest::tenThousandPagesAreCounted()
     QVERIFY(render(filePage(path, kPages - 1)).ok);
 }
 
-void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
+void TestEngineInspect::oddKidsAmongManyAreTreatedAsAmongFew()
 {
     // A node, a page that stands directly in the list, one without its own way up, a repeated page,
     // a missing one and something else, at the start, in the middle and at the end of a long list.
@@ -498,8 +502,9 @@ void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
                               "(no page)"};
     QByteArray kids = odd;
     for (int i = 0; i < kPages; ++i) {
-        if (i == kPages / 2)
+        if (i == kPages / 2) {
             kids += odd;
+        }
         kids += QByteArray::number(objects.size() + 1) + " 0 R ";
         objects += pageOfWidth(widthAmongMany(i));
     }
@@ -509,8 +514,9 @@ void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
     // The node counts once, where it stands first.
     QList<double> expected = oddWidths;
     for (int i = 0; i < kPages; ++i) {
-        if (i == kPages / 2)
+        if (i == kPages / 2) {
             expected += oddWidths.mid(1);
+        }
         expected += widthAmongMany(i);
     }
     expected += oddWidths.mid(1);
@@ -522,11 +528,12 @@ void EngineInspectTest::oddKidsAmongManyAreTreatedAsAmongFew()
     QVERIFY(render(filePage(path, static_cast<int>(expected.size()) - 1)).ok);
 }
 
-void EngineInspectTest::manyPagesInObjectStreamsAreReadAlike()
+void TestEngineInspect::manyPagesInObjectStreamsAreReadAlike()
 {
     const QString qpdf = QStandardPaths::findExecutable(u"qpdf"_s);
-    if (qpdf.isEmpty())
+    if (qpdf.isEmpty()) {
         QSKIP("The qpdf command is missing.");
+    }
     constexpr int kPages = 3000;
     Folder folder;
     const QString plain = folder.add(u"plain.pdf"_s, manyPages(kPages, "/Rotate 90"));
@@ -542,5 +549,5 @@ void EngineInspectTest::manyPagesInObjectStreamsAreReadAlike()
     QVERIFY(render(filePage(packed, kPages - 1)).ok);
 }
 
-QTEST_GUILESS_MAIN(EngineInspectTest)
+QTEST_GUILESS_MAIN(TestEngineInspect)
 #include "tst_engine_inspect.moc"

@@ -1,4 +1,5 @@
-#include "pdfcore/pdf_source_file.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/pdf_file_revision.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -23,15 +24,17 @@ int saveForever(const QString &path)
 {
     for (;;) {
         PdfDocumentInfo info;
-        if (!PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr))
+        if (!PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr)) {
             return 1;
+        }
         QList<PdfSourcePage> pages;
         for (qsizetype i = info.pageSizes.size(); i > 0; --i) {
             pages.append(filePage(path, static_cast<int>(i) - 1));
-            pages.last().source = info.source;
+            pages.last().revision = info.revision;
         }
-        if (!save(pages, path).ok)
+        if (!save(pages, path).ok) {
             return 2;
+        }
     }
 }
 
@@ -78,8 +81,8 @@ void EngineKillTest::aKilledSaveLeavesTheOldFileOrTheNewOne()
     QVERIFY(wasAtWork);
     QVERIFY(sawForwards && sawBackwards);
 
-    // What the killed processes had set aside goes with the next start.
-    PdfSourceFile::removeLeftOvers();
+    // What the killed processes had kept of superseded files goes with the next start.
+    PdfFileRevision::removeLeftOvers();
     QDirIterator kept(QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
                           u"/quillora-sources"_s,
                       {u"*.pdf"_s}, QDir::Files, QDirIterator::Subdirectories);
@@ -91,8 +94,9 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     QStandardPaths::setTestModeEnabled(true);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == u"--save"_s)
+    if (arguments.value(1) == u"--save"_s) {
         return saveForever(arguments.value(2));
+    }
     EngineKillTest test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -67,7 +68,7 @@ Answers ask(const Folder &folder, const QString &path, const QString &password)
     } while (false)
 
 /// Encrypted files, opened by every operation of the engine.
-class EnginePasswordsTest : public QObject
+class TestEnginePasswords : public QObject
 {
     Q_OBJECT
 
@@ -91,14 +92,15 @@ private slots:
     void oneBatchWithSeveralPasswords();
 };
 
-void EnginePasswordsTest::passwordsOfEachRevision_data()
+void TestEnginePasswords::passwordsOfEachRevision_data()
 {
     QTest::addColumn<int>("revision");
-    for (const int revision : {3, 4, 6})
+    for (const int revision : {3, 4, 6}) {
         QTest::addRow("revision %d", revision) << revision;
+    }
 }
 
-void EnginePasswordsTest::passwordsOfEachRevision()
+void TestEnginePasswords::passwordsOfEachRevision()
 {
     QFETCH(const int, revision);
     Folder folder;
@@ -112,12 +114,12 @@ void EnginePasswordsTest::passwordsOfEachRevision()
     VERIFY_OPENS(ask(folder, path, kOwner));
 }
 
-void EnginePasswordsTest::emptyUserPasswordNeedsNoPassword_data()
+void TestEnginePasswords::emptyUserPasswordNeedsNoPassword_data()
 {
     passwordsOfEachRevision_data();
 }
 
-void EnginePasswordsTest::emptyUserPasswordNeedsNoPassword()
+void TestEnginePasswords::emptyUserPasswordNeedsNoPassword()
 {
     QFETCH(const int, revision);
     Folder folder;
@@ -128,14 +130,14 @@ void EnginePasswordsTest::emptyUserPasswordNeedsNoPassword()
     VERIFY_OPENS(ask(folder, path, kWrong));
 }
 
-void EnginePasswordsTest::unencryptedFileIgnoresThePassword()
+void TestEnginePasswords::unencryptedFileIgnoresThePassword()
 {
     Folder folder;
     const QString path = folder.add(u"open.pdf"_s, PdfFixture::pagesByNumber(2));
     VERIFY_OPENS(ask(folder, path, kWrong));
 }
 
-void EnginePasswordsTest::anotherPasswordIsTriedAfterAWrongOne()
+void TestEnginePasswords::anotherPasswordIsTriedAfterAWrongOne()
 {
     Folder folder;
     const QString path =
@@ -147,7 +149,7 @@ void EnginePasswordsTest::anotherPasswordIsTriedAfterAWrongOne()
     }
 }
 
-void EnginePasswordsTest::theRightPasswordDoesNotOpenTheFileForOthers()
+void TestEnginePasswords::theRightPasswordDoesNotOpenTheFileForOthers()
 {
     Folder folder;
     const QString path =
@@ -157,7 +159,7 @@ void EnginePasswordsTest::theRightPasswordDoesNotOpenTheFileForOthers()
     QCOMPARE(render(filePage(path)).error, PdfBackendError::PasswordRequired);
 }
 
-void EnginePasswordsTest::nonAsciiPasswords_data()
+void TestEnginePasswords::nonAsciiPasswords_data()
 {
     QTest::addColumn<QByteArray>("stored");
     QTest::addColumn<QString>("typed");
@@ -197,7 +199,7 @@ void EnginePasswordsTest::nonAsciiPasswords_data()
     }
 }
 
-void EnginePasswordsTest::nonAsciiPasswords()
+void TestEnginePasswords::nonAsciiPasswords()
 {
     QFETCH(const QByteArray, stored);
     QFETCH(const QString, typed);
@@ -206,15 +208,16 @@ void EnginePasswordsTest::nonAsciiPasswords()
     const QString asUser =
         folder.add(u"user.pdf"_s, protectedDocument(stored, kOwner.toUtf8(), revision));
     VERIFY_OPENS(ask(folder, asUser, typed));
-    if (revision == 6)
+    if (revision == 6) {
         return; // Slow by design, and the owner password goes the same way.
+    }
     const QString asOwner =
         folder.add(u"owner.pdf"_s, protectedDocument(kUser.toUtf8(), stored, revision));
     VERIFY_OPENS(ask(folder, asOwner, typed));
     VERIFY_REFUSES(ask(folder, asUser, typed + u'x'), PdfBackendError::InvalidPassword);
 }
 
-void EnginePasswordsTest::longPasswordsAreCutAsTheRevisionAsks_data()
+void TestEnginePasswords::longPasswordsAreCutAsTheRevisionAsks_data()
 {
     QTest::addColumn<int>("revision");
     QTest::addColumn<int>("length");
@@ -223,7 +226,7 @@ void EnginePasswordsTest::longPasswordsAreCutAsTheRevisionAsks_data()
     QTest::newRow("revision 6") << 6 << 127;
 }
 
-void EnginePasswordsTest::longPasswordsAreCutAsTheRevisionAsks()
+void TestEnginePasswords::longPasswordsAreCutAsTheRevisionAsks()
 {
     QFETCH(const int, revision);
     QFETCH(const int, length);
@@ -239,7 +242,7 @@ void EnginePasswordsTest::longPasswordsAreCutAsTheRevisionAsks()
     QCOMPARE(inspect(path, u'x' + huge).error, PdfBackendError::InvalidPassword);
 }
 
-void EnginePasswordsTest::certificateEncryptionIsNotSupported()
+void TestEnginePasswords::certificateEncryptionIsNotSupported()
 {
     Folder folder;
     const QString path = folder.add(
@@ -258,7 +261,7 @@ void EnginePasswordsTest::certificateEncryptionIsNotSupported()
     }
 }
 
-void EnginePasswordsTest::unknownHandlerIsNotSupported()
+void TestEnginePasswords::unknownHandlerIsNotSupported()
 {
     Folder folder;
     const QString path =
@@ -271,7 +274,7 @@ void EnginePasswordsTest::unknownHandlerIsNotSupported()
     VERIFY_REFUSES(ask(folder, path, {}), PdfBackendError::InvalidDocument);
 }
 
-void EnginePasswordsTest::messagesNeverShowThePassword()
+void TestEnginePasswords::messagesNeverShowThePassword()
 {
     Folder folder;
     const QByteArray locked = protectedDocument(kUser.toUtf8(), kOwner.toUtf8(), 6);
@@ -290,7 +293,7 @@ void EnginePasswordsTest::messagesNeverShowThePassword()
     }
 }
 
-void EnginePasswordsTest::pagesOfTwoProtectedFilesInOneOutput()
+void TestEnginePasswords::pagesOfTwoProtectedFilesInOneOutput()
 {
     Folder folder;
     const QString first = folder.add(u"first.pdf"_s, protectedDocument("one", "boss", 3));
@@ -309,7 +312,7 @@ void EnginePasswordsTest::pagesOfTwoProtectedFilesInOneOutput()
     }
 }
 
-void EnginePasswordsTest::wrongPasswordOfOneSourceSpoilsTheSave()
+void TestEnginePasswords::wrongPasswordOfOneSourceSpoilsTheSave()
 {
     Folder folder;
     const QString first = folder.add(u"first.pdf"_s, protectedDocument("one", "boss", 3));
@@ -324,7 +327,7 @@ void EnginePasswordsTest::wrongPasswordOfOneSourceSpoilsTheSave()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EnginePasswordsTest::oneBatchWithSeveralPasswords()
+void TestEnginePasswords::oneBatchWithSeveralPasswords()
 {
     Folder folder;
     const QString path = folder.add(u"locked.pdf"_s, protectedDocument("one", "boss", 4));
@@ -345,5 +348,5 @@ void EnginePasswordsTest::oneBatchWithSeveralPasswords()
     QVERIFY(errors.at(3).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(EnginePasswordsTest)
+QTEST_GUILESS_MAIN(TestEnginePasswords)
 #include "tst_engine_passwords.moc"

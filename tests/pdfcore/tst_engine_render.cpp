@@ -1,4 +1,5 @@
-#include "pdfcore/src/session_pool.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/session/session_pool.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -18,16 +19,18 @@ constexpr int kTurns[] = {0, 90, 180, 270};
 QList<QColor> turnedQuarters(int rotation)
 {
     QList<QColor> colours{Qt::blue, Qt::yellow, Qt::red, Qt::green};
-    for (int turn = 0; turn < rotation; turn += 90)
+    for (int turn = 0; turn < rotation; turn += 90) {
         colours = {colours.at(2), colours.at(0), colours.at(3), colours.at(1)};
+    }
     return colours;
 }
 
 QString names(const QList<QColor> &colours)
 {
     QStringList result;
-    for (const QColor &colour : colours)
+    for (const QColor &colour : colours) {
         result.append(colour.name());
+    }
     return result.join(u' ');
 }
 
@@ -46,7 +49,7 @@ QByteArray withAnnotation(const QByteArray &entries, const QByteArray &catalogue
 } // namespace
 
 /// What pages look like, and what comes back when they cannot be shown.
-class EngineRenderTest : public QObject
+class TestEngineRender : public QObject
 {
     Q_OBJECT
 
@@ -86,7 +89,7 @@ private slots:
     void changedFileIsShownAsItIsNow();
 };
 
-void EngineRenderTest::blankPageAndFilePageInOneBatch()
+void TestEngineRender::blankPageAndFilePageInOneBatch()
 {
     Folder folder;
     const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(8));
@@ -102,7 +105,7 @@ void EngineRenderTest::blankPageAndFilePageInOneBatch()
     COMPARE_COLOUR(middle(images.at(1)), PdfFixture::numberColour(7), 1);
 }
 
-void EngineRenderTest::pageWithoutFileIsBlank()
+void TestEngineRender::pageWithoutFileIsBlank()
 {
     // A duplicate of a blank page names no file and is not marked as blank.
     PdfSourcePage page = blankPage({100, 200}, 90);
@@ -116,7 +119,7 @@ void EngineRenderTest::pageWithoutFileIsBlank()
     QCOMPARE(inspect(target).pageSizes, QList<QSizeF>{QSizeF(200, 100)});
 }
 
-void EngineRenderTest::oneFailingPageDoesNotSpoilTheBatch()
+void TestEngineRender::oneFailingPageDoesNotSpoilTheBatch()
 {
     Folder folder;
     const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(3));
@@ -138,7 +141,7 @@ void EngineRenderTest::oneFailingPageDoesNotSpoilTheBatch()
     }
 }
 
-void EngineRenderTest::imagesComeInRequestOrder()
+void TestEngineRender::imagesComeInRequestOrder()
 {
     constexpr int kPages = 30;
     Folder folder;
@@ -157,14 +160,14 @@ void EngineRenderTest::imagesComeInRequestOrder()
     }
 }
 
-void EngineRenderTest::emptyBatchGivesNothing()
+void TestEngineRender::emptyBatchGivesNothing()
 {
     QStringList errors{u"from before"_s};
     QVERIFY(PdfEditorBackend::renderPages({}, {}, &errors).isEmpty());
     QVERIFY(errors.isEmpty());
 }
 
-void EngineRenderTest::shortListOfSizesFailsOnlyThePagesWithoutSize()
+void TestEngineRender::shortListOfSizesFailsOnlyThePagesWithoutSize()
 {
     Folder folder;
     const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(2));
@@ -178,7 +181,7 @@ void EngineRenderTest::shortListOfSizesFailsOnlyThePagesWithoutSize()
     QVERIFY(!errors.at(1).isEmpty());
 }
 
-void EngineRenderTest::emptySizesFail_data()
+void TestEngineRender::emptySizesFail_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::newRow("default") << QSize();
@@ -189,7 +192,7 @@ void EngineRenderTest::emptySizesFail_data()
     QTest::newRow("both negative") << QSize(-10, -10);
 }
 
-void EngineRenderTest::emptySizesFail()
+void TestEngineRender::emptySizesFail()
 {
     QFETCH(const QSize, size);
     Folder folder;
@@ -202,7 +205,7 @@ void EngineRenderTest::emptySizesFail()
     }
 }
 
-void EngineRenderTest::hugeSizesFail_data()
+void TestEngineRender::hugeSizesFail_data()
 {
     constexpr int kMost = std::numeric_limits<int>::max();
     QTest::addColumn<QSize>("size");
@@ -213,7 +216,7 @@ void EngineRenderTest::hugeSizesFail_data()
     QTest::newRow("largest") << QSize(kMost, kMost);
 }
 
-void EngineRenderTest::hugeSizesFail()
+void TestEngineRender::hugeSizesFail()
 {
     QFETCH(const QSize, size);
     Folder folder;
@@ -227,7 +230,7 @@ void EngineRenderTest::hugeSizesFail()
     QVERIFY(render(filePage(path)).ok);
 }
 
-void EngineRenderTest::pagesThatDoNotExistFail_data()
+void TestEngineRender::pagesThatDoNotExistFail_data()
 {
     QTest::addColumn<int>("index");
     QTest::newRow("one past the end") << 3;
@@ -236,7 +239,7 @@ void EngineRenderTest::pagesThatDoNotExistFail_data()
     QTest::newRow("far before the first") << std::numeric_limits<int>::min();
 }
 
-void EngineRenderTest::pagesThatDoNotExistFail()
+void TestEngineRender::pagesThatDoNotExistFail()
 {
     QFETCH(const int, index);
     Folder folder;
@@ -247,7 +250,7 @@ void EngineRenderTest::pagesThatDoNotExistFail()
     QVERIFY(!rendering.message.isEmpty());
 }
 
-void EngineRenderTest::missingFileFails()
+void TestEngineRender::missingFileFails()
 {
     const Folder folder;
     const Rendering rendering = render(filePage(folder.path(u"absent.pdf"_s)));
@@ -256,7 +259,7 @@ void EngineRenderTest::missingFileFails()
     QVERIFY(!rendering.message.isEmpty());
 }
 
-void EngineRenderTest::imageIsOpaqueAndOfTheTargetSize_data()
+void TestEngineRender::imageIsOpaqueAndOfTheTargetSize_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::newRow("one pixel") << QSize(1, 1);
@@ -267,7 +270,7 @@ void EngineRenderTest::imageIsOpaqueAndOfTheTargetSize_data()
     QTest::newRow("large") << QSize(2000, 3000);
 }
 
-void EngineRenderTest::imageIsOpaqueAndOfTheTargetSize()
+void TestEngineRender::imageIsOpaqueAndOfTheTargetSize()
 {
     QFETCH(const QSize, size);
     Folder folder;
@@ -283,8 +286,9 @@ void EngineRenderTest::imageIsOpaqueAndOfTheTargetSize()
         QCOMPARE(qAlpha(rendering.image.pixel(0, 0)), 255);
         QCOMPARE(qAlpha(rendering.image.pixel(size.width() - 1, size.height() - 1)), 255);
     }
-    if (size.width() < 10)
+    if (size.width() < 10) {
         return;
+    }
     // The page fills the image to its edges.
     const QImage image = render(filePage(path), size).image;
     COMPARE_COLOUR(image.pixelColor(0, 0), Qt::blue, 1);
@@ -293,7 +297,7 @@ void EngineRenderTest::imageIsOpaqueAndOfTheTargetSize()
     COMPARE_COLOUR(image.pixelColor(size.width() - 1, size.height() - 1), Qt::green, 1);
 }
 
-void EngineRenderTest::pageWithoutContentIsWhite()
+void TestEngineRender::pageWithoutContentIsWhite()
 {
     Folder folder;
     const QString path = folder.add(
@@ -307,7 +311,7 @@ void EngineRenderTest::pageWithoutContentIsWhite()
     QCOMPARE(rendering.image, white);
 }
 
-void EngineRenderTest::damagedContentShowsWhatCameBefore()
+void TestEngineRender::damagedContentShowsWhatCameBefore()
 {
     Folder folder;
     const QByteArray good = PdfFixture::fill({0, 0, 200, 200}, Qt::cyan);
@@ -318,16 +322,18 @@ void EngineRenderTest::damagedContentShowsWhatCameBefore()
     COMPARE_COLOUR(middle(rendering.image), Qt::cyan, 1);
 }
 
-void EngineRenderTest::rotations_data()
+void TestEngineRender::rotations_data()
 {
     QTest::addColumn<int>("own");
     QTest::addColumn<int>("record");
-    for (const int own : {0, 90, 180, 270, -90, 450})
-        for (const int record : kTurns)
+    for (const int own : {0, 90, 180, 270, -90, 450}) {
+        for (const int record : kTurns) {
             QTest::addRow("page %d, record %d", own, record) << own << record;
+        }
+    }
 }
 
-void EngineRenderTest::rotations()
+void TestEngineRender::rotations()
 {
     QFETCH(const int, own);
     QFETCH(const int, record);
@@ -342,12 +348,12 @@ void EngineRenderTest::rotations()
     QCOMPARE(names(quarters(rendering.image)), names(turnedQuarters(turned)));
 }
 
-void EngineRenderTest::savedRotationIsTheSourcesPlusTheRecords_data()
+void TestEngineRender::savedRotationIsTheSourcesPlusTheRecords_data()
 {
     rotations_data();
 }
 
-void EngineRenderTest::savedRotationIsTheSourcesPlusTheRecords()
+void TestEngineRender::savedRotationIsTheSourcesPlusTheRecords()
 {
     QFETCH(const int, own);
     QFETCH(const int, record);
@@ -371,7 +377,7 @@ void EngineRenderTest::savedRotationIsTheSourcesPlusTheRecords()
     QCOMPARE(distance(original, copied), 0);
 }
 
-void EngineRenderTest::boxes_data()
+void TestEngineRender::boxes_data()
 {
     QTest::addColumn<QRectF>("media");
     QTest::addColumn<QRectF>("crop");
@@ -391,7 +397,7 @@ void EngineRenderTest::boxes_data()
         << QRectF(0, 0, 100, 200) << QRectF(400, 400, 10, 10) << QRectF(0, 0, 50, 100);
 }
 
-void EngineRenderTest::boxes()
+void TestEngineRender::boxes()
 {
     QFETCH(const QRectF, media);
     QFETCH(const QRectF, crop);
@@ -418,7 +424,7 @@ void EngineRenderTest::boxes()
     QCOMPARE(names(quarters(turned)), names({Qt::red, Qt::white, Qt::white, Qt::white}));
 }
 
-void EngineRenderTest::annotationsAreDrawn()
+void TestEngineRender::annotationsAreDrawn()
 {
     Folder folder;
     const QString path = folder.add(u"note.pdf"_s, withAnnotation("/Subtype /Square /F 4"));
@@ -432,7 +438,7 @@ void EngineRenderTest::annotationsAreDrawn()
     COMPARE_COLOUR(middle(render(filePage(copy)).image), Qt::magenta, 1);
 }
 
-void EngineRenderTest::formFieldsAreDrawn()
+void TestEngineRender::formFieldsAreDrawn()
 {
     Folder folder;
     const QString path =
@@ -444,7 +450,7 @@ void EngineRenderTest::formFieldsAreDrawn()
     COMPARE_COLOUR(middle(render(filePage(copy)).image), Qt::magenta, 1);
 }
 
-void EngineRenderTest::hiddenAnnotationsAreNotDrawn_data()
+void TestEngineRender::hiddenAnnotationsAreNotDrawn_data()
 {
     QTest::addColumn<QByteArray>("entries");
     QTest::newRow("hidden") << QByteArray("/Subtype /Square /F 2");
@@ -454,7 +460,7 @@ void EngineRenderTest::hiddenAnnotationsAreNotDrawn_data()
     QTest::newRow("pop-up") << QByteArray("/Subtype /Popup /F 4");
 }
 
-void EngineRenderTest::hiddenAnnotationsAreNotDrawn()
+void TestEngineRender::hiddenAnnotationsAreNotDrawn()
 {
     QFETCH(const QByteArray, entries);
     Folder folder;
@@ -464,7 +470,7 @@ void EngineRenderTest::hiddenAnnotationsAreNotDrawn()
     COMPARE_COLOUR(middle(rendering.image), Qt::white, 0);
 }
 
-void EngineRenderTest::samePageInOneBatchTwice()
+void TestEngineRender::samePageInOneBatchTwice()
 {
     Folder folder;
     const QString path =
@@ -476,7 +482,7 @@ void EngineRenderTest::samePageInOneBatchTwice()
     QCOMPARE(names(quarters(images.at(1))), names(turnedQuarters(90)));
 }
 
-void EngineRenderTest::filesOfOneBatchMayAlternate()
+void TestEngineRender::filesOfOneBatchMayAlternate()
 {
     Folder folder;
     const QString red =
@@ -484,15 +490,17 @@ void EngineRenderTest::filesOfOneBatchMayAlternate()
     const QString blue =
         folder.add(u"blue.pdf"_s, PdfFixture::document({PdfFixture::plain({50, 50}, Qt::blue)}));
     QList<PdfSourcePage> pages;
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         pages.append(filePage(i % 2 == 0 ? red : blue));
+    }
     const QList<QImage> images =
         PdfEditorBackend::renderPages(pages, QList<QSize>(20, QSize(5, 5)), nullptr);
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         COMPARE_COLOUR(middle(images.at(i)), i % 2 == 0 ? Qt::red : Qt::blue, 0);
+    }
 }
 
-void EngineRenderTest::manyThreadsSeeTheSamePicture()
+void TestEngineRender::manyThreadsSeeTheSamePicture()
 {
     constexpr int kThreads = 6;
     constexpr int kRounds = 8;
@@ -506,8 +514,9 @@ void EngineRenderTest::manyThreadsSeeTheSamePicture()
     }
     const QString path = folder.add(u"pages.pdf"_s, PdfFixture::document(pages));
     QList<QImage> expected;
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         expected.append(render(filePage(path, i), {120, 120}).image);
+    }
 
     std::atomic<int> different{0};
     std::vector<std::thread> threads;
@@ -515,20 +524,23 @@ void EngineRenderTest::manyThreadsSeeTheSamePicture()
         threads.emplace_back([&] {
             for (int round = 0; round < kRounds; ++round) {
                 for (int i = 0; i < 4; ++i) {
-                    if (render(filePage(path, i), {120, 120}).image != expected.at(i))
+                    if (render(filePage(path, i), {120, 120}).image != expected.at(i)) {
                         ++different;
+                    }
                 }
-                if (inspect(path).pageSizes.size() != 4)
+                if (inspect(path).pageSizes.size() != 4) {
                     ++different;
+                }
             }
         });
     }
-    for (std::thread &thread : threads)
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     QCOMPARE(different.load(), 0);
 }
 
-void EngineRenderTest::replacedFileGivesTheOldOrTheNewPicture()
+void TestEngineRender::replacedFileGivesTheOldOrTheNewPicture()
 {
     constexpr int kSaves = 30;
     Folder folder;
@@ -554,30 +566,34 @@ void EngineRenderTest::replacedFileGivesTheOldOrTheNewPicture()
                     expected.fill(colour);
                     known = known || rendering.image == expected;
                 }
-                if (!known)
+                if (!known) {
                     ++wrong;
+                }
                 ++seen;
             }
         });
     }
     int failures = 0;
     for (int i = 0; i < kSaves; ++i) {
-        if (!save({filePage(i % 2 == 0 ? blue : red)}, target).ok)
+        if (!save({filePage(i % 2 == 0 ? blue : red)}, target).ok) {
             ++failures;
+        }
         const QColor now = middle(render(filePage(target), {30, 30}).image);
-        if (now != colours.at(i % 2 == 0 ? 1 : 0))
+        if (now != colours.at(i % 2 == 0 ? 1 : 0)) {
             ++failures;
+        }
     }
     done = true;
-    for (std::thread &reader : readers)
+    for (std::thread &reader : readers) {
         reader.join();
+    }
     QCOMPARE(failures, 0);
     QCOMPARE(wrong.load(), 0);
     QVERIFY(seen > 0);
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineRenderTest::changedFileIsShownAsItIsNow()
+void TestEngineRender::changedFileIsShownAsItIsNow()
 {
     Folder folder;
     const QString path =
@@ -591,15 +607,16 @@ void EngineRenderTest::changedFileIsShownAsItIsNow()
     QCOMPARE(render(filePage(path)).error, PdfBackendError::FileNotFound);
 }
 
-void EngineRenderTest::aBatchIsSharedBetweenThreads()
+void TestEngineRender::aBatchIsSharedBetweenThreads()
 {
     constexpr int kPages = 60;
     Folder folder;
     const QString path = folder.add(u"many.pdf"_s, PdfFixture::pagesByNumber(kPages));
     pdfcore::SessionPool::instance().closeIdle();
     QList<PdfSourcePage> pages;
-    for (int i = 0; i < kPages; ++i)
+    for (int i = 0; i < kPages; ++i) {
         pages.append(filePage(path, kPages - 1 - i));
+    }
     QStringList errors;
     const QList<QImage> images =
         PdfEditorBackend::renderPages(pages, QList<QSize>(kPages, {600, 900}), &errors);
@@ -612,5 +629,5 @@ void EngineRenderTest::aBatchIsSharedBetweenThreads()
     QVERIFY(pdfcore::SessionPool::instance().idleCount() >= 2);
 }
 
-QTEST_GUILESS_MAIN(EngineRenderTest)
+QTEST_GUILESS_MAIN(TestEngineRender)
 #include "tst_engine_render.moc"

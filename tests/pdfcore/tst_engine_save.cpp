@@ -1,4 +1,5 @@
-#include "pdfcore/src/atomic_file.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/base/atomic_file.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -37,8 +38,9 @@ QByteArray bulkyDocument(qsizetype bytes)
     QRandomGenerator random(7);
     PdfFixture::Page page = PdfFixture::plain({100, 100}, Qt::red);
     page.content += "%";
-    for (qsizetype i = 0; i < bytes; ++i)
+    for (qsizetype i = 0; i < bytes; ++i) {
         page.content += static_cast<char>('!' + random.bounded(90));
+    }
     page.content += '\n';
     return PdfFixture::document({page});
 }
@@ -46,7 +48,7 @@ QByteArray bulkyDocument(qsizetype bytes)
 } // namespace
 
 /// The files that the engine writes.
-class EngineSaveTest : public QObject
+class TestEngineSave : public QObject
 {
     Q_OBJECT
 
@@ -91,21 +93,22 @@ private slots:
     void fullDiskLeavesTheTargetAlone();
 };
 
-void EngineSaveTest::pagesComeInOrder()
+void TestEngineSave::pagesComeInOrder()
 {
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, PdfFixture::pagesByNumber(6));
     const QString target = folder.path(u"out.pdf"_s);
     const QList<int> order{5, 0, 3, 1};
     QList<PdfSourcePage> pages;
-    for (const int index : order)
+    for (const int index : order) {
         pages.append(filePage(path, index));
+    }
     const Outcome saved = save(pages, target);
     QVERIFY2(saved.ok, qPrintable(saved.message));
     QCOMPARE(numbersIn(target), order);
 }
 
-void EngineSaveTest::pagesOfSeveralSources()
+void TestEngineSave::pagesOfSeveralSources()
 {
     Folder folder;
     const QString many = folder.add(u"many.pdf"_s, PdfFixture::pagesByNumber(20));
@@ -117,7 +120,7 @@ void EngineSaveTest::pagesOfSeveralSources()
     QCOMPARE(numbersIn(target), (QList<int>{17, 2, 0, 1}));
 }
 
-void EngineSaveTest::sourcesWithTheirPasswordsGiveAnUnencryptedFile()
+void TestEngineSave::sourcesWithTheirPasswordsGiveAnUnencryptedFile()
 {
     Folder folder;
     QList<PdfSourcePage> pages;
@@ -135,7 +138,7 @@ void EngineSaveTest::sourcesWithTheirPasswordsGiveAnUnencryptedFile()
     QCOMPARE(numbersIn(target), (QList<int>{3, 4, 6}));
 }
 
-void EngineSaveTest::rotationsAreApplied()
+void TestEngineSave::rotationsAreApplied()
 {
     Folder folder;
     const QString path =
@@ -148,7 +151,7 @@ void EngineSaveTest::rotationsAreApplied()
              0);
 }
 
-void EngineSaveTest::duplicatesOfOnePageTurnOnTheirOwn()
+void TestEngineSave::duplicatesOfOnePageTurnOnTheirOwn()
 {
     Folder folder;
     const QString path =
@@ -156,8 +159,9 @@ void EngineSaveTest::duplicatesOfOnePageTurnOnTheirOwn()
     const QString target = folder.path(u"out.pdf"_s);
     const QList<int> turns{90, 0, 180, 90, 270, 0};
     QList<PdfSourcePage> pages;
-    for (const int turn : turns)
+    for (const int turn : turns) {
         pages.append(filePage(path, 0, turn));
+    }
     QVERIFY(save(pages, target).ok);
     for (int i = 0; i < turns.size(); ++i) {
         const QSizeF size = inspect(target).pageSizes.value(i);
@@ -168,7 +172,7 @@ void EngineSaveTest::duplicatesOfOnePageTurnOnTheirOwn()
     }
 }
 
-void EngineSaveTest::duplicatesOfAPageWithItsOwnRotation()
+void TestEngineSave::duplicatesOfAPageWithItsOwnRotation()
 {
     Folder folder;
     PdfFixture::Page page = PdfFixture::quartered({200, 300});
@@ -184,7 +188,7 @@ void EngineSaveTest::duplicatesOfAPageWithItsOwnRotation()
     }
 }
 
-void EngineSaveTest::blankPages_data()
+void TestEngineSave::blankPages_data()
 {
     QTest::addColumn<QSizeF>("size");
     QTest::addColumn<int>("rotation");
@@ -204,7 +208,7 @@ void EngineSaveTest::blankPages_data()
     QTest::newRow("infinite") << QSizeF(100, std::numeric_limits<double>::infinity()) << 0 << a4;
 }
 
-void EngineSaveTest::blankPages()
+void TestEngineSave::blankPages()
 {
     QFETCH(const QSizeF, size);
     QFETCH(const int, rotation);
@@ -220,7 +224,7 @@ void EngineSaveTest::blankPages()
     COMPARE_COLOUR(middle(render(filePage(target)).image), Qt::white, 0);
 }
 
-void EngineSaveTest::blankPagesBetweenFilePages()
+void TestEngineSave::blankPagesBetweenFilePages()
 {
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, PdfFixture::pagesByNumber(3));
@@ -237,15 +241,16 @@ void EngineSaveTest::blankPagesBetweenFilePages()
     COMPARE_COLOUR(middle(render(filePage(target, 4)).image), PdfFixture::numberColour(2), 1);
 }
 
-void EngineSaveTest::thousandPages()
+void TestEngineSave::thousandPages()
 {
     constexpr int kPages = 1000;
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, PdfFixture::pagesByNumber(kPages));
     const QString target = folder.path(u"out.pdf"_s);
     QList<PdfSourcePage> pages;
-    for (int i = 0; i < kPages; ++i)
+    for (int i = 0; i < kPages; ++i) {
         pages.append(filePage(path, kPages - 1 - i, (i % 4) * 90));
+    }
     const Outcome saved = save(pages, target);
     QVERIFY2(saved.ok, qPrintable(saved.message));
     const QList<QSizeF> sizes = inspect(target).pageSizes;
@@ -257,7 +262,7 @@ void EngineSaveTest::thousandPages()
     }
 }
 
-void EngineSaveTest::thousandCopiesOfOnePage()
+void TestEngineSave::thousandCopiesOfOnePage()
 {
     constexpr int kPages = 1000;
     Folder folder;
@@ -272,11 +277,12 @@ void EngineSaveTest::thousandCopiesOfOnePage()
              qPrintable(QString::number(QFileInfo(target).size())));
 }
 
-void EngineSaveTest::outputsAreSound()
+void TestEngineSave::outputsAreSound()
 {
     const QString checker = QStandardPaths::findExecutable(u"qpdf"_s);
-    if (checker.isEmpty())
+    if (checker.isEmpty()) {
         QSKIP("The program that checks files is not installed.");
+    }
     Folder folder;
     const QString plain = folder.add(u"plain.pdf"_s, PdfFixture::pagesByNumber(4));
     const QString locked =
@@ -308,7 +314,7 @@ void EngineSaveTest::outputsAreSound()
     }
 }
 
-void EngineSaveTest::successClearsErrorAndMessage()
+void TestEngineSave::successClearsErrorAndMessage()
 {
     const Folder folder;
     PdfBackendError error = PdfBackendError::RenderFailed;
@@ -319,7 +325,7 @@ void EngineSaveTest::successClearsErrorAndMessage()
     QVERIFY(message.isEmpty());
 }
 
-void EngineSaveTest::sourceIsOnlyRead()
+void TestEngineSave::sourceIsOnlyRead()
 {
     Folder folder;
     const QByteArray content = PdfFixture::pagesByNumber(3);
@@ -329,7 +335,7 @@ void EngineSaveTest::sourceIsOnlyRead()
     QCOMPARE(contentOf(path), content);
 }
 
-void EngineSaveTest::targetMayBeASource()
+void TestEngineSave::targetMayBeASource()
 {
     Folder folder;
     const QString path = folder.add(u"file.pdf"_s, PdfFixture::pagesByNumber(5));
@@ -344,7 +350,7 @@ void EngineSaveTest::targetMayBeASource()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::targetMayBeASourceUnderAnotherSpelling()
+void TestEngineSave::targetMayBeASourceUnderAnotherSpelling()
 {
     Folder folder;
     const QString path = folder.add(u"file.pdf"_s, PdfFixture::pagesByNumber(3));
@@ -355,7 +361,7 @@ void EngineSaveTest::targetMayBeASourceUnderAnotherSpelling()
     QCOMPARE(numbersIn(path), (QList<int>{2, 1}));
 }
 
-void EngineSaveTest::targetMayBeAProtectedSource()
+void TestEngineSave::targetMayBeAProtectedSource()
 {
     Folder folder;
     const QString path = folder.add(
@@ -364,7 +370,7 @@ void EngineSaveTest::targetMayBeAProtectedSource()
     QCOMPARE(numbersIn(path), QList<int>{2});
 }
 
-void EngineSaveTest::linkAsTargetStaysALink()
+void TestEngineSave::linkAsTargetStaysALink()
 {
     Folder folder;
     const QString file = folder.add(u"file.pdf"_s, PdfFixture::pagesByNumber(3));
@@ -372,8 +378,9 @@ void EngineSaveTest::linkAsTargetStaysALink()
     const QString link = folder.path(u"elsewhere/link.pdf"_s);
     const QString linkToLink = folder.path(u"chain.pdf"_s);
     if (!QFile::link(u"../file.pdf"_s, link) || !QFile::link(link, linkToLink) ||
-        !QFileInfo(link).isSymbolicLink())
+        !QFileInfo(link).isSymbolicLink()) {
         QSKIP("This file system has no symbolic links.");
+    }
     QVERIFY(save({filePage(linkToLink, 2)}, linkToLink).ok);
     QVERIFY(QFileInfo(link).isSymbolicLink());
     QVERIFY(QFileInfo(linkToLink).isSymbolicLink());
@@ -383,23 +390,25 @@ void EngineSaveTest::linkAsTargetStaysALink()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::linkToNothingCreatesItsTarget()
+void TestEngineSave::linkToNothingCreatesItsTarget()
 {
     const Folder folder;
     const QString link = folder.path(u"link.pdf"_s);
-    if (!QFile::link(u"later.pdf"_s, link) || !QFileInfo(link).isSymbolicLink())
+    if (!QFile::link(u"later.pdf"_s, link) || !QFileInfo(link).isSymbolicLink()) {
         QSKIP("This file system has no symbolic links.");
+    }
     QVERIFY(save({blankPage({9, 9})}, link).ok);
     QVERIFY(QFileInfo(link).isSymbolicLink());
     QCOMPARE(inspect(folder.path(u"later.pdf"_s)).pageSizes.size(), 1);
 }
 
-void EngineSaveTest::linkToItselfIsRefused()
+void TestEngineSave::linkToItselfIsRefused()
 {
     const Folder folder;
     const QString link = folder.path(u"link.pdf"_s);
-    if (!QFile::link(u"link.pdf"_s, link) || !QFileInfo(link).isSymbolicLink())
+    if (!QFile::link(u"link.pdf"_s, link) || !QFileInfo(link).isSymbolicLink()) {
         QSKIP("This file system has no symbolic links.");
+    }
     const Outcome saved = save({blankPage({9, 9})}, link);
     QVERIFY(!saved.ok);
     QCOMPARE(saved.error, PdfBackendError::WriteFailed);
@@ -407,7 +416,7 @@ void EngineSaveTest::linkToItselfIsRefused()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::permissionsAreKept_data()
+void TestEngineSave::permissionsAreKept_data()
 {
     QTest::addColumn<QFileDevice::Permissions>("mode");
     QTest::newRow("0600") << QFileDevice::Permissions(kOwnerOnly);
@@ -418,7 +427,7 @@ void EngineSaveTest::permissionsAreKept_data()
                               QFileDevice::ExeGroup);
 }
 
-void EngineSaveTest::permissionsAreKept()
+void TestEngineSave::permissionsAreKept()
 {
     QFETCH(const QFileDevice::Permissions, mode);
     Folder folder;
@@ -430,7 +439,7 @@ void EngineSaveTest::permissionsAreKept()
     QCOMPARE(numbersIn(path), QList<int>{1});
 }
 
-void EngineSaveTest::permissionsAreKeptWhileWriting()
+void TestEngineSave::permissionsAreKeptWhileWriting()
 {
     Folder folder;
     const QString path = folder.add(u"file.pdf"_s, "content");
@@ -451,7 +460,7 @@ void EngineSaveTest::permissionsAreKeptWhileWriting()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::newFileHasTheUsualPermissions()
+void TestEngineSave::newFileHasTheUsualPermissions()
 {
     Folder folder;
     const QString usual = folder.add(u"usual.txt"_s, "content");
@@ -460,7 +469,7 @@ void EngineSaveTest::newFileHasTheUsualPermissions()
     QCOMPARE(modeOf(target), modeOf(usual));
 }
 
-void EngineSaveTest::readOnlyTargetIsRefused()
+void TestEngineSave::readOnlyTargetIsRefused()
 {
     Folder folder;
     const QByteArray content = PdfFixture::pagesByNumber(2);
@@ -477,7 +486,7 @@ void EngineSaveTest::readOnlyTargetIsRefused()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::readOnlyFolderIsRefused()
+void TestEngineSave::readOnlyFolderIsRefused()
 {
     Folder folder;
     const QString path = folder.add(u"file.pdf"_s, PdfFixture::pagesByNumber(2));
@@ -485,14 +494,15 @@ void EngineSaveTest::readOnlyFolderIsRefused()
     const bool mayWriteAnyway = QFile(folder.path(u"probe"_s)).open(QIODevice::WriteOnly);
     const Outcome saved = save({filePage(path)}, folder.path(u"out.pdf"_s));
     QVERIFY(QFile::setPermissions(folder.path(), kOwnerOnly | QFileDevice::ExeOwner));
-    if (mayWriteAnyway)
+    if (mayWriteAnyway) {
         QSKIP("This user may write into every folder.");
+    }
     QVERIFY(!saved.ok);
     QCOMPARE(saved.error, PdfBackendError::WriteFailed);
     QVERIFY(!saved.message.isEmpty());
 }
 
-void EngineSaveTest::targetNames_data()
+void TestEngineSave::targetNames_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("space") << u"two words.pdf"_s;
@@ -506,12 +516,13 @@ void EngineSaveTest::targetNames_data()
     QTest::newRow("255 bytes of Chinese") << QString(85, QChar(0x6587));
 }
 
-void EngineSaveTest::targetNames()
+void TestEngineSave::targetNames()
 {
     QFETCH(const QString, name);
     Folder folder;
-    if (folder.add(name, "probe").isEmpty())
+    if (folder.add(name, "probe").isEmpty()) {
         QSKIP("This file system does not take the name.");
+    }
     const QString target = folder.path(name);
     QVERIFY(QFile::remove(target));
     for (int i = 0; i < 2; ++i) {
@@ -522,7 +533,7 @@ void EngineSaveTest::targetNames()
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{name});
 }
 
-void EngineSaveTest::tooLongNameFails()
+void TestEngineSave::tooLongNameFails()
 {
     const Folder folder;
     const Outcome saved = save({blankPage({9, 9})}, folder.path(QString(300, u'n')));
@@ -532,7 +543,7 @@ void EngineSaveTest::tooLongNameFails()
     QVERIFY(QDir(folder.path()).isEmpty(QDir::Files | QDir::Hidden));
 }
 
-void EngineSaveTest::targetsThatCannotBeWritten_data()
+void TestEngineSave::targetsThatCannotBeWritten_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("folder does not exist") << u"absent/out.pdf"_s;
@@ -542,7 +553,7 @@ void EngineSaveTest::targetsThatCannotBeWritten_data()
     QTest::newRow("target is the folder itself") << u"."_s;
 }
 
-void EngineSaveTest::targetsThatCannotBeWritten()
+void TestEngineSave::targetsThatCannotBeWritten()
 {
     QFETCH(const QString, target);
     Folder folder;
@@ -559,7 +570,7 @@ void EngineSaveTest::targetsThatCannotBeWritten()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::nothingToWriteFails()
+void TestEngineSave::nothingToWriteFails()
 {
     Folder folder;
     const QString target = folder.add(u"out.pdf"_s, "what was there before");
@@ -574,7 +585,7 @@ void EngineSaveTest::nothingToWriteFails()
     QVERIFY(!noPath.message.isEmpty());
 }
 
-void EngineSaveTest::badSourcesLeaveTheTargetAlone_data()
+void TestEngineSave::badSourcesLeaveTheTargetAlone_data()
 {
     QTest::addColumn<QString>("source");
     QTest::addColumn<int>("index");
@@ -590,7 +601,7 @@ void EngineSaveTest::badSourcesLeaveTheTargetAlone_data()
                                   << PdfBackendError::InvalidDocument;
 }
 
-void EngineSaveTest::badSourcesLeaveTheTargetAlone()
+void TestEngineSave::badSourcesLeaveTheTargetAlone()
 {
     QFETCH(const QString, source);
     QFETCH(const int, index);
@@ -615,7 +626,7 @@ void EngineSaveTest::badSourcesLeaveTheTargetAlone()
     }
 }
 
-void EngineSaveTest::vanishedSourceLeavesTheTargetAlone()
+void TestEngineSave::vanishedSourceLeavesTheTargetAlone()
 {
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, PdfFixture::pagesByNumber(2));
@@ -630,7 +641,7 @@ void EngineSaveTest::vanishedSourceLeavesTheTargetAlone()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-void EngineSaveTest::fullDiskLeavesTheTargetAlone()
+void TestEngineSave::fullDiskLeavesTheTargetAlone()
 {
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, bulkyDocument(400'000));
@@ -638,8 +649,9 @@ void EngineSaveTest::fullDiskLeavesTheTargetAlone()
     const QString disk = folder.path(u"disk"_s);
     if (QProcess::execute(
             u"sh"_s, {u"-c"_s, u"mount -t tmpfs -o size=128k none \"$0\" 2>/dev/null"_s, disk}) !=
-        0)
+        0) {
         QSKIP("This user cannot mount a small disk.");
+    }
     const QString target = QDir(disk).filePath(u"out.pdf"_s);
     const bool prepared = PdfFixture::write(target, "what was there before");
     const Outcome saved = save({filePage(path)}, target);
@@ -657,7 +669,7 @@ void EngineSaveTest::fullDiskLeavesTheTargetAlone()
     QVERIFY2(small.ok, qPrintable(small.message));
 }
 
-void EngineSaveTest::savesOnSeveralThreads()
+void TestEngineSave::savesOnSeveralThreads()
 {
     constexpr int kThreads = 4;
     constexpr int kRounds = 6;
@@ -671,15 +683,18 @@ void EngineSaveTest::savesOnSeveralThreads()
             const QString own = folder.path(QString::number(thread));
             for (int round = 0; round < kRounds; ++round) {
                 const QList<PdfSourcePage> pages(thread + 1, filePage(path, thread));
-                if (!save(pages, own).ok || !save(pages, shared).ok)
+                if (!save(pages, own).ok || !save(pages, shared).ok) {
                     ++failures;
-                if (inspect(own).pageSizes.size() != thread + 1)
+                }
+                if (inspect(own).pageSizes.size() != thread + 1) {
                     ++failures;
+                }
             }
         });
     }
-    for (std::thread &thread : threads)
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     QCOMPARE(failures.load(), 0);
     const QList<int> winner = numbersIn(shared);
     QVERIFY(!winner.isEmpty());
@@ -687,5 +702,5 @@ void EngineSaveTest::savesOnSeveralThreads()
     QVERIFY(folder.leftovers().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(EngineSaveTest)
+QTEST_GUILESS_MAIN(TestEngineSave)
 #include "tst_engine_save.moc"

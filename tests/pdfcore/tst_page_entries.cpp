@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -15,8 +16,9 @@ constexpr QSizeF kOnItsSide{200, 100};
 QByteArray references(qsizetype first, qsizetype count)
 {
     QByteArray kids;
-    for (qsizetype number = first; number < first + count; ++number)
+    for (qsizetype number = first; number < first + count; ++number) {
         kids += QByteArray::number(number) + " 0 R ";
+    }
     return kids;
 }
 
@@ -49,7 +51,7 @@ QList<QSizeF> sizesIn(const QByteArray &document)
 ///
 /// Pages that say the same of their size have to be told from pages that only seem to. So each odd
 /// page stands among plain ones: ones of another size, for which a careless reader takes it.
-class PageEntriesTest : public QObject
+class TestPageEntries : public QObject
 {
     Q_OBJECT
 
@@ -68,7 +70,7 @@ private slots:
     void pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone();
 };
 
-void PageEntriesTest::oddPagesAmongPlainOnes_data()
+void TestPageEntries::oddPagesAmongPlainOnes_data()
 {
     QTest::addColumn<QByteArray>("odd");
     QTest::addColumn<QSizeF>("expected");
@@ -188,7 +190,7 @@ void PageEntriesTest::oddPagesAmongPlainOnes_data()
         kUpright, page(kBox + "/Rotate 90"), kOnItsSide);
 }
 
-void PageEntriesTest::oddPagesAmongPlainOnes()
+void TestPageEntries::oddPagesAmongPlainOnes()
 {
     QFETCH(const QByteArray, odd);
     QFETCH(const QSizeF, expected);
@@ -202,7 +204,7 @@ void PageEntriesTest::oddPagesAmongPlainOnes()
              (QList<QSizeF>{expected, plainSize, plainSize, expected, plainSize}));
 }
 
-void PageEntriesTest::equalPagesOfDifferentNodesInheritFromTheirOwn()
+void TestPageEntries::equalPagesOfDifferentNodesInheritFromTheirOwn()
 {
     // Objects 3 to 6 are the nodes; each has two pages that differ in nothing but their parent.
     const QList<QByteArray> inherited{"/MediaBox [0 0 100 200]", "/MediaBox [0 0 7 9]",
@@ -219,13 +221,14 @@ void PageEntriesTest::equalPagesOfDifferentNodesInheritFromTheirOwn()
     }
     const QByteArray root = "<< /Type /Pages /Count 8 /Kids [" + references(3, 4) + "] >>";
     QList<QSizeF> sizes;
-    for (const QSizeF &size : expected)
+    for (const QSizeF &size : expected) {
         sizes << size << size;
+    }
     QCOMPARE(sizesIn(PdfFixture::fromObjects(QList<QByteArray>{kCatalogue, root} + nodes + pages)),
              sizes);
 }
 
-void PageEntriesTest::pageThatNamesAnotherNodeInheritsWhereItStands()
+void TestPageEntries::pageThatNamesAnotherNodeInheritsWhereItStands()
 {
     const auto node = [](const QByteArray &entries) -> QByteArray {
         return "<< /Type /Pages /Parent 2 0 R /Count 2 " + entries + " >>";
@@ -242,7 +245,7 @@ void PageEntriesTest::pageThatNamesAnotherNodeInheritsWhereItStands()
              (QList<QSizeF>{kUpright, kUpright, {7, 9}, {7, 9}}));
 }
 
-void PageEntriesTest::pagesWithoutParentInheritWhereTheyStand_data()
+void TestPageEntries::pagesWithoutParentInheritWhereTheyStand_data()
 {
     QTest::addColumn<QByteArray>("parent");
     QTest::newRow("missing") << QByteArray();
@@ -255,7 +258,7 @@ void PageEntriesTest::pagesWithoutParentInheritWhereTheyStand_data()
     QTest::newRow("indirect dictionary") << QByteArray("/Parent 3 0 R");
 }
 
-void PageEntriesTest::pagesWithoutParentInheritWhereTheyStand()
+void TestPageEntries::pagesWithoutParentInheritWhereTheyStand()
 {
     QFETCH(const QByteArray, parent);
     const QByteArray odd = "<< /Type /Page " + parent + " >>";
@@ -265,7 +268,7 @@ void PageEntriesTest::pagesWithoutParentInheritWhereTheyStand()
              (QList<QSizeF>{kOnItsSide, kOnItsSide, kOnItsSide, kUpright}));
 }
 
-void PageEntriesTest::moreKindsOfPagesThanAreRememberedTakeTurns()
+void TestPageEntries::moreKindsOfPagesThanAreRememberedTakeTurns()
 {
     constexpr int kKinds = 13;
     QList<QByteArray> pages;
@@ -286,7 +289,7 @@ void PageEntriesTest::moreKindsOfPagesThanAreRememberedTakeTurns()
     QCOMPARE(sizesIn(documentOf(pages)), expected);
 }
 
-void PageEntriesTest::kindsOfPagesTakeTurnsInALongDocument()
+void TestPageEntries::kindsOfPagesTakeTurnsInALongDocument()
 {
     constexpr int kPages = 2500;
     const QList<QByteArray> kinds{page(kBox),
@@ -313,7 +316,7 @@ void PageEntriesTest::kindsOfPagesTakeTurnsInALongDocument()
     QCOMPARE(sizesIn(documentOf(pages, {"[0 0 7 9]"}, "/MediaBox [0 0 5 6]")), expected);
 }
 
-void PageEntriesTest::kidsThatAreNoPagesAreNotMeasuredAsSuch()
+void TestPageEntries::kidsThatAreNoPagesAreNotMeasuredAsSuch()
 {
     const QByteArray plain = page(kBox);
     const QList<QByteArray> kids{plain,
@@ -326,7 +329,7 @@ void PageEntriesTest::kidsThatAreNoPagesAreNotMeasuredAsSuch()
     QCOMPARE(sizesIn(documentOf(kids)), (QList<QSizeF>{kUpright, {7, 9}, kUpright, kUpright}));
 }
 
-void PageEntriesTest::pagesWhosePlacesAreMixedUpKeepTheirSizes()
+void TestPageEntries::pagesWhosePlacesAreMixedUpKeepTheirSizes()
 {
     // The table says of each of the last two pages where the other one stands.
     const QByteArray upright = page(kBox);
@@ -339,7 +342,7 @@ void PageEntriesTest::pagesWhosePlacesAreMixedUpKeepTheirSizes()
     QCOMPARE(sizesIn(document), (QList<QSizeF>{kUpright, kOnItsSide, kUpright, kOnItsSide}));
 }
 
-void PageEntriesTest::pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone_data()
+void TestPageEntries::pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone_data()
 {
     QTest::addColumn<QByteArray>("cut");
     QTest::newRow("behind the box") << "<< /Type /Page /Parent 2 0 R " + kBox;
@@ -351,7 +354,7 @@ void PageEntriesTest::pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone_data()
         << "<< /Type /Page /Parent 2 0 R " + kBox + "/Resources << /Font <<";
 }
 
-void PageEntriesTest::pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone()
+void TestPageEntries::pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone()
 {
     QFETCH(const QByteArray, cut);
     QCOMPARE(sizesIn(documentOf({cut})), QList<QSizeF>());
@@ -359,5 +362,5 @@ void PageEntriesTest::pageThatIsCutOffIsNoPageAndLeavesTheOthersAlone()
              (QList<QSizeF>{kUpright, kOnItsSide, kUpright}));
 }
 
-QTEST_GUILESS_MAIN(PageEntriesTest)
+QTEST_GUILESS_MAIN(TestPageEntries)
 #include "tst_page_entries.moc"

@@ -1,11 +1,12 @@
-#include "pdfcore/src/password_candidates.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/qpdf/password_candidates.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 /// The spellings under which a typed password is tried.
-class PasswordCandidatesTest : public QObject
+class TestPasswordCandidates : public QObject
 {
     Q_OBJECT
 
@@ -19,7 +20,7 @@ private slots:
     void plainPasswordIsTriedOnce();
 };
 
-void PasswordCandidatesTest::spellings_data()
+void TestPasswordCandidates::spellings_data()
 {
     QTest::addColumn<QString>("password");
     QTest::addColumn<QByteArray>("spelling");
@@ -43,7 +44,7 @@ void PasswordCandidatesTest::spellings_data()
     QTest::newRow("ligature, normalised") << u"\ufb01x"_s << QByteArray("fix");
 }
 
-void PasswordCandidatesTest::spellings()
+void TestPasswordCandidates::spellings()
 {
     QFETCH(const QString, password);
     QFETCH(const QByteArray, spelling);
@@ -51,24 +52,24 @@ void PasswordCandidatesTest::spellings()
     QVERIFY2(candidates.contains(spelling), candidates.join(' ').toHex(' ').constData());
 }
 
-void PasswordCandidatesTest::theTypedSpellingComesFirst_data()
+void TestPasswordCandidates::theTypedSpellingComesFirst_data()
 {
     spellings_data();
 }
 
-void PasswordCandidatesTest::theTypedSpellingComesFirst()
+void TestPasswordCandidates::theTypedSpellingComesFirst()
 {
     QFETCH(const QString, password);
     QCOMPARE(pdfcore::qpdfPasswordCandidates(password).first(), password.toUtf8());
     QCOMPARE(pdfcore::mupdfPasswordCandidates(password).first(), password.toUtf8());
 }
 
-void PasswordCandidatesTest::noSpellingIsTriedTwice_data()
+void TestPasswordCandidates::noSpellingIsTriedTwice_data()
 {
     spellings_data();
 }
 
-void PasswordCandidatesTest::noSpellingIsTriedTwice()
+void TestPasswordCandidates::noSpellingIsTriedTwice()
 {
     QFETCH(const QString, password);
     for (const QList<QByteArray> &candidates :
@@ -79,12 +80,12 @@ void PasswordCandidatesTest::noSpellingIsTriedTwice()
     }
 }
 
-void PasswordCandidatesTest::plainPasswordIsTriedOnce()
+void TestPasswordCandidates::plainPasswordIsTriedOnce()
 {
     QCOMPARE(pdfcore::qpdfPasswordCandidates(u"secret"_s), QList<QByteArray>{"secret"});
     QCOMPARE(pdfcore::mupdfPasswordCandidates(u"secret"_s), QList<QByteArray>{"secret"});
     QCOMPARE(pdfcore::qpdfPasswordCandidates({}), QList<QByteArray>{QByteArray()});
 }
 
-QTEST_GUILESS_MAIN(PasswordCandidatesTest)
+QTEST_GUILESS_MAIN(TestPasswordCandidates)
 #include "tst_password_candidates.moc"

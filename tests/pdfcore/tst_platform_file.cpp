@@ -1,4 +1,5 @@
-#include "pdfcore/src/platform_file.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/base/platform_file.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,7 +25,7 @@ QByteArray contentOf(const QString &path)
 } // namespace
 
 /// What the engine asks of the system beyond Qt.
-class PlatformFileTest : public QObject
+class TestPlatformFile : public QObject
 {
     Q_OBJECT
 
@@ -39,7 +40,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-void PlatformFileTest::extendedWindowsPath_data()
+void TestPlatformFile::extendedWindowsPath_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("extended");
@@ -53,14 +54,14 @@ void PlatformFileTest::extendedWindowsPath_data()
         << uR"(\\?\UNC\server\share\a.pdf)"_s << uR"(\\?\UNC\server\share\a.pdf)"_s;
 }
 
-void PlatformFileTest::extendedWindowsPath()
+void TestPlatformFile::extendedWindowsPath()
 {
     QFETCH(const QString, path);
     QFETCH(const QString, extended);
     QCOMPARE(pdfcore::extendedWindowsPath(path), extended);
 }
 
-void PlatformFileTest::replacingTakesThePlaceOfTheOther()
+void TestPlatformFile::replacingTakesThePlaceOfTheOther()
 {
     const QString from = m_folder.filePath(u"from.tmp"_s);
     const QString to = m_folder.filePath(u"到 ü.pdf"_s);
@@ -73,7 +74,7 @@ void PlatformFileTest::replacingTakesThePlaceOfTheOther()
     }
 }
 
-void PlatformFileTest::replacingWhatIsNotThereFails()
+void TestPlatformFile::replacingWhatIsNotThereFails()
 {
     const QString to = m_folder.filePath(u"kept.pdf"_s);
     QVERIFY(write(to, "kept"));
@@ -83,7 +84,7 @@ void PlatformFileTest::replacingWhatIsNotThereFails()
     QCOMPARE(contentOf(to), "kept");
 }
 
-void PlatformFileTest::replacingAFolderLeavesBothAlone()
+void TestPlatformFile::replacingAFolderLeavesBothAlone()
 {
     const QString from = m_folder.filePath(u"file.tmp"_s);
     const QString to = m_folder.filePath(u"folder"_s);
@@ -96,5 +97,5 @@ void PlatformFileTest::replacingAFolderLeavesBothAlone()
     QVERIFY(QDir(to + u"/inside"_s).exists());
 }
 
-QTEST_GUILESS_MAIN(PlatformFileTest)
+QTEST_GUILESS_MAIN(TestPlatformFile)
 #include "tst_platform_file.moc"

@@ -1,4 +1,5 @@
-#include "pdfcore/src/qpdf_io.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/qpdf/qpdf_io.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -28,10 +29,12 @@ QByteArray randomLines(int size, quint32 seed)
     QByteArray bytes;
     while (bytes.size() < size) {
         const int length = random.bounded(10) == 0 ? random.bounded(40'000) : random.bounded(60);
-        for (int i = 0; i < length; ++i)
+        for (int i = 0; i < length; ++i) {
             bytes.append(static_cast<char>(random.bounded(256)));
-        for (int i = random.bounded(4); i > 0; --i)
+        }
+        for (int i = random.bounded(4); i > 0; --i) {
             bytes.append(random.bounded(2) == 0 ? '\n' : '\r');
+        }
     }
     bytes.truncate(size);
     return bytes;
@@ -68,7 +71,7 @@ private:
 } // namespace
 
 /// The engine's own input and output for QPDF.
-class QpdfIoTest : public QObject
+class TestQpdfIo : public QObject
 {
     Q_OBJECT
 
@@ -91,7 +94,7 @@ private slots:
     void outputThatIsRefusedThrows();
 };
 
-void QpdfIoTest::missingFileThrows()
+void TestQpdfIo::missingFileThrows()
 {
     const Folder folder;
     QVERIFY_THROWS_EXCEPTION(std::runtime_error,
@@ -99,14 +102,14 @@ void QpdfIoTest::missingFileThrows()
     QVERIFY_THROWS_EXCEPTION(std::runtime_error, pdfcore::QFileInput(folder.path()).rewind());
 }
 
-void QpdfIoTest::nameIsThePath()
+void TestQpdfIo::nameIsThePath()
 {
     Folder folder;
     const QString path = folder.add(u"文件.pdf"_s, "x");
     QCOMPARE(QString::fromStdString(pdfcore::QFileInput(path).getName()), path);
 }
 
-void QpdfIoTest::behavesLikeTheBufferInput_data()
+void TestQpdfIo::behavesLikeTheBufferInput_data()
 {
     QTest::addColumn<int>("size");
     QTest::newRow("small") << 900;
@@ -115,7 +118,7 @@ void QpdfIoTest::behavesLikeTheBufferInput_data()
     QTest::newRow("several chunks") << 5 * kChunk + 321;
 }
 
-void QpdfIoTest::behavesLikeTheBufferInput()
+void TestQpdfIo::behavesLikeTheBufferInput()
 {
     QFETCH(const int, size);
     constexpr int kSteps = 4000;
@@ -169,7 +172,7 @@ void QpdfIoTest::behavesLikeTheBufferInput()
     QCOMPARE(file.tell(), 0);
 }
 
-void QpdfIoTest::readsAcrossChunks()
+void TestQpdfIo::readsAcrossChunks()
 {
     Folder folder;
     const QByteArray bytes = randomLines(3 * kChunk + 17, 3);
@@ -183,7 +186,7 @@ void QpdfIoTest::readsAcrossChunks()
     QCOMPARE(file.getLastOffset(), 5);
 }
 
-void QpdfIoTest::readingAtTheEndGivesNothing()
+void TestQpdfIo::readingAtTheEndGivesNothing()
 {
     Folder folder;
     pdfcore::QFileInput file(folder.add(u"bytes"_s, "abc"));
@@ -195,7 +198,7 @@ void QpdfIoTest::readingAtTheEndGivesNothing()
     QCOMPARE(file.findAndSkipNextEOL(), 3);
 }
 
-void QpdfIoTest::seekingBeyondTheEndAndBack()
+void TestQpdfIo::seekingBeyondTheEndAndBack()
 {
     Folder folder;
     pdfcore::QFileInput file(folder.add(u"bytes"_s, "abc"));
@@ -212,7 +215,7 @@ void QpdfIoTest::seekingBeyondTheEndAndBack()
     }
 }
 
-void QpdfIoTest::seekingBeforeTheBeginningThrows()
+void TestQpdfIo::seekingBeforeTheBeginningThrows()
 {
     Folder folder;
     pdfcore::QFileInput file(folder.add(u"bytes"_s, "abc"));
@@ -225,7 +228,7 @@ void QpdfIoTest::seekingBeforeTheBeginningThrows()
     QCOMPARE(byte, 'a');
 }
 
-void QpdfIoTest::endOfLineAcrossAChunkBorder_data()
+void TestQpdfIo::endOfLineAcrossAChunkBorder_data()
 {
     QTest::addColumn<int>("position");
     QTest::addColumn<QByteArray>("end");
@@ -237,7 +240,7 @@ void QpdfIoTest::endOfLineAcrossAChunkBorder_data()
     }
 }
 
-void QpdfIoTest::endOfLineAcrossAChunkBorder()
+void TestQpdfIo::endOfLineAcrossAChunkBorder()
 {
     QFETCH(const int, position);
     QFETCH(const QByteArray, end);
@@ -251,7 +254,7 @@ void QpdfIoTest::endOfLineAcrossAChunkBorder()
     QCOMPARE(byte, 'b');
 }
 
-void QpdfIoTest::lastLineWithoutEnd()
+void TestQpdfIo::lastLineWithoutEnd()
 {
     Folder folder;
     pdfcore::QFileInput file(folder.add(u"bytes"_s, "first\nlast"));
@@ -261,7 +264,7 @@ void QpdfIoTest::lastLineWithoutEnd()
     QCOMPARE(file.tell(), 10);
 }
 
-void QpdfIoTest::unreadGoesBackOneByte()
+void TestQpdfIo::unreadGoesBackOneByte()
 {
     Folder folder;
     pdfcore::QFileInput file(folder.add(u"bytes"_s, QByteArray(kChunk, 'a') + "bc"));
@@ -278,7 +281,7 @@ void QpdfIoTest::unreadGoesBackOneByte()
     QCOMPARE(byte, 'a');
 }
 
-void QpdfIoTest::emptyFile()
+void TestQpdfIo::emptyFile()
 {
     Folder folder;
     pdfcore::QFileInput file(folder.add(u"bytes"_s, {}));
@@ -289,7 +292,7 @@ void QpdfIoTest::emptyFile()
     QCOMPARE(file.tell(), 0);
 }
 
-void QpdfIoTest::outputTakesEverything()
+void TestQpdfIo::outputTakesEverything()
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -303,7 +306,7 @@ void QpdfIoTest::outputTakesEverything()
     QVERIFY(!output.hasFailed());
 }
 
-void QpdfIoTest::outputThatIsRefusedThrows_data()
+void TestQpdfIo::outputThatIsRefusedThrows_data()
 {
     QTest::addColumn<int>("room");
     QTest::newRow("nothing") << 0;
@@ -312,7 +315,7 @@ void QpdfIoTest::outputThatIsRefusedThrows_data()
     QTest::newRow("all but one byte") << -1;
 }
 
-void QpdfIoTest::outputThatIsRefusedThrows()
+void TestQpdfIo::outputThatIsRefusedThrows()
 {
     QFETCH(int, room);
     const QByteArray document = PdfFixture::pagesByNumber(3);
@@ -337,13 +340,14 @@ void QpdfIoTest::outputThatIsRefusedThrows()
     bool failed = false;
     write(whole, &failed);
     QVERIFY(!failed);
-    if (room < 0)
+    if (room < 0) {
         room = static_cast<int>(whole.size()) - 1;
+    }
     SmallDevice device(room);
     const QString reason = write(device, &failed);
     QVERIFY(failed);
     QVERIFY2(!reason.isEmpty(), "the output does not know that it failed");
 }
 
-QTEST_GUILESS_MAIN(QpdfIoTest)
+QTEST_GUILESS_MAIN(TestQpdfIo)
 #include "tst_qpdf_io.moc"

@@ -1,4 +1,5 @@
-#include "pdfcore/src/session_pool.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/session/session_pool.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -40,8 +41,8 @@ bool isReady(Future &future, std::chrono::milliseconds time)
 bool isOpen(const QString &path)
 {
 #ifdef Q_OS_WIN
-    const QString aside = path + u".aside"_s;
-    return !QFile::rename(path, aside) || !QFile::rename(aside, path);
+    const QString elsewhere = path + u".elsewhere"_s;
+    return !QFile::rename(path, elsewhere) || !QFile::rename(elsewhere, path);
 #else
     const QString canonical = QFileInfo(path).canonicalFilePath();
     const QFileInfoList handles =
@@ -56,7 +57,7 @@ bool isOpen(const QString &path)
 } // namespace
 
 /// How open documents are lent, kept and closed.
-class SessionPoolTest : public QObject
+class TestSessionPool : public QObject
 {
     Q_OBJECT
 
@@ -97,13 +98,13 @@ private:
     QString m_path;
 };
 
-void SessionPoolTest::init()
+void TestSessionPool::init()
 {
     m_folder = std::make_unique<Folder>();
     m_path = m_folder->add(u"file.pdf"_s, PdfFixture::pagesByNumber(2));
 }
 
-void SessionPoolTest::idleSessionIsReused()
+void TestSessionPool::idleSessionIsReused()
 {
     SessionPool pool;
     EngineError outcome;
@@ -124,7 +125,7 @@ void SessionPoolTest::idleSessionIsReused()
     QCOMPARE(again.operator->(), first);
 }
 
-void SessionPoolTest::otherSpellingOfThePathReusesTheSession()
+void TestSessionPool::otherSpellingOfThePathReusesTheSession()
 {
     SessionPool pool;
     EngineError outcome;
@@ -136,7 +137,7 @@ void SessionPoolTest::otherSpellingOfThePathReusesTheSession()
     QCOMPARE(pool.idleCount(), 0);
 }
 
-void SessionPoolTest::otherLettersAreTheSameFileOnWindows()
+void TestSessionPool::otherLettersAreTheSameFileOnWindows()
 {
     SessionPool pool;
     EngineError outcome;
@@ -148,8 +149,9 @@ void SessionPoolTest::otherLettersAreTheSameFileOnWindows()
     const SessionPool::FileClosure closure(pool, upper);
     QCOMPARE(pool.idleCount(), 0);
 #else
-    if (QFileInfo::exists(upper))
+    if (QFileInfo::exists(upper)) {
         QSKIP("The file system does not tell the names apart.");
+    }
     m_folder->add(u"FILE.PDF"_s, PdfFixture::pagesByNumber(3));
     QVERIFY(pool.acquire(upper, {}, &outcome));
     QCOMPARE(pool.idleCount(), 2);
@@ -158,7 +160,7 @@ void SessionPoolTest::otherLettersAreTheSameFileOnWindows()
 #endif
 }
 
-void SessionPoolTest::twoBorrowersGetTwoSessions()
+void TestSessionPool::twoBorrowersGetTwoSessions()
 {
     SessionPool pool;
     EngineError outcome;
@@ -171,7 +173,7 @@ void SessionPoolTest::twoBorrowersGetTwoSessions()
     QCOMPARE(pool.idleCount(), 2);
 }
 
-void SessionPoolTest::changedSizeIsReopened()
+void TestSessionPool::changedSizeIsReopened()
 {
     SessionPool pool;
     EngineError outcome;
@@ -188,7 +190,7 @@ void SessionPoolTest::changedSizeIsReopened()
     QCOMPARE(pool.idleCount(), 0);
 }
 
-void SessionPoolTest::changedTimeIsReopened()
+void TestSessionPool::changedTimeIsReopened()
 {
     SessionPool pool;
     EngineError outcome;
@@ -204,7 +206,7 @@ void SessionPoolTest::changedTimeIsReopened()
     QCOMPARE(lease->file().modified, QFileInfo(m_path).lastModified());
 }
 
-void SessionPoolTest::otherPasswordGetsASessionOfItsOwn()
+void TestSessionPool::otherPasswordGetsASessionOfItsOwn()
 {
     SessionPool pool;
     EngineError outcome;
@@ -225,7 +227,7 @@ void SessionPoolTest::otherPasswordGetsASessionOfItsOwn()
     QCOMPARE(pool.idleCount(), 2);
 }
 
-void SessionPoolTest::otherFileGetsASessionOfItsOwn()
+void TestSessionPool::otherFileGetsASessionOfItsOwn()
 {
     SessionPool pool;
     EngineError outcome;
@@ -236,7 +238,7 @@ void SessionPoolTest::otherFileGetsASessionOfItsOwn()
     QCOMPARE(pool.idleCount(), 1);
 }
 
-void SessionPoolTest::failedOpeningLendsNothing()
+void TestSessionPool::failedOpeningLendsNothing()
 {
     SessionPool pool;
     EngineError outcome;
@@ -249,7 +251,7 @@ void SessionPoolTest::failedOpeningLendsNothing()
     QVERIFY(outcome.message.isEmpty());
 }
 
-void SessionPoolTest::failedOpeningDoesNotBlockAClosure()
+void TestSessionPool::failedOpeningDoesNotBlockAClosure()
 {
     SessionPool pool;
     EngineError outcome;
@@ -260,15 +262,16 @@ void SessionPoolTest::failedOpeningDoesNotBlockAClosure()
     QVERIFY(isReady(closing, kPatience));
 }
 
-void SessionPoolTest::numberOfIdleSessionsIsBounded()
+void TestSessionPool::numberOfIdleSessionsIsBounded()
 {
     PoolLimits limits;
     limits.sessions = 3;
     SessionPool pool(limits);
     EngineError outcome;
     std::vector<SessionPool::Lease> leases;
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         leases.push_back(pool.acquire(m_path, {}, &outcome));
+    }
     const pdfcore::DocumentSession *last = leases.back().operator->();
     for (SessionPool::Lease &lease : leases) {
         lease = {};
@@ -280,7 +283,7 @@ void SessionPoolTest::numberOfIdleSessionsIsBounded()
     QCOMPARE(again.operator->(), last);
 }
 
-void SessionPoolTest::memoryOfIdleSessionsIsBounded()
+void TestSessionPool::memoryOfIdleSessionsIsBounded()
 {
     PoolLimits limits;
     limits.bytes = 1;
@@ -294,7 +297,7 @@ void SessionPoolTest::memoryOfIdleSessionsIsBounded()
     QCOMPARE(pool.idleCount(), 1);
 }
 
-void SessionPoolTest::idleSessionsCloseByThemselves()
+void TestSessionPool::idleSessionsCloseByThemselves()
 {
     PoolLimits limits;
     limits.idleTime = 30ms;
@@ -309,7 +312,7 @@ void SessionPoolTest::idleSessionsCloseByThemselves()
     }
 }
 
-void SessionPoolTest::usedSessionsDoNotExpire()
+void TestSessionPool::usedSessionsDoNotExpire()
 {
     PoolLimits limits;
     limits.idleTime = 1ms;
@@ -321,7 +324,7 @@ void SessionPoolTest::usedSessionsDoNotExpire()
     QCOMPARE(lease->pages()->pageSizes.size(), lease->pageCount());
 }
 
-void SessionPoolTest::sessionsOfAFileShareItsPages()
+void TestSessionPool::sessionsOfAFileShareItsPages()
 {
     SessionPool pool;
     EngineError outcome;
@@ -332,7 +335,7 @@ void SessionPoolTest::sessionsOfAFileShareItsPages()
     QVERIFY(!second->render(0, 0, {10, 10}, &outcome).isNull());
 }
 
-void SessionPoolTest::pagesOfAChangedFileAreReadAnew()
+void TestSessionPool::pagesOfAChangedFileAreReadAnew()
 {
     SessionPool pool;
     EngineError outcome;
@@ -344,7 +347,7 @@ void SessionPoolTest::pagesOfAChangedFileAreReadAnew()
     QCOMPARE(after->pageCount(), 5);
 }
 
-void SessionPoolTest::pagesThatHadToBeMendedAreNotShared()
+void TestSessionPool::pagesThatHadToBeMendedAreNotShared()
 {
     // A page that stands directly in its parent has a number in one session only.
     SessionPool pool;
@@ -361,7 +364,7 @@ void SessionPoolTest::pagesThatHadToBeMendedAreNotShared()
     QVERIFY(!second->render(0, 0, {10, 10}, &outcome).isNull());
 }
 
-void SessionPoolTest::closeIdleClosesAllButLentOnes()
+void TestSessionPool::closeIdleClosesAllButLentOnes()
 {
     SessionPool pool;
     EngineError outcome;
@@ -374,7 +377,7 @@ void SessionPoolTest::closeIdleClosesAllButLentOnes()
     QCOMPARE(lease->pages()->pageSizes.size(), lease->pageCount());
 }
 
-void SessionPoolTest::sessionInDoubtIsNotKept()
+void TestSessionPool::sessionInDoubtIsNotKept()
 {
     SessionPool pool;
     pdfcore::SessionBudgets budgets;
@@ -390,7 +393,7 @@ void SessionPoolTest::sessionInDoubtIsNotKept()
     QCOMPARE(pool.idleCount(), 0);
 }
 
-void SessionPoolTest::closureClosesTheIdleSessionsOfItsFileOnly()
+void TestSessionPool::closureClosesTheIdleSessionsOfItsFileOnly()
 {
     SessionPool pool;
     EngineError outcome;
@@ -407,7 +410,7 @@ void SessionPoolTest::closureClosesTheIdleSessionsOfItsFileOnly()
     QCOMPARE(pool.idleCount(), 0);
 }
 
-void SessionPoolTest::closureWaitsForABorrowedSession()
+void TestSessionPool::closureWaitsForABorrowedSession()
 {
     SessionPool pool;
     EngineError outcome;
@@ -425,7 +428,7 @@ void SessionPoolTest::closureWaitsForABorrowedSession()
     QVERIFY(!closedEarly);
 }
 
-void SessionPoolTest::closureWaitsForSessionsThatAreBeingClosed()
+void TestSessionPool::closureWaitsForSessionsThatAreBeingClosed()
 {
 #if !defined(Q_OS_WIN) && !defined(Q_OS_LINUX)
     QSKIP("This system does not tell which files are open.");
@@ -444,14 +447,15 @@ void SessionPoolTest::closureWaitsForSessionsThatAreBeingClosed()
     QVERIFY(isOpen(large));
     leases.clear();
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (pool.idleCount() != 0 && std::chrono::steady_clock::now() < deadline)
+    while (pool.idleCount() != 0 && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
+    }
     // No longer idle, but the thread that closes them has only begun.
     const SessionPool::FileClosure closure(pool, large);
     QVERIFY(!isOpen(large));
 }
 
-void SessionPoolTest::closureHoldsOthersBackUntilItEnds()
+void TestSessionPool::closureHoldsOthersBackUntilItEnds()
 {
     SessionPool pool;
     auto closure = std::make_unique<SessionPool::FileClosure>(pool, m_path);
@@ -470,7 +474,7 @@ void SessionPoolTest::closureHoldsOthersBackUntilItEnds()
     QVERIFY(opening.get());
 }
 
-void SessionPoolTest::closureDoesNotHoldBackOtherFiles()
+void TestSessionPool::closureDoesNotHoldBackOtherFiles()
 {
     SessionPool pool;
     EngineError outcome;
@@ -479,7 +483,7 @@ void SessionPoolTest::closureDoesNotHoldBackOtherFiles()
         pool.acquire(m_folder->add(u"other.pdf"_s, PdfFixture::pagesByNumber(1)), {}, &outcome));
 }
 
-void SessionPoolTest::closureOfAnAbsentFile()
+void TestSessionPool::closureOfAnAbsentFile()
 {
     SessionPool pool;
     EngineError outcome;
@@ -492,7 +496,7 @@ void SessionPoolTest::closureOfAnAbsentFile()
     QVERIFY(pool.acquire(absent, {}, &outcome));
 }
 
-void SessionPoolTest::sessionsReturnedDuringAClosureAreNotKept()
+void TestSessionPool::sessionsReturnedDuringAClosureAreNotKept()
 {
     SessionPool pool;
     EngineError outcome;
@@ -511,7 +515,7 @@ void SessionPoolTest::sessionsReturnedDuringAClosureAreNotKept()
     QCOMPARE(closing.get(), 0);
 }
 
-void SessionPoolTest::fileReplacedUnderAClosureIsReadAnew()
+void TestSessionPool::fileReplacedUnderAClosureIsReadAnew()
 {
     SessionPool pool;
     EngineError outcome;
@@ -537,7 +541,7 @@ void SessionPoolTest::fileReplacedUnderAClosureIsReadAnew()
     QCOMPARE(lease->pageCount(), 3);
 }
 
-void SessionPoolTest::movedLeaseIsGivenBackOnce()
+void TestSessionPool::movedLeaseIsGivenBackOnce()
 {
     SessionPool pool;
     EngineError outcome;
@@ -557,7 +561,7 @@ void SessionPoolTest::movedLeaseIsGivenBackOnce()
     QCOMPARE(pool.idleCount(), 0);
 }
 
-void SessionPoolTest::manyThreads()
+void TestSessionPool::manyThreads()
 {
     constexpr int kThreads = 6;
     constexpr int kRounds = 40;
@@ -579,18 +583,21 @@ void SessionPoolTest::manyThreads()
                 EngineError outcome;
                 const SessionPool::Lease lease = pool.acquire(path, {}, &outcome);
                 if (!lease || lease->pageCount() != (path == m_path ? 2 : 1) ||
-                    lease->render(0, 0, {4, 4}, &outcome).isNull())
+                    lease->render(0, 0, {4, 4}, &outcome).isNull()) {
                     ++wrong;
-                if (round % 16 == 0)
+                }
+                if (round % 16 == 0) {
                     pool.closeIdle();
+                }
             }
         });
     }
-    for (std::thread &thread : threads)
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     QCOMPARE(wrong.load(), 0);
     QTRY_COMPARE(pool.idleCount(), 0);
 }
 
-QTEST_GUILESS_MAIN(SessionPoolTest)
+QTEST_GUILESS_MAIN(TestSessionPool)
 #include "tst_session_pool.moc"

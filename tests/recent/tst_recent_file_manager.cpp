@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "recent/recent_file_manager.h"
 
 #include <QDir>
@@ -8,15 +9,16 @@
 #include <QJsonObject>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 
 QStringList numberedPaths(int count)
 {
     QStringList paths;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         paths.append(QStringLiteral("D:/Docs/%1.pdf").arg(i));
+    }
     return paths;
 }
 
@@ -107,8 +109,9 @@ QStringList TestRecentFileManager::storedPaths() const
     QStringList paths;
     const QJsonObject root = QJsonDocument::fromJson(readStore()).object();
     const QJsonArray entries = root.value(QStringLiteral("recentFiles")).toArray();
-    for (const QJsonValue &entry : entries)
+    for (const QJsonValue &entry : entries) {
         paths.append(entry.toString());
+    }
     return paths;
 }
 
@@ -164,8 +167,9 @@ void TestRecentFileManager::pathIsKeptExactlyAsPassed()
                             QStringLiteral("/x/\U0001F4C4.pdf")};
     {
         RecentFileManager manager(storePath());
-        for (auto path = paths.crbegin(); path != paths.crend(); ++path)
+        for (auto path = paths.crbegin(); path != paths.crend(); ++path) {
             manager.addFile(*path);
+        }
         QCOMPARE(manager.files(), paths);
     }
     QCOMPARE(RecentFileManager(storePath()).files(), paths);
@@ -175,8 +179,9 @@ void TestRecentFileManager::twoHundredFirstPathDropsTheOldest()
 {
     RecentFileManager manager(storePath());
     const QStringList paths = numberedPaths(201);
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         manager.addFile(paths.at(i));
+    }
     QCOMPARE(manager.files().size(), 200);
     QVERIFY(manager.contains(paths.at(0)));
 
@@ -350,8 +355,9 @@ void TestRecentFileManager::unreadableFileGivesAnEmptyList()
 {
     writeStore(jsonOf({QStringLiteral("a.pdf")}));
     QVERIFY(QFile::setPermissions(storePath(), QFile::WriteOwner));
-    if (QFile probe(storePath()); probe.open(QIODevice::ReadOnly))
+    if (QFile probe(storePath()); probe.open(QIODevice::ReadOnly)) {
         QSKIP("this user may read any file");
+    }
     QVERIFY(RecentFileManager(storePath()).files().isEmpty());
 }
 
@@ -360,8 +366,9 @@ void TestRecentFileManager::readOnlyFileKeepsTheListInMemory()
     const QByteArray bytes = jsonOf({QStringLiteral("a.pdf")});
     writeStore(bytes);
     QVERIFY(QFile::setPermissions(storePath(), QFile::ReadOwner));
-    if (QFile probe(storePath()); probe.open(QIODevice::ReadWrite))
+    if (QFile probe(storePath()); probe.open(QIODevice::ReadWrite)) {
         QSKIP("this user may write any file");
+    }
     RecentFileManager manager(storePath());
     manager.addFile(QStringLiteral("b.pdf"));
     const QStringList expected{QStringLiteral("b.pdf"), QStringLiteral("a.pdf")};
@@ -385,8 +392,9 @@ void TestRecentFileManager::readOnlyFolderKeepsTheListInMemory()
     QVERIFY(QDir().mkpath(folder));
     QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
     QFile probe(folder + QStringLiteral("/probe"));
-    if (probe.open(QIODevice::WriteOnly))
+    if (probe.open(QIODevice::WriteOnly)) {
         QSKIP("this user may write into any folder");
+    }
     RecentFileManager manager(folder + QStringLiteral("/recent_files.json"));
     manager.addFile(QStringLiteral("a.pdf"));
     QCOMPARE(manager.files(), QStringList{QStringLiteral("a.pdf")});

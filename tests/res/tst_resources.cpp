@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "res/resources.h"
 #include "widgets/theme.h"
 
@@ -87,16 +88,18 @@ QImage load(const QString &path)
 
 QString scaledPath(QString path, int scale)
 {
-    if (scale == 1)
+    if (scale == 1) {
         return path;
+    }
     return path.insert(path.size() - 4, QStringLiteral("@%1x").arg(scale));
 }
 
 void forEachPixel(const QImage &image, const std::function<void(int, int, const QColor &)> &visit)
 {
     for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
+        for (int x = 0; x < image.width(); ++x) {
             visit(x, y, image.pixelColor(x, y));
+        }
     }
 }
 
@@ -114,8 +117,9 @@ double centreX(const QImage &image, const std::function<bool(const QColor &)> &c
     double sum = 0;
     double weight = 0;
     forEachPixel(image, [&](int x, int, const QColor &colour) {
-        if (!counts(colour))
+        if (!counts(colour)) {
             return;
+        }
         sum += (x + 0.5) * double(colour.alphaF());
         weight += double(colour.alphaF());
     });
@@ -133,8 +137,9 @@ QColor drawnColour(const QImage &image)
         blue += colour.blue() * alpha;
         weight += alpha;
     });
-    if (weight <= 0)
+    if (weight <= 0) {
         return {};
+    }
     return QColor(qRound(red / weight), qRound(green / weight), qRound(blue / weight));
 }
 
@@ -167,7 +172,7 @@ QString viewer(const char *name)
 
 } // namespace
 
-class tst_Resources : public QObject
+class TestResources : public QObject
 {
     Q_OBJECT
 
@@ -190,13 +195,13 @@ private slots:
     void checkBoxesUseTheThemeColours();
 };
 
-void tst_Resources::initTestCase()
+void TestResources::initTestCase()
 {
     initResources();
     initResources();
 }
 
-void tst_Resources::everyIconComesInThreeSizes_data()
+void TestResources::everyIconComesInThreeSizes_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<int>("side");
@@ -208,7 +213,7 @@ void tst_Resources::everyIconComesInThreeSizes_data()
     }
 }
 
-void tst_Resources::everyIconComesInThreeSizes()
+void TestResources::everyIconComesInThreeSizes()
 {
     QFETCH(QString, path);
     QFETCH(int, side);
@@ -221,14 +226,15 @@ void tst_Resources::everyIconComesInThreeSizes()
     QVERIFY(inkAmount(load(path)) > 0.02 * side * side);
 }
 
-void tst_Resources::largerSizesAreDrawnNotEnlarged_data()
+void TestResources::largerSizesAreDrawnNotEnlarged_data()
 {
     QTest::addColumn<QString>("path");
-    for (const IconRow &row : kIcons)
+    for (const IconRow &row : kIcons) {
         QTest::newRow(row.path) << QString(QLatin1String(row.path));
+    }
 }
 
-void tst_Resources::largerSizesAreDrawnNotEnlarged()
+void TestResources::largerSizesAreDrawnNotEnlarged()
 {
     QFETCH(QString, path);
 
@@ -236,15 +242,16 @@ void tst_Resources::largerSizesAreDrawnNotEnlarged()
     for (int scale = 2; scale <= 3; ++scale) {
         QImage large = load(scaledPath(path, scale));
         large.setDevicePixelRatio(1);
-        for (const auto mode : {Qt::FastTransformation, Qt::SmoothTransformation})
+        for (const auto mode : {Qt::FastTransformation, Qt::SmoothTransformation}) {
             QVERIFY(large != small.scaled(large.size(), Qt::IgnoreAspectRatio, mode));
+        }
         // Both show the same drawing: the covered part of the square is the same.
         const double part = inkAmount(large) / (large.width() * large.height());
         QVERIFY(std::abs(part - inkAmount(small) / (small.width() * small.height())) < 0.02);
     }
 }
 
-void tst_Resources::noTwoIconsLookTheSame()
+void TestResources::noTwoIconsLookTheSame()
 {
     QList<QImage> seen;
     for (const IconRow &row : kIcons) {
@@ -254,7 +261,7 @@ void tst_Resources::noTwoIconsLookTheSame()
     }
 }
 
-void tst_Resources::iconsStandOutOnTheirFill_data()
+void TestResources::iconsStandOutOnTheirFill_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QColor>("fill");
@@ -283,7 +290,7 @@ void tst_Resources::iconsStandOutOnTheirFill_data()
     QTest::newRow("lock") << modern("lock") << Theme::white << 3.0;
 }
 
-void tst_Resources::iconsStandOutOnTheirFill()
+void TestResources::iconsStandOutOnTheirFill()
 {
     QFETCH(QString, path);
     QFETCH(QColor, fill);
@@ -293,7 +300,7 @@ void tst_Resources::iconsStandOutOnTheirFill()
     QVERIFY2(reached >= least, qPrintable(QString::number(reached)));
 }
 
-void tst_Resources::disabledArrowsAreFainter()
+void TestResources::disabledArrowsAreFainter()
 {
     for (const char *name : {"previous", "next"}) {
         const QImage enabled = load(viewer(name));
@@ -304,7 +311,7 @@ void tst_Resources::disabledArrowsAreFainter()
     }
 }
 
-void tst_Resources::directionsAreNotSwapped()
+void TestResources::directionsAreNotSwapped()
 {
     const auto any = [](const QColor &) { return true; };
     // The tip of an arrow of two strokes lies off the middle, on the side that it points to; the
@@ -340,7 +347,7 @@ void tst_Resources::directionsAreNotSwapped()
     QVERIFY(inkAmount(height.copy(0, 0, 4, height.height())) < 1);
 }
 
-void tst_Resources::mirroredPairsMatch_data()
+void TestResources::mirroredPairsMatch_data()
 {
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("right");
@@ -349,7 +356,7 @@ void tst_Resources::mirroredPairsMatch_data()
     QTest::newRow("pages") << viewer("previous") << viewer("next");
 }
 
-void tst_Resources::mirroredPairsMatch()
+void TestResources::mirroredPairsMatch()
 {
     QFETCH(QString, left);
     QFETCH(QString, right);
@@ -363,7 +370,7 @@ void tst_Resources::mirroredPairsMatch()
     QCOMPARE(different, 0);
 }
 
-void tst_Resources::openLockHasAGap()
+void TestResources::openLockHasAGap()
 {
     // Above the right end of the body the closed shackle comes down and the open one does not.
     const QRect leg(14, 7, 4, 3);
@@ -371,14 +378,15 @@ void tst_Resources::openLockHasAGap()
     QVERIFY(inkAmount(load(modern("decrypt")).copy(leg)) < 0.5);
 }
 
-void tst_Resources::stateIconsKeepTheirMarkInTheAlphaChannel()
+void TestResources::stateIconsKeepTheirMarkInTheAlphaChannel()
 {
     for (const char *name : {"completed", "failed"}) {
         const QImage image = load(modern(name));
         int holes = 0;
         for (int y = 5; y < 15; ++y) {
-            for (int x = 5; x < 15; ++x)
+            for (int x = 5; x < 15; ++x) {
                 holes += qAlpha(image.pixel(x, y)) < 64 ? 1 : 0;
+            }
         }
         QVERIFY2(holes >= 8, name);
         QCOMPARE(qAlpha(image.pixel(10, 3)), 255);
@@ -388,7 +396,7 @@ void tst_Resources::stateIconsKeepTheirMarkInTheAlphaChannel()
     QCOMPARE(drawnColour(load(modern("failed"))), Theme::danger);
 }
 
-void tst_Resources::checkBoxesUseTheThemeColours()
+void TestResources::checkBoxesUseTheThemeColours()
 {
     const QImage checked = load(QStringLiteral(":/res/checkbox/checkbox-checked.png"));
     QCOMPARE(checked.pixelColor(3, 10), Theme::accent);
@@ -397,5 +405,5 @@ void tst_Resources::checkBoxesUseTheThemeColours()
     QCOMPARE(plain.pixelColor(1, 10), Theme::borderStrong);
 }
 
-QTEST_MAIN(tst_Resources)
+QTEST_MAIN(TestResources)
 #include "tst_resources.moc"

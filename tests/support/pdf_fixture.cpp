@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/support/pdf_fixture.h"
 
 #include <QFile>
@@ -75,12 +76,15 @@ QByteArray document(const QList<Page> &pages)
         QPDFObjectHandle page = QPDFObjectHandle::newDictionary();
         page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
         page.replaceKey("/MediaBox", rectangle(spec.mediaBox));
-        if (!spec.cropBox.isEmpty())
+        if (!spec.cropBox.isEmpty()) {
             page.replaceKey("/CropBox", rectangle(spec.cropBox));
-        if (spec.rotate != 0)
+        }
+        if (spec.rotate != 0) {
             page.replaceKey("/Rotate", QPDFObjectHandle::newInteger(spec.rotate));
-        if (spec.userUnit != 1)
+        }
+        if (spec.userUnit != 1) {
             page.replaceKey("/UserUnit", QPDFObjectHandle::newReal(spec.userUnit, 4));
+        }
         page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
         page.replaceKey("/Contents", QPDFObjectHandle::newStream(&pdf, spec.content.toStdString()));
         pdf.addPage(pdf.makeIndirectObject(page), false);
@@ -93,8 +97,9 @@ QByteArray pagesByNumber(int count)
 {
     QList<Page> pages;
     pages.reserve(count);
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         pages.append(plain({200, 300}, numberColour(i)));
+    }
     return document(pages);
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "res/resources.h"
 #include "widgets/theme.h"
 #include "widgets/wrapped_check_box.h"

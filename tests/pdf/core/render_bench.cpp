@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdf/core/render_bench.h"
 
 namespace RenderBench {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_document_model.h"
 #include "tests/pdf/core/model_signal_log.h"
 #include "tests/support/pdf_fixture.h"
@@ -140,9 +141,9 @@ void TestPdfDocumentModelFiles::loadedPagesAreOriginalAndUnchanged()
         expected.sourcePath = m_threePages;
         expected.sourcePageIndex = row;
         expected.pageSize = kThreePages.at(row);
-        expected.source = observed.model.pageAt(0)->source;
+        expected.revision = observed.model.pageAt(0)->revision;
         QCOMPARE(*observed.model.pageAt(row), expected);
-        QCOMPARE(expected.source->path(), m_threePages);
+        QCOMPARE(expected.revision->path(), m_threePages);
     }
 }
 
@@ -331,9 +332,9 @@ void TestPdfDocumentModelFiles::insertedPagesCarryTheirFileAndPassword()
     expected.pageSize = QSizeF(500, 600);
     expected.origin = PdfPageOrigin::Inserted;
     expected.changed = true;
-    expected.source = observed.model.pageAt(1)->source;
+    expected.revision = observed.model.pageAt(1)->revision;
     QCOMPARE(*observed.model.pageAt(1), expected);
-    QCOMPARE(expected.source->path(), m_protected);
+    QCOMPARE(expected.revision->path(), m_protected);
     QVERIFY(observed.model.documentPassword().isEmpty());
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_undo_manager.h"
 #include "tests/pdf/core/model_signal_log.h"

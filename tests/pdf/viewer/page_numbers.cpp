@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdf/viewer/page_numbers.h"
 
 #include "tests/support/pdf_fixture.h"
@@ -58,7 +59,7 @@ QList<int> numbersIn(const QString &path, const QString &password)
         page.password = password;
         page.pageIndex = static_cast<qint32>(pages.size());
         page.pageSize = size;
-        page.source = info.source;
+        page.revision = info.revision;
         pages.append(page);
     }
     return numbersOf(pages);

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
-#include "pdf/viewer/page_card_geometry.h"
-#include "pdf/viewer/page_manager_list_view.h"
-#include "pdf/viewer/pdf_page_manager_view.h"
+#include "pdf/viewer/cards/page_card_geometry.h"
+#include "pdf/viewer/grid/page_manager_list_view.h"
+#include "pdf/viewer/grid/pdf_page_manager_view.h"
 #include "tests/pdf/viewer/render_probe.h"
 
 #include <QImage>

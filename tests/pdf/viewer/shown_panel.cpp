@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdf/viewer/shown_panel.h"
 
-#include "pdf/viewer/page_card_geometry.h"
+#include "pdf/viewer/cards/page_card_geometry.h"
 #include "res/resources.h"
 #include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_view.h"

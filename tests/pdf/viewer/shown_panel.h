@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
-#include "pdf/viewer/page_list_view.h"
-#include "pdf/viewer/pdf_thumbnail_panel.h"
+#include "pdf/viewer/cards/page_list_view.h"
+#include "pdf/viewer/thumbnails/pdf_thumbnail_panel.h"
 #include "tests/pdf/viewer/render_probe.h"
 
 #include <QImage>

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/pdf_document_model.h"
-#include "pdf/viewer/pdf_operation_side_panel.h"
+#include "pdf/viewer/side_panel/pdf_operation_side_panel.h"
 
 #include <QList>
 #include <QString>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
-#include "pdf/viewer/pdf_document_view.h"
+#include "pdf/viewer/reading/pdf_document_view.h"
 #include "tests/pdf/viewer/render_probe.h"
 
 #include <QList>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdf/viewer/shown_viewer.h"
 
 #include "res/resources.h"

@@ -1,14 +1,15 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
 #include "pdf/core/pdf_document_model.h"
-#include "pdf/viewer/page_manager_list_view.h"
-#include "pdf/viewer/pdf_bottom_control_bar.h"
-#include "pdf/viewer/pdf_document_view.h"
-#include "pdf/viewer/pdf_operation_side_panel.h"
-#include "pdf/viewer/pdf_page_manager_view.h"
-#include "pdf/viewer/pdf_thumbnail_panel.h"
-#include "pdf/viewer/pdf_top_tool_bar.h"
+#include "pdf/viewer/bars/pdf_bottom_control_bar.h"
+#include "pdf/viewer/bars/pdf_top_tool_bar.h"
+#include "pdf/viewer/grid/page_manager_list_view.h"
+#include "pdf/viewer/grid/pdf_page_manager_view.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "pdf/viewer/reading/pdf_document_view.h"
+#include "pdf/viewer/side_panel/pdf_operation_side_panel.h"
+#include "pdf/viewer/thumbnails/pdf_thumbnail_panel.h"
 
 #include <QByteArray>
 #include <QList>

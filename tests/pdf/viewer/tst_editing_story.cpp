@@ -1,5 +1,6 @@
-#include "pdf/viewer/page_card_geometry.h"
-#include "pdf/viewer/page_printer.h"
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/viewer/cards/page_card_geometry.h"
+#include "pdf/viewer/commands/page_printer.h"
 #include "tests/pdf/viewer/dialog_answers.h"
 #include "tests/pdf/viewer/marked_pages.h"
 #include "tests/pdf/viewer/page_drag.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/pdf_show_page.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
 #include "tests/support/pdf_fixture.h"

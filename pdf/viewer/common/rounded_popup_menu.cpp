@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/viewer/common/rounded_popup_menu.h"
+
+#include <QPainterPath>
+#include <QRegion>
+
+namespace {
+
+constexpr qreal kRadius = 8;
+
+} // namespace
+
+RoundedPopupMenu::RoundedPopupMenu(QWidget *parent)
+    : QMenu(parent)
+{
+    // The window system's shadow would be that of a window with square corners.
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+}
+
+RoundedPopupMenu::~RoundedPopupMenu() = default;
+
+void RoundedPopupMenu::showEvent(QShowEvent *event)
+{
+    QMenu::showEvent(event);
+    updateMask();
+}
+
+void RoundedPopupMenu::resizeEvent(QResizeEvent *event)
+{
+    QMenu::resizeEvent(event);
+    updateMask();
+}
+
+void RoundedPopupMenu::updateMask()
+{
+    if (width() <= 0 || height() <= 0) {
+        return;
+    }
+    QPainterPath outline;
+    outline.addRoundedRect(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kRadius, kRadius);
+    setMask(QRegion(outline.toFillPolygon().toPolygon()));
+}

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <QMenu>
+
+/// A menu in a window with rounded corners.
+class RoundedPopupMenu final : public QMenu
+{
+    Q_OBJECT
+
+public:
+    explicit RoundedPopupMenu(QWidget *parent = nullptr);
+    ~RoundedPopupMenu() override;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void updateMask();
+};

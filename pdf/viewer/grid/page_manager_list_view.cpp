@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/viewer/grid/page_manager_list_view.h"
+
+#include "pdf/core/pdf_document_model.h"
+#include "pdf/viewer/grid/page_split_points.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+PageManagerListView::PageManagerListView(const PageSplitPoints &splitPoints, QWidget *parent)
+    : PageListView(parent)
+    , m_splitPoints(splitPoints)
+{}
+
+PageManagerListView::~PageManagerListView() = default;
+
+void PageManagerListView::setMetrics(const PageGridMetrics &metrics)
+{
+    m_metrics = metrics;
+    setGridSize(metrics.cell);
+}
+
+void PageManagerListView::setMode(PdfWorkspaceMode mode)
+{
+    m_mode = mode;
+    viewport()->update();
+}
+
+void PageManagerListView::setHoveredMark(const PageGridHit &mark, bool pressed)
+{
+    if (mark != m_hoveredMark || pressed != m_markPressed) {
+        m_hoveredMark = mark;
+        m_markPressed = pressed;
+        viewport()->update();
+    }
+}
+
+PageGridCells PageManagerListView::visibleCells() const
+{
+    PageGridCells grid;
+    grid.thumbnail = m_metrics.thumbnail;
+    grid.pageCount = model() ? model()->rowCount() : 0;
+    if (grid.pageCount == 0) {
+        return grid;
+    }
+    const int bottom = viewport()->height() - 1;
+    const QModelIndex first = indexAt({0, 0});
+    const QModelIndex lowest = indexAt({0, bottom});
+    grid.firstRow = std::max(first.row(), 0);
+    const int lastRow = lowest.isValid()
+                            ? std::min(lowest.row() + columnCount(), grid.pageCount) - 1
+                            : grid.pageCount - 1;
+    for (int row = grid.firstRow; row <= lastRow; ++row) {
+        const QRect cell = visualRect(model()->index(row, 0));
+        if (cell.top() > bottom) {
+            break;
+        }
+        grid.cells.append(cell);
+    }
+    return grid;
+}
+
+PageGridHit PageManagerListView::hitAt(QPoint point, int hoveredRow) const
+{
+    return hitTestPageGrid(visibleCells(), point, m_mode, hoveredRow);
+}
+
+bool PageManagerListView::isSplitBefore(int row) const
+{
+    const PdfPageRecord *record = documentModel() ? documentModel()->pageAt(row) : nullptr;
+    return record && m_splitPoints.contains(record->id);
+}
+
+void PageManagerListView::selectAll()
+{
+    // What counts are the pages chosen in the document, not the rows marked in this list.
+    if (documentModel()) {
+        documentModel()->selectAll();
+    }
+}
+
+PageDropTarget PageManagerListView::dropTargetAt(QPoint point) const
+{
+    const int rightmost = columnCount() * m_metrics.cell.width() - 1;
+    QModelIndex index = indexAt({std::clamp(point.x(), 0, rightmost), std::max(point.y(), 0)});
+    if (!index.isValid()) {
+        // Behind the last page, in its line or below.
+        index = model()->index(model()->rowCount() - 1, 0);
+        point.setX(viewport()->width());
+    }
+    const PageCellGeometry cell = pageCellGeometry(visualRect(index), m_metrics.thumbnail);
+    PageDropTarget target = dropTargetInGrid(cell, index.row(), point);
+    target.indicator = shiftedBetween(target.indicator, 0, viewport()->width() - 1);
+    return target;
+}
+
+void PageManagerListView::paintEvent(QPaintEvent *event)
+{
+    PageListView::paintEvent(event);
+    QPainter painter(viewport());
+    if (m_mode == PdfWorkspaceMode::InsertMode) {
+        drawInsertMarks(painter);
+    } else if (m_mode == PdfWorkspaceMode::SplitMode) {
+        drawSplitMarks(painter);
+    }
+}
+
+void PageManagerListView::keyPressEvent(QKeyEvent *event)
+{
+    const PdfPageRecord *record =
+        documentModel() ? documentModel()->pageAt(currentIndex().row()) : nullptr;
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && record) {
+        documentModel()->setPageSelected(record->id, !record->selected);
+        return;
+    }
+    PageListView::keyPressEvent(event);
+}
+
+void PageManagerListView::updateGeometries()
+{
+    // The base class sets a range without the room at the bottom. Nobody may hear of it, or the
+    // scroll bar and with it the whole layout would come and go for ever.
+    QScrollBar *bar = verticalScrollBar();
+    const int oldMaximum = bar->maximum();
+    const int oldValue = bar->value();
+    {
+        const QSignalBlocker blocker(bar);
+        PageListView::updateGeometries();
+        bar->setRange(0, oldMaximum);
+        bar->setValue(oldValue);
+    }
+    const int height =
+        model() && model()->rowCount() > 0 ? contentsSize().height() + kBottomRoom : 0;
+    bar->setRange(0, std::max(height - viewport()->height(), 0));
+}
+
+int PageManagerListView::columnCount() const
+{
+    return std::max(viewport()->width() / std::max(m_metrics.cell.width(), 1), 1);
+}
+
+QRect PageManagerListView::clippedSideways(const QRect &zone) const
+{
+    return zone.intersected(QRect(0, zone.top(), viewport()->width(), zone.height()));
+}
+
+PageCardPainter::PartState PageManagerListView::markState(PageGridHit::Kind kind, int row) const
+{
+    PageCardPainter::PartState state;
+    state.hovered = m_hoveredMark == PageGridHit{kind, row, -1};
+    state.pressed = state.hovered && m_markPressed;
+    state.enabled = isEnabled();
+    return state;
+}
+
+void PageManagerListView::drawInsertMarks(QPainter &painter) const
+{
+    const PageGridCells grid = visibleCells();
+    for (qsizetype i = 0; i < grid.cells.size(); ++i) {
+        const PageCellGeometry cell = pageCellGeometry(grid.cells.at(i), grid.thumbnail);
+        const QRect zone = clippedSideways(cell.insertZone);
+        const QRect gap(zone.left(), cell.card.top(), zone.width(), cell.card.height());
+        const int row = grid.firstRow + static_cast<int>(i);
+        PageCardPainter::drawInsertMarker(painter, zone, gap,
+                                          markState(PageGridHit::InsertZone, row));
+    }
+}
+
+void PageManagerListView::drawSplitMarks(QPainter &painter) const
+{
+    const PageGridCells grid = visibleCells();
+    for (qsizetype i = 0; i < grid.cells.size(); ++i) {
+        const int row = grid.firstRow + static_cast<int>(i);
+        if (row == 0) {
+            continue;
+        }
+        const PageCellGeometry cell = pageCellGeometry(grid.cells.at(i), grid.thumbnail);
+        const QRect zone = clippedSideways(cell.splitZone);
+        const QRect gap(zone.left(), cell.card.top(), zone.width(), cell.card.height());
+        PageCardPainter::PartState state = markState(PageGridHit::SplitZone, row);
+        state.on = isSplitBefore(row);
+        PageCardPainter::drawSplitLine(painter, gap, state);
+    }
+}

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdf/core/pdf_page_record.h"
+#include "pdf/core/pdf_render_manager.h"
+
+#include <QHash>
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QSize>
+
+/// Gets the page images of one continuous view from a render manager and holds the ones in use.
+///
+/// The manager cannot take back what it was asked for. So that leafing quickly through a long
+/// document does not queue up work for pages nobody looks at any more, new requests wait while too
+/// many results are outstanding that are no longer wanted. Lives on the interface thread.
+class PageImageLoader final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// With more results outstanding that nobody wants any more, even visible pages wait.
+    static constexpr int kMaximumStaleRequests = 6;
+
+    /// A finished image and the size in device pixels it was asked for.
+    struct HeldImage
+    {
+        QImage image;
+        QSize size;
+    };
+
+    /// A page and the size in device pixels at which it is wanted.
+    struct WantedPage
+    {
+        PdfPageRecord record;
+        QSize size;
+    };
+
+    /// What the view wants at one moment, most urgent first.
+    struct Demand
+    {
+        /// Pages in the viewport.
+        QList<WantedPage> visible;
+        /// Pages likely to come into the viewport next.
+        QList<WantedPage> nearby;
+        /// Pages whose images may stay; every other image is dropped.
+        QSet<PdfPageId> kept;
+        quint64 documentRevision = 0;
+    };
+
+    explicit PageImageLoader(QObject *parent = nullptr);
+    ~PageImageLoader() override;
+
+    /// The image held for a page, null if there is none. Valid until the loader's next change.
+    [[nodiscard]] const HeldImage *image(PdfPageId id) const;
+
+    /// Asks `manager` from now on; null for no one. What was asked of another is forgotten.
+    void setRenderManager(PdfRenderManager *manager);
+    /// Requests what is missing of `demand`, as far as there is room. A page that failed is left
+    /// out until forgetFailures().
+    void request(const Demand &demand);
+    /// Drops the image of a page and ignores the result of its request.
+    void forget(PdfPageId id);
+    /// Drops all images and ignores the results of all requests.
+    void clear();
+    /// Ignores the results of all requests, for instance because they were cancelled.
+    void forgetRequests();
+    /// Lets pages that failed be requested again.
+    void forgetFailures();
+
+signals:
+    /// A new image is held for the page.
+    void imageArrived(PdfPageId id);
+    /// The new image is of a page the last demand did not keep; the next demand decides about it.
+    void unkeptImageArrived();
+    /// Requests that had to wait may be made now.
+    void roomAvailable();
+
+private:
+    struct PendingRequest
+    {
+        QSize size;
+        quint64 requestId = 0;
+    };
+
+    void acceptImage(PdfPageId id, QSize size, PdfRenderPurpose purpose, quint64 requestId,
+                     quint64 documentRevision, const QImage &image);
+    void acceptFailure(PdfPageId id, PdfRenderPurpose purpose, quint64 requestId);
+    void dropImagesExcept(const QSet<PdfPageId> &kept);
+    void settle(quint64 requestId);
+    [[nodiscard]] bool isHeld(const WantedPage &page) const;
+    [[nodiscard]] bool isInFlight(const WantedPage &page) const;
+    [[nodiscard]] int countInFlight(const QList<WantedPage> &pages) const;
+    void requestMissing(const QList<WantedPage> &pages, quint64 documentRevision, bool hasRoom);
+
+    QPointer<PdfRenderManager> m_renderManager;
+    QHash<PdfPageId, HeldImage> m_images;
+    QHash<PdfPageId, PendingRequest> m_pending;
+    QSet<PdfPageId> m_failed;
+    QSet<PdfPageId> m_kept;
+    /// Requests whose result has not come, whether it is still wanted or not.
+    QSet<quint64> m_outstanding;
+    bool m_held = false;
+};

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QPair>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+#include <QSizeF>
+
+/// Where the pages of a document stand in the continuous view.
+///
+/// All rectangles are in content coordinates: logical pixels, the origin at the upper left corner
+/// of everything that can be scrolled to.
+struct PageLayout
+{
+    /// One rectangle per page, in page order and therefore sorted by their upper edges.
+    QList<QRect> pages;
+    QSize contentSize;
+    /// Logical pixels per point.
+    double zoom = 1.0;
+};
+
+/// Distance from the content's left or right edge to the widest page.
+inline constexpr int kPageSideMargin = 32;
+/// Distance from the content's upper edge to the first page.
+inline constexpr int kPageTopMargin = 32;
+/// Distance between two pages.
+inline constexpr int kPageGap = 18;
+/// Distance from the last page to the content's lower edge.
+inline constexpr int kPageBottomMargin = 32;
+
+/// Size in points of a page about which nothing is known.
+inline constexpr QSizeF kDefaultPageSize{595.0, 842.0};
+
+inline constexpr double kMinimumZoom = 0.1;
+inline constexpr double kMaximumZoom = 5.0;
+
+/// The least number of device pixels rendered per logical pixel.
+inline constexpr double kMinimumRenderScale = 1.5;
+/// The largest side of a rendered page in device pixels.
+inline constexpr int kMaximumImageSide = 8192;
+/// The largest area of a rendered page in device pixels.
+inline constexpr int kMaximumImageArea = 33554432;
+
+/// What of a page a fit zoom brings into the viewport.
+enum class PageFit {
+    Width,
+    Page,
+};
+
+/// Stacks pages of the given sizes (points) in one centred column, one point being `zoom` logical
+/// pixels. Without pages the content is as large as the viewport.
+[[nodiscard]] PageLayout computePageLayout(const QList<QSizeF> &displaySizes, double zoom,
+                                           QSize viewport);
+
+/// The page that contains `point` (content coordinates), or -1.
+[[nodiscard]] int pageAtPoint(const PageLayout &layout, QPoint point);
+
+/// The page whose centre is nearest to the height `y`, the upper one of two at the same distance;
+/// -1 without pages.
+[[nodiscard]] int nearestPage(const PageLayout &layout, int y);
+
+/// The pages that share at least one row of pixels with `region`: the first one and the one behind
+/// the last. Whether they also meet it from the left and the right is not looked at.
+[[nodiscard]] QPair<int, int> pagesMeeting(const PageLayout &layout, const QRect &region);
+
+/// The zoom at which a page of `displaySize` points fits into the viewport, within the limits.
+[[nodiscard]] double fitZoom(QSizeF displaySize, QSize viewport, PageFit fit);
+
+/// The fit zoom of page `row` in a viewport whose scroll bars come and go as they are needed.
+///
+/// `scrollBars` is what scroll bars that are hidden now would take of the viewport. If the fit
+/// zoom brings on a scroll bar, and the fit zoom beside that scroll bar makes it needless, then the
+/// view would change between the two for ever; the smaller zoom is the answer then.
+[[nodiscard]] double settledFitZoom(const QList<QSizeF> &displaySizes, int row, QSize viewport,
+                                    QSize scrollBars, PageFit fit);
+
+/// `zoom` brought into the limits.
+[[nodiscard]] double boundedZoom(double zoom);
+
+/// The size in device pixels at which a page shown at `pageSize` logical pixels is rendered:
+/// `renderScale` times as large, less where the image would become too large.
+[[nodiscard]] QSize renderTargetSize(QSize pageSize, double renderScale);
+
+/// The scroll value that keeps what is in the middle of the viewport there when the zoom is
+/// multiplied by `ratio`, for content that is itself laid out around its middle. `maximum` is the
+/// greatest scroll value before, `newMaximum` the one after.
+[[nodiscard]] int centredScroll(int scroll, int maximum, int newMaximum, double ratio);
+
+/// The scroll value that keeps the content under the pointer in place when the zoom is multiplied
+/// by `ratio`. `pointer` is the pointer's distance from the viewport's edge.
+[[nodiscard]] int anchoredScroll(int scroll, double pointer, double ratio);

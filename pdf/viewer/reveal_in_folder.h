@@ -1,7 +1,0 @@
-#pragma once
-
-#include <QString>
-
-/// Shows the file in the system's file manager, selected where that is possible. Returns at once;
-/// nothing is reported when there is no file manager.
-void revealInFolder(const QString &filePath);

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+namespace pdfcore {
+
+/// A file that is written beside its target and takes the target's place in one step.
+///
+/// Until commit() succeeds the target is untouched; the temporary file is removed with the object.
+/// A symbolic link as target stays a link: the file it leads to is replaced. An existing target
+/// keeps its permissions and must be writable by them.
+class AtomicFile final
+{
+public:
+    explicit AtomicFile(const QString &target);
+    ~AtomicFile();
+    AtomicFile(const AtomicFile &) = delete;
+    AtomicFile &operator=(const AtomicFile &) = delete;
+
+    /// Creates the temporary file. False with the reason when the target cannot be written.
+    bool open(QString *reason);
+    /// What to write to.
+    [[nodiscard]] QIODevice &device() { return m_file; }
+    /// Flushes to the disk and closes the temporary file. False with the reason on failure.
+    bool finishWriting(QString *reason);
+    /// Path of the temporary file, for checking what was written.
+    [[nodiscard]] QString temporaryPath() const { return m_file.fileName(); }
+    /// The file that is replaced, links resolved.
+    [[nodiscard]] QString target() const { return m_target; }
+    /// Puts the temporary file in the target's place. False with the reason on failure.
+    bool commit(QString *reason);
+
+private:
+    bool createBeside(const QString &folder, QString *reason);
+
+    QString m_target;
+    QFile m_file;
+    bool m_pending = false; ///< The temporary file exists.
+};
+
+} // namespace pdfcore

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/pdf_editor_backend.h"
+
+#include <QString>
+
+namespace pdfcore {
+
+/// Outcome of a step inside the engine: an error value and a short sentence with the reason.
+struct EngineError
+{
+    PdfBackendError code = PdfBackendError::None;
+    QString message;
+
+    [[nodiscard]] bool isError() const { return code != PdfBackendError::None; }
+};
+
+/// Hands an outcome to a caller's output arguments, either of which may be null.
+inline void report(const EngineError &outcome, PdfBackendError *error, QString *message)
+{
+    if (error != nullptr) {
+        *error = outcome.code;
+    }
+    if (message != nullptr) {
+        *message = outcome.message;
+    }
+}
+
+} // namespace pdfcore

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/base/platform_file.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileDevice>
+
+#include <filesystem>
+#include <system_error>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace pdfcore {
+
+bool syncToDisk(QFileDevice &file)
+{
+    if (!file.flush()) {
+        return false;
+    }
+    const int handle = file.handle();
+    if (handle < 0) {
+        return true;
+    }
+#ifdef Q_OS_WIN
+    return _commit(handle) == 0;
+#else
+    return fsync(handle) == 0;
+#endif
+}
+
+void syncFolder(const QString &path)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(path)
+#else
+    const int handle =
+        open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0) {
+        return;
+    }
+    fsync(handle);
+    close(handle);
+#endif
+}
+
+QString extendedWindowsPath(const QString &path)
+{
+    QString native = path;
+    native.replace(u'/', u'\\');
+    if (native.startsWith(QLatin1String("\\\\?\\"))) {
+        return native;
+    }
+    if (native.startsWith(QLatin1String("\\\\"))) {
+        return QStringLiteral("\\\\?\\UNC\\") + native.mid(2);
+    }
+    return QStringLiteral("\\\\?\\") + native;
+}
+
+#ifdef Q_OS_WIN
+namespace {
+
+std::wstring nativePath(const QString &path)
+{
+    return extendedWindowsPath(QDir(path).absolutePath()).toStdWString();
+}
+
+} // namespace
+#endif
+
+bool linkFile(const QString &path, const QString &name)
+{
+#ifdef Q_OS_WIN
+    return CreateHardLinkW(nativePath(name).c_str(), nativePath(path).c_str(), nullptr) != 0;
+#else
+    return link(QFile::encodeName(path).constData(), QFile::encodeName(name).constData()) == 0;
+#endif
+}
+
+quint64 fileNumber(const QString &path)
+{
+#ifdef Q_OS_WIN
+    const HANDLE file = CreateFileW(nativePath(path).c_str(), FILE_READ_ATTRIBUTES,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return 0;
+    }
+    BY_HANDLE_FILE_INFORMATION information = {};
+    const bool known = GetFileInformationByHandle(file, &information) != 0;
+    CloseHandle(file);
+    return known ? quint64{information.nFileIndexHigh} << 32 | information.nFileIndexLow : 0;
+#else
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? quint64{status.st_ino} : 0;
+#endif
+}
+
+bool replaceFile(const QString &from, const QString &to, QString *reason)
+{
+#ifdef Q_OS_WIN
+    // Virus scanners and indexers have files open for moments.
+    constexpr int kTries = 10;
+    constexpr DWORD kPauseMs = 50;
+    DWORD code = ERROR_SUCCESS;
+    for (int i = 0; i < kTries; ++i) {
+        if (MoveFileExW(nativePath(from).c_str(), nativePath(to).c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+            return true;
+        }
+        code = GetLastError();
+        if (code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED &&
+            code != ERROR_LOCK_VIOLATION) {
+            break;
+        }
+        Sleep(kPauseMs);
+    }
+    const std::error_code error(static_cast<int>(code), std::system_category());
+#else
+    std::error_code error;
+    std::filesystem::rename(std::filesystem::path(QFile::encodeName(from).constData()),
+                            std::filesystem::path(QFile::encodeName(to).constData()), error);
+    if (!error) {
+        return true;
+    }
+#endif
+    *reason = QString::fromLocal8Bit(error.message().c_str());
+    return false;
+}
+
+} // namespace pdfcore

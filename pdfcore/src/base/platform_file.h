@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+class QFileDevice;
+
+namespace pdfcore {
+
+/// Makes sure that what was written to `file` has reached the disk. False when it did not.
+bool syncToDisk(QFileDevice &file);
+
+/// Makes sure that a rename in the folder at `path` has reached the disk, where that is possible.
+void syncFolder(const QString &path);
+
+/// The spelling of an absolute path by which Windows takes it at any length and as it stands; a
+/// path on a network share has one of its own. Computed alike on every system.
+[[nodiscard]] QString extendedWindowsPath(const QString &path);
+
+/// Gives the file at `path` a second name. False where that cannot be.
+bool linkFile(const QString &path, const QString &name);
+
+/// What tells the file at `path` from another one that took its name; 0 where that is not known.
+[[nodiscard]] quint64 fileNumber(const QString &path);
+
+/// Moves `from` over `to`, which may exist, in one step within one folder.
+///
+/// On failure both files are as they were and the reason is in `reason`.
+bool replaceFile(const QString &from, const QString &to, QString *reason);
+
+} // namespace pdfcore

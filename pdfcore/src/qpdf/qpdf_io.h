@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <qpdf/InputSource.hh>
+#include <qpdf/Pipeline.hh>
+
+#include <QFile>
+#include <QIODevice>
+#include <QString>
+
+#include <string>
+#include <vector>
+
+namespace pdfcore {
+
+/// Lets QPDF read a file through QFile, so that any path that Qt can open works.
+///
+/// Read errors throw std::runtime_error, which is what QPDF expects.
+class QFileInput final : public InputSource
+{
+public:
+    /// Throws std::runtime_error when the file cannot be opened.
+    explicit QFileInput(const QString &path);
+
+    qpdf_offset_t findAndSkipNextEOL() override;
+    const std::string &getName() const override { return m_name; }
+    qpdf_offset_t tell() override { return m_position; }
+    void seek(qpdf_offset_t offset, int whence) override;
+    void rewind() override { seek(0, SEEK_SET); }
+    size_t read(char *target, size_t length) override;
+    void unreadCh(char ch) override;
+
+private:
+    bool fill();
+
+    QFile m_file;
+    std::string m_name;
+    std::vector<char> m_chunk;
+    std::size_t m_filled = 0; ///< Bytes of the chunk that were read.
+    std::size_t m_step = 0;   ///< Bytes that were asked for last.
+    qpdf_offset_t m_chunkStart = 0;
+    qpdf_offset_t m_position = 0;
+};
+
+/// Lets QPDF write to a QIODevice; a write that fails throws std::runtime_error.
+class QDeviceOutput final : public Pipeline
+{
+public:
+    explicit QDeviceOutput(QIODevice &device);
+
+    void write(const unsigned char *data, size_t length) override;
+    void finish() override {}
+
+    /// True once the device refused data.
+    [[nodiscard]] bool hasFailed() const { return m_failed; }
+
+private:
+    QIODevice &m_device;
+    bool m_failed = false;
+};
+
+} // namespace pdfcore

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/src/base/engine_error.h"
+
+#include <QString>
+
+#include <exception>
+#include <memory>
+#include <vector>
+
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace pdfcore {
+
+/// Opens the file at `path` for copying from. Null on failure, with the error in `outcome`.
+///
+/// The user or the owner password opens it; a file that opens with the empty user password does so
+/// whatever password is given. The object belongs to the calling thread and prints nothing.
+std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome);
+
+/// The pages of `document` in order, by the rules that DocumentSession finds them by: what has kids
+/// is a node and counts once, anything else that is a dictionary is a page.
+///
+/// What a page inherits is written into it, and the page tree is made a flat one of these pages, so
+/// that they can be copied. Only in memory.
+std::vector<QPDFObjectHandle> pagesOf(QPDF &document);
+
+/// The error value and message for an exception that QPDF threw while reading.
+EngineError qpdfReadError(const std::exception &exception);
+
+} // namespace pdfcore

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+
+#include <mupdf/fitz.h>
+#include <mupdf/pdf.h>
+
+namespace pdfcore {
+
+class ColourSpaces;
+class MupdfContext;
+
+/// The format of the images that pages are painted to. Without an alpha channel MuPDF paints
+/// faster, and an image takes a quarter less memory.
+inline constexpr QImage::Format kPageImageFormat = QImage::Format_RGB888;
+
+/// Lets the fields of a page that wait for a signature look as the file says, as in other viewers;
+/// MuPDF would draw an invitation to sign in their place. Before the page is loaded; only in
+/// memory.
+void keepSignatureAppearances(fz_context *ctx, pdf_obj *page);
+
+/// Paints `page` with annotations and form fields over the whole of `image`, straight into its
+/// memory.
+///
+/// `image` has the format kPageImageFormat; the page is turned clockwise by `rotation` degrees and
+/// stretched to fill it. Throws MuPDF errors; `cookie->abort` is set when the time ran
+/// out.
+void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
+               const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie);
+
+} // namespace pdfcore

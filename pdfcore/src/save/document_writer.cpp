@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/save/document_writer.h"
+
+#include "pdfcore/src/base/atomic_file.h"
+#include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/qpdf_io.h"
+#include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/save/output_document.h"
+#include "pdfcore/src/session/document_session.h"
+#include "pdfcore/src/session/file_revisions.h"
+
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+namespace pdfcore {
+
+namespace {
+
+/// Brings a trailer into the form that QPDF relies on when it writes.
+void prepareTrailer(QPDFObjectHandle trailer)
+{
+    // The right value is written in its place, but only if there is one.
+    trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
+    QPDFObjectHandle identity = trailer.getKey("/ID");
+    if (!identity.isArray() || identity.getArrayNItems() != 2 ||
+        !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString()) {
+        trailer.removeKey("/ID");
+    }
+}
+
+/// Assembles and writes the output to `file`. The sources are closed again when it returns.
+EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
+{
+    QDeviceOutput pipeline(file.device());
+    try {
+        OutputDocument output;
+        if (EngineError error = output.assemble(pages); error.isError()) {
+            return error;
+        }
+        prepareTrailer(output.document().getTrailer());
+        QPDFWriter writer(output.document());
+        writer.setOutputPipeline(&pipeline);
+        writer.setObjectStreamMode(qpdf_o_generate);
+        writer.setPreserveEncryption(false);
+        writer.setMinimumPDFVersion(output.version());
+        writer.write();
+    } catch (const std::exception &exception) {
+        if (pipeline.hasFailed()) {
+            return {PdfBackendError::WriteFailed, QString::fromUtf8(exception.what())};
+        }
+        return qpdfReadError(exception);
+    }
+    QString reason;
+    if (!file.finishWriting(&reason)) {
+        return {PdfBackendError::WriteFailed, reason};
+    }
+    return {};
+}
+
+/// Reopens what was written, which must not need a repair, and counts the pages that those who open
+/// it will see.
+EngineError check(const QString &path, qsizetype pageCount)
+{
+    try {
+        QPDF written;
+        written.setSuppressWarnings(true);
+        written.setAttemptRecovery(false);
+        written.processInputSource(std::make_shared<QFileInput>(path));
+        EngineError outcome;
+        // Not one of the pool: the file is about to be moved.
+        const auto session = DocumentSession::open(FileIdentity::of(path), {}, {}, &outcome);
+        if (!session) {
+            return {PdfBackendError::WriteFailed,
+                    QStringLiteral("The new file cannot be read back: %1").arg(outcome.message)};
+        }
+        const qsizetype found = session->pages()->pageSizes.size();
+        if (found == pageCount) {
+            return {};
+        }
+        return {
+            PdfBackendError::WriteFailed,
+            QStringLiteral("The new file has %1 pages instead of %2.").arg(found).arg(pageCount)};
+    } catch (const std::exception &exception) {
+        return {PdfBackendError::WriteFailed, QStringLiteral("The new file cannot be read back: %1")
+                                                  .arg(QString::fromUtf8(exception.what()))};
+    }
+}
+
+/// Whether the sources are still what they were when they were read.
+EngineError checkSources(const QList<PdfSourcePage> &pages)
+{
+    const PdfFileRevision *checked = nullptr;
+    for (const PdfSourcePage &page : pages) {
+        if (page.revision.get() == checked) {
+            continue;
+        }
+        checked = page.revision.get();
+        EngineError outcome;
+        FileRevisions::instance().locate(page, &outcome);
+        if (outcome.isError()) {
+            return outcome;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path)
+{
+    if (path.isEmpty()) {
+        return {PdfBackendError::WriteFailed, QStringLiteral("There is no file name.")};
+    }
+    if (pages.isEmpty()) {
+        return {PdfBackendError::WriteFailed, QStringLiteral("There are no pages to write.")};
+    }
+
+    AtomicFile file(path);
+    QString reason;
+    if (!file.open(&reason)) {
+        return {PdfBackendError::WriteFailed, reason};
+    }
+    if (EngineError error = writeTo(pages, file); error.isError()) {
+        return error;
+    }
+    if (EngineError error = check(file.temporaryPath(), pages.size()); error.isError()) {
+        return error;
+    }
+    if (EngineError error = checkSources(pages); error.isError()) {
+        return error;
+    }
+    if (!FileRevisions::instance().replaceTarget(file, &reason)) {
+        return {PdfBackendError::WriteFailed, reason};
+    }
+    return {};
+}
+
+} // namespace pdfcore

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/src/save/source/source_document.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pdfcore {
+
+/// What is written on a page to number it.
+struct PageLabel
+{
+    std::string style; ///< Name of the numbering style; empty for none.
+    QPDFObjectHandle prefix = QPDFObjectHandle::newNull();
+    long long number = 1; ///< Within its style.
+};
+
+/// The labels of a source's pages.
+class SourceLabels
+{
+public:
+    explicit SourceLabels(const SourceDocument &source);
+
+    [[nodiscard]] bool areEmpty() const { return m_ranges.empty(); }
+    /// The label of page `index`; nothing where the source has none for it.
+    [[nodiscard]] std::optional<PageLabel> at(int index) const;
+
+private:
+    struct Range
+    {
+        long long first;
+        PageLabel label;
+    };
+
+    std::vector<Range> m_ranges; ///< By their first pages.
+};
+
+/// Writes the labels of all pages of the output. A page without one is numbered by its place.
+void installLabels(QPDF &output, const std::vector<std::optional<PageLabel>> &labels);
+
+} // namespace pdfcore

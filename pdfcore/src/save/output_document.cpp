@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/save/output_document.h"
+
+#include "pdfcore/src/save/blank_page.h"
+#include "pdfcore/src/save/content/catalogue.h"
+#include "pdfcore/src/save/contribution.h"
+#include "pdfcore/src/save/interactive/output_form.h"
+#include "pdfcore/src/save/page_copies.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace pdfcore {
+
+namespace {
+
+/// Kids of one node of a page tree that is written.
+constexpr std::size_t kTreeFanOut = 32;
+
+/// A rotation in degrees brought to the nearest quarter turn from 0 to 270.
+int quarterTurn(long long degrees)
+{
+    const long long positive = ((degrees % 360) + 360) % 360;
+    return static_cast<int>(((positive + 45) / 90) % 4) * 90;
+}
+
+/// Gives a page of the output the rotation `own` of its source, turned clockwise by `rotation`.
+void turnPage(QPDFObjectHandle page, QPDFObjectHandle own, int rotation)
+{
+    const long long before = own.isNumber() ? std::llround(own.getNumericValue()) : 0;
+    const int turned = quarterTurn(quarterTurn(before) + static_cast<long long>(rotation));
+    if (turned == 0) {
+        page.removeKey("/Rotate");
+    } else {
+        page.replaceKey("/Rotate", QPDFObjectHandle::newInteger(turned));
+    }
+}
+
+struct TreeNode
+{
+    QPDFObjectHandle object;
+    long long pages;
+};
+
+/// Gives the document a balanced page tree of these pages.
+void installPageTree(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
+{
+    std::vector<TreeNode> level;
+    level.reserve(pages.size());
+    for (const QPDFObjectHandle &page : pages) {
+        level.push_back({page, 1});
+    }
+    do {
+        std::vector<TreeNode> above;
+        for (std::size_t first = 0; first < level.size(); first += kTreeFanOut) {
+            const std::size_t end = std::min(first + kTreeFanOut, level.size());
+            QPDFObjectHandle node = document.makeIndirectObject(QPDFObjectHandle::newDictionary());
+            std::vector<QPDFObjectHandle> kids;
+            long long count = 0;
+            for (std::size_t i = first; i < end; ++i) {
+                level[i].object.replaceKey("/Parent", node);
+                kids.push_back(level[i].object);
+                count += level[i].pages;
+            }
+            node.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
+            node.replaceKey("/Kids", QPDFObjectHandle::newArray(kids));
+            node.replaceKey("/Count", QPDFObjectHandle::newInteger(count));
+            above.push_back({node, count});
+        }
+        level = std::move(above);
+    } while (level.size() > 1);
+    document.getRoot().replaceKey("/Pages", level.front().object);
+}
+
+} // namespace
+
+OutputDocument::OutputDocument() = default;
+
+OutputDocument::~OutputDocument() = default;
+
+EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
+{
+    if (EngineError error = findPlaces(pages); error.isError()) {
+        return error;
+    }
+    chooseMain(pages);
+    const bool sequenceChanged = !isMainInOrder();
+    for (const auto &used : m_used) {
+        used->prune(roleOf(*used, sequenceChanged));
+    }
+    if (m_main != nullptr) {
+        m_output = m_main->source().handle();
+    } else {
+        m_output = std::make_shared<QPDF>();
+        m_output->setSuppressWarnings(true);
+        m_output->emptyPDF();
+    }
+    const bool pagesChanged =
+        sequenceChanged || std::any_of(pages.begin(), pages.end(), [](const PdfSourcePage &page) {
+            return page.rotation != 0;
+        });
+    if (sequenceChanged && m_main != nullptr) {
+        dropSequenceEntries(m_main->source());
+    }
+    for (const auto &used : m_used) {
+        used->bringPages(*m_output, used.get() == m_main);
+    }
+
+    OutputForm form(*m_output, m_main != nullptr ? m_main->fields() : FormFields());
+    for (const auto &used : m_used) {
+        form.reserveNames(used->fields());
+    }
+    for (const auto &used : m_used) {
+        if (used.get() == m_main) {
+            continue;
+        }
+        const auto fields = form.add(used->fields(), *used->copier());
+        const auto attachments = addAttachments(*m_output, used->source(), *used->copier());
+        used->renameTargets(fields, attachments);
+    }
+    installPageTree(*m_output, newPages(pages, form));
+    form.install(pagesChanged);
+    joinOutlines();
+    if (pagesChanged) {
+        joinLabels();
+    }
+    for (const auto &used : m_used) {
+        if (used.get() != m_main) {
+            addToCatalogue(*m_output, used->source(), *used->copier(), m_main->brokenNames());
+        }
+    }
+    return {};
+}
+
+EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
+{
+    for (const PdfSourcePage &page : pages) {
+        Place place;
+        if (!isBlankPage(page)) {
+            EngineError outcome;
+            SourceDocument *source = m_sources.get(page, &outcome);
+            if (source == nullptr) {
+                return outcome;
+            }
+            auto used = std::find_if(m_used.begin(), m_used.end(), [source](const auto &known) {
+                return &known->source() == source;
+            });
+            if (used == m_used.end()) {
+                m_used.push_back(std::make_unique<Contribution>(*source));
+                used = std::prev(m_used.end());
+            }
+            source->keep(page.pageIndex);
+            place = {used->get(), page.pageIndex};
+        }
+        m_places.push_back(place);
+    }
+    return {};
+}
+
+void OutputDocument::chooseMain(const QList<PdfSourcePage> &pages)
+{
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        if (m_places[i].source == nullptr) {
+            continue;
+        }
+        if (m_main == nullptr) {
+            m_main = m_places[i].source;
+        }
+        if (pages.at(static_cast<qsizetype>(i)).isOfMainDocument) {
+            m_main = m_places[i].source;
+            return;
+        }
+    }
+}
+
+/// Whether the pages are those of the main document, all of them, in their order.
+bool OutputDocument::isMainInOrder() const
+{
+    if (m_main == nullptr ||
+        m_places.size() != static_cast<std::size_t>(m_main->source().pageCount())) {
+        return false;
+    }
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        if (m_places[i].source != m_main || m_places[i].index != static_cast<int>(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+LinkPruner::Role OutputDocument::roleOf(const Contribution &used, bool sequenceChanged) const
+{
+    if (&used != m_main) {
+        return LinkPruner::Role::Further;
+    }
+    return sequenceChanged ? LinkPruner::Role::Main : LinkPruner::Role::UnchangedMain;
+}
+
+std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage> &pages,
+                                                       OutputForm &form)
+{
+    std::vector<QPDFObjectHandle> placed;
+    std::set<QPDFObjGen> used;
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        const PdfSourcePage &wanted = pages.at(static_cast<qsizetype>(i));
+        const Place &place = m_places[i];
+        if (place.source == nullptr) {
+            placed.push_back(newBlankPage(*m_output, wanted.pageSize));
+            turnPage(placed.back(), QPDFObjectHandle::newNull(), wanted.rotation);
+            continue;
+        }
+        QPDFObjectHandle page = place.source->pageInOutput(place.index);
+        if (!used.insert(page.getObjGen()).second) {
+            AnnotationCopies copies;
+            page = newPageCopy(*m_output, page, &copies);
+            form.addCopies(page, copies);
+        }
+        turnPage(page, place.source->ownRotation(place.index), wanted.rotation);
+        placed.push_back(page);
+    }
+    return placed;
+}
+
+void OutputDocument::joinOutlines()
+{
+    Outline joined;
+    bool isPruned = false;
+    for (const auto &used : m_used) {
+        isPruned = isPruned || used->outline().isPruned();
+        joined.append(used->outline(), used->copier(), *m_output);
+    }
+    if (isPruned || !joined.entries().empty()) {
+        joined.install(*m_output);
+    }
+}
+
+void OutputDocument::joinLabels()
+{
+    const bool haveNone = std::all_of(m_used.begin(), m_used.end(),
+                                      [](const auto &used) { return used->labels().areEmpty(); });
+    if (haveNone) {
+        return;
+    }
+    std::vector<std::optional<PageLabel>> labels;
+    for (const Place &place : m_places) {
+        labels.push_back(place.source != nullptr ? place.source->labels().at(place.index)
+                                                 : std::nullopt);
+    }
+    installLabels(*m_output, labels);
+}
+
+} // namespace pdfcore

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/src/save/interactive/link_pruner.h"
+#include "pdfcore/src/save/interactive/page_labels.h"
+#include "pdfcore/src/save/output_sources.h"
+
+#include <QList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace pdfcore {
+
+class OutputForm;
+class Contribution;
+
+/// Puts a document together from pages of others, with all that belongs to these pages.
+///
+/// The main document, that of the first page that is marked as such or else of the first page of
+/// any file, becomes the output itself: it gets a new page tree, and what led to its pages that are
+/// gone is taken out of it. Pages of others come in as copies, and what their documents say about
+/// them joins what the main one says. For one thread.
+class OutputDocument
+{
+public:
+    OutputDocument();
+    ~OutputDocument();
+    OutputDocument(const OutputDocument &) = delete;
+    OutputDocument &operator=(const OutputDocument &) = delete;
+
+    /// Puts `pages` together. QPDF's exceptions may come out of it.
+    EngineError assemble(const QList<PdfSourcePage> &pages);
+
+    /// The result; it reads from its sources until this object goes.
+    [[nodiscard]] QPDF &document() const { return *m_output; }
+    /// The least PDF version that the sources need.
+    [[nodiscard]] PDFVersion version() const { return m_sources.version(); }
+
+private:
+    /// A page of the output: a page of a source or a blank one.
+    struct Place
+    {
+        Contribution *source = nullptr;
+        int index = -1;
+    };
+
+    EngineError findPlaces(const QList<PdfSourcePage> &pages);
+    void chooseMain(const QList<PdfSourcePage> &pages);
+    [[nodiscard]] bool isMainInOrder() const;
+    [[nodiscard]] LinkPruner::Role roleOf(const Contribution &used, bool sequenceChanged) const;
+    std::vector<QPDFObjectHandle> newPages(const QList<PdfSourcePage> &pages, OutputForm &form);
+    void joinOutlines();
+    void joinLabels();
+
+    OutputSources m_sources;
+    std::vector<std::unique_ptr<Contribution>> m_used; ///< By their first pages.
+    std::vector<Place> m_places;
+    Contribution *m_main = nullptr;
+    std::shared_ptr<QPDF> m_output;
+};
+
+} // namespace pdfcore

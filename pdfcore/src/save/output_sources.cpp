@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/save/output_sources.h"
+
+#include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/session/document_session.h"
+#include "pdfcore/src/session/file_revisions.h"
+#include "pdfcore/src/session/session_pool.h"
+
+#include <QTemporaryFile>
+#include <QVersionNumber>
+
+#include <exception>
+
+namespace pdfcore {
+
+namespace {
+
+/// Writes what MuPDF makes of a damaged file to a temporary file; null when it cannot.
+std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QString &password)
+{
+    auto file = std::make_unique<QTemporaryFile>();
+    if (!file->open()) {
+        return nullptr;
+    }
+    // A session of its own: those of the pool have pages that were changed in memory.
+    EngineError outcome;
+    const auto session = DocumentSession::open(FileIdentity::of(path), password, {}, &outcome);
+    if (!session || !session->writeRepaired(*file) || !file->flush()) {
+        return nullptr;
+    }
+    return file;
+}
+
+/// The PDF version that a document says it has: in its first line or, when a later change needed a
+/// higher one, in its catalogue.
+PDFVersion versionOf(QPDF &document)
+{
+    PDFVersion version = document.getVersionAsPDFVersion();
+    QPDFObjectHandle later = document.getRoot().getKey("/Version");
+    if (!later.isName()) {
+        return version;
+    }
+    const auto number =
+        QVersionNumber::fromString(QString::fromStdString(later.getName().substr(1)));
+    if (number.segmentCount() == 2 && (number.majorVersion() == 1 || number.majorVersion() == 2)) {
+        version.updateIfGreater(PDFVersion(number.majorVersion(), number.minorVersion()));
+    }
+    return version;
+}
+
+/// Finds the pages of an open document; null with an error when it has no catalogue.
+std::unique_ptr<SourceDocument> newSource(const std::shared_ptr<QPDF> &document,
+                                          EngineError *outcome)
+{
+    if (!document) {
+        return nullptr;
+    }
+    try {
+        return std::make_unique<SourceDocument>(document);
+    } catch (const std::exception &exception) {
+        *outcome = qpdfReadError(exception);
+        return nullptr;
+    }
+}
+
+/// The pages that the document has to those who look at it; null when it cannot be looked at.
+std::shared_ptr<const PageTree> shownPages(const QString &path, const QString &password)
+{
+    EngineError outcome;
+    const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
+    return session ? session->pages() : nullptr;
+}
+
+} // namespace
+
+OutputSources::OutputSources() = default;
+
+OutputSources::~OutputSources() = default;
+
+SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outcome)
+{
+    const QString path = FileRevisions::instance().locate(page, outcome);
+    if (outcome->isError()) {
+        return nullptr;
+    }
+    const std::pair<QString, QString> key(path, page.password);
+    auto found = m_sources.find(key);
+    if (found == m_sources.end()) {
+        Source source;
+        const EngineError opened = open(path, page.password, &source);
+        // The content may have moved before it was open; what is open stays what it is.
+        EngineError moved;
+        if (FileRevisions::instance().locate(page, &moved) != path) {
+            *outcome = moved;
+            return moved.isError() ? nullptr : get(page, outcome);
+        }
+        if (opened.isError()) {
+            *outcome = opened;
+            return nullptr;
+        }
+        found = m_sources.emplace(key, std::move(source)).first;
+    }
+    SourceDocument *document = found->second.document.get();
+    if (page.pageIndex >= 0 && page.pageIndex < document->pageCount()) {
+        return document;
+    }
+    *outcome = {PdfBackendError::InvalidDocument,
+                QStringLiteral("The source has no page %1.").arg(qint64{page.pageIndex} + 1)};
+    return nullptr;
+}
+
+EngineError OutputSources::open(const QString &path, const QString &password, Source *source)
+{
+    EngineError outcome;
+    source->document = newSource(openQpdf(path, password, &outcome), &outcome);
+    if (!source->document && outcome.code != PdfBackendError::InvalidDocument) {
+        return outcome;
+    }
+    const std::shared_ptr<const PageTree> shown = shownPages(path, password);
+    if (source->document) {
+        if (!shown || source->document->agreeOn(shown->pageNumbers)) {
+            return {};
+        }
+        outcome = {PdfBackendError::InvalidDocument,
+                   QStringLiteral("It is not certain which pages the damaged file has.")};
+    }
+    std::unique_ptr<QTemporaryFile> repaired = newRepairedFile(path, password);
+    if (!shown || !repaired) {
+        return outcome;
+    }
+    EngineError ignored;
+    source->document = newSource(openQpdf(repaired->fileName(), QString(), &ignored), &ignored);
+    source->repairedFile = std::move(repaired);
+    return source->document && source->document->agreeOn(shown->pageNumbers) ? EngineError{}
+                                                                             : outcome;
+}
+
+PDFVersion OutputSources::version() const
+{
+    PDFVersion highest(1, 5);
+    for (const auto &[key, source] : m_sources) {
+        highest.updateIfGreater(versionOf(source.document->document()));
+    }
+    return highest;
+}
+
+} // namespace pdfcore

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/src/base/engine_error.h"
+#include "pdfcore/src/base/source_page.h"
+#include "pdfcore/src/save/source/source_document.h"
+
+#include <qpdf/PDFVersion.hh>
+
+#include <map>
+#include <memory>
+#include <utility>
+
+class QTemporaryFile;
+
+namespace pdfcore {
+
+/// The source documents of one output, opened once each and open until it is gone.
+class OutputSources
+{
+public:
+    OutputSources();
+    ~OutputSources();
+    OutputSources(const OutputSources &) = delete;
+    OutputSources &operator=(const OutputSources &) = delete;
+
+    /// The document that a page is of, which has that page. Null on failure, with the error in
+    /// `outcome`.
+    SourceDocument *get(const PdfSourcePage &page, EngineError *outcome);
+
+    /// The highest PDF version that a source asks for.
+    [[nodiscard]] PDFVersion version() const;
+
+private:
+    struct Source
+    {
+        std::unique_ptr<QTemporaryFile> repairedFile; ///< What is read instead, if anything.
+        std::unique_ptr<SourceDocument> document;
+    };
+
+    /// Opens a file, by way of a repaired copy where that is needed to have all its pages.
+    static EngineError open(const QString &path, const QString &password, Source *source);
+
+    std::map<std::pair<QString, QString>, Source> m_sources; ///< By path and password.
+};
+
+} // namespace pdfcore

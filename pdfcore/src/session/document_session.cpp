@@ -1,0 +1,465 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/session/document_session.h"
+
+#include "pdfcore/src/mupdf/mupdf_file_stream.h"
+#include "pdfcore/src/qpdf/password_candidates.h"
+#include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/render/page_painter.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cstring>
+#include <future>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace pdfcore {
+
+namespace {
+
+/// Bytes that nested transparency groups may need for each pixel of the target, on top of the
+/// budget: four copies with an alpha channel.
+constexpr std::size_t kGroupBytes = 16;
+
+/// Kids of one node from which reading them is shared between two threads.
+constexpr std::size_t kManyKids = 2000;
+
+/// Loads the page at `index`, whose object is `object`.
+///
+/// Some releases of MuPDF take a reference too many to an object that they found through the page
+/// map, which would keep it for good.
+pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index, pdf_obj *object)
+{
+    const int before = pdf_obj_refs(ctx, object);
+    pdf_page *page = nullptr;
+    fz_var(page);
+    fz_try(ctx)
+    {
+        page = pdf_load_page(ctx, document, index);
+    }
+    fz_always(ctx)
+    {
+        // A repair on the way puts a new object in the old one's place; the document and the page
+        // are then the only ones to hold it.
+        const bool isSame = page == nullptr || page->obj == object;
+        pdf_obj *found = isSame ? object : page->obj;
+        const int expected = isSame ? before + (page != nullptr ? 1 : 0) : 2;
+        if (pdf_obj_refs(ctx, found) > expected) {
+            pdf_drop_obj(ctx, found);
+        }
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+    return page;
+}
+
+void writeToDevice(fz_context *ctx, void *state, const void *data, size_t length)
+{
+    const auto size = static_cast<qint64>(length);
+    if (static_cast<QIODevice *>(state)->write(static_cast<const char *>(data), size) != size) {
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the file cannot be written");
+    }
+}
+
+int64_t positionOfDevice(fz_context * /*ctx*/, void *state)
+{
+    return static_cast<QIODevice *>(state)->pos();
+}
+
+/// Takes out the objects that cannot be read, over which writing would fail.
+void dropBrokenObjects(fz_context *ctx, pdf_document *document)
+{
+    const int count = pdf_xref_len(ctx, document);
+    for (int number = 1; number < count; ++number) {
+        fz_try(ctx)
+        {
+            pdf_drop_obj(ctx, pdf_load_object(ctx, document, number));
+        }
+        fz_catch(ctx)
+        {
+            if (fz_caught(ctx) == FZ_ERROR_MEMORY) {
+                fz_rethrow(ctx);
+            }
+            pdf_delete_object(ctx, document, number);
+        }
+    }
+}
+
+/// Lets go of what MuPDF keeps of page objects for good: some releases take a reference too many
+/// each time that a link looks its page up. Once no page is loaded, only the document holds them.
+void settlePageReferences(fz_context *ctx, pdf_document *document,
+                          const std::vector<int> &pageNumbers)
+{
+    const int count = pdf_xref_len(ctx, document);
+    for (const int number : pageNumbers) {
+        if (number <= 0 || number >= count) {
+            continue;
+        }
+        pdf_obj *object = pdf_get_xref_entry_no_null(ctx, document, number)->obj;
+        while (object != nullptr && pdf_obj_refs(ctx, object) > 1) {
+            pdf_drop_obj(ctx, object);
+        }
+    }
+}
+
+/// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
+/// walking the tree again, and counts the same pages in the same order.
+void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
+{
+    if (pageNumbers.empty()) {
+        return;
+    }
+    int *map = fz_malloc_array(ctx, pageNumbers.size(), int);
+    std::copy(pageNumbers.begin(), pageNumbers.end(), map);
+    document->fwd_page_map = map;
+    document->map_page_count = static_cast<int>(pageNumbers.size());
+    document->page_map_nesting = 1;
+
+    // Only in memory: MuPDF compares page indexes with the count that the tree claims.
+    pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, document), "Root/Pages");
+    if (pdf_dict_get_int(ctx, root, PDF_NAME(Count)) != document->map_page_count) {
+        pdf_dict_put_int(ctx, root, PDF_NAME(Count), document->map_page_count);
+    }
+}
+
+} // namespace
+
+DocumentSession::DocumentSession(const FileIdentity &file, const QString &password,
+                                 const SessionBudgets &budgets)
+    : m_file(file)
+    , m_password(password)
+    , m_budgets(budgets)
+{}
+
+DocumentSession::~DocumentSession()
+{
+    if (m_context.get() == nullptr) {
+        return;
+    }
+    if (m_document != nullptr && m_document->page_map_nesting > 0) {
+        m_context.run(
+            [&](fz_context *ctx) {
+                // A page that was made an object in memory is held by its parent as well.
+                if (m_pages->isOfFile) {
+                    settlePageReferences(ctx, m_document, m_pages->pageNumbers);
+                }
+                pdf_drop_page_tree(ctx, m_document);
+            },
+            nullptr);
+    }
+    pdf_drop_document(m_context.get(), m_document);
+    m_colourSpaces.reset();
+}
+
+std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
+                                                       const QString &password,
+                                                       const SessionBudgets &budgets,
+                                                       EngineError *outcome,
+                                                       std::shared_ptr<const PageTree> pages)
+{
+    std::unique_ptr<DocumentSession> session(new DocumentSession(file, password, budgets));
+    if (session->m_context.get() == nullptr) {
+        *outcome = {PdfBackendError::InvalidDocument, QStringLiteral("Not enough memory.")};
+        return nullptr;
+    }
+    session->m_colourSpaces = std::make_unique<ColourSpaces>(session->m_context);
+    session->m_context.beginWork(budgets.open);
+    session->m_pages = std::move(pages);
+    *outcome = session->openDocument();
+    if (!outcome->isError() && !session->m_pages) {
+        *outcome = session->readPageTree();
+    }
+    if (!outcome->isError()) {
+        *outcome = session->usePages();
+    }
+    const BudgetBreach breach = session->m_context.endWork();
+    // What was refused memory or time may have passed for something that is not there.
+    if (breach != BudgetBreach::None) {
+        *outcome = session->budgetError(breach, PdfBackendError::InvalidDocument);
+    }
+    if (outcome->isError()) {
+        return nullptr;
+    }
+    return session;
+}
+
+EngineError DocumentSession::openDocument()
+{
+    if (!m_file.exists()) {
+        return {PdfBackendError::FileNotFound, QFile::exists(m_file.path)
+                                                   ? QStringLiteral("This is not a file.")
+                                                   : QStringLiteral("There is no such file.")};
+    }
+    QString reason;
+    fz_stream *stream = openFileStream(m_context, m_file.path, &reason);
+    if (stream == nullptr) {
+        return {PdfBackendError::FileNotFound, reason};
+    }
+
+    pdf_document *document = nullptr;
+    const bool opened = m_context.run(
+        [&](fz_context *ctx) { document = pdf_open_document_with_stream(ctx, stream); }, &reason);
+    fz_drop_stream(m_context.get(), stream);
+    m_document = document;
+    if (!opened) {
+        if (reason.contains(QLatin1String("encryption handler"))) {
+            reason = QStringLiteral("The file is encrypted for certificates or by another "
+                                    "handler that is not supported (%1).")
+                         .arg(reason);
+        }
+        return {PdfBackendError::InvalidDocument, reason};
+    }
+    return unlock();
+}
+
+EngineError DocumentSession::unlock()
+{
+    int needed = 0;
+    QString reason;
+    if (!m_context.run([&](fz_context *ctx) { needed = pdf_needs_password(ctx, m_document); },
+                       &reason)) {
+        return {PdfBackendError::InvalidDocument, reason};
+    }
+    if (needed == 0) {
+        return {};
+    }
+    if (m_password.isEmpty()) {
+        return {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
+    }
+    for (const QByteArray &candidate : mupdfPasswordCandidates(m_password)) {
+        const char *spelling = candidate.constData();
+        int accepted = 0;
+        const bool ran = m_context.run(
+            [&](fz_context *ctx) {
+                accepted = pdf_authenticate_password(ctx, m_document, spelling);
+            },
+            &reason);
+        if (ran && accepted != 0) {
+            return {};
+        }
+    }
+    if (adoptKeyFromQpdf()) {
+        return {};
+    }
+    return {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
+}
+
+/// Up to revision 4 MuPDF turns every password into PDFDocEncoding, which has no letters for the
+/// UTF-8 bytes of many scripts; QPDF takes the bytes as they are, and its file key fits MuPDF too.
+bool DocumentSession::adoptKeyFromQpdf()
+{
+    constexpr int kLastRevisionWithDocEncoding = 4;
+    fz_context *ctx = m_context.get();
+    if (pdf_crypt_revision(ctx, m_document->crypt) > kLastRevisionWithDocEncoding) {
+        return false;
+    }
+    EngineError outcome;
+    const std::shared_ptr<QPDF> document = openQpdf(m_file.path, m_password, &outcome);
+    if (!document || !document->isEncrypted()) {
+        return false;
+    }
+    const std::string key = document->getEncryptionKey();
+    if (key.size() * 8 != static_cast<std::size_t>(pdf_crypt_length(ctx, m_document->crypt))) {
+        return false;
+    }
+    std::memcpy(pdf_crypt_key(ctx, m_document->crypt), key.data(), key.size());
+    return true;
+}
+
+EngineError DocumentSession::readPageTree()
+{
+    bool hasTree = false;
+    QString reason;
+    std::optional<PageTree> tree = collectPages(&hasTree, &reason);
+    if (tree && tree->pageNumbers.empty() && m_document->repair_attempted == 0) {
+        // The cross-reference table was readable but led nowhere: look for the objects themselves.
+        m_context.run(
+            [&](fz_context *ctx) {
+                pdf_repair_xref(ctx, m_document);
+                pdf_repair_obj_stms(ctx, m_document);
+            },
+            nullptr);
+        tree = collectPages(&hasTree, &reason);
+    }
+    if (!tree) {
+        return {PdfBackendError::InvalidDocument, reason};
+    }
+    if (!hasTree) {
+        return {PdfBackendError::InvalidDocument, QStringLiteral("The file has no page tree.")};
+    }
+    m_pages = std::make_shared<const PageTree>(std::move(*tree));
+    return {};
+}
+
+std::optional<PageTree> DocumentSession::collectPages(bool *hasTree, QString *reason)
+{
+    const int repairsBefore = m_document->repair_attempted;
+    std::vector<PageTreeKid> rootKids = readManyKids();
+    PageTree tree;
+    bool walked = walkPageTree(m_context, m_document, rootKids, &tree, hasTree, reason);
+    if (!rootKids.empty() && m_document->repair_attempted != repairsBefore) {
+        // What was read before the repair may be other objects now.
+        tree = {};
+        walked = walkPageTree(m_context, m_document, {}, &tree, hasTree, reason);
+    }
+    if (!walked) {
+        return std::nullopt;
+    }
+    return tree;
+}
+
+EngineError DocumentSession::usePages()
+{
+    QString reason;
+    if (!m_context.run(
+            [&](fz_context *ctx) { installPageMap(ctx, m_document, m_pages->pageNumbers); },
+            &reason)) {
+        return {PdfBackendError::InvalidDocument, reason};
+    }
+    return {};
+}
+
+/// The kids of a root that has many of them, read by two threads; empty for any other.
+std::vector<PageTreeKid> DocumentSession::readManyKids()
+{
+    const std::vector<int> numbers = rootKidNumbers(m_context, m_document);
+    if (numbers.size() < kManyKids || std::thread::hardware_concurrency() < 2) {
+        return {};
+    }
+    std::vector<PageTreeKid> kids(numbers.size());
+    const std::size_t half = numbers.size() / 2;
+    const auto readSecondHalf = [&] {
+        DocumentSession twin(m_file, m_password, m_budgets);
+        if (twin.m_context.get() == nullptr) {
+            return;
+        }
+        twin.m_context.beginWork(m_budgets.open);
+        if (!twin.openDocument().isError()) {
+            readKids(twin.m_context, twin.m_document, numbers, half, numbers.size(), kids);
+        }
+        twin.m_context.endWork();
+    };
+    std::future<void> secondHalf;
+    try {
+        secondHalf = std::async(std::launch::async, readSecondHalf);
+    } catch (const std::system_error &) {
+        // Without another thread the walk reads that half itself.
+    }
+    readKids(m_context, m_document, numbers, 0, half, kids);
+    if (secondHalf.valid()) {
+        secondHalf.wait();
+    }
+    return kids;
+}
+
+QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome)
+{
+    if (pageIndex < 0 || pageIndex >= pageCount()) {
+        *outcome = {PdfBackendError::RenderFailed,
+                    QStringLiteral("The file has no page %1.").arg(qint64{pageIndex} + 1)};
+        return {};
+    }
+    QImage image(targetSize, kPageImageFormat);
+    if (image.isNull()) {
+        *outcome = {PdfBackendError::RenderFailed,
+                    QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
+                        .arg(targetSize.width())
+                        .arg(targetSize.height())};
+        return {};
+    }
+
+    fz_cookie cookie{};
+    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
+    QString reason;
+    WorkBudget budget = m_budgets.page;
+    budget.bytes += kGroupBytes * static_cast<std::size_t>(targetSize.width()) *
+                    static_cast<std::size_t>(targetSize.height());
+    m_context.beginWork(budget);
+    const bool painted = m_context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *object = pdf_load_object(ctx, m_document, number);
+            pdf_page *page = nullptr;
+            fz_var(page);
+            fz_try(ctx)
+            {
+                normalisePageBoxes(ctx, object);
+                keepSignatureAppearances(ctx, object);
+                m_colourSpaces->prepare(m_document, object);
+                page = loadPage(ctx, m_document, pageIndex, object);
+                paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);
+            }
+            fz_always(ctx)
+            {
+                if (page != nullptr) {
+                    fz_drop_page(ctx, &page->super);
+                }
+                pdf_drop_obj(ctx, object);
+            }
+            fz_catch(ctx)
+            {
+                fz_rethrow(ctx);
+            }
+        },
+        &reason);
+    BudgetBreach breach = m_context.endWork();
+    if (breach == BudgetBreach::None && cookie.abort != 0) {
+        breach = BudgetBreach::Time;
+    }
+    if (breach != BudgetBreach::None) {
+        m_usable = false;
+        *outcome = budgetError(breach, PdfBackendError::RenderFailed);
+        return {};
+    }
+    if (!painted) {
+        *outcome = {PdfBackendError::RenderFailed, reason};
+        return {};
+    }
+    *outcome = {};
+    return image;
+}
+
+bool DocumentSession::writeRepaired(QIODevice &device)
+{
+    constexpr int kBufferBytes = 1 << 16;
+    // Writing changes the document.
+    m_usable = false;
+    m_context.beginWork(m_budgets.open);
+    const bool written = m_context.run(
+        [&](fz_context *ctx) {
+            dropBrokenObjects(ctx, m_document);
+            pdf_write_options options = pdf_default_write_options;
+            options.do_encrypt = PDF_ENCRYPT_NONE;
+            fz_output *output =
+                fz_new_output(ctx, kBufferBytes, &device, &writeToDevice, nullptr, nullptr);
+            output->tell = &positionOfDevice;
+            fz_try(ctx)
+            {
+                pdf_write_document(ctx, m_document, output, &options);
+                fz_close_output(ctx, output);
+            }
+            fz_always(ctx)
+            {
+                fz_drop_output(ctx, output);
+            }
+            fz_catch(ctx)
+            {
+                fz_rethrow(ctx);
+            }
+        },
+        nullptr);
+    return m_context.endWork() == BudgetBreach::None && written;
+}
+
+EngineError DocumentSession::budgetError(BudgetBreach breach, PdfBackendError code) const
+{
+    return {code, breach == BudgetBreach::Time
+                      ? QStringLiteral("It takes too long and was given up.")
+                      : QStringLiteral("It needs too much memory and was given up.")};
+}
+
+} // namespace pdfcore

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/src/base/engine_error.h"
+#include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/mupdf/mupdf_context.h"
+#include "pdfcore/src/mupdf/page_tree.h"
+#include "pdfcore/src/render/colour_spaces.h"
+
+#include <QIODevice>
+#include <QImage>
+#include <QList>
+#include <QSize>
+#include <QSizeF>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <mupdf/pdf.h>
+
+namespace pdfcore {
+
+/// What the work on one document may cost.
+struct SessionBudgets
+{
+    /// Opening a file and reading its page sizes.
+    WorkBudget open{std::chrono::seconds{20}, std::size_t{1} << 30};
+    /// Rendering one page; a large target gets a multiple of its own size in memory on top.
+    WorkBudget page{std::chrono::seconds{20}, std::size_t{512} << 20};
+};
+
+/// One open PDF document with a MuPDF context of its own, for reading and rendering.
+///
+/// A session belongs to one thread at a time; see SessionPool for how sessions are shared.
+class DocumentSession final
+{
+public:
+    /// Opens the file. Null on failure, with the error in `outcome`.
+    ///
+    /// @param pages  Its pages, when another session of the same file has found them already.
+    static std::unique_ptr<DocumentSession> open(const FileIdentity &file, const QString &password,
+                                                 const SessionBudgets &budgets,
+                                                 EngineError *outcome,
+                                                 std::shared_ptr<const PageTree> pages = {});
+    ~DocumentSession();
+    DocumentSession(const DocumentSession &) = delete;
+    DocumentSession &operator=(const DocumentSession &) = delete;
+
+    /// The file as it was when the session was opened.
+    [[nodiscard]] const FileIdentity &file() const { return m_file; }
+    /// The password that was given for it.
+    [[nodiscard]] const QString &password() const { return m_password; }
+    /// Memory that the session holds now, in bytes.
+    [[nodiscard]] std::size_t bytesInUse() const { return m_context.bytesInUse(); }
+
+    /// The pages; never null.
+    [[nodiscard]] const std::shared_ptr<const PageTree> &pages() const { return m_pages; }
+    [[nodiscard]] int pageCount() const { return static_cast<int>(m_pages->pageNumbers.size()); }
+
+    /// Renders a page, turned clockwise by `rotation` degrees, stretched to `targetSize` pixels.
+    ///
+    /// Null on failure. A page that used up its budget leaves the session unfit for further use.
+    QImage render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome);
+
+    /// Writes the document as it was opened, which may have taken a repair, unencrypted. False when
+    /// that fails.
+    bool writeRepaired(QIODevice &device);
+
+    /// False once a piece of work ended in a way that leaves the document in doubt.
+    [[nodiscard]] bool isUsable() const { return m_usable; }
+
+private:
+    DocumentSession(const FileIdentity &file, const QString &password,
+                    const SessionBudgets &budgets);
+    EngineError openDocument();
+    EngineError unlock();
+    bool adoptKeyFromQpdf();
+    EngineError readPageTree();
+    std::optional<PageTree> collectPages(bool *hasTree, QString *reason);
+    std::vector<PageTreeKid> readManyKids();
+    EngineError usePages();
+    EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
+
+    FileIdentity m_file;
+    QString m_password;
+    SessionBudgets m_budgets;
+    MupdfContext m_context;
+    std::unique_ptr<ColourSpaces> m_colourSpaces;
+    pdf_document *m_document = nullptr;
+    std::shared_ptr<const PageTree> m_pages;
+    bool m_usable = true;
+};
+
+} // namespace pdfcore

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/pdf_editor_backend.h"
+#include "pdfcore/pdf_file_revision.h"
+#include "pdfcore/src/base/engine_error.h"
+#include "pdfcore/src/base/file_identity.h"
+
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace pdfcore {
+
+class AtomicFile;
+
+/// The revisions of files that are in use anywhere in the program; see PdfFileRevision. Any thread.
+class FileRevisions final
+{
+public:
+    static FileRevisions &instance();
+
+    /// The revision that `file` names; the same object as long as one is in use.
+    PdfFileRevisionPtr use(const FileIdentity &file);
+
+    /// Where the page's content is to be read from; empty with an error when it is not what it was
+    /// when it was inspected. A page that names no revision is read from its file as it is now.
+    QString locate(const PdfSourcePage &page, EngineError *outcome);
+
+    /// Puts a finished file in the place of its target. Content of the target that is in use is
+    /// kept elsewhere before. On failure everything is as it was and the reason is in `reason`.
+    bool replaceTarget(AtomicFile &file, QString *reason);
+
+private:
+    using Revisions = std::vector<PdfFileRevisionPtr>;
+
+    /// Keeps what is used of the target. On failure nothing has changed.
+    bool keepSuperseded(const QString &target, Revisions *changed, QString *reason);
+    /// Takes the content of these revisions as being in their file again.
+    static void takeBack(const Revisions &revisions);
+    Revisions revisionsInUse(const QString &path);
+
+    std::mutex m_replacing; ///< Files are replaced one after another.
+    std::mutex m_mutex;     ///< Guards what follows.
+    /// By the comparable path. Those no longer in use are dropped when their file is used again.
+    std::multimap<QString, std::weak_ptr<const PdfFileRevision>> m_revisions;
+    std::map<QString, int> m_generations; ///< The next one of a path as it is spelled.
+};
+
+} // namespace pdfcore

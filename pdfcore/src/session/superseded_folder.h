@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace pdfcore {
+
+/// The private folders of this process for superseded content. Each is made when it is
+/// first needed and removed when the process ends; what a process left that did not end in order is
+/// removed by a later one. Any thread.
+class SupersededFolder final
+{
+public:
+    static SupersededFolder &instance();
+
+    /// Keeps the content of the file under a name of its own: as a second name of the same file
+    /// where a file system allows, else as a copy. Empty with the reason on failure.
+    QString keep(const QString &path, QString *reason);
+
+    /// Removes the folders of processes that are gone.
+    static void removeLeftOvers();
+
+private:
+    /// A folder in one of the places where there may be one.
+    struct Place
+    {
+        QString path; ///< Empty until it is needed.
+        std::unique_ptr<QLockFile> lock;
+    };
+
+    SupersededFolder();
+    ~SupersededFolder();
+
+    /// Names for a new file, one in each place that can be used.
+    QStringList newNames();
+    static bool prepare(Place &place, const QString &parent);
+
+    std::mutex m_mutex;
+    std::vector<Place> m_places;
+    int m_files = 0;
+};
+
+} // namespace pdfcore

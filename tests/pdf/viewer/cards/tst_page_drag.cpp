@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tests/pdf/viewer/page_drag.h"
+
+#include "tests/pdf/viewer/shown_grid.h"
+#include "tests/pdf/viewer/shown_panel.h"
+#include "tests/pdf/viewer/shown_view.h"
+#include "widgets/theme.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+QList<PdfPageId> idsOf(const PdfDocumentModel &model)
+{
+    QList<PdfPageId> ids;
+    for (const PdfPageRecord &record : model.pages()) {
+        ids.append(record.id);
+    }
+    return ids;
+}
+
+} // namespace
+
+/// Pages dragged with the mouse.
+class TestPageDrag final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void pageDraggedInThePanelIsMoved_data();
+    void pageDraggedInThePanelIsMoved();
+    void panelShowsWhereThePageWouldGo();
+    void dragAfterAMoveOnThePressedStripMovesThePage();
+    void panelRefusesPagesOfAnotherDocument();
+    void pageDraggedInTheGridIsMoved_data();
+    void pageDraggedInTheGridIsMoved();
+    void dragAfterAMoveOnThePressedBoxMovesThePage();
+    void gridRefusesPagesOfAnotherDocument();
+    void dragKeepsTheSelectionAndMovesOnePage();
+    void dragShowsWhereThePageWouldGo();
+};
+
+void TestPageDrag::pageDraggedInThePanelIsMoved_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    QTest::addColumn<bool>("below");
+    QTest::addColumn<QList<PdfPageId>>("order");
+    QTest::newRow("down") << 0 << 2 << true << QList<PdfPageId>{2, 3, 1};
+    QTest::newRow("between") << 0 << 2 << false << QList<PdfPageId>{2, 1, 3};
+    QTest::newRow("up") << 2 << 0 << false << QList<PdfPageId>{3, 1, 2};
+    QTest::newRow("onto itself") << 1 << 1 << true << QList<PdfPageId>{1, 2, 3};
+    QTest::newRow("before its follower") << 0 << 1 << false << QList<PdfPageId>{1, 2, 3};
+    QTest::newRow("behind its predecessor") << 2 << 1 << true << QList<PdfPageId>{1, 2, 3};
+}
+
+void TestPageDrag::pageDraggedInThePanelIsMoved()
+{
+    QFETCH(int, from);
+    QFETCH(int, to);
+    QFETCH(bool, below);
+    ShownPanel shown(a4Pages(3), {210, 900});
+    QSignalSpy moved(&shown.model, &QAbstractItemModel::rowsMoved);
+    const QRect target = shown.itemAt(to);
+    const QPoint point = target.center() + QPoint(0, below ? 60 : -60);
+    dragWithMouse(shown.list->viewport(), shown.cardCentre(from), shown.list->viewport(), point);
+    QTEST(idsOf(shown.model), "order");
+    QVERIFY(moved.size() <= 1);
+    QCOMPARE(shown.list->draggedPage(), PdfPageId(0));
+}
+
+void TestPageDrag::panelShowsWhereThePageWouldGo()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    const int gap = shown.itemAt(1).bottom() + 1 + shown.list->spacing();
+    const QPoint inTheGap(shown.cardCentre(1).x(), gap);
+    QVERIFY(shown.picture().pixelColor(inTheGap) != Theme::accent);
+    QImage during;
+    QTimer::singleShot(0, viewport, [&] {
+        for (const int rise : {11, 10}) {
+            moveMouse(viewport, inTheGap - QPoint(0, rise), Qt::LeftButton);
+            QCoreApplication::processEvents();
+        }
+        during = shown.picture();
+        QTest::keyClick(viewport, Qt::Key_Escape);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, {2000, 2000});
+    });
+    QTest::mousePress(viewport, Qt::LeftButton, {}, shown.cardCentre(0));
+    for (const int distance : {30, 60}) {
+        moveMouse(viewport, shown.cardCentre(0) + QPoint(0, distance), Qt::LeftButton);
+    }
+    QVERIFY(!during.isNull());
+    QCOMPARE(during.pixelColor(inTheGap), Theme::accent);
+    // It is the only mark.
+    const int otherGap = shown.itemAt(0).bottom() + 1 + shown.list->spacing();
+    QVERIFY(during.pixelColor(inTheGap.x(), otherGap) != Theme::accent);
+    QVERIFY(shown.picture().pixelColor(inTheGap) != Theme::accent);
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+}
+
+void TestPageDrag::dragAfterAMoveOnThePressedStripMovesThePage()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    shown.moveTo(shown.stripPart(1, 1));
+    pressAndMoveMouse(viewport, shown.stripPart(1, 1));
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+    dragWithMouse(viewport, shown.cardCentre(0), viewport,
+                  shown.itemAt(2).center() + QPoint(0, 60));
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{2, 3, 1}));
+}
+
+void TestPageDrag::panelRefusesPagesOfAnotherDocument()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    ShownPanel other(a4Pages(3), {210, 900});
+    other.panel.move(400, 0);
+    QCoreApplication::processEvents();
+    dragWithMouse(other.list->viewport(), other.cardCentre(0), shown.list->viewport(),
+                  shown.itemAt(2).center() + QPoint(0, 60));
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+    QCOMPARE(idsOf(other.model), (QList<PdfPageId>{1, 2, 3}));
+    QVERIFY(!shown.model.isModified());
+}
+
+void TestPageDrag::pageDraggedInTheGridIsMoved_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<QPoint>("to");
+    QTest::addColumn<QList<PdfPageId>>("order");
+    // Four columns of 260 pixels and lines of 272.
+    QTest::newRow("to the left half")
+        << 3 << QPoint(300, 150) << QList<PdfPageId>{1, 4, 2, 3, 5, 6};
+    QTest::newRow("to the right half")
+        << 0 << QPoint(740, 150) << QList<PdfPageId>{2, 3, 1, 4, 5, 6};
+    QTest::newRow("to the front") << 5 << QPoint(10, 150) << QList<PdfPageId>{6, 1, 2, 3, 4, 5};
+    QTest::newRow("into the next line")
+        << 0 << QPoint(30, 400) << QList<PdfPageId>{2, 3, 4, 1, 5, 6};
+    QTest::newRow("right of a full line")
+        << 0 << QPoint(1060, 150) << QList<PdfPageId>{2, 3, 4, 1, 5, 6};
+    QTest::newRow("behind the last page")
+        << 1 << QPoint(700, 400) << QList<PdfPageId>{1, 3, 4, 5, 6, 2};
+    QTest::newRow("below all pages") << 0 << QPoint(300, 600) << QList<PdfPageId>{2, 3, 4, 5, 6, 1};
+    QTest::newRow("onto itself") << 1 << QPoint(480, 100) << QList<PdfPageId>{1, 2, 3, 4, 5, 6};
+    QTest::newRow("before its follower")
+        << 1 << QPoint(540, 150) << QList<PdfPageId>{1, 2, 3, 4, 5, 6};
+}
+
+void TestPageDrag::pageDraggedInTheGridIsMoved()
+{
+    QFETCH(int, from);
+    QFETCH(QPoint, to);
+    ShownGrid shown(a4Pages(6));
+    dragWithMouse(shown.list->viewport(), shown.cell(from).thumbnail.center(),
+                  shown.list->viewport(), to);
+    QTEST(idsOf(shown.model), "order");
+    QCOMPARE(shown.list->draggedPage(), PdfPageId(0));
+    // The cells stand as before, whatever was dragged.
+    for (int row = 0; row < 6; ++row) {
+        QCOMPARE(shown.list->visualRect(shown.model.index(row)).topLeft(),
+                 QPoint(row % 4 * 260, row / 4 * 272));
+    }
+}
+
+void TestPageDrag::dragAfterAMoveOnThePressedBoxMovesThePage()
+{
+    ShownGrid shown(a4Pages(6));
+    QWidget *viewport = shown.list->viewport();
+    const QPoint box = shown.cell(1).selectionBox.center();
+    shown.moveTo(box);
+    pressAndMoveMouse(viewport, box);
+    QCOMPARE(shown.model.selectedRows(), QList<int>{1});
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3, 4, 5, 6}));
+    dragWithMouse(viewport, shown.cell(0).thumbnail.center(), viewport, {700, 400});
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{2, 3, 4, 5, 6, 1}));
+}
+
+void TestPageDrag::gridRefusesPagesOfAnotherDocument()
+{
+    ShownGrid shown(a4Pages(3), {600, 600});
+    ShownGrid other(a4Pages(3), {600, 600});
+    other.view.move(700, 0);
+    QCoreApplication::processEvents();
+    dragWithMouse(other.list->viewport(), other.cell(0).thumbnail.center(), shown.list->viewport(),
+                  {500, 400});
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+    QCOMPARE(idsOf(other.model), (QList<PdfPageId>{1, 2, 3}));
+    QVERIFY(!shown.model.isModified());
+}
+
+void TestPageDrag::dragKeepsTheSelectionAndMovesOnePage()
+{
+    ShownGrid shown(a4Pages(6));
+    shown.model.setSelectedPageIds({1, 2});
+    QSignalSpy moved(&shown.model, &QAbstractItemModel::rowsMoved);
+    dragWithMouse(shown.list->viewport(), shown.cell(0).thumbnail.center(), shown.list->viewport(),
+                  {700, 400});
+    QCOMPARE(moved.size(), 1);
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{2, 3, 4, 5, 6, 1}));
+    QCOMPARE(shown.model.selectedPageIds(), (QSet<PdfPageId>{1, 2}));
+}
+
+void TestPageDrag::dragShowsWhereThePageWouldGo()
+{
+    ShownGrid shown(a4Pages(4));
+    QWidget *viewport = shown.list->viewport();
+    QTRY_VERIFY(shown.thumbnail(0));
+    const QColor background = shown.picture().pixelColor(0, 0);
+    QImage during;
+    QTimer::singleShot(0, viewport, [&] {
+        // Between the second and the third page.
+        for (const int x : {519, 518}) {
+            QMouseEvent move(QEvent::MouseMove, QPointF(x, 200),
+                             viewport->mapToGlobal(QPoint(x, 200)), Qt::NoButton, Qt::LeftButton,
+                             Qt::NoModifier);
+            QCoreApplication::sendEvent(viewport, &move);
+            QCoreApplication::processEvents();
+        }
+        during = shown.picture();
+        QTest::keyClick(viewport, Qt::Key_Escape);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, {2000, 2000});
+    });
+    const QPoint from = shown.cell(0).thumbnail.center();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+    for (const int distance : {30, 60}) {
+        QMouseEvent move(QEvent::MouseMove, from + QPoint(0, distance),
+                         viewport->mapToGlobal(from + QPoint(0, distance)), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &move);
+    }
+    QVERIFY(!during.isNull());
+    QCOMPARE(during.pixelColor(520, 127), Theme::accent);
+    // It is the only mark.
+    QCOMPARE(during.pixelColor(0, 0), background);
+    // The page being dragged is paler at its old place.
+    QVERIFY(during.pixelColor(from) != RenderProbe::colorOf(0));
+    QCOMPARE(shown.picture().pixelColor(from), RenderProbe::colorOf(0));
+    QVERIFY(shown.picture().pixelColor(520, 127) != Theme::accent);
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3, 4}));
+}
+
+int main(int argc, char **argv)
+{
+    // The platform that the other tests run on knows no dragging.
+    qputenv("QT_QPA_PLATFORM", "minimal");
+    const QApplication application(argc, argv);
+    TestPageDrag test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_page_drag.moc"

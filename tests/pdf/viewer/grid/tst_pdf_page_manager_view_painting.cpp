@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/viewer/grid/page_grid_zoom_control.h"
+#include "pdf/viewer/grid/pdf_page_manager_view.h"
+#include "tests/pdf/viewer/page_drag.h"
+#include "tests/pdf/viewer/shown_grid.h"
+#include "tests/pdf/viewer/shown_view.h"
+#include "widgets/theme.h"
+
+#include <QSlider>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+constexpr int kInsertMode = 1;
+constexpr int kExtractMode = 2;
+constexpr int kSplitMode = 3;
+
+/// Whether something of the colour is painted in the rectangle.
+bool holdsColor(const QImage &image, const QRect &rect, const QColor &color)
+{
+    const QRect inside = rect.intersected(image.rect());
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x) {
+            if (image.pixelColor(x, y) == color) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+/// Counts the times a widget is painted.
+class PaintCounter final : public QObject
+{
+public:
+    explicit PaintCounter(QWidget *widget)
+        : QObject(widget)
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+    [[nodiscard]] int count() const { return m_count; }
+
+private:
+    int m_count = 0;
+};
+
+} // namespace
+
+/// What the page grid paints, and when.
+class TestPdfPageManagerViewPainting final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void zoomControlHasItsColors();
+    void paintsSelectionHoverAndBox();
+    void partLooksPressedOnlyWhileThePointerStaysOnIt();
+    void paintsInsertMarksOnlyInInsertMode();
+    void marksOutOfViewAreNotPainted();
+    void paintsSplitLines();
+    void disabledGridIsPaler();
+    void pointerMovesOnTheSamePlaceRepaintNothing();
+};
+
+void TestPdfPageManagerViewPainting::zoomControlHasItsColors()
+{
+    ShownGrid shown(a4Pages(1));
+    auto *control = shown.view.findChild<PageGridZoomControl *>();
+    auto *zoomIn = shown.view.findChild<QToolButton *>(QStringLiteral("pdfPageGridZoomIn"));
+    const QPoint besideTheSlider(shown.slider->x() - 3, control->height() / 2);
+    QImage image = control->grab().toImage();
+    QCOMPARE(image.pixelColor(control->width() / 2, 0), QColor(0x32, 0x32, 0x32));
+    QCOMPARE(image.pixelColor(control->width() / 2, 1), QColor(0x19, 0x19, 0x19));
+    QCOMPARE(image.pixelColor(besideTheSlider), QColor(0x19, 0x19, 0x19));
+
+    // Filled to the left of the handle only.
+    const QPoint slider = shown.slider->pos() + QPoint(0, shown.slider->height() / 2);
+    QCOMPARE(image.pixelColor(slider + QPoint(4, 0)), Theme::white);
+    QCOMPARE(image.pixelColor(slider + QPoint(shown.slider->width() - 4, 0)),
+             QColor(0x4C, 0x4C, 0x4C));
+
+    const QPoint inButton = zoomIn->geometry().center() + QPoint(5, 5);
+    QVERIFY(image.pixelColor(zoomIn->x() + zoomIn->width() / 2, zoomIn->y()).lightness() > 200);
+    QCOMPARE(image.pixelColor(inButton), QColor(0x19, 0x19, 0x19));
+    zoomIn->setAttribute(Qt::WA_UnderMouse);
+    QCOMPARE(control->grab().toImage().pixelColor(inButton), QColor(0x33, 0x33, 0x33));
+    zoomIn->setDown(true);
+    QCOMPARE(control->grab().toImage().pixelColor(inButton), QColor(0x47, 0x47, 0x47));
+    QCOMPARE(shown.view.grab().toImage().pixelColor(600, 400), QColor(0xFA, 0xFB, 0xFC));
+}
+
+void TestPdfPageManagerViewPainting::paintsSelectionHoverAndBox()
+{
+    ShownGrid shown({{595, 842}, {842, 595}, {595, 842}});
+    QTRY_VERIFY(shown.thumbnail(0) && shown.thumbnail(1) && shown.thumbnail(2));
+    const PageCellGeometry cell = shown.cell(1);
+    const QPoint inCard = cell.card.topLeft() + QPoint(10, 10);
+    QImage image = shown.picture();
+    QCOMPARE(image.pixelColor(cell.thumbnail.center()), RenderProbe::colorOf(1));
+    // An image of 206 x 146 reaches from edge to edge of its box.
+    QCOMPARE(image.pixelColor(cell.thumbnail.left(), cell.thumbnail.center().y()),
+             RenderProbe::colorOf(1));
+    QCOMPARE(image.pixelColor(cell.thumbnail.right(), cell.thumbnail.center().y()),
+             RenderProbe::colorOf(1));
+    QCOMPARE(image.pixelColor(inCard), Theme::white);
+    QVERIFY(!holdsColor(image, cell.selectionBox, Theme::accent));
+
+    shown.click(cell.selectionBox.center());
+    image = shown.picture();
+    QCOMPARE(image.pixelColor(inCard), Theme::accentTint);
+    QVERIFY(holdsColor(image, cell.selectionBox, Theme::accent));
+    QVERIFY(holdsColor(image, cell.caption, Theme::accent));
+
+    const PageCellGeometry other = shown.cell(2);
+    shown.moveTo(other.card.topLeft() + QPoint(8, 8));
+    image = shown.picture();
+    QCOMPARE(image.pixelColor(other.card.topLeft() + QPoint(10, 10)), Theme::hover);
+    QCOMPARE(image.pixelColor(other.actionBar.center() + QPoint(0, 13)), Theme::white);
+    shown.moveTo(shown.barPartOf(2, 0));
+    image = shown.picture();
+    QCOMPARE(image.pixelColor(shown.barPartOf(2, 0) + QPoint(0, 13)), Theme::hover);
+    shown.press(shown.barPartOf(2, 0));
+    image = shown.picture();
+    QCOMPARE(image.pixelColor(shown.barPartOf(2, 0) + QPoint(0, 13)), Theme::pressed);
+}
+
+void TestPdfPageManagerViewPainting::partLooksPressedOnlyWhileThePointerStaysOnIt()
+{
+    ShownGrid shown(a4Pages(3));
+    QWidget *viewport = shown.list->viewport();
+    const auto look = [&shown](int part) {
+        return shown.picture().pixelColor(shown.barPartOf(1, part) + QPoint(0, 13));
+    };
+    shown.moveTo(shown.barPartOf(1, 0));
+    shown.press(shown.barPartOf(1, 0));
+    moveMouse(viewport, shown.barPartOf(1, 0) + QPoint(1, 0), Qt::LeftButton);
+    QCOMPARE(look(0), Theme::pressed);
+    for (const int step : {0, 1, 2}) {
+        moveMouse(viewport, shown.barPartOf(1, 2) + QPoint(step, 0), Qt::LeftButton);
+        QCOMPARE(look(2), Theme::hover);
+        QCOMPARE(look(0), Theme::white);
+    }
+}
+
+void TestPdfPageManagerViewPainting::paintsInsertMarksOnlyInInsertMode()
+{
+    ShownGrid shown(a4Pages(3));
+    const QRect zone = shown.cell(0).insertZone;
+    QVERIFY(!holdsColor(shown.picture(), zone, Theme::accent));
+    shown.view.setWorkspaceMode(kInsertMode);
+    QVERIFY(holdsColor(shown.picture(), zone, Theme::accent));
+    QCOMPARE(shown.picture().pixelColor(zone.center() + QPoint(0, 9)), Theme::white);
+    shown.moveTo(zone.center());
+    QCOMPARE(shown.picture().pixelColor(zone.center() + QPoint(0, 9)), Theme::accentHover);
+    QCOMPARE(shown.list->viewport()->cursor().shape(), Qt::PointingHandCursor);
+    shown.press(zone.center());
+    QCOMPARE(shown.picture().pixelColor(zone.center() + QPoint(0, 9)), Theme::accentPressed);
+    shown.view.setWorkspaceMode(kExtractMode);
+    QVERIFY(!holdsColor(shown.picture(), zone, Theme::accent));
+}
+
+void TestPdfPageManagerViewPainting::marksOutOfViewAreNotPainted()
+{
+    // Of the third line, only the upper edges of the cards are in view.
+    ShownGrid shown(a4Pages(40), {1100, 560});
+    const QRect besideTheCards(0, 0, 16, 560);
+    const QImage without = shown.picture().copy(besideTheCards);
+    shown.view.setWorkspaceMode(kInsertMode);
+    QCOMPARE(shown.picture().copy(besideTheCards), without);
+    const QRect zone = shown.cell(8).insertZone;
+    QVERIFY(zone.top() > 560 + zone.height());
+    QVERIFY(holdsColor(shown.picture(), QRect(zone.left(), 552, zone.width(), 8), Theme::border));
+    shown.view.setWorkspaceMode(kSplitMode);
+    // There is no line before the first page.
+    QCOMPARE(shown.picture().copy(0, 0, 16, 270), without.copy(0, 0, 16, 270));
+    QVERIFY(shown.picture().copy(0, 552, 16, 8) != without.copy(0, 552, 16, 8));
+}
+
+void TestPdfPageManagerViewPainting::paintsSplitLines()
+{
+    ShownGrid shown(a4Pages(6));
+    shown.view.setWorkspaceMode(kSplitMode);
+    const QRect gap = shown.cell(1).splitZone;
+    QVERIFY(holdsColor(shown.picture(), gap, Theme::textMuted));
+    QVERIFY(!holdsColor(shown.picture(), gap, Theme::accent));
+    shown.moveTo(gap.center());
+    QVERIFY(holdsColor(shown.picture(), gap, Theme::accentHover));
+    shown.click(gap.center());
+    shown.moveTo({1080, 700});
+    QVERIFY(holdsColor(shown.picture(), gap, Theme::accent));
+    QVERIFY(!holdsColor(shown.picture(), shown.cell(2).splitZone, Theme::accent));
+    // There is no line before the first page; there is one before the first of a line.
+    QVERIFY(!holdsColor(shown.picture(), QRect(0, 0, 14, 270), Theme::textMuted));
+    QVERIFY(holdsColor(shown.picture(), shown.cell(4).splitZone, Theme::textMuted));
+
+    shown.view.setEveryPageSplit(true);
+    QVERIFY(holdsColor(shown.picture(), shown.cell(2).splitZone, Theme::accent));
+    shown.moveTo(shown.cell(2).splitZone.center());
+    QVERIFY(!holdsColor(shown.picture(), shown.cell(2).splitZone, Theme::accentHover));
+    QCOMPARE(shown.list->viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
+void TestPdfPageManagerViewPainting::disabledGridIsPaler()
+{
+    ShownGrid shown(a4Pages(2));
+    QTRY_VERIFY(shown.thumbnail(0));
+    const QPoint centre = shown.cell(0).thumbnail.center();
+    QTRY_COMPARE(shown.picture().pixelColor(centre), RenderProbe::colorOf(0));
+    shown.view.setEnabled(false);
+    QVERIFY(shown.picture().pixelColor(centre).lightness() >
+            RenderProbe::colorOf(0).lightness() + 20);
+}
+
+void TestPdfPageManagerViewPainting::pointerMovesOnTheSamePlaceRepaintNothing()
+{
+    ShownGrid shown(a4Pages(5));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 5);
+    const QPoint centre = shown.cell(1).thumbnail.center();
+    shown.moveTo(centre);
+    QTest::qWait(50);
+    const PaintCounter paints(shown.list->viewport());
+    for (int x = 0; x < 40; ++x) {
+        shown.moveTo(centre + QPoint(x, 0));
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(paints.count(), 0);
+    shown.moveTo(shown.cell(2).thumbnail.center());
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count(), 1);
+}
+
+QTEST_MAIN(TestPdfPageManagerViewPainting)
+#include "tst_pdf_page_manager_view_painting.moc"
