@@ -198,7 +198,7 @@ function(quillora_add_test name)
         set(ARG_TIMEOUT 120)
     endif()
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_LIBS} Quillora::QtTest quillora_flags)
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt6::Gui Quillora::QtTest quillora_flags)
     quillora_use_test_headers(${name})
     # The one class of a test needs the meta-object compiler, but not the scan for others.
     if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp")

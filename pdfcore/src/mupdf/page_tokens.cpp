@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/mupdf/page_tokens.h"
 
+#include "pdfcore/src/mupdf/mupdf_internals.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -14,8 +16,8 @@ class TokenReader
 public:
     TokenReader(fz_context *ctx, pdf_document *document)
         : m_ctx(ctx)
-        , m_stream(document->file)
-        , m_buffer(&document->lexbuf.base)
+        , m_stream(streamOf(document))
+        , m_buffer(tokenBufferOf(document))
     {}
 
     pdf_token next() { return pdf_lex(m_ctx, m_stream, m_buffer); }
@@ -218,14 +220,11 @@ private:
 
 std::optional<PageBoxEntries> readPageTokens(fz_context *ctx, pdf_document *document, int number)
 {
-    if (number <= 0 || number >= pdf_xref_len(ctx, document)) {
+    const ObjectPlace place = placeOf(ctx, document, number);
+    if (place.kind != ObjectPlace::Kind::InFile) {
         return std::nullopt;
     }
-    const pdf_xref_entry *entry = pdf_get_xref_entry_no_null(ctx, document, number);
-    if (entry->obj != nullptr || entry->type != 'n') {
-        return std::nullopt;
-    }
-    fz_seek(ctx, document->file, entry->ofs, SEEK_SET);
+    fz_seek(ctx, streamOf(document), place.offset, SEEK_SET);
     return PageReader(ctx, document).read(number);
 }
 

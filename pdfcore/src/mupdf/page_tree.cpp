@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/mupdf/page_tree.h"
 
+#include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/mupdf/page_tokens.h"
 
 #include <cmath>
@@ -49,7 +50,7 @@ void growing(fz_context *ctx, Step &&step)
         grown = false;
     }
     if (!grown) {
-        fz_throw(ctx, FZ_ERROR_MEMORY, "out of memory");
+        fz_throw(ctx, kOutOfMemoryError, "out of memory");
     }
 }
 
@@ -108,13 +109,14 @@ QSizeF sizeOfPage(fz_context *ctx, pdf_obj *page)
 QSizeF knownSizeOfPage(fz_context *ctx, pdf_obj *page)
 {
     QSizeF size = kFallbackPageSize;
+    fz_var(size);
     fz_try(ctx)
     {
         size = sizeOfPage(ctx, page);
     }
     fz_catch(ctx)
     {
-        if (fz_caught(ctx) == FZ_ERROR_MEMORY) {
+        if (fz_caught(ctx) == kOutOfMemoryError) {
             fz_rethrow(ctx);
         }
     }
@@ -125,23 +127,21 @@ QSizeF knownSizeOfPage(fz_context *ctx, pdf_obj *page)
 /// as one of an object stream, which is read whole.
 pdf_obj *parseAlone(fz_context *ctx, pdf_document *document, int number)
 {
-    if (number <= 0 || number >= pdf_xref_len(ctx, document)) {
+    const ObjectPlace place = placeOf(ctx, document, number);
+    if (place.kind == ObjectPlace::Kind::Loaded) {
+        return pdf_keep_obj(ctx, place.object);
+    }
+    if (place.kind != ObjectPlace::Kind::InFile) {
         return nullptr;
     }
-    pdf_xref_entry *entry = pdf_get_xref_entry_no_null(ctx, document, number);
-    if (entry->obj != nullptr) {
-        return pdf_keep_obj(ctx, entry->obj);
-    }
-    if (entry->type != 'n') {
-        return nullptr;
-    }
-    fz_seek(ctx, document->file, entry->ofs, SEEK_SET);
+    fz_stream *file = streamOf(document);
+    fz_seek(ctx, file, place.offset, SEEK_SET);
     int found = 0;
     int generation = 0;
     int64_t streamOffset = 0;
     int needsRepair = 0;
-    pdf_obj *object = pdf_parse_ind_obj(ctx, document, document->file, &found, &generation,
-                                        &streamOffset, &needsRepair);
+    pdf_obj *object =
+        pdf_parse_ind_obj(ctx, document, file, &found, &generation, &streamOffset, &needsRepair);
     if (found == number && needsRepair == 0) {
         return object;
     }
@@ -317,7 +317,7 @@ void walkFrom(TreeWalk &walk, pdf_obj *root)
         fz_catch(ctx)
         {
             // A kid that cannot be read is no page; the others still are.
-            if (fz_caught(ctx) == FZ_ERROR_MEMORY) {
+            if (fz_caught(ctx) == kOutOfMemoryError) {
                 fz_rethrow(ctx);
             }
         }
@@ -393,7 +393,7 @@ bool walkPageTree(MupdfContext &context, pdf_document *document,
     for (const TreeLevel &level : walk.levels) {
         pdf_drop_obj(context.get(), level.node);
     }
-    if (document->repair_attempted != 0) {
+    if (pdf_was_repaired(context.get(), document) != 0) {
         tree->isOfFile = false;
     }
     return walked;

@@ -2,6 +2,7 @@
 #include "pdfcore/src/render/colour_device.h"
 
 #include "pdfcore/src/mupdf/mupdf_context.h"
+#include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/render/colour_spaces.h"
 
 #include <algorithm>
@@ -31,8 +32,7 @@ constexpr std::size_t kKeptImages = 16;
 
 struct ConvertedImage
 {
-    fz_image super;
-    fz_image *original;
+    DerivedImage super;
     const ColourTransform *transform;
 };
 
@@ -94,21 +94,6 @@ fz_colorspace *resolved(fz_context *ctx, const ColourDevice &device, fz_colorspa
     return space;
 }
 
-/// The space in which the colours of an indexed or separation space are defined, else itself.
-fz_colorspace *baseOf(fz_colorspace *space)
-{
-    if (space == nullptr) {
-        return nullptr;
-    }
-    if (space->type == FZ_COLORSPACE_INDEXED) {
-        return space->u.indexed.base;
-    }
-    if (space->type == FZ_COLORSPACE_SEPARATION) {
-        return space->u.separation.base;
-    }
-    return space;
-}
-
 /// The conversion that colours of `space` need, or null.
 const ColourTransform *transformFor(fz_context *ctx, const ColourDevice &device,
                                     fz_colorspace *space)
@@ -123,25 +108,6 @@ const ColourTransform *transformFor(fz_context *ctx, const ColourDevice &device,
         return nullptr;
     }
     return transform;
-}
-
-/// Values of `space` as values of its base space.
-void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *base)
-{
-    if (space->type == FZ_COLORSPACE_SEPARATION) {
-        space->u.separation.eval(ctx, space->u.separation.tint, colour, space->n, base,
-                                 space->u.separation.base->n);
-        return;
-    }
-    if (space->type == FZ_COLORSPACE_INDEXED) {
-        const int n = space->u.indexed.base->n;
-        const int entry = std::clamp(static_cast<int>(colour[0] * 255), 0, space->u.indexed.high);
-        for (int i = 0; i < n; ++i) {
-            base[i] = static_cast<float>(space->u.indexed.lookup[entry * n + i]) / 255.0F;
-        }
-        return;
-    }
-    std::memcpy(base, colour, sizeof(float) * static_cast<std::size_t>(space->n));
 }
 
 /// A colour on its way to the target: replaced by RGB where a conversion is needed.
@@ -247,9 +213,8 @@ fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTr
 fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subarea, int width,
                               int height, int *l2factor)
 {
-    const auto &own = *reinterpret_cast<ConvertedImage *>(image);
-    fz_pixmap *decoded =
-        own.original->get_pixmap(ctx, own.original, subarea, width, height, l2factor);
+    auto &own = *reinterpret_cast<ConvertedImage *>(image);
+    fz_pixmap *decoded = originalPixels(ctx, &own.super, subarea, width, height, l2factor);
     fz_pixmap *base = nullptr;
     fz_pixmap *rgb = nullptr;
     fz_var(base);
@@ -282,28 +247,12 @@ fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subare
     return rgb;
 }
 
-size_t convertedImageSize(fz_context *ctx, fz_image *image)
-{
-    const auto &own = *reinterpret_cast<ConvertedImage *>(image);
-    return sizeof(ConvertedImage) + fz_image_size(ctx, own.original);
-}
-
-void dropConvertedImage(fz_context *ctx, fz_image *image)
-{
-    fz_drop_image(ctx, reinterpret_cast<ConvertedImage *>(image)->original);
-}
-
 fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourTransform *transform)
 {
-    fz_image *created = fz_new_image_of_size(
-        ctx, original->w, original->h, 8, fz_device_rgb(ctx), original->xres, original->yres,
-        original->interpolate, 0, nullptr, nullptr, original->mask, sizeof(ConvertedImage),
-        &getConvertedPixmap, &convertedImageSize, &dropConvertedImage);
-    auto *own = reinterpret_cast<ConvertedImage *>(created);
-    own->original = fz_keep_image(ctx, original);
-    own->transform = transform;
-    created->orientation = original->orientation;
-    return created;
+    DerivedImage *created =
+        newDerivedImage(ctx, original, sizeof(ConvertedImage), &getConvertedPixmap);
+    reinterpret_cast<ConvertedImage *>(created)->transform = transform;
+    return &created->super;
 }
 
 /// The image to hand on for `image`: borrowed, itself where no conversion is needed.
@@ -489,14 +438,27 @@ void beginMask(fz_context *ctx, fz_device *dev, fz_rect area, int luminosity, fz
     fz_begin_mask(ctx, target(dev), area, luminosity, paint.space, paint.values, params);
 }
 
-void endMask(fz_context *ctx, fz_device *dev)
+fz_device *maskEnded(fz_device *dev)
 {
     ColourDevice &own = self(dev);
     if (own.maskDepth > 0) {
         --own.maskDepth;
     }
-    fz_end_mask(ctx, target(dev));
+    return target(dev);
 }
+
+// Since MuPDF 1.25 a mask comes with the function that its values go through.
+#if QUILLORA_MUPDF_SINCE(25)
+void endMask(fz_context *ctx, fz_device *dev, fz_function *transfer)
+{
+    fz_end_mask_tr(ctx, maskEnded(dev), transfer);
+}
+#else
+void endMask(fz_context *ctx, fz_device *dev)
+{
+    fz_end_mask(ctx, maskEnded(dev));
+}
+#endif
 
 void beginGroup(fz_context *ctx, fz_device *dev, fz_rect area, fz_colorspace *space, int isolated,
                 int knockout, int blendMode, float alpha)
@@ -527,15 +489,32 @@ double tilePixels(const ColourDevice &device, fz_rect area, fz_rect view, float 
            (width * height + kPixelsPerTile);
 }
 
+/// Ends the painting of a page that a pattern would keep busy for too long.
+void checkTiles(fz_context *ctx, ColourDevice &device, fz_rect area, fz_rect view, float xStep,
+                float yStep, fz_matrix ctm)
+{
+    if (tilePixels(device, area, view, xStep, yStep, ctm) > kMaxTilePixels) {
+        device.cookie->abort = 1;
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the tiles of a pattern lie too close together");
+    }
+}
+
+// Since MuPDF 1.28 a tile comes with the number of its document.
+#if QUILLORA_MUPDF_SINCE(28)
+int beginTile(fz_context *ctx, fz_device *dev, fz_rect area, fz_rect view, float xStep, float yStep,
+              fz_matrix ctm, int id, int documentId)
+{
+    checkTiles(ctx, self(dev), area, view, xStep, yStep, ctm);
+    return fz_begin_tile_tid(ctx, target(dev), area, view, xStep, yStep, ctm, id, documentId);
+}
+#else
 int beginTile(fz_context *ctx, fz_device *dev, fz_rect area, fz_rect view, float xStep, float yStep,
               fz_matrix ctm, int id)
 {
-    if (tilePixels(self(dev), area, view, xStep, yStep, ctm) > kMaxTilePixels) {
-        self(dev).cookie->abort = 1;
-        fz_throw(ctx, FZ_ERROR_GENERIC, "the tiles of a pattern lie too close together");
-    }
+    checkTiles(ctx, self(dev), area, view, xStep, yStep, ctm);
     return fz_begin_tile_id(ctx, target(dev), area, view, xStep, yStep, ctm, id);
 }
+#endif
 
 void endTile(fz_context *ctx, fz_device *dev)
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/render/page_painter.h"
 
+#include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/render/colour_device.h"
 
 #include <algorithm>
@@ -49,8 +50,7 @@ void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
     const int width = image.width();
     const int height = image.height();
     const auto stride = static_cast<int>(image.bytesPerLine());
-    const fz_irect area = fz_make_irect(0, 0, width, height);
-    const fz_matrix ctm = pageToImage(pdf_bound_page(ctx, page), rotation, width, height);
+    const fz_matrix ctm = pageToImage(boundsOf(ctx, page), rotation, width, height);
 
     fz_pixmap *pixmap = nullptr;
     fz_device *draw = nullptr;
@@ -64,7 +64,8 @@ void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
                                          image.bits());
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
         draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours = newColourDevice(ctx, draw, area, spaces, context, cookie);
+        colours =
+            newColourDevice(ctx, draw, fz_make_irect(0, 0, width, height), spaces, context, cookie);
         pdf_run_page(ctx, page, colours, ctm, &cookie);
         fz_close_device(ctx, colours);
     }

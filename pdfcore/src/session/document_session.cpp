@@ -2,6 +2,7 @@
 #include "pdfcore/src/session/document_session.h"
 
 #include "pdfcore/src/mupdf/mupdf_file_stream.h"
+#include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/qpdf/password_candidates.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/render/page_painter.h"
@@ -27,37 +28,6 @@ constexpr std::size_t kGroupBytes = 16;
 /// Kids of one node from which reading them is shared between two threads.
 constexpr std::size_t kManyKids = 2000;
 
-/// Loads the page at `index`, whose object is `object`.
-///
-/// Some releases of MuPDF take a reference too many to an object that they found through the page
-/// map, which would keep it for good.
-pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index, pdf_obj *object)
-{
-    const int before = pdf_obj_refs(ctx, object);
-    pdf_page *page = nullptr;
-    fz_var(page);
-    fz_try(ctx)
-    {
-        page = pdf_load_page(ctx, document, index);
-    }
-    fz_always(ctx)
-    {
-        // A repair on the way puts a new object in the old one's place; the document and the page
-        // are then the only ones to hold it.
-        const bool isSame = page == nullptr || page->obj == object;
-        pdf_obj *found = isSame ? object : page->obj;
-        const int expected = isSame ? before + (page != nullptr ? 1 : 0) : 2;
-        if (pdf_obj_refs(ctx, found) > expected) {
-            pdf_drop_obj(ctx, found);
-        }
-    }
-    fz_catch(ctx)
-    {
-        fz_rethrow(ctx);
-    }
-    return page;
-}
-
 void writeToDevice(fz_context *ctx, void *state, const void *data, size_t length)
 {
     const auto size = static_cast<qint64>(length);
@@ -82,48 +52,11 @@ void dropBrokenObjects(fz_context *ctx, pdf_document *document)
         }
         fz_catch(ctx)
         {
-            if (fz_caught(ctx) == FZ_ERROR_MEMORY) {
+            if (fz_caught(ctx) == kOutOfMemoryError) {
                 fz_rethrow(ctx);
             }
             pdf_delete_object(ctx, document, number);
         }
-    }
-}
-
-/// Lets go of what MuPDF keeps of page objects for good: some releases take a reference too many
-/// each time that a link looks its page up. Once no page is loaded, only the document holds them.
-void settlePageReferences(fz_context *ctx, pdf_document *document,
-                          const std::vector<int> &pageNumbers)
-{
-    const int count = pdf_xref_len(ctx, document);
-    for (const int number : pageNumbers) {
-        if (number <= 0 || number >= count) {
-            continue;
-        }
-        pdf_obj *object = pdf_get_xref_entry_no_null(ctx, document, number)->obj;
-        while (object != nullptr && pdf_obj_refs(ctx, object) > 1) {
-            pdf_drop_obj(ctx, object);
-        }
-    }
-}
-
-/// Gives MuPDF the pages found by the walk, so that it looks pages up by index at once instead of
-/// walking the tree again, and counts the same pages in the same order.
-void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
-{
-    if (pageNumbers.empty()) {
-        return;
-    }
-    int *map = fz_malloc_array(ctx, pageNumbers.size(), int);
-    std::copy(pageNumbers.begin(), pageNumbers.end(), map);
-    document->fwd_page_map = map;
-    document->map_page_count = static_cast<int>(pageNumbers.size());
-    document->page_map_nesting = 1;
-
-    // Only in memory: MuPDF compares page indexes with the count that the tree claims.
-    pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, document), "Root/Pages");
-    if (pdf_dict_get_int(ctx, root, PDF_NAME(Count)) != document->map_page_count) {
-        pdf_dict_put_int(ctx, root, PDF_NAME(Count), document->map_page_count);
     }
 }
 
@@ -141,14 +74,10 @@ DocumentSession::~DocumentSession()
     if (m_context.get() == nullptr) {
         return;
     }
-    if (m_document != nullptr && m_document->page_map_nesting > 0) {
+    if (m_document != nullptr && m_pages) {
         m_context.run(
             [&](fz_context *ctx) {
-                // A page that was made an object in memory is held by its parent as well.
-                if (m_pages->isOfFile) {
-                    settlePageReferences(ctx, m_document, m_pages->pageNumbers);
-                }
-                pdf_drop_page_tree(ctx, m_document);
+                releasePageMap(ctx, m_document, m_pages->pageNumbers, m_pages->isOfFile);
             },
             nullptr);
     }
@@ -255,7 +184,7 @@ bool DocumentSession::adoptKeyFromQpdf()
 {
     constexpr int kLastRevisionWithDocEncoding = 4;
     fz_context *ctx = m_context.get();
-    if (pdf_crypt_revision(ctx, m_document->crypt) > kLastRevisionWithDocEncoding) {
+    if (pdf_crypt_revision(ctx, cryptOf(m_document)) > kLastRevisionWithDocEncoding) {
         return false;
     }
     EngineError outcome;
@@ -264,10 +193,10 @@ bool DocumentSession::adoptKeyFromQpdf()
         return false;
     }
     const std::string key = document->getEncryptionKey();
-    if (key.size() * 8 != static_cast<std::size_t>(pdf_crypt_length(ctx, m_document->crypt))) {
+    if (key.size() * 8 != static_cast<std::size_t>(pdf_crypt_length(ctx, cryptOf(m_document)))) {
         return false;
     }
-    std::memcpy(pdf_crypt_key(ctx, m_document->crypt), key.data(), key.size());
+    std::memcpy(pdf_crypt_key(ctx, cryptOf(m_document)), key.data(), key.size());
     return true;
 }
 
@@ -276,14 +205,9 @@ EngineError DocumentSession::readPageTree()
     bool hasTree = false;
     QString reason;
     std::optional<PageTree> tree = collectPages(&hasTree, &reason);
-    if (tree && tree->pageNumbers.empty() && m_document->repair_attempted == 0) {
+    if (tree && tree->pageNumbers.empty() && pdf_was_repaired(m_context.get(), m_document) == 0) {
         // The cross-reference table was readable but led nowhere: look for the objects themselves.
-        m_context.run(
-            [&](fz_context *ctx) {
-                pdf_repair_xref(ctx, m_document);
-                pdf_repair_obj_stms(ctx, m_document);
-            },
-            nullptr);
+        m_context.run([&](fz_context *ctx) { repairDocument(ctx, m_document); }, nullptr);
         tree = collectPages(&hasTree, &reason);
     }
     if (!tree) {
@@ -298,11 +222,11 @@ EngineError DocumentSession::readPageTree()
 
 std::optional<PageTree> DocumentSession::collectPages(bool *hasTree, QString *reason)
 {
-    const int repairsBefore = m_document->repair_attempted;
+    const int repairsBefore = pdf_was_repaired(m_context.get(), m_document);
     std::vector<PageTreeKid> rootKids = readManyKids();
     PageTree tree;
     bool walked = walkPageTree(m_context, m_document, rootKids, &tree, hasTree, reason);
-    if (!rootKids.empty() && m_document->repair_attempted != repairsBefore) {
+    if (!rootKids.empty() && pdf_was_repaired(m_context.get(), m_document) != repairsBefore) {
         // What was read before the repair may be other objects now.
         tree = {};
         walked = walkPageTree(m_context, m_document, {}, &tree, hasTree, reason);
@@ -390,14 +314,12 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
                 normalisePageBoxes(ctx, object);
                 keepSignatureAppearances(ctx, object);
                 m_colourSpaces->prepare(m_document, object);
-                page = loadPage(ctx, m_document, pageIndex, object);
+                page = loadPage(ctx, m_document, pageIndex, object, m_pages->pageNumbers);
                 paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);
             }
             fz_always(ctx)
             {
-                if (page != nullptr) {
-                    fz_drop_page(ctx, &page->super);
-                }
+                dropPage(ctx, page);
                 pdf_drop_obj(ctx, object);
             }
             fz_catch(ctx)

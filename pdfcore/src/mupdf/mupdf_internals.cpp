@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/mupdf/mupdf_internals.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace pdfcore {
+
+namespace {
+
+std::size_t derivedImageSize(fz_context *ctx, fz_image *image)
+{
+    return sizeof(DerivedImage) +
+           fz_image_size(ctx, reinterpret_cast<DerivedImage *>(image)->original);
+}
+
+void dropDerivedImage(fz_context *ctx, fz_image *image)
+{
+    fz_drop_image(ctx, reinterpret_cast<DerivedImage *>(image)->original);
+}
+
+#if QUILLORA_MUPDF_SINCE(28)
+/// Tells the image from its original, in whose place it is painted.
+void derivedImageDigest(fz_context *ctx, fz_image *image, unsigned char digest[16])
+{
+    fz_image_digest(ctx, reinterpret_cast<DerivedImage *>(image)->original, digest);
+    digest[0] = static_cast<unsigned char>(~digest[0]);
+}
+#endif
+
+/// Only in memory: MuPDF compares page indexes with the count that the tree claims.
+void setPageCount(fz_context *ctx, pdf_document *document, int count)
+{
+    pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, document), "Root/Pages");
+    if (pdf_dict_get_int(ctx, root, PDF_NAME(Count)) != count) {
+        pdf_dict_put_int(ctx, root, PDF_NAME(Count), count);
+    }
+}
+
+#if QUILLORA_MUPDF_SINCE(25)
+
+bool isBefore(const pdf_rev_page_map &a, const pdf_rev_page_map &b)
+{
+    return a.object != b.object ? a.object < b.object : a.page < b.page;
+}
+
+/// Puts references to the pages into the document's map. What is in there when a reference cannot
+/// be made goes with the map.
+void fillPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
+{
+    const std::size_t count = pageNumbers.size();
+    document->map_page_count = static_cast<int>(count);
+    document->rev_page_map = fz_malloc_array(ctx, count, pdf_rev_page_map);
+    document->fwd_page_map =
+        static_cast<pdf_obj **>(fz_calloc(ctx, count, sizeof *document->fwd_page_map));
+    for (std::size_t i = 0; i < count; ++i) {
+        document->fwd_page_map[i] = pdf_new_indirect(ctx, document, pageNumbers[i], 0);
+        document->rev_page_map[i] = {static_cast<int>(i), pageNumbers[i]};
+    }
+    std::sort(document->rev_page_map, document->rev_page_map + count, &isBefore);
+}
+
+/// Whether the map has the page at `index` where it belongs.
+bool isMapped(fz_context *ctx, const pdf_document *document, int index,
+              const std::vector<int> &pageNumbers)
+{
+    return document->fwd_page_map != nullptr &&
+           document->map_page_count == static_cast<int>(pageNumbers.size()) &&
+           pdf_to_num(ctx, document->fwd_page_map[index]) ==
+               pageNumbers[static_cast<std::size_t>(index)];
+}
+
+#else
+
+/// Gives back the references too many that links took of the pages they look up.
+void settlePageReferences(fz_context *ctx, pdf_document *document,
+                          const std::vector<int> &pageNumbers)
+{
+    const int count = pdf_xref_len(ctx, document);
+    for (const int number : pageNumbers) {
+        if (number <= 0 || number >= count) {
+            continue;
+        }
+        pdf_obj *object = pdf_get_xref_entry_no_null(ctx, document, number)->obj;
+        while (object != nullptr && pdf_obj_refs(ctx, object) > 1) {
+            pdf_drop_obj(ctx, object);
+        }
+    }
+}
+
+#endif
+
+} // namespace
+
+fz_stream *streamOf(pdf_document *document)
+{
+    return document->file;
+}
+
+pdf_lexbuf *tokenBufferOf(pdf_document *document)
+{
+    return &document->lexbuf.base;
+}
+
+ObjectPlace placeOf(fz_context *ctx, pdf_document *document, int number)
+{
+    if (number <= 0 || number >= pdf_xref_len(ctx, document)) {
+        return {};
+    }
+    const pdf_xref_entry *entry = pdf_get_xref_entry_no_null(ctx, document, number);
+    if (entry->obj != nullptr) {
+        return {ObjectPlace::Kind::Loaded, 0, entry->obj};
+    }
+    switch (entry->type) {
+    case 'n':
+        return {ObjectPlace::Kind::InFile, entry->ofs, nullptr};
+    case 'o':
+        return {ObjectPlace::Kind::InStream, 0, nullptr};
+    default:
+        return {};
+    }
+}
+
+void repairDocument(fz_context *ctx, pdf_document *document)
+{
+    pdf_repair_xref(ctx, document);
+#if !QUILLORA_MUPDF_SINCE(28)
+    pdf_repair_obj_stms(ctx, document);
+#endif
+}
+
+pdf_crypt *cryptOf(pdf_document *document)
+{
+    return document->crypt;
+}
+
+void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
+{
+    if (pageNumbers.empty()) {
+        return;
+    }
+#if QUILLORA_MUPDF_SINCE(25)
+    // A change drops the map that there is, so the count comes first.
+    setPageCount(ctx, document, static_cast<int>(pageNumbers.size()));
+    pdf_drop_page_tree_internal(ctx, document);
+    fz_try(ctx)
+    {
+        fillPageMap(ctx, document, pageNumbers);
+    }
+    fz_catch(ctx)
+    {
+        pdf_drop_page_tree_internal(ctx, document);
+        fz_rethrow(ctx);
+    }
+#else
+    int *map = fz_malloc_array(ctx, pageNumbers.size(), int);
+    std::copy(pageNumbers.begin(), pageNumbers.end(), map);
+    document->fwd_page_map = map;
+    document->map_page_count = static_cast<int>(pageNumbers.size());
+    document->page_map_nesting = 1;
+    setPageCount(ctx, document, document->map_page_count);
+#endif
+}
+
+pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index,
+                   [[maybe_unused]] pdf_obj *object,
+                   [[maybe_unused]] const std::vector<int> &pageNumbers)
+{
+#if QUILLORA_MUPDF_SINCE(25)
+    if (!isMapped(ctx, document, index, pageNumbers)) {
+        installPageMap(ctx, document, pageNumbers);
+    }
+    return pdf_load_page(ctx, document, index);
+#else
+    const int before = pdf_obj_refs(ctx, object);
+    pdf_page *page = nullptr;
+    fz_var(page);
+    fz_try(ctx)
+    {
+        page = pdf_load_page(ctx, document, index);
+    }
+    fz_always(ctx)
+    {
+        // A repair on the way puts a new object in the old one's place; the document and the page
+        // are then the only ones to hold it.
+        const bool isSame = page == nullptr || page->obj == object;
+        pdf_obj *found = isSame ? object : page->obj;
+        const int expected = isSame ? before + (page != nullptr ? 1 : 0) : 2;
+        if (pdf_obj_refs(ctx, found) > expected) {
+            pdf_drop_obj(ctx, found);
+        }
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+    return page;
+#endif
+}
+
+void dropPage(fz_context *ctx, pdf_page *page)
+{
+    if (page != nullptr) {
+        fz_drop_page(ctx, &page->super);
+    }
+}
+
+void releasePageMap([[maybe_unused]] fz_context *ctx, [[maybe_unused]] pdf_document *document,
+                    [[maybe_unused]] const std::vector<int> &pageNumbers,
+                    [[maybe_unused]] bool areOfFile)
+{
+#if !QUILLORA_MUPDF_SINCE(25)
+    if (document->page_map_nesting == 0) {
+        return;
+    }
+    if (areOfFile) {
+        settlePageReferences(ctx, document, pageNumbers);
+    }
+    pdf_drop_page_tree(ctx, document);
+#endif
+}
+
+fz_rect boundsOf(fz_context *ctx, pdf_page *page)
+{
+#if QUILLORA_MUPDF_SINCE(25)
+    return pdf_bound_page(ctx, page, FZ_CROP_BOX);
+#else
+    return pdf_bound_page(ctx, page);
+#endif
+}
+
+fz_colorspace *baseOf(fz_colorspace *space)
+{
+    if (space == nullptr) {
+        return nullptr;
+    }
+    if (space->type == FZ_COLORSPACE_INDEXED) {
+        return space->u.indexed.base;
+    }
+    if (space->type == FZ_COLORSPACE_SEPARATION) {
+        return space->u.separation.base;
+    }
+    return space;
+}
+
+void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *base)
+{
+    if (space->type == FZ_COLORSPACE_SEPARATION) {
+        space->u.separation.eval(ctx, space->u.separation.tint, colour, space->n, base,
+                                 space->u.separation.base->n);
+        return;
+    }
+    if (space->type == FZ_COLORSPACE_INDEXED) {
+        const int n = space->u.indexed.base->n;
+        const int entry = std::clamp(static_cast<int>(colour[0] * 255), 0, space->u.indexed.high);
+        for (int i = 0; i < n; ++i) {
+            base[i] = static_cast<float>(space->u.indexed.lookup[entry * n + i]) / 255.0F;
+        }
+        return;
+    }
+    std::memcpy(base, colour, sizeof(float) * static_cast<std::size_t>(space->n));
+}
+
+DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, std::size_t size,
+                              ImagePixels *pixels)
+{
+    fz_image *created = fz_new_image_of_size(
+        ctx, original->w, original->h, 8, fz_device_rgb(ctx), original->xres, original->yres,
+        original->interpolate, 0, nullptr, nullptr, original->mask, size, pixels, &derivedImageSize,
+#if QUILLORA_MUPDF_SINCE(28)
+        &derivedImageDigest,
+#endif
+        &dropDerivedImage);
+    auto *derived = reinterpret_cast<DerivedImage *>(created);
+    derived->original = fz_keep_image(ctx, original);
+    created->orientation = original->orientation;
+    return derived;
+}
+
+fz_pixmap *originalPixels(fz_context *ctx, DerivedImage *image, fz_irect *area, int width,
+                          int height, int *l2factor)
+{
+    return image->original->get_pixmap(ctx, image->original, area, width, height, l2factor);
+}
+
+} // namespace pdfcore

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include <mupdf/fitz.h>
+#include <mupdf/pdf.h>
+
+namespace pdfcore {
+
+// What the engine takes from inside MuPDF, and what differs from one release to the next.
+//
+// MuPDF keeps the fields of its structures in its headers without promising anything about them.
+// Whatever the engine reads or writes there stands here, and nowhere else, so that a new release is
+// tried by going through this file. Each entry says for which releases it is and what it is good
+// for; an entry whose reason is gone can go. cmake/FindMuPDF.cmake lists the releases that were
+// tried. All functions may throw MuPDF errors unless they say otherwise, and all are for the thread
+// that `ctx` belongs to.
+
+/// Whether a release of MuPDF is at least 1.`minor`.
+#define QUILLORA_MUPDF_SINCE(minor) (FZ_VERSION_MAJOR > 1 || FZ_VERSION_MINOR >= (minor))
+
+// --- Errors -----------------------------------------------------------------------------------
+
+/// The code of errors that mean that memory ran out.
+///
+/// All releases: 1.21 has a code for just that, later ones one for memory and system calls, which
+/// the engine does through Qt.
+#if QUILLORA_MUPDF_SINCE(25)
+inline constexpr int kOutOfMemoryError = FZ_ERROR_SYSTEM;
+#else
+inline constexpr int kOutOfMemoryError = FZ_ERROR_MEMORY;
+#endif
+
+// --- The file and its objects -----------------------------------------------------------------
+
+/// The stream that a document is read from. All releases: objects are read without being kept,
+/// which the interface does not offer. Does not throw.
+[[nodiscard]] fz_stream *streamOf(pdf_document *document);
+
+/// The buffer for the tokens of the document's file. All releases; see streamOf(). Does not throw.
+[[nodiscard]] pdf_lexbuf *tokenBufferOf(pdf_document *document);
+
+/// What is known of an object before it is read.
+struct ObjectPlace
+{
+    enum class Kind {
+        Nowhere,  ///< There is no such object.
+        Loaded,   ///< It is in memory.
+        InFile,   ///< At `offset` of the file.
+        InStream, ///< In an object stream.
+    };
+    Kind kind = Kind::Nowhere;
+    int64_t offset = 0;
+    pdf_obj *object = nullptr; ///< Borrowed; of one that is loaded.
+};
+
+/// Where an object is. All releases; see streamOf().
+[[nodiscard]] ObjectPlace placeOf(fz_context *ctx, pdf_document *document, int number);
+
+/// Looks for the objects of a document in the whole file, as for one whose cross-reference table is
+/// of no use. All releases: MuPDF does so by itself only when the table itself is damaged. Before
+/// 1.28 object streams take a call of their own.
+void repairDocument(fz_context *ctx, pdf_document *document);
+
+/// The handler of an encrypted document. All releases: the interface takes passwords only, and up
+/// to revision 4 only such as PDFDocEncoding can express. Does not throw.
+[[nodiscard]] pdf_crypt *cryptOf(pdf_document *document);
+
+// --- Pages ------------------------------------------------------------------------------------
+
+/// Gives MuPDF the pages found by the engine's own walk over the page tree, so that it counts the
+/// same pages in the same order, and looks them up at once instead of walking the tree again.
+///
+/// 1.21: the interface walks the tree from its start for every page. Since 1.25 MuPDF makes such a
+/// list by itself, at once, but of a damaged tree it lists other pages than those that are shown,
+/// and it makes it anew after every change of an object.
+void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers);
+
+/// Loads the page at `index`, whose object is `object`; the pages have been installed.
+///
+/// 1.21 takes a reference too many to an object that it found through the page map, which would
+/// keep it for good; later releases drop the map when an object changes.
+pdf_page *loadPage(fz_context *ctx, pdf_document *document, int index, pdf_obj *object,
+                   const std::vector<int> &pageNumbers);
+
+/// Gives back a loaded page; null is fine. Does not throw.
+void dropPage(fz_context *ctx, pdf_page *page);
+
+/// Lets go of the page map and of what hangs on it, before the document is dropped.
+///
+/// 1.21 takes a reference too many each time that a link looks its page up. Once no page is loaded,
+/// only the document holds page objects, provided that they are objects of the file
+/// (`areOfFile`): a page that was made an object in memory is held by its parent as well. Later
+/// releases need nothing of this.
+void releasePageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers,
+                    bool areOfFile);
+
+/// What a reader sees of a page, in points. Since 1.25 the box has to be named.
+[[nodiscard]] fz_rect boundsOf(fz_context *ctx, pdf_page *page);
+
+// --- Colours ----------------------------------------------------------------------------------
+
+/// The space in which the colours of an indexed or separation space are defined, else itself; null
+/// for null. 1.21 has no function for it. Does not throw.
+[[nodiscard]] fz_colorspace *baseOf(fz_colorspace *space);
+
+/// Values of `space` as values of its base space. All releases: the interface converts to device
+/// spaces only, by MuPDF's own formulas.
+void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *base);
+
+/// Makes an image of `Image` that has the size, the mask and the place of `original` but other
+/// pixels, in RGB. All releases: the interface makes images from pixels only, which would decode
+/// them all at once. `Image` begins with an fz_image and a pointer to its original, which it owns.
+struct DerivedImage
+{
+    fz_image super;
+    fz_image *original;
+};
+using ImagePixels = fz_pixmap *(fz_context *, fz_image *, fz_irect *, int, int, int *);
+DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, std::size_t size,
+                              ImagePixels *pixels);
+
+/// The pixels of the original of an image, as MuPDF would get them for the image itself.
+fz_pixmap *originalPixels(fz_context *ctx, DerivedImage *image, fz_irect *area, int width,
+                          int height, int *l2factor);
+
+} // namespace pdfcore
