@@ -77,6 +77,8 @@ function(quillora_add_library name)
         set(kind SHARED)
     endif()
     add_library(${target} ${kind} ${ARG_SOURCES})
+    # The tests use the private parts of the engine as well.
+    set_target_properties(${target} PROPERTIES WINDOWS_EXPORT_ALL_SYMBOLS ON)
     if(ARG_PRECOMPILED)
         target_precompile_headers(${target} PRIVATE ${ARG_PRECOMPILED})
     endif()
@@ -160,7 +162,7 @@ endfunction()
 # Tests are compiled with little optimisation, because they are built more often than they run, and
 # libraries and executables alike, so that they can share precompiled headers.
 function(quillora_use_test_options target)
-    if(NOT MSVC)
+    if(UNIX)
         target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1;-g1> -fPIC)
     endif()
 endfunction()
@@ -207,6 +209,9 @@ function(quillora_add_test name)
         target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
     endif()
     add_test(NAME ${name} COMMAND ${name})
+    # The folder of a test is a label, so that tests can be chosen by what they are about.
+    file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+    list(APPEND ARG_LABELS "${folder}")
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}
         LABELS "${ARG_LABELS}"

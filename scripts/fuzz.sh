@@ -17,7 +17,7 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 build="${QUILLORA_FUZZ_BUILD:-$root/build/fuzz}"
 
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DQUILLORA_BUILD_TESTS=OFF -DQUILLORA_FUZZ=ON -DQUILLORA_SANITIZE=address,undefined >/dev/null
+    -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON -DQUILLORA_BUILD_TESTS=OFF -DQUILLORA_FUZZ=ON -DQUILLORA_SANITIZE=address,undefined >/dev/null
 cmake --build "$build" --target fuzz_engine ${QUILLORA_JOBS:+-j "$QUILLORA_JOBS"}
 
 mkdir -p "$build/corpus" "$build/failures"
