@@ -7,7 +7,7 @@
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/save/output_document.h"
 #include "pdfcore/src/session/document_session.h"
-#include "pdfcore/src/session/file_revisions.h"
+#include "pdfcore/src/session/engine.h"
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
@@ -96,7 +96,7 @@ EngineError checkSources(const QList<PdfSourcePage> &pages)
         }
         checked = page.revision.get();
         EngineError outcome;
-        FileRevisions::instance().locate(page, &outcome);
+        Engine::instance().revisions().locate(page, &outcome);
         if (outcome.isError()) {
             return outcome;
         }
@@ -129,7 +129,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     if (EngineError error = checkSources(pages); error.isError()) {
         return error;
     }
-    if (!FileRevisions::instance().replaceTarget(file, &reason)) {
+    if (!Engine::instance().revisions().replaceTarget(file, &reason)) {
         return {PdfBackendError::WriteFailed, reason};
     }
     return {};

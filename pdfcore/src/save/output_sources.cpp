@@ -4,8 +4,7 @@
 #include "pdfcore/src/base/file_identity.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/session/document_session.h"
-#include "pdfcore/src/session/file_revisions.h"
-#include "pdfcore/src/session/session_pool.h"
+#include "pdfcore/src/session/engine.h"
 
 #include <QTemporaryFile>
 #include <QVersionNumber>
@@ -68,7 +67,8 @@ std::unique_ptr<SourceDocument> newSource(const std::shared_ptr<QPDF> &document,
 std::shared_ptr<const PageTree> shownPages(const QString &path, const QString &password)
 {
     EngineError outcome;
-    const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
+    const SessionPool::Lease session =
+        Engine::instance().sessions().acquire(path, password, &outcome);
     return session ? session->pages() : nullptr;
 }
 
@@ -80,7 +80,7 @@ OutputSources::~OutputSources() = default;
 
 SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outcome)
 {
-    const QString path = FileRevisions::instance().locate(page, outcome);
+    const QString path = Engine::instance().revisions().locate(page, outcome);
     if (outcome->isError()) {
         return nullptr;
     }
@@ -91,7 +91,7 @@ SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outco
         const EngineError opened = open(path, page.password, &source);
         // The content may have moved before it was open; what is open stays what it is.
         EngineError moved;
-        if (FileRevisions::instance().locate(page, &moved) != path) {
+        if (Engine::instance().revisions().locate(page, &moved) != path) {
             *outcome = moved;
             return moved.isError() ? nullptr : get(page, outcome);
         }

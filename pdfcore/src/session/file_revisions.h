@@ -16,12 +16,17 @@
 namespace pdfcore {
 
 class AtomicFile;
+class SessionPool;
+class SupersededFolder;
 
-/// The revisions of files that are in use anywhere in the program; see PdfFileRevision. Any thread.
+/// The revisions of files that are in use; see PdfFileRevision. Any thread.
 class FileRevisions final
 {
 public:
-    static FileRevisions &instance();
+    /// @param sessions    Closed before their files are replaced or removed. The revisions keep no
+    ///                    hold of them, as they may outlive all else.
+    /// @param superseded  Where content is kept; outlives this object.
+    FileRevisions(std::shared_ptr<SessionPool> sessions, SupersededFolder &superseded);
 
     /// The revision that `file` names; the same object as long as one is in use.
     PdfFileRevisionPtr use(const FileIdentity &file);
@@ -40,9 +45,11 @@ private:
     /// Keeps what is used of the target. On failure nothing has changed.
     bool keepSuperseded(const QString &target, Revisions *changed, QString *reason);
     /// Takes the content of these revisions as being in their file again.
-    static void takeBack(const Revisions &revisions);
+    void takeBack(const Revisions &revisions);
     Revisions revisionsInUse(const QString &path);
 
+    std::shared_ptr<SessionPool> m_sessions;
+    SupersededFolder &m_superseded;
     std::mutex m_replacing; ///< Files are replaced one after another.
     std::mutex m_mutex;     ///< Guards what follows.
     /// By the comparable path. Those no longer in use are dropped when their file is used again.

@@ -24,7 +24,7 @@ struct PoolLimits
     std::chrono::milliseconds idleTime = std::chrono::seconds{15};
 };
 
-/// The open documents of the process, lent to one thread at a time.
+/// Open documents, lent to one thread at a time.
 ///
 /// A thread that needs a document gets an idle session of the same file, in the same state and
 /// with the same password, or opens one more. Returned sessions wait for the next use, bounded in
@@ -73,7 +73,6 @@ public:
         QString m_key;
     };
 
-    static SessionPool &instance();
     explicit SessionPool(const PoolLimits &limits = {});
     ~SessionPool();
     SessionPool(const SessionPool &) = delete;
