@@ -46,6 +46,8 @@ public:
         , m_pruneThread(std::move(pruneThread))
         , m_isMain(isMain)
     {}
+    ActionPruner(const ActionPruner &) = delete;
+    ActionPruner &operator=(const ActionPruner &) = delete;
 
     /// Changes an action and those that follow it in place.
     Result pruned(QPDFObjectHandle action);

@@ -28,6 +28,9 @@ public:
     };
 
     LinkPruner(SourceDocument &source, Role role);
+    // What prunes the actions refers back to this object.
+    LinkPruner(const LinkPruner &) = delete;
+    LinkPruner &operator=(const LinkPruner &) = delete;
 
     /// Looks through the annotations and actions of a kept page. Every annotation is an object of
     /// its own afterwards, and names the page as its own if it names one.
