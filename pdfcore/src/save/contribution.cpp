@@ -83,9 +83,9 @@ void Contribution::bringPages(QPDF &output, bool isMain)
         return;
     }
     m_copier = std::make_unique<ObjectCopier>(output, m_source.handle());
-    // All pages have their places before the first is copied, so that each finds the others.
+    // All pages are reserved before the first is copied, so that each finds the others.
     for (const int index : m_source.keptPages()) {
-        m_pages[index] = newPlace(output);
+        m_pages[index] = QPDFObjectHandle::newReserved(&output);
         m_copier->map(m_source.page(index), m_pages[index]);
     }
     for (const int index : m_source.keptPages()) {
@@ -93,7 +93,7 @@ void Contribution::bringPages(QPDF &output, bool isMain)
         for (const char *key : {"/Parent", "/B", "/DPart"}) {
             page.removeKey(key);
         }
-        output.replaceObject(m_pages[index].getObjGen(), m_copier->copy(page));
+        output.replaceReserved(m_pages[index], m_copier->copy(page));
     }
 }
 

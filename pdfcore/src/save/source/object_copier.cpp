@@ -48,12 +48,6 @@ bool belongsToStructure(const std::string &key)
 
 } // namespace
 
-QPDFObjectHandle newPlace(QPDF &document)
-{
-    // Not a null: QPDF drops entries that are null when they are set.
-    return document.makeIndirectObject(QPDFObjectHandle::newDictionary());
-}
-
 ObjectCopier::ObjectCopier(QPDF &target, std::shared_ptr<QPDF> source)
     : m_target(target)
     , m_source(std::move(source))
@@ -86,7 +80,7 @@ QPDFObjectHandle ObjectCopier::reference(QPDFObjectHandle object)
     } else if (object.isStream()) {
         copied = QPDFObjectHandle::newStream(&m_target);
     } else {
-        copied = newPlace(m_target);
+        copied = QPDFObjectHandle::newReserved(&m_target);
     }
     m_copies[id] = copied;
     if (copied.isIndirect()) {
@@ -137,7 +131,7 @@ void ObjectCopier::copyWaiting()
             m_streams->add(copied.getObjGen(), object);
             copied.replaceStreamData(m_streams, filter, parameters);
         } else {
-            m_target.replaceObject(copied.getObjGen(), translateValue(object));
+            m_target.replaceReserved(copied, translateValue(object));
         }
     }
 }

@@ -10,9 +10,6 @@
 
 namespace pdfcore {
 
-/// An object that can be referred to before it is known what will be in it.
-QPDFObjectHandle newPlace(QPDF &document);
-
 /// Copies objects of one document into another, with everything they refer to, each object once.
 ///
 /// QPDF's own copying leaves a null in the place of every page that has not been copied yet, and
