@@ -34,8 +34,8 @@ void Contribution::prune(LinkPruner::Role role)
     dropGonePages();
 }
 
-/// Finds the annotations of the pages that stay. A pop-up may be listed by another page than what
-/// it belongs to; it moves to that one's page.
+/// Finds the annotations of the pages that stay. A pop-up (ISO 32000-2, 12.5.6.14) may be listed by
+/// another page than what it belongs to; it moves to that one's page.
 std::set<QPDFObjGen> Contribution::keepAnnotations()
 {
     std::set<QPDFObjGen> kept;
@@ -89,6 +89,8 @@ void Contribution::bringPages(QPDF &output, bool isMain)
         m_copier->map(m_source.page(index), m_pages[index]);
     }
     for (const int index : m_source.keptPages()) {
+        // Page tree, article threads and document parts are those of the output (ISO 32000-2,
+        // 7.7.3.3).
         QPDFObjectHandle page = m_source.page(index).unsafeShallowCopy();
         for (const char *key : {"/Parent", "/B", "/DPart"}) {
             page.removeKey(key);

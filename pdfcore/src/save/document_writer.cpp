@@ -16,7 +16,7 @@ namespace pdfcore {
 
 namespace {
 
-/// Brings a trailer into the form that QPDF relies on when it writes.
+/// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
 void prepareTrailer(QPDFObjectHandle trailer)
 {
     // The right value is written in its place, but only if there is one.
@@ -28,7 +28,7 @@ void prepareTrailer(QPDFObjectHandle trailer)
     }
 }
 
-/// Assembles and writes the output to `file`. The sources are closed again when it returns.
+/// Assembles and writes the output to `file`. The source files are closed again when it returns.
 EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
 {
     QDeviceOutput pipeline(file.device());
@@ -86,7 +86,7 @@ EngineError check(const QString &path, qsizetype pageCount)
     }
 }
 
-/// Whether the sources are still what they were when they were read.
+/// Whether the source files still hold the revisions that were read.
 EngineError checkSources(const QList<PdfSourcePage> &pages)
 {
     const PdfFileRevision *checked = nullptr;

@@ -11,7 +11,7 @@
 
 namespace pdfcore {
 
-/// What a revision of a file is and where it is.
+/// What a revision of a file is, and where its content is.
 struct RevisionContent
 {
     FileIdentity file;
@@ -73,8 +73,7 @@ QString FileRevisions::locate(const PdfSourcePage &page, EngineError *outcome)
     FileIdentity place = page.revision->m_content->place();
     FileIdentity now = FileIdentity::of(place.path);
     while (!now.isSameRevision(place)) {
-        // The content may have been kept elsewhere, and its file replaced, since its place was
-        // asked for.
+        // The revision may have been superseded since its place was asked for.
         const FileIdentity later = page.revision->m_content->place();
         if (later.path == place.path) {
             break;
@@ -95,18 +94,18 @@ bool FileRevisions::replaceTarget(AtomicFile &file, QString *reason)
 {
     const std::lock_guard lock(m_replacing);
     const SessionPool::FileClosure closure(*m_sessions, file.target());
-    Revisions changed;
-    if (!keepSuperseded(file.target(), &changed, reason)) {
+    Revisions superseded;
+    if (!keepSuperseded(file.target(), &superseded, reason)) {
         return false;
     }
     if (file.commit(reason)) {
         return true;
     }
-    takeBack(changed);
+    takeBack(superseded);
     return false;
 }
 
-bool FileRevisions::keepSuperseded(const QString &target, Revisions *changed, QString *reason)
+bool FileRevisions::keepSuperseded(const QString &target, Revisions *superseded, QString *reason)
 {
     const FileIdentity now = FileIdentity::of(target);
     if (!now.exists()) {
@@ -118,20 +117,20 @@ bool FileRevisions::keepSuperseded(const QString &target, Revisions *changed, QS
             continue;
         }
         const QString kept = m_superseded.keep(target, reason);
-        const FileIdentity superseded = FileIdentity::of(kept);
+        const FileIdentity place = FileIdentity::of(kept);
         const bool isWhole =
-            superseded.size == now.size && FileIdentity::of(target).isSameRevision(content.file);
+            place.size == now.size && FileIdentity::of(target).isSameRevision(content.file);
         if (kept.isEmpty() || !isWhole) {
             if (!kept.isEmpty()) {
                 QFile::remove(kept);
                 *reason = QStringLiteral("The file was changed by another program.");
             }
-            takeBack(*changed);
+            takeBack(*superseded);
             return false;
         }
-        changed->push_back(revision);
+        superseded->push_back(revision);
         const std::lock_guard lock(content.mutex);
-        content.superseded = superseded;
+        content.superseded = place;
     }
     return true;
 }

@@ -26,7 +26,7 @@ struct PoolLimits
 
 /// Open documents, lent to one thread at a time.
 ///
-/// A thread that needs a document gets an idle session of the same file, in the same state and
+/// A thread that needs a document gets an idle session of the same revision of the file, opened
 /// with the same password, or opens one more. Returned sessions wait for the next use, bounded in
 /// number and memory, and are closed after a while without use, or when their file is about to be
 /// replaced. All operations may be called from any thread.

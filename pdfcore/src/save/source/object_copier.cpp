@@ -6,16 +6,16 @@
 
 namespace pdfcore {
 
-/// Hands out the data of copied streams as it stands in their source.
-class ObjectCopier::StreamSource final : public QPDFObjectHandle::StreamDataProvider
+/// Hands out the data of copied streams as it stands in the source document.
+class ObjectCopier::StreamData final : public QPDFObjectHandle::StreamDataProvider
 {
 public:
-    explicit StreamSource(std::shared_ptr<QPDF> source)
+    explicit StreamData(std::shared_ptr<QPDF> source)
         : QPDFObjectHandle::StreamDataProvider(true)
         , m_source(std::move(source))
     {}
 
-    void add(QPDFObjGen target, QPDFObjectHandle source) { m_streams[target] = source; }
+    void add(QPDFObjGen target, QPDFObjectHandle stream) { m_streams[target] = stream; }
 
     bool provideStreamData(const QPDFObjGen &target, Pipeline *pipeline, bool suppressWarnings,
                            bool willRetry) override
@@ -51,7 +51,7 @@ bool belongsToStructure(const std::string &key)
 ObjectCopier::ObjectCopier(QPDF &target, std::shared_ptr<QPDF> source)
     : m_target(target)
     , m_source(std::move(source))
-    , m_streams(std::make_shared<StreamSource>(m_source))
+    , m_streams(std::make_shared<StreamData>(m_source))
 {}
 
 ObjectCopier::~ObjectCopier() = default;
