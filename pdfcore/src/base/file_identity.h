@@ -7,7 +7,7 @@
 
 namespace pdfcore {
 
-/// What tells one state of a file from another: where it is, how large, and when it was written.
+/// What tells one revision of a file from another: where it is, how large, and when it was written.
 struct FileIdentity
 {
     QString path;

@@ -89,7 +89,7 @@ void Contribution::bringPages(QPDF &output, bool isMain)
         m_copier->map(m_source.page(index), m_pages[index]);
     }
     for (const int index : m_source.keptPages()) {
-        // Page tree, article threads and document parts are those of the output (ISO 32000-2,
+        // The output has a page tree, article threads and document parts of its own (ISO 32000-2,
         // 7.7.3.3).
         QPDFObjectHandle page = m_source.page(index).unsafeShallowCopy();
         for (const char *key : {"/Parent", "/B", "/DPart"}) {

@@ -23,8 +23,8 @@ class OutputForm;
 /// gone is taken out of it. Pages of others come in as copies, and what their documents say about
 /// them joins what the main one says. For one thread.
 ///
-/// The page tree (ISO 32000-2, 7.7.3) is made anew: QPDF adds pages to a flat one, at a cost that
-/// grows with the number of pages, and clones a page that comes twice with the annotations shared.
+/// The page tree (ISO 32000-2, 7.7.3.2) is made anew as a balanced one; QPDF's own operations on
+/// pages make it flat.
 class OutputDocument
 {
 public:
