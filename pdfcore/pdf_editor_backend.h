@@ -39,8 +39,8 @@ struct PdfSourcePage
     /// True for a page that is created empty instead of copied from a file; a page that names no
     /// file is created empty as well.
     bool isBlank = false;
-    /// The revision of the file that is meant, as inspectDocument() found it; null for the file as
-    /// it is when the page is used.
+    /// The revision of the source file that is meant, as inspectDocument() found it; null for the
+    /// one that the file holds when the page is used.
     PdfFileRevisionPtr revision;
     /// The page is of the document that is being edited. What belongs to a document as a whole,
     /// such as its title, comes from that one; where no page is marked, from that of the first
@@ -86,7 +86,7 @@ public:
     /// to it. Returns a null image on failure. A page that takes too long or too much memory fails,
     /// and so does a target of more than 2^29 pixels.
     /// Errors: RenderFailed, or those of inspectDocument() when the file does not open;
-    /// FileNotFound also when it is not in the revision that the page names.
+    /// FileNotFound also when it does not hold the revision that the page names.
     static QImage renderPage(const PdfSourcePage &page, QSize targetSize, PdfBackendError *error,
                              QString *message);
 
@@ -102,9 +102,9 @@ public:
     /// The document is written to a temporary file in the target's folder, checked by reopening it
     /// and then moved over `path` in one step; the target's permissions are kept. On failure the
     /// target is as it was before and no temporary file remains. The target may be one of the
-    /// sources; see PdfFileRevision for what becomes of its old content. A source that is not in
-    /// the revision that its pages name ends the operation. Errors: WriteFailed, or those of
-    /// inspectDocument() for a source.
+    /// source files; see PdfFileRevision for what becomes of its superseded content. A source file
+    /// that does not hold the revision that its pages name ends the operation.
+    /// Errors: WriteFailed, or those of inspectDocument() for a source file.
     static bool saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
                              PdfBackendError *error, QString *message);
 };

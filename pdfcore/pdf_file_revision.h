@@ -14,9 +14,9 @@ struct RevisionContent;
 /// One revision of a file whose pages somebody uses: what the file held when it was inspected.
 ///
 /// As long as a reference to it lives, its pages stay the same ones. When the engine replaces the
-/// file, the old content is kept in a private place first and read from there; it is removed
-/// with the last reference. A change by another program cannot be foreseen: from then on, reading
-/// this revision fails instead of taking the new content for the old.
+/// file, a revision in use is superseded: its content is kept in a private place first, read from
+/// there, and removed with the last reference. A change by another program cannot be foreseen: from
+/// then on, reading this revision fails instead of taking another one for it.
 ///
 /// Made by PdfEditorBackend::inspectDocument(); immutable for its users, who may be on any thread.
 class PdfFileRevision final
@@ -26,12 +26,12 @@ public:
     PdfFileRevision(const PdfFileRevision &) = delete;
     PdfFileRevision &operator=(const PdfFileRevision &) = delete;
 
-    /// The path that was inspected, also when the content is elsewhere now.
+    /// The path that was inspected, also when the revision is superseded.
     [[nodiscard]] QString path() const;
     /// Tells the revisions of one file apart: 0 for the first that this process has seen.
     [[nodiscard]] int generation() const;
 
-    /// Removes content that processes which are gone have kept. Any thread.
+    /// Removes superseded content that processes which are gone have kept. Any thread.
     static void removeLeftOvers();
 
 private:

@@ -4,15 +4,14 @@
 #include "pdfcore/src/base/engine_error.h"
 #include "pdfcore/src/save/document_writer.h"
 #include "pdfcore/src/session/batch_renderer.h"
-#include "pdfcore/src/session/file_revisions.h"
-#include "pdfcore/src/session/session_pool.h"
+#include "pdfcore/src/session/engine.h"
 
 #include <exception>
 
 namespace {
 
+using pdfcore::Engine;
 using pdfcore::EngineError;
-using pdfcore::FileRevisions;
 using pdfcore::SessionPool;
 
 /// Runs a step of the engine; nothing that it throws gets out.
@@ -34,12 +33,14 @@ bool PdfEditorBackend::inspectDocument(const QString &path, const QString &passw
 {
     const EngineError outcome = guarded(PdfBackendError::InvalidDocument, [&] {
         EngineError step;
-        const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &step);
+        const SessionPool::Lease session =
+            Engine::instance().sessions().acquire(path, password, &step);
         if (!session) {
             return step;
         }
         if (info != nullptr) {
-            *info = {session->pages()->pageSizes, FileRevisions::instance().use(session->file())};
+            *info = {session->pages()->pageSizes,
+                     Engine::instance().revisions().use(session->file())};
         }
         return step;
     });

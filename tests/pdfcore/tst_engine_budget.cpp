@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/session/document_session.h"
-#include "pdfcore/src/session/session_pool.h"
+#include "pdfcore/src/session/engine.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -12,10 +12,10 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 using pdfcore::DocumentSession;
+using pdfcore::Engine;
 using pdfcore::EngineError;
 using pdfcore::FileIdentity;
 using pdfcore::SessionBudgets;
-using pdfcore::SessionPool;
 
 namespace {
 
@@ -112,8 +112,8 @@ private slots:
 
 void TestEngineBudget::cleanup()
 {
-    SessionPool::instance().setBudgets({});
-    SessionPool::instance().closeIdle();
+    Engine::instance().sessions().setBudgets({});
+    Engine::instance().sessions().closeIdle();
 }
 
 void TestEngineBudget::slowPagesAreGivenUp_data()
@@ -182,15 +182,15 @@ void TestEngineBudget::largePagesAreGivenUp()
     const QString path = folder.add(u"large.pdf"_s, giantProfile());
     SessionBudgets budgets;
     budgets.page.bytes = std::size_t{16} << 20;
-    SessionPool::instance().setBudgets(budgets);
+    Engine::instance().sessions().setBudgets(budgets);
     const Rendering rendering = render(filePage(path));
     QVERIFY(rendering.image.isNull());
     QCOMPARE(rendering.error, PdfBackendError::RenderFailed);
     QVERIFY2(rendering.message.contains(u"memory"_s), qPrintable(rendering.message));
 
     budgets.page.bytes = std::size_t{512} << 20;
-    SessionPool::instance().setBudgets(budgets);
-    SessionPool::instance().closeIdle();
+    Engine::instance().sessions().setBudgets(budgets);
+    Engine::instance().sessions().closeIdle();
     COMPARE_COLOUR(middle(render(filePage(path)).image), Qt::red, 1);
 }
 
@@ -213,7 +213,7 @@ void TestEngineBudget::giantImagesStayWithinTheLimit()
     const QString path = folder.add(u"large.pdf"_s, giantImage(space));
     SessionBudgets budgets;
     budgets.page.time = 1s;
-    SessionPool::instance().setBudgets(budgets);
+    Engine::instance().sessions().setBudgets(budgets);
     QElapsedTimer timer;
     timer.start();
     const Rendering rendering = render(filePage(path), size);
@@ -241,7 +241,7 @@ void TestEngineBudget::theNextPageOfTheBatchIsRendered()
     const QString path = folder.add(u"trouble.pdf"_s, content);
     SessionBudgets budgets;
     budgets.page = {kShortTime, std::size_t{16} << 20};
-    SessionPool::instance().setBudgets(budgets);
+    Engine::instance().sessions().setBudgets(budgets);
     QStringList errors;
     const QList<QImage> images =
         PdfEditorBackend::renderPages({filePage(path, 1), filePage(path, 0), filePage(path, 1)},
@@ -274,7 +274,7 @@ void TestEngineBudget::rotationAndAnnotationsDoNotEscapeTheLimit()
     const QString path = folder.add(u"slow.pdf"_s, PdfFixture::fromObjects(objects));
     SessionBudgets budgets;
     budgets.page.time = kShortTime;
-    SessionPool::instance().setBudgets(budgets);
+    Engine::instance().sessions().setBudgets(budgets);
     QElapsedTimer timer;
     timer.start();
     const Rendering rendering = render(filePage(path, 0, 90));
@@ -289,20 +289,20 @@ void TestEngineBudget::openingIsLimited()
     const QString path = folder.add(u"good.pdf"_s, PdfFixture::pagesByNumber(100));
     SessionBudgets budgets;
     budgets.open = {0ms, std::size_t{1} << 30};
-    SessionPool::instance().setBudgets(budgets);
+    Engine::instance().sessions().setBudgets(budgets);
     const Inspection slow = inspect(path);
     QVERIFY(!slow.ok);
     QCOMPARE(slow.error, PdfBackendError::InvalidDocument);
     QVERIFY2(slow.message.contains(u"too long"_s), qPrintable(slow.message));
 
     budgets.open = {20s, 10'000};
-    SessionPool::instance().setBudgets(budgets);
+    Engine::instance().sessions().setBudgets(budgets);
     const Inspection large = inspect(path);
     QVERIFY(!large.ok);
     QCOMPARE(large.error, PdfBackendError::InvalidDocument);
     QVERIFY2(large.message.contains(u"memory"_s), qPrintable(large.message));
 
-    SessionPool::instance().setBudgets({});
+    Engine::instance().sessions().setBudgets({});
     QVERIFY(inspect(path).ok);
 }
 

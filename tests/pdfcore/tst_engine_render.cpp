@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
-#include "pdfcore/src/session/session_pool.h"
+#include "pdfcore/src/session/engine.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -612,7 +612,7 @@ void TestEngineRender::aBatchIsSharedBetweenThreads()
     constexpr int kPages = 60;
     Folder folder;
     const QString path = folder.add(u"many.pdf"_s, PdfFixture::pagesByNumber(kPages));
-    pdfcore::SessionPool::instance().closeIdle();
+    pdfcore::Engine::instance().sessions().closeIdle();
     QList<PdfSourcePage> pages;
     for (int i = 0; i < kPages; ++i) {
         pages.append(filePage(path, kPages - 1 - i));
@@ -626,7 +626,7 @@ void TestEngineRender::aBatchIsSharedBetweenThreads()
         COMPARE_COLOUR(middle(images.at(i)), PdfFixture::numberColour(kPages - 1 - i), 1);
     }
     // Each thread had the document open for itself.
-    QVERIFY(pdfcore::SessionPool::instance().idleCount() >= 2);
+    QVERIFY(pdfcore::Engine::instance().sessions().idleCount() >= 2);
 }
 
 QTEST_GUILESS_MAIN(TestEngineRender)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_file_revision.h"
 #include "pdfcore/src/base/atomic_file.h"
-#include "pdfcore/src/session/file_revisions.h"
+#include "pdfcore/src/session/engine.h"
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -85,6 +85,8 @@ private slots:
     void contentOnAnotherDiskIsCopied();
     void aFailedReplacementLeavesTheStateInItsFile();
     void statesBehindOneLinkHaveNumbersOfTheirOwn();
+    void enginesHaveSessionsAndRevisionsOfTheirOwn();
+    void aRevisionMayOutliveItsEngine();
 };
 
 void TestFileRevisions::initTestCase()
@@ -406,7 +408,7 @@ void TestFileRevisions::aFailedReplacementLeavesTheStateInItsFile()
     QVERIFY(file.open(&reason));
     QVERIFY(file.finishWriting(&reason));
     QVERIFY(QFile::remove(file.temporaryPath()));
-    QVERIFY(!pdfcore::FileRevisions::instance().replaceTarget(file, &reason));
+    QVERIFY(!pdfcore::Engine::instance().revisions().replaceTarget(file, &reason));
     QVERIFY(!reason.isEmpty());
     QCOMPARE(keptFiles(), QStringList());
     QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
@@ -429,6 +431,48 @@ void TestFileRevisions::statesBehindOneLinkHaveNumbersOfTheirOwn()
     QCOMPARE(after.size(), 3);
     QVERIFY(before.constFirst().revision->generation() !=
             after.constFirst().revision->generation());
+}
+
+void TestFileRevisions::enginesHaveSessionsAndRevisionsOfTheirOwn()
+{
+    Folder folder;
+    const QString path = folder.add(u"two.pdf"_s, PdfFixture::pagesByNumber(2));
+    const pdfcore::FileIdentity file = pdfcore::FileIdentity::of(path);
+    pdfcore::Engine first;
+    pdfcore::Engine second;
+    pdfcore::EngineError outcome;
+    QVERIFY(first.sessions().acquire(path, {}, &outcome));
+    QCOMPARE(first.sessions().idleCount(), 1);
+    QCOMPARE(second.sessions().idleCount(), 0);
+    const PdfFileRevisionPtr revision = first.revisions().use(file);
+    QCOMPARE(first.revisions().use(file), revision);
+    QVERIFY(second.revisions().use(file) != revision);
+}
+
+void TestFileRevisions::aRevisionMayOutliveItsEngine()
+{
+    Folder folder;
+    const QString path = folder.add(u"two.pdf"_s, PdfFixture::pagesByNumber(2));
+    PdfSourcePage page = filePage(path);
+    {
+        pdfcore::Engine engine;
+        page.revision = engine.revisions().use(pdfcore::FileIdentity::of(path));
+        pdfcore::AtomicFile file(path);
+        QString reason;
+        QVERIFY(file.open(&reason));
+        file.device().write(PdfFixture::pagesByNumber(1));
+        QVERIFY(file.finishWriting(&reason));
+        QVERIFY2(engine.revisions().replaceTarget(file, &reason), qPrintable(reason));
+        pdfcore::EngineError outcome;
+        const QString kept = engine.revisions().locate(page, &outcome);
+        QCOMPARE(keptFiles(), QStringList{kept});
+        QVERIFY(engine.sessions().acquire(kept, {}, &outcome));
+        QCOMPARE(engine.sessions().idleCount(), 1);
+    }
+    QCOMPARE(keptFiles(), QStringList());
+    QCOMPARE(render(page).error, PdfBackendError::FileNotFound);
+    page.revision.reset();
+    QVERIFY(render(page).ok);
 }
 
 QTEST_GUILESS_MAIN(TestFileRevisions)

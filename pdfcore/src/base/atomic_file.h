@@ -11,6 +11,9 @@ namespace pdfcore {
 /// Until commit() succeeds the target is untouched; the temporary file is removed with the object.
 /// A symbolic link as target stays a link: the file it leads to is replaced. An existing target
 /// keeps its permissions and must be writable by them.
+///
+/// QSaveFile does not tell the name of its temporary file, which is read back here before it takes
+/// the target's place, and makes that name from the target's, which can be too long already.
 class AtomicFile final
 {
 public:

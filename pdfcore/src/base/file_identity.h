@@ -7,7 +7,7 @@
 
 namespace pdfcore {
 
-/// What tells one state of a file from another: where it is, how large, and when it was written.
+/// What tells one revision of a file from another: where it is, how large, and when it was written.
 struct FileIdentity
 {
     QString path;
@@ -20,7 +20,7 @@ struct FileIdentity
 
     [[nodiscard]] bool exists() const { return size >= 0; }
     /// Whether the file has not been written between the two; the path does not count.
-    [[nodiscard]] bool isSameState(const FileIdentity &other) const
+    [[nodiscard]] bool isSameRevision(const FileIdentity &other) const
     {
         return size == other.size && modified == other.modified && number == other.number;
     }

@@ -4,10 +4,10 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QStandardPaths>
 
 #include <optional>
+#include <unordered_map>
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -74,18 +74,18 @@ public:
 
     [[nodiscard]] std::optional<FontFile> byName(const QByteArray &name) const
     {
-        const auto found = m_byName.constFind(plainName(name));
-        return found == m_byName.constEnd() ? std::nullopt : std::optional(*found);
+        return find(m_byName, plainName(name));
     }
 
     [[nodiscard]] std::optional<FontFile> byFamily(const QByteArray &name, bool bold,
                                                    bool italic) const
     {
-        const auto found = m_byFamily.constFind(styledKey(familyPart(name), bold, italic));
-        return found == m_byFamily.constEnd() ? std::nullopt : std::optional(*found);
+        return find(m_byFamily, styledKey(familyPart(name), bold, italic));
     }
 
 private:
+    using Table = std::unordered_map<QByteArray, FontFile>;
+
     SystemFonts()
     {
         FT_Library library = nullptr;
@@ -118,7 +118,7 @@ private:
             faces = face->num_faces;
             const FontFile file{utf8, static_cast<int>(i)};
             if (const char *name = FT_Get_Postscript_Name(face)) {
-                m_byName.tryEmplace(plainName(name), file);
+                m_byName.try_emplace(plainName(name), file);
             }
             if (face->family_name != nullptr) {
                 const QByteArray style = plainName(QByteArray(face->style_name));
@@ -129,22 +129,18 @@ private:
                     style == "bolditalic" || style == "oblique" || style == "boldoblique" ||
                     style == "book" || style == "normal";
                 if (isBasicStyle) {
-                    m_byFamily.tryEmplace(styledKey(face->family_name, bold, italic), file);
+                    m_byFamily.try_emplace(styledKey(face->family_name, bold, italic), file);
                 }
             }
             FT_Done_Face(face);
         }
     }
 
-    struct Table : QHash<QByteArray, FontFile>
+    static std::optional<FontFile> find(const Table &table, const QByteArray &key)
     {
-        void tryEmplace(const QByteArray &key, const FontFile &file)
-        {
-            if (!contains(key)) {
-                insert(key, file);
-            }
-        }
-    };
+        const auto found = table.find(key);
+        return found == table.end() ? std::nullopt : std::optional(found->second);
+    }
 
     Table m_byName;
     Table m_byFamily;

@@ -10,7 +10,12 @@
 
 namespace pdfcore {
 
-/// The entries of a name tree or a number tree, in the order in which they are found.
+// Trees are read and written as a whole. QPDF's own QPDFNameTreeObjectHelper has names as text, so
+// that names of different bytes may become one, and it and QPDFNumberTreeObjectHelper look entries
+// up by a search that relies on order and limits, which damaged files do not keep.
+
+/// The entries of a name tree (ISO 32000-2, 7.9.6) or a number tree (7.9.7), in the order in which
+/// they are found.
 using NameEntries = std::vector<std::pair<std::string, QPDFObjectHandle>>;
 using NumberEntries = std::vector<std::pair<long long, QPDFObjectHandle>>;
 

@@ -15,6 +15,8 @@ namespace pdfcore {
 
 /// Lets QPDF read a file through QFile, so that any path that Qt can open works.
 ///
+/// QPDF's own FileInputSource opens by fopen(), which does not take long paths on Windows.
+///
 /// Read errors throw std::runtime_error, which is what QPDF expects.
 class QFileInput final : public InputSource
 {
@@ -43,6 +45,9 @@ private:
 };
 
 /// Lets QPDF write to a QIODevice; a write that fails throws std::runtime_error.
+///
+/// Pl_Function would do for the writing alone. QPDF may take the exception for damage of the stream
+/// that is being written, so who writes has to ask afterwards.
 class QDeviceOutput final : public Pipeline
 {
 public:

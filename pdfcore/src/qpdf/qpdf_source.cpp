@@ -70,7 +70,7 @@ void addPage(QPDF &document, QPDFObjectHandle page, const Inherited &inherited,
     page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
 }
 
-/// What pages below a node inherit, from it or from above.
+/// What pages below a node inherit, from it or from above (ISO 32000-2, 7.7.3.4).
 Inherited inheritedBelow(QPDF &document, QPDFObjectHandle node, const Inherited &above)
 {
     Inherited values = above;

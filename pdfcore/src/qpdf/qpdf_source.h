@@ -21,10 +21,12 @@ namespace pdfcore {
 std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome);
 
 /// The pages of `document` in order, by the rules that DocumentSession finds them by: what has kids
-/// is a node and counts once, anything else that is a dictionary is a page.
+/// is a node and counts once, anything else that is a dictionary is a page. QPDF's own
+/// getAllPages() has other rules for damaged page trees, and the pages of an output are those that
+/// were shown.
 ///
-/// What a page inherits is written into it, and the page tree is made a flat one of these pages, so
-/// that they can be copied. Only in memory.
+/// What a page inherits (ISO 32000-2, 7.7.3.4) is written into it, and the page tree is made a flat
+/// one of these pages, so that they can be copied. Only in memory.
 std::vector<QPDFObjectHandle> pagesOf(QPDF &document);
 
 /// The error value and message for an exception that QPDF threw while reading.

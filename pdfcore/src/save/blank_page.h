@@ -7,7 +7,8 @@
 
 namespace pdfcore {
 
-/// Makes an empty page of `size` points in `document`; a size that no page can have means A4.
+/// Makes an empty page of `size` points in `document` (ISO 32000-2, 7.7.3.3); a size that no page
+/// can have means A4.
 QPDFObjectHandle newBlankPage(QPDF &document, const QSizeF &size);
 
 } // namespace pdfcore

@@ -34,8 +34,8 @@ void Contribution::prune(LinkPruner::Role role)
     dropGonePages();
 }
 
-/// Finds the annotations of the pages that stay. A pop-up may be listed by another page than what
-/// it belongs to; it moves to that one's page.
+/// Finds the annotations of the pages that stay. A pop-up (ISO 32000-2, 12.5.6.14) may be listed by
+/// another page than what it belongs to; it moves to that one's page.
 std::set<QPDFObjGen> Contribution::keepAnnotations()
 {
     std::set<QPDFObjGen> kept;
@@ -83,17 +83,19 @@ void Contribution::bringPages(QPDF &output, bool isMain)
         return;
     }
     m_copier = std::make_unique<ObjectCopier>(output, m_source.handle());
-    // All pages have their places before the first is copied, so that each finds the others.
+    // All pages are reserved before the first is copied, so that each finds the others.
     for (const int index : m_source.keptPages()) {
-        m_pages[index] = newPlace(output);
+        m_pages[index] = QPDFObjectHandle::newReserved(&output);
         m_copier->map(m_source.page(index), m_pages[index]);
     }
     for (const int index : m_source.keptPages()) {
+        // The output has a page tree, article threads and document parts of its own (ISO 32000-2,
+        // 7.7.3.3).
         QPDFObjectHandle page = m_source.page(index).unsafeShallowCopy();
         for (const char *key : {"/Parent", "/B", "/DPart"}) {
             page.removeKey(key);
         }
-        output.replaceObject(m_pages[index].getObjGen(), m_copier->copy(page));
+        output.replaceReserved(m_pages[index], m_copier->copy(page));
     }
 }
 

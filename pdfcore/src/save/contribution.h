@@ -17,8 +17,8 @@
 
 namespace pdfcore {
 
-/// What one source gives to an output: first pruned to the pages that the output has, then copied
-/// into it unless it is the output itself.
+/// What one source document gives to an output: first pruned to the pages that the output has, then
+/// copied into it unless it is the output itself.
 class Contribution
 {
 public:
@@ -45,7 +45,7 @@ public:
 
     /// A kept page in the output.
     [[nodiscard]] QPDFObjectHandle pageInOutput(int index) const;
-    /// The rotation that the page has in the source.
+    /// The rotation that the page has in the source document.
     [[nodiscard]] QPDFObjectHandle ownRotation(int index) const;
 
 private:

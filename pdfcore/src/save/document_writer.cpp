@@ -7,7 +7,7 @@
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/save/output_document.h"
 #include "pdfcore/src/session/document_session.h"
-#include "pdfcore/src/session/file_revisions.h"
+#include "pdfcore/src/session/engine.h"
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
@@ -16,7 +16,7 @@ namespace pdfcore {
 
 namespace {
 
-/// Brings a trailer into the form that QPDF relies on when it writes.
+/// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
 void prepareTrailer(QPDFObjectHandle trailer)
 {
     // The right value is written in its place, but only if there is one.
@@ -28,7 +28,7 @@ void prepareTrailer(QPDFObjectHandle trailer)
     }
 }
 
-/// Assembles and writes the output to `file`. The sources are closed again when it returns.
+/// Assembles and writes the output to `file`. The source files are closed again when it returns.
 EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
 {
     QDeviceOutput pipeline(file.device());
@@ -86,7 +86,7 @@ EngineError check(const QString &path, qsizetype pageCount)
     }
 }
 
-/// Whether the sources are still what they were when they were read.
+/// Whether the source files still hold the revisions that were read.
 EngineError checkSources(const QList<PdfSourcePage> &pages)
 {
     const PdfFileRevision *checked = nullptr;
@@ -96,7 +96,7 @@ EngineError checkSources(const QList<PdfSourcePage> &pages)
         }
         checked = page.revision.get();
         EngineError outcome;
-        FileRevisions::instance().locate(page, &outcome);
+        Engine::instance().revisions().locate(page, &outcome);
         if (outcome.isError()) {
             return outcome;
         }
@@ -129,7 +129,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     if (EngineError error = checkSources(pages); error.isError()) {
         return error;
     }
-    if (!FileRevisions::instance().replaceTarget(file, &reason)) {
+    if (!Engine::instance().revisions().replaceTarget(file, &reason)) {
         return {PdfBackendError::WriteFailed, reason};
     }
     return {};

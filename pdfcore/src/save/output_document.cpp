@@ -25,7 +25,8 @@ int quarterTurn(long long degrees)
     return static_cast<int>(((positive + 45) / 90) % 4) * 90;
 }
 
-/// Gives a page of the output the rotation `own` of its source, turned clockwise by `rotation`.
+/// Gives a page of the output the rotation `own` of its source page, turned clockwise by
+/// `rotation`. It is a multiple of 90 degrees (ISO 32000-2, 7.7.3.3).
 void turnPage(QPDFObjectHandle page, QPDFObjectHandle own, int rotation)
 {
     const long long before = own.isNumber() ? std::llround(own.getNumericValue()) : 0;
@@ -43,7 +44,7 @@ struct TreeNode
     long long pages;
 };
 
-/// Gives the document a balanced page tree of these pages.
+/// Gives the document a balanced page tree of these pages (ISO 32000-2, 7.7.3.2).
 void installPageTree(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
 {
     std::vector<TreeNode> level;
@@ -86,8 +87,8 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     }
     chooseMain(pages);
     const bool sequenceChanged = !isMainInOrder();
-    for (const auto &used : m_used) {
-        used->prune(roleOf(*used, sequenceChanged));
+    for (const auto &contribution : m_contributions) {
+        contribution->prune(roleOf(*contribution, sequenceChanged));
     }
     if (m_main != nullptr) {
         m_output = m_main->source().handle();
@@ -103,21 +104,22 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     if (sequenceChanged && m_main != nullptr) {
         dropSequenceEntries(m_main->source());
     }
-    for (const auto &used : m_used) {
-        used->bringPages(*m_output, used.get() == m_main);
+    for (const auto &contribution : m_contributions) {
+        contribution->bringPages(*m_output, contribution.get() == m_main);
     }
 
     OutputForm form(*m_output, m_main != nullptr ? m_main->fields() : FormFields());
-    for (const auto &used : m_used) {
-        form.reserveNames(used->fields());
+    for (const auto &contribution : m_contributions) {
+        form.reserveNames(contribution->fields());
     }
-    for (const auto &used : m_used) {
-        if (used.get() == m_main) {
+    for (const auto &contribution : m_contributions) {
+        if (contribution.get() == m_main) {
             continue;
         }
-        const auto fields = form.add(used->fields(), *used->copier());
-        const auto attachments = addAttachments(*m_output, used->source(), *used->copier());
-        used->renameTargets(fields, attachments);
+        const auto fields = form.add(contribution->fields(), *contribution->copier());
+        const auto attachments =
+            addAttachments(*m_output, contribution->source(), *contribution->copier());
+        contribution->renameTargets(fields, attachments);
     }
     installPageTree(*m_output, newPages(pages, form));
     form.install(pagesChanged);
@@ -125,9 +127,10 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     if (pagesChanged) {
         joinLabels();
     }
-    for (const auto &used : m_used) {
-        if (used.get() != m_main) {
-            addToCatalogue(*m_output, used->source(), *used->copier(), m_main->brokenNames());
+    for (const auto &contribution : m_contributions) {
+        if (contribution.get() != m_main) {
+            addToCatalogue(*m_output, contribution->source(), *contribution->copier(),
+                           m_main->brokenNames());
         }
     }
     return {};
@@ -143,15 +146,15 @@ EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
             if (source == nullptr) {
                 return outcome;
             }
-            auto used = std::find_if(m_used.begin(), m_used.end(), [source](const auto &known) {
-                return &known->source() == source;
-            });
-            if (used == m_used.end()) {
-                m_used.push_back(std::make_unique<Contribution>(*source));
-                used = std::prev(m_used.end());
+            auto found =
+                std::find_if(m_contributions.begin(), m_contributions.end(),
+                             [source](const auto &known) { return &known->source() == source; });
+            if (found == m_contributions.end()) {
+                m_contributions.push_back(std::make_unique<Contribution>(*source));
+                found = std::prev(m_contributions.end());
             }
             source->keep(page.pageIndex);
-            place = {used->get(), page.pageIndex};
+            place = {found->get(), page.pageIndex};
         }
         m_places.push_back(place);
     }
@@ -161,14 +164,14 @@ EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
 void OutputDocument::chooseMain(const QList<PdfSourcePage> &pages)
 {
     for (std::size_t i = 0; i < m_places.size(); ++i) {
-        if (m_places[i].source == nullptr) {
+        if (m_places[i].contribution == nullptr) {
             continue;
         }
         if (m_main == nullptr) {
-            m_main = m_places[i].source;
+            m_main = m_places[i].contribution;
         }
         if (pages.at(static_cast<qsizetype>(i)).isOfMainDocument) {
-            m_main = m_places[i].source;
+            m_main = m_places[i].contribution;
             return;
         }
     }
@@ -182,16 +185,17 @@ bool OutputDocument::isMainInOrder() const
         return false;
     }
     for (std::size_t i = 0; i < m_places.size(); ++i) {
-        if (m_places[i].source != m_main || m_places[i].index != static_cast<int>(i)) {
+        if (m_places[i].contribution != m_main || m_places[i].index != static_cast<int>(i)) {
             return false;
         }
     }
     return true;
 }
 
-LinkPruner::Role OutputDocument::roleOf(const Contribution &used, bool sequenceChanged) const
+LinkPruner::Role OutputDocument::roleOf(const Contribution &contribution,
+                                        bool sequenceChanged) const
 {
-    if (&used != m_main) {
+    if (&contribution != m_main) {
         return LinkPruner::Role::Further;
     }
     return sequenceChanged ? LinkPruner::Role::Main : LinkPruner::Role::UnchangedMain;
@@ -205,18 +209,18 @@ std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage
     for (std::size_t i = 0; i < m_places.size(); ++i) {
         const PdfSourcePage &wanted = pages.at(static_cast<qsizetype>(i));
         const Place &place = m_places[i];
-        if (place.source == nullptr) {
+        if (place.contribution == nullptr) {
             placed.push_back(newBlankPage(*m_output, wanted.pageSize));
             turnPage(placed.back(), QPDFObjectHandle::newNull(), wanted.rotation);
             continue;
         }
-        QPDFObjectHandle page = place.source->pageInOutput(place.index);
+        QPDFObjectHandle page = place.contribution->pageInOutput(place.index);
         if (!used.insert(page.getObjGen()).second) {
             AnnotationCopies copies;
             page = newPageCopy(*m_output, page, &copies);
             form.addCopies(page, copies);
         }
-        turnPage(page, place.source->ownRotation(place.index), wanted.rotation);
+        turnPage(page, place.contribution->ownRotation(place.index), wanted.rotation);
         placed.push_back(page);
     }
     return placed;
@@ -226,9 +230,9 @@ void OutputDocument::joinOutlines()
 {
     Outline joined;
     bool isPruned = false;
-    for (const auto &used : m_used) {
-        isPruned = isPruned || used->outline().isPruned();
-        joined.append(used->outline(), used->copier(), *m_output);
+    for (const auto &contribution : m_contributions) {
+        isPruned = isPruned || contribution->outline().isPruned();
+        joined.append(contribution->outline(), contribution->copier(), *m_output);
     }
     if (isPruned || !joined.entries().empty()) {
         joined.install(*m_output);
@@ -237,15 +241,17 @@ void OutputDocument::joinOutlines()
 
 void OutputDocument::joinLabels()
 {
-    const bool haveNone = std::all_of(m_used.begin(), m_used.end(),
-                                      [](const auto &used) { return used->labels().areEmpty(); });
+    const bool haveNone =
+        std::all_of(m_contributions.begin(), m_contributions.end(),
+                    [](const auto &contribution) { return contribution->labels().areEmpty(); });
     if (haveNone) {
         return;
     }
     std::vector<std::optional<PageLabel>> labels;
     for (const Place &place : m_places) {
-        labels.push_back(place.source != nullptr ? place.source->labels().at(place.index)
-                                                 : std::nullopt);
+        labels.push_back(place.contribution != nullptr
+                             ? place.contribution->labels().at(place.index)
+                             : std::nullopt);
     }
     installLabels(*m_output, labels);
 }

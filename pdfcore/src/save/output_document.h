@@ -13,8 +13,8 @@
 
 namespace pdfcore {
 
-class OutputForm;
 class Contribution;
+class OutputForm;
 
 /// Puts a document together from pages of others, with all that belongs to these pages.
 ///
@@ -22,6 +22,9 @@ class Contribution;
 /// any file, becomes the output itself: it gets a new page tree, and what led to its pages that are
 /// gone is taken out of it. Pages of others come in as copies, and what their documents say about
 /// them joins what the main one says. For one thread.
+///
+/// The page tree (ISO 32000-2, 7.7.3.2) is made anew as a balanced one; QPDF's own operations on
+/// pages make it flat.
 class OutputDocument
 {
 public:
@@ -33,29 +36,30 @@ public:
     /// Puts `pages` together. QPDF's exceptions may come out of it.
     EngineError assemble(const QList<PdfSourcePage> &pages);
 
-    /// The result; it reads from its sources until this object goes.
+    /// The result; it reads from the source documents until this object goes.
     [[nodiscard]] QPDF &document() const { return *m_output; }
-    /// The least PDF version that the sources need.
+    /// The least PDF version that the source documents need.
     [[nodiscard]] PDFVersion version() const { return m_sources.version(); }
 
 private:
-    /// A page of the output: a page of a source or a blank one.
+    /// A page of the output: a page of a source document or a blank one.
     struct Place
     {
-        Contribution *source = nullptr;
+        Contribution *contribution = nullptr; ///< Null for a blank page.
         int index = -1;
     };
 
     EngineError findPlaces(const QList<PdfSourcePage> &pages);
     void chooseMain(const QList<PdfSourcePage> &pages);
     [[nodiscard]] bool isMainInOrder() const;
-    [[nodiscard]] LinkPruner::Role roleOf(const Contribution &used, bool sequenceChanged) const;
+    [[nodiscard]] LinkPruner::Role roleOf(const Contribution &contribution,
+                                          bool sequenceChanged) const;
     std::vector<QPDFObjectHandle> newPages(const QList<PdfSourcePage> &pages, OutputForm &form);
     void joinOutlines();
     void joinLabels();
 
     OutputSources m_sources;
-    std::vector<std::unique_ptr<Contribution>> m_used; ///< By their first pages.
+    std::vector<std::unique_ptr<Contribution>> m_contributions; ///< By their first pages.
     std::vector<Place> m_places;
     Contribution *m_main = nullptr;
     std::shared_ptr<QPDF> m_output;

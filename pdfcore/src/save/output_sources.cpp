@@ -4,8 +4,7 @@
 #include "pdfcore/src/base/file_identity.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/session/document_session.h"
-#include "pdfcore/src/session/file_revisions.h"
-#include "pdfcore/src/session/session_pool.h"
+#include "pdfcore/src/session/engine.h"
 
 #include <QTemporaryFile>
 #include <QVersionNumber>
@@ -33,7 +32,7 @@ std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QStri
 }
 
 /// The PDF version that a document says it has: in its first line or, when a later change needed a
-/// higher one, in its catalogue.
+/// higher one, in its catalogue (ISO 32000-2, 7.5.2 and 7.7.2).
 PDFVersion versionOf(QPDF &document)
 {
     PDFVersion version = document.getVersionAsPDFVersion();
@@ -68,7 +67,8 @@ std::unique_ptr<SourceDocument> newSource(const std::shared_ptr<QPDF> &document,
 std::shared_ptr<const PageTree> shownPages(const QString &path, const QString &password)
 {
     EngineError outcome;
-    const SessionPool::Lease session = SessionPool::instance().acquire(path, password, &outcome);
+    const SessionPool::Lease session =
+        Engine::instance().sessions().acquire(path, password, &outcome);
     return session ? session->pages() : nullptr;
 }
 
@@ -80,18 +80,18 @@ OutputSources::~OutputSources() = default;
 
 SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outcome)
 {
-    const QString path = FileRevisions::instance().locate(page, outcome);
+    const QString path = Engine::instance().revisions().locate(page, outcome);
     if (outcome->isError()) {
         return nullptr;
     }
     const std::pair<QString, QString> key(path, page.password);
-    auto found = m_sources.find(key);
-    if (found == m_sources.end()) {
-        Source source;
-        const EngineError opened = open(path, page.password, &source);
-        // The content may have moved before it was open; what is open stays what it is.
+    auto found = m_files.find(key);
+    if (found == m_files.end()) {
+        OpenFile file;
+        const EngineError opened = open(path, page.password, &file);
+        // The revision may have been superseded before it was open; what is open stays what it is.
         EngineError moved;
-        if (FileRevisions::instance().locate(page, &moved) != path) {
+        if (Engine::instance().revisions().locate(page, &moved) != path) {
             *outcome = moved;
             return moved.isError() ? nullptr : get(page, outcome);
         }
@@ -99,7 +99,7 @@ SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outco
             *outcome = opened;
             return nullptr;
         }
-        found = m_sources.emplace(key, std::move(source)).first;
+        found = m_files.emplace(key, std::move(file)).first;
     }
     SourceDocument *document = found->second.document.get();
     if (page.pageIndex >= 0 && page.pageIndex < document->pageCount()) {
@@ -110,16 +110,16 @@ SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outco
     return nullptr;
 }
 
-EngineError OutputSources::open(const QString &path, const QString &password, Source *source)
+EngineError OutputSources::open(const QString &path, const QString &password, OpenFile *file)
 {
     EngineError outcome;
-    source->document = newSource(openQpdf(path, password, &outcome), &outcome);
-    if (!source->document && outcome.code != PdfBackendError::InvalidDocument) {
+    file->document = newSource(openQpdf(path, password, &outcome), &outcome);
+    if (!file->document && outcome.code != PdfBackendError::InvalidDocument) {
         return outcome;
     }
     const std::shared_ptr<const PageTree> shown = shownPages(path, password);
-    if (source->document) {
-        if (!shown || source->document->agreeOn(shown->pageNumbers)) {
+    if (file->document) {
+        if (!shown || file->document->agreeOn(shown->pageNumbers)) {
             return {};
         }
         outcome = {PdfBackendError::InvalidDocument,
@@ -130,17 +130,16 @@ EngineError OutputSources::open(const QString &path, const QString &password, So
         return outcome;
     }
     EngineError ignored;
-    source->document = newSource(openQpdf(repaired->fileName(), QString(), &ignored), &ignored);
-    source->repairedFile = std::move(repaired);
-    return source->document && source->document->agreeOn(shown->pageNumbers) ? EngineError{}
-                                                                             : outcome;
+    file->document = newSource(openQpdf(repaired->fileName(), QString(), &ignored), &ignored);
+    file->repairedFile = std::move(repaired);
+    return file->document && file->document->agreeOn(shown->pageNumbers) ? EngineError{} : outcome;
 }
 
 PDFVersion OutputSources::version() const
 {
     PDFVersion highest(1, 5);
-    for (const auto &[key, source] : m_sources) {
-        highest.updateIfGreater(versionOf(source.document->document()));
+    for (const auto &[key, file] : m_files) {
+        highest.updateIfGreater(versionOf(file.document->document()));
     }
     return highest;
 }

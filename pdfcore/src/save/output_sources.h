@@ -24,24 +24,24 @@ public:
     OutputSources(const OutputSources &) = delete;
     OutputSources &operator=(const OutputSources &) = delete;
 
-    /// The document that a page is of, which has that page. Null on failure, with the error in
+    /// The source document of a page, which has that page. Null on failure, with the error in
     /// `outcome`.
     SourceDocument *get(const PdfSourcePage &page, EngineError *outcome);
 
-    /// The highest PDF version that a source asks for.
+    /// The highest PDF version that a source document asks for.
     [[nodiscard]] PDFVersion version() const;
 
 private:
-    struct Source
+    struct OpenFile
     {
         std::unique_ptr<QTemporaryFile> repairedFile; ///< What is read instead, if anything.
         std::unique_ptr<SourceDocument> document;
     };
 
     /// Opens a file, by way of a repaired copy where that is needed to have all its pages.
-    static EngineError open(const QString &path, const QString &password, Source *source);
+    static EngineError open(const QString &path, const QString &password, OpenFile *file);
 
-    std::map<std::pair<QString, QString>, Source> m_sources; ///< By path and password.
+    std::map<std::pair<QString, QString>, OpenFile> m_files; ///< By path and password.
 };
 
 } // namespace pdfcore

@@ -3,13 +3,15 @@
 
 #include "pdfcore/src/save/source/annotation_copier.h"
 
+#include <qpdf/QPDFPageObjectHelper.hh>
+
 #include <vector>
 
 namespace pdfcore {
 
 QPDFObjectHandle newPageCopy(QPDF &output, QPDFObjectHandle page, AnnotationCopies *copies)
 {
-    QPDFObjectHandle copied = output.makeIndirectObject(page.shallowCopy());
+    QPDFObjectHandle copied = QPDFPageObjectHelper(page).shallowCopyPage().getObjectHandle();
     for (const char *key : {"/StructParents", "/B", "/DPart"}) {
         copied.removeKey(key);
     }

@@ -3,8 +3,7 @@
 
 #include "pdfcore/src/base/source_page.h"
 #include "pdfcore/src/render/page_painter.h"
-#include "pdfcore/src/session/file_revisions.h"
-#include "pdfcore/src/session/session_pool.h"
+#include "pdfcore/src/session/engine.h"
 
 #include <algorithm>
 #include <atomic>
@@ -68,22 +67,22 @@ public:
 private:
     bool borrow(const PdfSourcePage &page, EngineError *outcome)
     {
-        const QString path = FileRevisions::instance().locate(page, outcome);
+        const QString path = Engine::instance().revisions().locate(page, outcome);
         if (outcome->isError()) {
             return false;
         }
         if (m_session && m_path == path && m_password == page.password &&
-            m_session->file().isSameState(FileIdentity::of(path)) &&
-            !SessionPool::instance().isAwaited(path)) {
+            m_session->file().isSameRevision(FileIdentity::of(path)) &&
+            !Engine::instance().sessions().isAwaited(path)) {
             return true;
         }
         m_session = {};
-        m_session = SessionPool::instance().acquire(path, page.password, outcome);
+        m_session = Engine::instance().sessions().acquire(path, page.password, outcome);
         m_path = path;
         m_password = page.password;
         // The content may have moved before it could be borrowed; now it cannot any more.
         EngineError moved;
-        if (FileRevisions::instance().locate(page, &moved) == path) {
+        if (Engine::instance().revisions().locate(page, &moved) == path) {
             return static_cast<bool>(m_session);
         }
         m_session = {};

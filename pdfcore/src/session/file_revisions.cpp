@@ -11,11 +11,12 @@
 
 namespace pdfcore {
 
-/// What a revision of a file is and where it is.
+/// What a revision of a file is, and where its content is.
 struct RevisionContent
 {
     FileIdentity file;
     int generation = 0;
+    std::weak_ptr<SessionPool> sessions; ///< That may have the content open.
 
     mutable std::mutex mutex; ///< Guards what follows.
     FileIdentity superseded;  ///< Without a path while the content is in the file itself.
@@ -28,15 +29,14 @@ struct RevisionContent
     [[nodiscard]] bool isInFile(const FileIdentity &now) const
     {
         const std::lock_guard lock(mutex);
-        return superseded.path.isEmpty() && file.isSameState(now);
+        return superseded.path.isEmpty() && file.isSameRevision(now);
     }
 };
 
-FileRevisions &FileRevisions::instance()
-{
-    static FileRevisions files;
-    return files;
-}
+FileRevisions::FileRevisions(std::shared_ptr<SessionPool> sessions, SupersededFolder &superseded)
+    : m_sessions(std::move(sessions))
+    , m_superseded(superseded)
+{}
 
 PdfFileRevisionPtr FileRevisions::use(const FileIdentity &file)
 {
@@ -58,6 +58,7 @@ PdfFileRevisionPtr FileRevisions::use(const FileIdentity &file)
     auto content = std::make_unique<RevisionContent>();
     content->file = file;
     content->generation = m_generations[file.path]++;
+    content->sessions = m_sessions;
     PdfFileRevisionPtr revision(new PdfFileRevision(std::move(content)));
     m_revisions.emplace(key, revision);
     return revision;
@@ -71,9 +72,8 @@ QString FileRevisions::locate(const PdfSourcePage &page, EngineError *outcome)
     }
     FileIdentity place = page.revision->m_content->place();
     FileIdentity now = FileIdentity::of(place.path);
-    while (!now.isSameState(place)) {
-        // The content may have been kept elsewhere, and its file replaced, since its place was
-        // asked for.
+    while (!now.isSameRevision(place)) {
+        // The revision may have been superseded since its place was asked for.
         const FileIdentity later = page.revision->m_content->place();
         if (later.path == place.path) {
             break;
@@ -81,7 +81,7 @@ QString FileRevisions::locate(const PdfSourcePage &page, EngineError *outcome)
         place = later;
         now = FileIdentity::of(place.path);
     }
-    if (now.isSameState(place)) {
+    if (now.isSameRevision(place)) {
         return place.path;
     }
     *outcome = {PdfBackendError::FileNotFound,
@@ -93,19 +93,19 @@ QString FileRevisions::locate(const PdfSourcePage &page, EngineError *outcome)
 bool FileRevisions::replaceTarget(AtomicFile &file, QString *reason)
 {
     const std::lock_guard lock(m_replacing);
-    const SessionPool::FileClosure closure(SessionPool::instance(), file.target());
-    Revisions changed;
-    if (!keepSuperseded(file.target(), &changed, reason)) {
+    const SessionPool::FileClosure closure(*m_sessions, file.target());
+    Revisions superseded;
+    if (!keepSuperseded(file.target(), &superseded, reason)) {
         return false;
     }
     if (file.commit(reason)) {
         return true;
     }
-    takeBack(changed);
+    takeBack(superseded);
     return false;
 }
 
-bool FileRevisions::keepSuperseded(const QString &target, Revisions *changed, QString *reason)
+bool FileRevisions::keepSuperseded(const QString &target, Revisions *superseded, QString *reason)
 {
     const FileIdentity now = FileIdentity::of(target);
     if (!now.exists()) {
@@ -116,21 +116,21 @@ bool FileRevisions::keepSuperseded(const QString &target, Revisions *changed, QS
         if (!content.isInFile(now)) {
             continue;
         }
-        const QString kept = SupersededFolder::instance().keep(target, reason);
-        const FileIdentity superseded = FileIdentity::of(kept);
+        const QString kept = m_superseded.keep(target, reason);
+        const FileIdentity place = FileIdentity::of(kept);
         const bool isWhole =
-            superseded.size == now.size && FileIdentity::of(target).isSameState(content.file);
+            place.size == now.size && FileIdentity::of(target).isSameRevision(content.file);
         if (kept.isEmpty() || !isWhole) {
             if (!kept.isEmpty()) {
                 QFile::remove(kept);
                 *reason = QStringLiteral("The file was changed by another program.");
             }
-            takeBack(*changed);
+            takeBack(*superseded);
             return false;
         }
-        changed->push_back(revision);
+        superseded->push_back(revision);
         const std::lock_guard lock(content.mutex);
-        content.superseded = superseded;
+        content.superseded = place;
     }
     return true;
 }
@@ -144,7 +144,7 @@ void FileRevisions::takeBack(const Revisions &revisions)
             const std::lock_guard lock(content.mutex);
             superseded = std::exchange(content.superseded, {});
         }
-        SessionPool::instance().closeIdle(superseded.path);
+        m_sessions->closeIdle(superseded.path);
         QFile::remove(superseded.path);
     }
 }
@@ -176,7 +176,9 @@ PdfFileRevision::~PdfFileRevision()
     }
     // A session that is in use keeps the file open, which some systems do not let go of; the folder
     // goes in the end.
-    pdfcore::SessionPool::instance().closeIdle(superseded);
+    if (const auto sessions = m_content->sessions.lock()) {
+        sessions->closeIdle(superseded);
+    }
     QFile::remove(superseded);
 }
 

@@ -16,33 +16,43 @@
 namespace pdfcore {
 
 class AtomicFile;
+class SessionPool;
+class SupersededFolder;
 
-/// The revisions of files that are in use anywhere in the program; see PdfFileRevision. Any thread.
+/// The revisions of files that are in use; see PdfFileRevision. Any thread.
 class FileRevisions final
 {
 public:
-    static FileRevisions &instance();
+    /// @param sessions    Closed before their files are replaced or removed. The revisions keep no
+    ///                    hold of them, as they may outlive all else.
+    /// @param superseded  Where content is kept; outlives this object.
+    FileRevisions(std::shared_ptr<SessionPool> sessions, SupersededFolder &superseded);
 
-    /// The revision that `file` names; the same object as long as one is in use.
+    /// The revision that `file` identifies; the same object as long as it is in use.
     PdfFileRevisionPtr use(const FileIdentity &file);
 
-    /// Where the page's content is to be read from; empty with an error when it is not what it was
-    /// when it was inspected. A page that names no revision is read from its file as it is now.
+    /// Where the revision that the page names is to be read from; empty with an error when it is
+    /// neither in its file nor among superseded content. A page that names none is read from its
+    /// file.
     QString locate(const PdfSourcePage &page, EngineError *outcome);
 
-    /// Puts a finished file in the place of its target. Content of the target that is in use is
-    /// kept elsewhere before. On failure everything is as it was and the reason is in `reason`.
+    /// Puts a finished file in the place of its target. The content of the target is kept before
+    /// for each of its revisions in use. On failure everything is as it was and the reason is in
+    /// `reason`.
     bool replaceTarget(AtomicFile &file, QString *reason);
 
 private:
     using Revisions = std::vector<PdfFileRevisionPtr>;
 
-    /// Keeps what is used of the target. On failure nothing has changed.
-    bool keepSuperseded(const QString &target, Revisions *changed, QString *reason);
-    /// Takes the content of these revisions as being in their file again.
-    static void takeBack(const Revisions &revisions);
+    /// Keeps the content of the target for its revisions in use, which get into `superseded`. On
+    /// failure nothing has changed.
+    bool keepSuperseded(const QString &target, Revisions *superseded, QString *reason);
+    /// Takes these revisions as being in their file again.
+    void takeBack(const Revisions &revisions);
     Revisions revisionsInUse(const QString &path);
 
+    std::shared_ptr<SessionPool> m_sessions;
+    SupersededFolder &m_superseded;
     std::mutex m_replacing; ///< Files are replaced one after another.
     std::mutex m_mutex;     ///< Guards what follows.
     /// By the comparable path. Those no longer in use are dropped when their file is used again.

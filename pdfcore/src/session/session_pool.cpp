@@ -58,12 +58,6 @@ SessionPool::FileClosure::~FileClosure()
     m_pool.m_changed.notify_all();
 }
 
-SessionPool &SessionPool::instance()
-{
-    static SessionPool pool;
-    return pool;
-}
-
 SessionPool::SessionPool(const PoolLimits &limits)
     : m_limits(limits)
     , m_expiryThread([this] { closeExpiredSessions(); })
@@ -116,7 +110,7 @@ std::shared_ptr<const PageTree> SessionPool::knownPages(const QString &key,
                                                         const FileIdentity &file) const
 {
     const auto known = m_pages.find(key);
-    if (known == m_pages.end() || !known->second.file.isSameState(file)) {
+    if (known == m_pages.end() || !known->second.file.isSameRevision(file)) {
         return nullptr;
     }
     return known->second.pages.lock();
@@ -199,7 +193,7 @@ std::unique_ptr<DocumentSession> SessionPool::takeIdle(const QString &key, const
         const auto next = std::next(it);
         if (it->key == key) {
             const FileIdentity &opened = it->session->file();
-            if (!opened.isSameState(file)) {
+            if (!opened.isSameRevision(file)) {
                 outdated.splice(outdated.end(), m_idle, it);
             } else if (!found && it->session->password() == password) {
                 found = std::move(it->session);

@@ -24,9 +24,9 @@ struct PoolLimits
     std::chrono::milliseconds idleTime = std::chrono::seconds{15};
 };
 
-/// The open documents of the process, lent to one thread at a time.
+/// Open documents, lent to one thread at a time.
 ///
-/// A thread that needs a document gets an idle session of the same file, in the same state and
+/// A thread that needs a document gets an idle session of the same revision of the file, opened
 /// with the same password, or opens one more. Returned sessions wait for the next use, bounded in
 /// number and memory, and are closed after a while without use, or when their file is about to be
 /// replaced. All operations may be called from any thread.
@@ -73,7 +73,6 @@ public:
         QString m_key;
     };
 
-    static SessionPool &instance();
     explicit SessionPool(const PoolLimits &limits = {});
     ~SessionPool();
     SessionPool(const SessionPool &) = delete;

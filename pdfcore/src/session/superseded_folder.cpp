@@ -46,22 +46,14 @@ std::unique_ptr<QLockFile> lockOf(const QString &folder)
 
 } // namespace
 
-SupersededFolder &SupersededFolder::instance()
-{
-    static SupersededFolder folder;
-    return folder;
-}
-
-SupersededFolder::SupersededFolder()
-    : m_places(static_cast<std::size_t>(parents().size()))
-{
-    // It must still be there when the folders are removed: what it has open cannot be everywhere.
-    SessionPool::instance();
-}
+SupersededFolder::SupersededFolder(SessionPool &sessions)
+    : m_sessions(sessions)
+    , m_places(static_cast<std::size_t>(parents().size()))
+{}
 
 SupersededFolder::~SupersededFolder()
 {
-    SessionPool::instance().closeIdle();
+    m_sessions.closeIdle();
     for (Place &place : m_places) {
         if (place.path.isEmpty()) {
             continue;
@@ -90,12 +82,12 @@ QString SupersededFolder::keep(const QString &path, QString *reason)
     }
     *reason = QStringLiteral("There is no place to keep the old content of the file.");
     for (const QString &name : names) {
-        QFile source(path);
-        if (source.copy(name)) {
+        QFile original(path);
+        if (original.copy(name)) {
             QFile::setPermissions(name, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
             return name;
         }
-        *reason = source.errorString();
+        *reason = original.errorString();
         QFile::remove(name);
     }
     return {};

@@ -11,13 +11,20 @@
 
 namespace pdfcore {
 
-/// The private folders of this process for superseded content. Each is made when it is
-/// first needed and removed when the process ends; what a process left that did not end in order is
-/// removed by a later one. Any thread.
+class SessionPool;
+
+/// The private folders of this process for superseded content. Each is made when it is first needed
+/// and removed with this object; what a process left that did not end in order is removed by a
+/// later one. Any thread.
 class SupersededFolder final
 {
 public:
-    static SupersededFolder &instance();
+    /// @param sessions  Closed before the folders are removed: what is open cannot be removed
+    ///                  everywhere. Outlives this object.
+    explicit SupersededFolder(SessionPool &sessions);
+    ~SupersededFolder();
+    SupersededFolder(const SupersededFolder &) = delete;
+    SupersededFolder &operator=(const SupersededFolder &) = delete;
 
     /// Keeps the content of the file under a name of its own: as a second name of the same file
     /// where a file system allows, else as a copy. Empty with the reason on failure.
@@ -34,14 +41,12 @@ private:
         std::unique_ptr<QLockFile> lock;
     };
 
-    SupersededFolder();
-    ~SupersededFolder();
-
     /// Names for a new file, one in each place that can be used.
     QStringList newNames();
     static bool prepare(Place &place, const QString &parent);
 
-    std::mutex m_mutex;
+    SessionPool &m_sessions;
+    std::mutex m_mutex; ///< Guards what follows.
     std::vector<Place> m_places;
     int m_files = 0;
 };

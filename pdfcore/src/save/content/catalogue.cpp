@@ -15,7 +15,7 @@ namespace pdfcore {
 
 namespace {
 
-/// The names dictionary of the catalogue, made when there is none.
+/// The name dictionary of the catalogue (ISO 32000-2, 7.7.4), made when there is none.
 QPDFObjectHandle namesOf(QPDF &document)
 {
     QPDFObjectHandle names = document.getRoot().getKey("/Names");

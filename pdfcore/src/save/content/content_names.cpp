@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/save/content/content_names.h"
 
-#include <qpdf/Pipeline.hh>
+#include <qpdf/Pl_Function.hh>
 #include <qpdf/Pl_QPDFTokenizer.hh>
 #include <qpdf/QPDFTokenizer.hh>
 
@@ -38,30 +38,6 @@ private:
     bool m_isDamaged = false;
 };
 
-/// Passes data on until there is too much of it.
-class LimitedPipeline final : public Pipeline
-{
-public:
-    LimitedPipeline(std::size_t &count, Pipeline *reader)
-        : Pipeline("content", reader)
-        , m_count(count)
-    {}
-
-    void write(const unsigned char *data, size_t length) override
-    {
-        m_count += length;
-        if (m_count > kMaxBytes) {
-            throw std::length_error("more content than is read");
-        }
-        getNext()->write(data, length);
-    }
-
-    void finish() override { getNext()->finish(); }
-
-private:
-    std::size_t &m_count;
-};
-
 } // namespace
 
 ContentNames::Names ContentNames::readNames(QPDFObjectHandle stream)
@@ -73,7 +49,12 @@ ContentNames::Names ContentNames::readNames(QPDFObjectHandle stream)
     NameFilter filter(names);
     try {
         Pl_QPDFTokenizer tokenizer("content", &filter);
-        LimitedPipeline limited(m_bytesRead, &tokenizer);
+        Pl_Function limited("content", &tokenizer, [this](const unsigned char *, size_t length) {
+            m_bytesRead += length;
+            if (m_bytesRead > kMaxBytes) {
+                throw std::length_error("more content than is read");
+            }
+        });
         bool isDecoded = false;
         if (!stream.pipeStreamData(&limited, &isDecoded, 0, qpdf_dl_specialized, true) ||
             !isDecoded) {

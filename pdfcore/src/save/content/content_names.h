@@ -11,7 +11,7 @@
 
 namespace pdfcore {
 
-/// The names that content streams of a document use as operands.
+/// The names that content streams (ISO 32000-2, 7.8.2) of a document use as operands.
 class ContentNames
 {
 public:

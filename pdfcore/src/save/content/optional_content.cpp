@@ -40,7 +40,7 @@ void appendTo(QPDFObjectHandle object, const char *key, const std::vector<QPDFOb
     object.replaceKey(key, QPDFObjectHandle::newArray(all));
 }
 
-/// Whether a configuration shows a group that it does not speak of.
+/// Whether a configuration shows a group that it does not speak of (ISO 32000-2, 8.11.4.3).
 bool showsByDefault(QPDFObjectHandle configuration)
 {
     return !hasName(configuration, "/BaseState", "/OFF");

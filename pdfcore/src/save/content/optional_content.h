@@ -6,8 +6,8 @@
 
 namespace pdfcore {
 
-/// Adds the optional content groups of a further source to those of the output, shown or hidden as
-/// they were there.
+/// Adds the optional content groups (ISO 32000-2, 8.11) of a further source document to those of
+/// the output, shown or hidden as they were there.
 void joinOptionalContent(QPDF &output, SourceDocument &source, ObjectCopier &copier);
 
 } // namespace pdfcore

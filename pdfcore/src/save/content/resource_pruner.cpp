@@ -43,7 +43,7 @@ void addNames(const UsedNames &added, UsedNames &names)
     }
 }
 
-/// The streams that draw an annotation.
+/// The streams that draw an annotation (ISO 32000-2, 12.5.5).
 std::vector<QPDFObjectHandle> appearancesOf(QPDFObjectHandle annotation)
 {
     std::vector<QPDFObjectHandle> found;
@@ -65,8 +65,9 @@ std::vector<QPDFObjectHandle> appearancesOf(QPDFObjectHandle annotation)
     return found;
 }
 
-/// What a resource draws with resources of its own: the form of its soft mask or itself. Null when
-/// it draws nothing.
+/// What a resource draws with resources of its own: the form of its soft mask (ISO 32000-2, 11.6.5)
+/// or itself, as a form (8.10), a tiling pattern (8.7.3) or a font with glyphs of its own (9.6).
+/// Null when it draws nothing.
 QPDFObjectHandle partOf(QPDFObjectHandle resource)
 {
     if (QPDFObjectHandle mask = entryOf(entryOf(resource, "/SMask"), "/G"); mask.isStream()) {
@@ -109,7 +110,7 @@ bool isWorthLeavingOut(QPDFObjectHandle resource)
     return false;
 }
 
-/// Works on the resources of one source.
+/// Works on the resources of one source document.
 class Pruner
 {
 public:
@@ -410,7 +411,8 @@ private:
                     keep(name);
                 }
             }
-            // Colour spaces that stand in for the plain ones are used without being named.
+            // Colour spaces that stand in for the plain ones (ISO 32000-2, 8.6.5.6) are used
+            // without being named.
             if (kCategories[i] == kColourSpaces) {
                 for (const char *name : {"/DefaultGray", "/DefaultRGB", "/DefaultCMYK"}) {
                     keep(name);

@@ -20,7 +20,7 @@ struct Element
     QPDFObjectHandle page; ///< What marked content without a page of its own is on.
 };
 
-/// The kids of an element; a single one is not written as an array.
+/// The kids of an element (ISO 32000-2, 14.7.2); a single one is not written as an array.
 std::vector<QPDFObjectHandle> kidsOf(QPDFObjectHandle element)
 {
     QPDFObjectHandle kids = element.getKey("/K");
@@ -75,7 +75,8 @@ private:
         }
     }
 
-    /// Whether a kid is not marked content or an object, which need not say what they are.
+    /// Whether a kid is not marked content or an object (ISO 32000-2, 14.7.5), which need not say
+    /// what they are.
     static bool isElement(QPDFObjectHandle kid)
     {
         return kid.isDictionary() && !hasName(kid, "/Type", "/MCR") &&
@@ -163,7 +164,8 @@ void noteKey(QPDFObjectHandle object, const char *key, std::set<long long> &keys
     }
 }
 
-/// Notes under which keys of the parent tree a page and its annotations stand.
+/// Notes under which keys of the parent tree (ISO 32000-2, 14.7.5.4) a page and its annotations
+/// stand.
 void noteKeys(QPDFObjectHandle page, std::set<long long> &keys)
 {
     noteKey(page, "/StructParents", keys);

@@ -7,8 +7,9 @@
 
 namespace pdfcore {
 
-/// Takes out of the structure tree of the main document what belongs to pages that are gone: marked
-/// content, objects, elements that hold nothing else, and their entries in the parent tree.
+/// Takes out of the structure tree (ISO 32000-2, 14.7) of the main document what belongs to pages
+/// that are gone: marked content, objects, elements that hold nothing else, and their entries in
+/// the parent tree.
 ///
 /// @param goneAnnotations  Annotations of kept pages that had to go as well.
 void pruneStructure(SourceDocument &source, const std::set<QPDFObjGen> &goneAnnotations);

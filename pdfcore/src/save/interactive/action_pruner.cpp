@@ -80,7 +80,8 @@ PrunedDestination::Kind ActionPruner::pruneOne(QPDFObjectHandle action) const
     if (!hasName(action, "/S", "/GoTo") && action.hasKey("/S")) {
         return PrunedDestination::Kind::Leads;
     }
-    // A place in the structure tree, which only the main document brings along.
+    // A place in the structure tree (ISO 32000-2, 12.3.2.3), which only the main document brings
+    // along.
     if (!m_isMain) {
         action.removeKey("/SD");
     }

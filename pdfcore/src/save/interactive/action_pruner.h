@@ -16,7 +16,7 @@ struct PrunedDestination
 {
     enum class Kind {
         Leads,  ///< To where it led before.
-        Broken, ///< It led nowhere in the source already.
+        Broken, ///< It led nowhere in the source document already.
         Gone,   ///< It led to a page that the output does not have.
     };
     Kind kind = Kind::Broken;
@@ -25,8 +25,8 @@ struct PrunedDestination
 
 /// Takes the actions that lead to pages that are gone out of chains of actions.
 ///
-/// What followed such an action moves up into its place. Chains may be of any length and run in
-/// circles, and actions may follow several others.
+/// What followed such an action (ISO 32000-2, 12.6.2) moves up into its place. Chains may be of any
+/// length and run in circles, and actions may follow several others.
 class ActionPruner
 {
 public:
@@ -40,12 +40,14 @@ public:
 
     /// @param pruneDestination  Prunes destinations.
     /// @param pruneThread       Prunes what is named as an article thread.
-    /// @param isMain             Whether the document is the main one of its output.
+    /// @param isMain            Whether the document is the main one of its output.
     ActionPruner(Prune pruneDestination, Prune pruneThread, bool isMain)
         : m_pruneDestination(std::move(pruneDestination))
         , m_pruneThread(std::move(pruneThread))
         , m_isMain(isMain)
     {}
+    ActionPruner(const ActionPruner &) = delete;
+    ActionPruner &operator=(const ActionPruner &) = delete;
 
     /// Changes an action and those that follow it in place.
     Result pruned(QPDFObjectHandle action);

@@ -21,7 +21,8 @@ bool isSame(QPDFObjectHandle a, QPDFObjectHandle b)
     return a.isIndirect() || b.isIndirect() ? isSameObject(a, b) : a.unparse() == b.unparse();
 }
 
-/// Under which key an action of this kind names what it acts on; null when it names nothing.
+/// Under which key an action of this kind names what it acts on (ISO 32000-2, 12.6.4 and 12.7.6);
+/// null when it names nothing.
 const char *targetKey(QPDFObjectHandle action)
 {
     if (hasName(action, "/S", "/Hide")) {
@@ -62,7 +63,7 @@ QPDFObjectHandle ActionTargets::target(QPDFObjectHandle named) const
     return named;
 }
 
-/// The file within a file that an action leads into.
+/// The file within a file that an action leads into (ISO 32000-2, 12.6.4.4).
 QPDFObjectHandle ActionTargets::attachmentTarget(QPDFObjectHandle target) const
 {
     QPDFObjectHandle name = entryOf(target, "/N");

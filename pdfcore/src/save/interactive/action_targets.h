@@ -10,8 +10,9 @@
 
 namespace pdfcore {
 
-/// Makes the actions of annotations, fields and pages act on the copies of what they acted on:
-/// buttons that reset or send fields, play a screen, hide an annotation, open an attachment.
+/// Makes the actions (ISO 32000-2, 12.6) of annotations, fields and pages act on the copies of what
+/// they acted on: buttons that reset or send fields, play a screen, hide an annotation, open an
+/// attachment.
 class ActionTargets
 {
 public:

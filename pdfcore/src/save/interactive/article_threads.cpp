@@ -35,7 +35,7 @@ bool pruneThread(SourceDocument &main, QPDFObjectHandle thread)
         kept[i].replaceKey("/N", kept[next]);
         kept[next].replaceKey("/V", kept[i]);
     }
-    // Only the first one of a thread has to name it.
+    // Only the first one of a thread has to name it (ISO 32000-2, 12.4.3).
     kept.front().replaceKey("/T", thread);
     return true;
 }

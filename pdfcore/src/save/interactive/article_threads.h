@@ -7,7 +7,7 @@
 
 namespace pdfcore {
 
-/// The beads of an article thread, as far as they run on.
+/// The beads of an article thread (ISO 32000-2, 12.4.3), as far as they run on.
 std::vector<QPDFObjectHandle> beadsOf(QPDFObjectHandle thread);
 
 /// Whether a thread had beads and all of them are on pages that are gone.

@@ -12,14 +12,15 @@ namespace pdfcore {
 
 namespace {
 
-/// Whether the value of a field is a signature, whatever the field says that it is.
+/// Whether the value of a field is a signature (ISO 32000-2, 12.8), whatever the field says that it
+/// is.
 bool isSignature(QPDFObjectHandle value)
 {
     return value.isDictionary() && (value.hasKey("/ByteRange") || hasName(value, "/Type", "/Sig") ||
                                     hasName(value, "/Type", "/DocTimeStamp"));
 }
 
-/// The type of a field, its own or that of its parent.
+/// The type of a field, its own or inherited from its parent (ISO 32000-2, 12.7.4).
 std::string typeOf(QPDFObjectHandle field, const std::string &parentType)
 {
     QPDFObjectHandle own = field.getKey("/FT");
@@ -42,7 +43,7 @@ struct Node
     std::string type; ///< Its own or inherited.
 };
 
-/// Walks the fields of a source and takes out what no page of the output shows.
+/// Walks the fields of a source document and takes out what no page of the output shows.
 ///
 /// The kids of a field are found through /Kids, and the widgets of kept pages through /Parent as
 /// well. No depth is too deep, and a field that is met again counts once.
@@ -309,7 +310,7 @@ private:
                 options.push_back(oldOptions[place]);
             }
         }
-        // Buttons have an option for each kid.
+        // Buttons have an option for each kid (ISO 32000-2, 12.7.5.2).
         const bool hasOptionOfEach =
             node.type == "/Btn" && !oldOptions.empty() && oldOptions.size() == itemsOf(list).size();
         if (hasOptionOfEach && options.size() == kids.size()) {

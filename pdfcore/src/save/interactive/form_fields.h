@@ -9,22 +9,26 @@
 
 namespace pdfcore {
 
-/// The field that a field or widget is a part of; null when there is none. Damaged files name a
-/// page instead.
+/// The field that a field or widget is a part of (ISO 32000-2, 12.7.4); null when there is none.
+/// Damaged files name a page instead.
 QPDFObjectHandle parentField(QPDFObjectHandle field);
 
-/// The fields of one source, without those whose widgets were on pages that are gone, and without
-/// the values of signatures, which do not hold for a document that was written anew.
+/// The fields of one source document, without those whose widgets were on pages that are gone, and
+/// without the values of signatures (ISO 32000-2, 12.8), which do not hold for a document that was
+/// written anew.
+///
+/// QPDFAcroFormDocumentHelper has nothing that takes out the widgets of some pages, and follows the
+/// fields below each other to a depth of its own only.
 class FormFields
 {
 public:
-    /// Reads and prunes the form of a source, in place. Afterwards the kids of a field are all of
-    /// its widgets and fields, and each of them names it as its parent.
+    /// Reads and prunes the form of a source document, in place. Afterwards the kids of a field are
+    /// all of its widgets and fields, and each of them names it as its parent.
     ///
     /// @param keepsBareFields  Whether fields that no page shows stay.
     static FormFields of(SourceDocument &source, LinkPruner &links, bool keepsBareFields);
 
-    /// Null when there is none.
+    /// The form's dictionary (ISO 32000-2, 12.7.3); null when there is none.
     [[nodiscard]] QPDFObjectHandle form() const { return m_form; }
     /// Whether there were fields before the form was pruned.
     [[nodiscard]] bool hadFields() const { return m_hadFields; }

@@ -71,7 +71,7 @@ PrunedDestination LinkPruner::prunedThread(QPDFObjectHandle thread)
     }
     QPDFObjectHandle found = thread;
     if (thread.isInteger()) {
-        // Their numbers change when some of them go.
+        // Threads may be named by numbers (ISO 32000-2, 12.6.4), which change when some of them go.
         QPDFObjectHandle all = m_source.root().getKey("/Threads");
         const long long number = thread.getIntValue();
         const bool isThere = all.isArray() && number >= 0 && number < all.getArrayNItems();
@@ -129,7 +129,7 @@ bool LinkPruner::pruneEntry(QPDFObjectHandle entry)
         }
     }
     stays = pruneAction(entry, "/A") && stays;
-    // Where an address was before it was replaced by an action.
+    // Where an address was before it was replaced by an action (ISO 32000-2, 12.5.6.5).
     pruneAction(entry, "/PA");
     return stays;
 }

@@ -10,24 +10,28 @@
 
 namespace pdfcore {
 
-/// Brings links, actions and destinations of a source in line with the pages that the output has.
+/// Brings links (ISO 32000-2, 12.5.6.5), actions (12.6) and destinations (12.3.2) of a source
+/// document in line with the pages that the output has.
 ///
 /// What leads to a page of the output goes on doing so; what leads to a page that is gone goes too.
 /// In the main document of the output names stay names, and what led nowhere stays as it was, but
-/// for numbers of pages that were not there: they could lead to other pages now. In any other one
-/// names become the addresses they stand for, because the names of the output are
-/// those of the main document.
+/// for numbers of pages that were not there: they could lead to other pages then. In any other one
+/// names become the addresses they stand for, because the names of the output are those of the main
+/// document.
 class LinkPruner
 {
 public:
-    /// How the source stands to its output.
+    /// How the source document stands to its output.
     enum class Role {
-        UnchangedMain, ///< The output has exactly its pages, in their order.
-        Main,
-        Further,
+        UnchangedMain, ///< The main one; the output has exactly its pages, in their order.
+        Main,          ///< The main one otherwise.
+        Further,       ///< Any other one.
     };
 
     LinkPruner(SourceDocument &source, Role role);
+    // What prunes the actions refers back to this object.
+    LinkPruner(const LinkPruner &) = delete;
+    LinkPruner &operator=(const LinkPruner &) = delete;
 
     /// Looks through the annotations and actions of a kept page. Every annotation is an object of
     /// its own afterwards, and names the page as its own if it names one.
@@ -38,7 +42,7 @@ public:
     /// left.
     bool pruneAction(QPDFObjectHandle object, const std::string &key);
 
-    /// Changes the actions that events set off.
+    /// Changes the actions that events set off (ISO 32000-2, 12.6.3).
     void pruneTriggers(QPDFObjectHandle object);
 
     /// Changes an outline entry or an annotation in place, as far as it leads somewhere; false when

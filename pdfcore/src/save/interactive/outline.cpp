@@ -52,6 +52,7 @@ std::vector<Outline::Entry> readEntries(QPDF &document)
         Waiting entry = waiting.back();
         waiting.pop_back();
         QPDFObjectHandle count = entry.dictionary.getKey("/Count");
+        // A negative count is that of a closed entry (ISO 32000-2, 12.3.3).
         const bool isOpen = count.isInteger() && count.getIntValue() > 0;
         entries.push_back({entry.dictionary, entry.parent, isOpen});
         // What is below comes before what is behind.

@@ -9,10 +9,13 @@
 
 namespace pdfcore {
 
-/// The outline of one source, without the entries whose pages are gone.
+/// The outline (ISO 32000-2, 12.3.3) of one source document, without the entries whose pages are
+/// gone.
 ///
 /// An entry is gone when the page it leads to is, or when it leads nowhere and all that stood below
 /// it is gone. What stands below an entry that is gone moves up into its place.
+///
+/// QPDFOutlineDocumentHelper only reads outlines, and not below a depth of its own.
 class Outline
 {
 public:
@@ -23,7 +26,7 @@ public:
         bool isOpen = false;
     };
 
-    /// Reads and prunes the outline of a source.
+    /// Reads and prunes the outline of a source document.
     static Outline of(SourceDocument &source, LinkPruner &links, bool isMain);
 
     [[nodiscard]] const std::vector<Entry> &entries() const { return m_entries; }

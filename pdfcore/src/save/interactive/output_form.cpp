@@ -60,7 +60,7 @@ std::string nameOf(QPDFObjectHandle field)
     return field.getKey("/T").getUTF8Value();
 }
 
-/// Whether the field is a button, by itself or by what is above it.
+/// Whether the field is a button, by itself or by what it inherits (ISO 32000-2, 12.7.4).
 bool isButton(QPDFObjectHandle field)
 {
     for (int depth = 0; field.isDictionary() && depth < kMaxFieldDepth; ++depth) {
@@ -82,8 +82,8 @@ std::string freeName(const std::string &wanted, const std::set<std::string> &tak
     return name;
 }
 
-/// A copy of an appearance dictionary with streams of its own, so that filling in one widget does
-/// not change what another one shows.
+/// A copy of an appearance dictionary (ISO 32000-2, 12.5.5) with streams of its own, so that
+/// filling in one widget does not change what another one shows.
 QPDFObjectHandle copyOfAppearance(QPDFObjectHandle appearance)
 {
     if (!appearance.isDictionary()) {
@@ -202,7 +202,8 @@ OutputForm::Names OutputForm::add(const FormFields &fields, ObjectCopier &copier
     return renamed;
 }
 
-/// What the fields took from their form becomes their own where the output's form says otherwise.
+/// What the fields inherit from their form (ISO 32000-2, 12.7.3 and 12.7.4.3) becomes their own
+/// where the output's form says otherwise.
 void OutputForm::adoptDefaults(QPDFObjectHandle form, std::vector<QPDFObjectHandle> &roots,
                                ObjectCopier &copier)
 {
@@ -338,7 +339,7 @@ void OutputForm::setKids(QPDFObjectHandle original, QPDFObjectHandle clone,
         }
     }
     clone.replaceKey("/Kids", QPDFObjectHandle::newArray(kids));
-    // Buttons have an option for each kid.
+    // Buttons have an option for each kid (ISO 32000-2, 12.7.5.2).
     const bool hasOptionOfEach =
         !allOptions.empty() &&
         static_cast<int>(allOptions.size()) == original.getKey("/Kids").getArrayNItems();

@@ -13,7 +13,11 @@
 
 namespace pdfcore {
 
-/// The form of the output.
+/// The form of the output (ISO 32000-2, 12.7.3).
+///
+/// QPDFAcroFormDocumentHelper copies the fields of a page too, but of each page for itself, so that
+/// fields with widgets on several pages fall apart, and without the order of calculation and what
+/// actions act on.
 class OutputForm
 {
 public:
@@ -23,8 +27,9 @@ public:
     /// Keeps the names of these fields from being given to others that have to be renamed.
     void reserveNames(const FormFields &fields);
 
-    /// Adds copies of the fields of another source, whose pages have been mapped. A name that is
-    /// taken gets a number behind it.
+    /// Adds copies of the fields of another source document, whose pages have been mapped. A name
+    /// that is taken gets a number behind it: fields of one name are one field (ISO 32000-2,
+    /// 12.7.4.2).
     ///
     /// @return  The new names under the old ones.
     ActionTargets::Names add(const FormFields &fields, ObjectCopier &copier);
@@ -35,8 +40,8 @@ public:
     /// @param copies  Its annotations, by those that they are copies of.
     void addCopies(QPDFObjectHandle page, const AnnotationCopies &copies);
 
-    /// Writes the form into the catalogue. Forms of the XFA kind describe pages of their own, so
-    /// they go when the pages are not those of the main document any more.
+    /// Writes the form into the catalogue. Forms of the XFA kind (ISO 32000-1, 12.7.8) describe
+    /// pages of their own, so they go when the pages are not those of the main document any more.
     void install(bool pagesChanged);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace pdfcore {
 
-/// What is written on a page to number it.
+/// What numbers a page (ISO 32000-2, 12.4.2).
 struct PageLabel
 {
     std::string style; ///< Name of the numbering style; empty for none.
@@ -17,14 +17,17 @@ struct PageLabel
     long long number = 1; ///< Within its style.
 };
 
-/// The labels of a source's pages.
+/// The labels that a source document has for its pages.
+///
+/// QPDFPageLabelDocumentHelper looks labels up in the number tree, which a damaged one leads
+/// astray.
 class SourceLabels
 {
 public:
     explicit SourceLabels(const SourceDocument &source);
 
     [[nodiscard]] bool areEmpty() const { return m_ranges.empty(); }
-    /// The label of page `index`; nothing where the source has none for it.
+    /// The label of page `index`; nothing where the document has none for it.
     [[nodiscard]] std::optional<PageLabel> at(int index) const;
 
 private:

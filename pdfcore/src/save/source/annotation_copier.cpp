@@ -5,7 +5,8 @@ namespace pdfcore {
 
 namespace {
 
-/// Entries of an annotation that name other annotations of its page.
+/// Entries of an annotation that name other annotations of its page: its pop-up, what it replies
+/// to, and what a pop-up belongs to (ISO 32000-2, 12.5.6.2 and 12.5.6.14).
 constexpr const char *kRelatives[] = {"/Popup", "/IRT", "/Parent"};
 
 } // namespace
@@ -29,7 +30,7 @@ QPDFObjectHandle AnnotationCopier::addOne(QPDFObjectHandle annotation)
         }
     }
     QPDFObjectHandle copied = m_document.makeIndirectObject(annotation.shallowCopy());
-    // The structure tree knows one place for each annotation.
+    // The structure tree knows one place for each annotation (ISO 32000-2, 14.7.5.4).
     copied.removeKey("/StructParent");
     if (annotation.isIndirect()) {
         m_known[annotation.getObjGen()] = copied;

@@ -13,7 +13,7 @@ namespace pdfcore {
 /// Annotations and their copies.
 using AnnotationCopies = std::vector<std::pair<QPDFObjectHandle, QPDFObjectHandle>>;
 
-/// Copies annotations of a page for another page of the same document.
+/// Copies annotations (ISO 32000-2, 12.5.2) of a page for another page of the same document.
 class AnnotationCopier
 {
 public:

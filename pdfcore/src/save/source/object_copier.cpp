@@ -6,16 +6,16 @@
 
 namespace pdfcore {
 
-/// Hands out the data of copied streams as it stands in their source.
-class ObjectCopier::StreamSource final : public QPDFObjectHandle::StreamDataProvider
+/// Hands out the data of copied streams as it stands in the source document.
+class ObjectCopier::StreamData final : public QPDFObjectHandle::StreamDataProvider
 {
 public:
-    explicit StreamSource(std::shared_ptr<QPDF> source)
+    explicit StreamData(std::shared_ptr<QPDF> source)
         : QPDFObjectHandle::StreamDataProvider(true)
         , m_source(std::move(source))
     {}
 
-    void add(QPDFObjGen target, QPDFObjectHandle source) { m_streams[target] = source; }
+    void add(QPDFObjGen target, QPDFObjectHandle stream) { m_streams[target] = stream; }
 
     bool provideStreamData(const QPDFObjGen &target, Pipeline *pipeline, bool suppressWarnings,
                            bool willRetry) override
@@ -48,16 +48,10 @@ bool belongsToStructure(const std::string &key)
 
 } // namespace
 
-QPDFObjectHandle newPlace(QPDF &document)
-{
-    // Not a null: QPDF drops entries that are null when they are set.
-    return document.makeIndirectObject(QPDFObjectHandle::newDictionary());
-}
-
 ObjectCopier::ObjectCopier(QPDF &target, std::shared_ptr<QPDF> source)
     : m_target(target)
     , m_source(std::move(source))
-    , m_streams(std::make_shared<StreamSource>(m_source))
+    , m_streams(std::make_shared<StreamData>(m_source))
 {}
 
 ObjectCopier::~ObjectCopier() = default;
@@ -86,7 +80,7 @@ QPDFObjectHandle ObjectCopier::reference(QPDFObjectHandle object)
     } else if (object.isStream()) {
         copied = QPDFObjectHandle::newStream(&m_target);
     } else {
-        copied = newPlace(m_target);
+        copied = QPDFObjectHandle::newReserved(&m_target);
     }
     m_copies[id] = copied;
     if (copied.isIndirect()) {
@@ -137,7 +131,7 @@ void ObjectCopier::copyWaiting()
             m_streams->add(copied.getObjGen(), object);
             copied.replaceStreamData(m_streams, filter, parameters);
         } else {
-            m_target.replaceObject(copied.getObjGen(), translateValue(object));
+            m_target.replaceReserved(copied, translateValue(object));
         }
     }
 }

@@ -10,16 +10,13 @@
 
 namespace pdfcore {
 
-/// An object that can be referred to before it is known what will be in it.
-QPDFObjectHandle newPlace(QPDF &document);
-
 /// Copies objects of one document into another, with everything they refer to, each object once.
 ///
 /// QPDF's own copying leaves a null in the place of every page that has not been copied yet, and
 /// goes as deep as the objects refer to each other. Here pages are only what they have been mapped
 /// to, any others become null; the page tree never comes along; and no depth is too deep. Streams
-/// are read from the source while the target is written, so the source has to live until then.
-/// What ties an object to the structure tree of its document stays behind.
+/// are read from the source document while the target is written, so it has to live until then.
+/// What ties an object to the structure tree of its document stays behind (ISO 32000-2, 14.7.5.4).
 class ObjectCopier
 {
 public:
@@ -35,7 +32,7 @@ public:
     QPDFObjectHandle copy(QPDFObjectHandle object);
 
 private:
-    class StreamSource;
+    class StreamData;
 
     QPDFObjectHandle translate(QPDFObjectHandle object);
     QPDFObjectHandle translateValue(QPDFObjectHandle object);
@@ -44,7 +41,7 @@ private:
 
     QPDF &m_target;
     std::shared_ptr<QPDF> m_source;
-    std::shared_ptr<StreamSource> m_streams;
+    std::shared_ptr<StreamData> m_streams;
     std::map<QPDFObjGen, QPDFObjectHandle> m_copies;
     std::vector<QPDFObjectHandle> m_waiting; ///< Mapped to an object that has to be filled still.
 };

@@ -131,6 +131,7 @@ SourceDocument::Target SourceDocument::resolve(QPDFObjectHandle destination)
         return {};
     }
 
+    // Numbers are for pages of other files (ISO 32000-2, 12.3.2.2), but some name their own so.
     QPDFObjectHandle first = destination.getArrayItem(0);
     Target target{Target::Kind::Page, -1, !isNamed, destination};
     if (const std::optional<int> index = indexOf(first)) {
@@ -155,7 +156,8 @@ QPDFObjectHandle SourceDocument::explicitAddress(const Target &target) const
 }
 
 /// What a name stands for; null when it stands for nothing. Strings are looked up in the tree of
-/// names and names proper in the dictionary, which came first; some files mix them up.
+/// names and names proper in the dictionary, which came first (ISO 32000-2, 12.3.2.4); some files
+/// mix them up.
 QPDFObjectHandle SourceDocument::namedDestination(QPDFObjectHandle name)
 {
     const std::map<std::string, QPDFObjectHandle> &all = namedDestinations();

@@ -16,8 +16,8 @@ namespace pdfcore {
 /// before its pages move into the output, everything that leads to pages that stay behind is taken
 /// out of it.
 ///
-/// Pages are counted from 0. A page object that the page tree names twice is one page, that of the
-/// first index.
+/// Pages are counted from 0. A page object that the page tree (ISO 32000-2, 7.7.3) names twice is
+/// one page, that of the first index.
 class SourceDocument
 {
 public:
@@ -25,7 +25,7 @@ public:
     struct Target
     {
         enum class Kind {
-            Nowhere,     ///< It cannot be followed; it was like that in the source already.
+            Nowhere,     ///< It cannot be followed; it was like that in the document already.
             Page,        ///< To `page`.
             OutsidePage, ///< To a page object that is none of the document's pages.
         };
@@ -65,14 +65,16 @@ public:
     /// Whether the object is a page that the output does not have.
     [[nodiscard]] bool isGone(QPDFObjectHandle page) const;
 
-    /// Whether the object is an annotation, and nothing else that a damaged file lists as one.
+    /// Whether the object is an annotation (ISO 32000-2, 12.5.2), and nothing else that a damaged
+    /// file lists as one.
     [[nodiscard]] bool isAnnotation(QPDFObjectHandle object) const;
 
-    /// Follows a destination: an array, a dictionary with one, or a name.
+    /// Follows a destination: an array, a dictionary with one, or a name (ISO 32000-2, 12.3.2).
     [[nodiscard]] Target resolve(QPDFObjectHandle destination);
     /// The destination of `target` as an array that names the page object itself.
     [[nodiscard]] QPDFObjectHandle explicitAddress(const Target &target) const;
-    /// The named destinations, as found in both places where a document may have them.
+    /// The named destinations, as found in both places where a document may have them (ISO 32000-2,
+    /// 12.3.2.4).
     [[nodiscard]] const std::map<std::string, QPDFObjectHandle> &namedDestinations();
 
 private:
