@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_render_manager.h"
 
+#include "pdf/core/page_render_job.h"
+
 #include <QPointer>
 #include <QThread>
 #include <QThreadPool>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -37,7 +40,7 @@ QString cacheKey(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose p
 PdfRenderManager::PdfRenderManager(QObject *parent, PdfPageRenderFunction render)
     : QObject(parent)
     , m_render(std::move(render))
-    , m_channel(std::make_shared<PageRenderChannel>(this))
+    , m_channel(std::make_shared<PageRenderChannel>(this, [this] { deliverResult(); }))
     , m_queue(std::make_shared<PageRenderQueue>())
     , m_pool(new QThreadPool(this))
 {
