@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/page_render_job.h"
 
-#include "pdf/core/pdf_render_manager.h"
+#include <QObject>
 
 #include <utility>
+
+PageRenderChannel::PageRenderChannel(QObject *receiver, std::function<void()> onResult)
+    : m_receiver(receiver)
+    , m_onResult(std::move(onResult))
+{}
 
 void PageRenderChannel::post(PageRenderResult result)
 {
     // The lock is kept while the call is queued, so that the receiver cannot go in between.
     const std::lock_guard lock(m_mutex);
-    if (!m_receiver) {
+    if (m_receiver == nullptr) {
         return;
     }
     m_results.push_back(std::move(result));
-    QMetaObject::invokeMethod(m_receiver, &PdfRenderManager::deliverResult, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(m_receiver, m_onResult, Qt::QueuedConnection);
 }
 
 std::optional<PageRenderResult> PageRenderChannel::take()

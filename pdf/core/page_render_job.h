@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pdf/core/pdf_page_record.h"
+#include "pdf/core/pdf_render_types.h"
 
 #include <QImage>
 #include <QList>
@@ -16,12 +17,7 @@
 #include <mutex>
 #include <optional>
 
-class PdfRenderManager;
-enum class PdfRenderPurpose : qint32;
-
-/// Renders page i at size i; has the contract of PdfEditorBackend::renderPages().
-using PdfPageRenderFunction = std::function<QList<QImage>(
-    const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes, QStringList *errors)>;
+class QObject;
 
 /// The pages of one request that were not in the cache. All lists have the same length.
 struct PageRenderBatch
@@ -45,16 +41,15 @@ struct PageRenderResult
     QStringList messages;
 };
 
-/// The way of results from the pool threads to the manager, and the weak reference of the jobs to
-/// it: shared by the manager and its jobs, and closed when the manager goes.
+/// The way of results from the pool threads to their receiver, and the weak reference of the jobs
+/// to it: shared by the receiver and its jobs, and closed when the receiver goes.
 class PageRenderChannel final
 {
 public:
-    explicit PageRenderChannel(PdfRenderManager *receiver)
-        : m_receiver(receiver)
-    {}
+    /// `onResult` is called once per result, on the thread of `receiver`.
+    PageRenderChannel(QObject *receiver, std::function<void()> onResult);
 
-    /// Hands a result over by a queued call to the receiver; drops it after close(). Any thread.
+    /// Hands a result over by a queued call of `onResult`; drops it after close(). Any thread.
     void post(PageRenderResult result);
     /// The oldest result not yet taken.
     [[nodiscard]] std::optional<PageRenderResult> take();
@@ -63,7 +58,8 @@ public:
 
 private:
     std::mutex m_mutex;
-    PdfRenderManager *m_receiver;
+    QObject *m_receiver;
+    std::function<void()> m_onResult;
     std::deque<PageRenderResult> m_results;
 };
 

@@ -7,6 +7,12 @@ QSizeF PdfPageRecord::displaySize() const
     return turn == 90 || turn == 270 ? pageSize.transposed() : pageSize;
 }
 
+PdfPageAppearance PdfPageRecord::appearance() const
+{
+    return {sourcePath, revision ? revision->generation() : 0, sourcePageIndex, rotation,
+            origin == PdfPageOrigin::Blank};
+}
+
 PdfSourcePage PdfPageRecord::toSourcePage() const
 {
     PdfSourcePage page;

@@ -24,6 +24,23 @@ enum class PdfPageOrigin : qint32 {
 /// Size of a blank page when nothing else is asked for: A4 in points.
 inline constexpr QSizeF kBlankPageSize{595.0, 842.0};
 
+/// What a page shows, whichever page of a document it is: two pages with equal appearances look the
+/// same at the same size.
+struct PdfPageAppearance
+{
+    /// Full path of the source file; empty for a blank page.
+    QString sourcePath;
+    /// Which revision of the source file is meant; see PdfFileRevision::generation().
+    int generation = 0;
+    /// Zero-based page index in the source file; -1 for a blank page.
+    qint32 sourcePageIndex = -1;
+    /// Clockwise rotation in degrees, 0 to 359.
+    qint32 rotation = 0;
+    bool blank = false;
+
+    friend bool operator==(const PdfPageAppearance &, const PdfPageAppearance &) = default;
+};
+
 /// One page of the edited document: where it comes from, how it is turned, and its state.
 struct PdfPageRecord
 {
@@ -48,6 +65,9 @@ struct PdfPageRecord
 
     /// Size in points as shown: width and height swapped for a page turned by 90 or 270 degrees.
     [[nodiscard]] QSizeF displaySize() const;
+
+    /// What the page shows.
+    [[nodiscard]] PdfPageAppearance appearance() const;
 
     /// The page as the engine takes it.
     [[nodiscard]] PdfSourcePage toSourcePage() const;

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_render_manager.h"
 
+#include "pdf/core/page_render_job.h"
+
 #include <QPointer>
 #include <QThread>
 #include <QThreadPool>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -17,19 +20,17 @@ constexpr int kThreadExpiryMs = 15000;
 /// Pages with the same key look the same: the identifier of the page is not part of it, so that a
 /// duplicate shares the image of its original, and neither is the revision, so that undoing an
 /// edit finds the images again.
-QString cacheKey(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose purpose)
+QString cacheKey(const PdfPageAppearance &page, QSize targetSize, PdfRenderPurpose purpose)
 {
-    const bool blank = page.origin == PdfPageOrigin::Blank;
-    const int generation = page.revision ? page.revision->generation() : 0;
     // States of one file that differ in content must not share images.
-    const QString source = generation == 0
-                               ? page.sourcePath
-                               : page.sourcePath + QLatin1Char('#') + QString::number(generation);
+    const QString source = page.generation == 0 ? page.sourcePath
+                                                : page.sourcePath + QLatin1Char('#') +
+                                                      QString::number(page.generation);
     // One call with all arguments, because a path may contain place markers itself.
     return QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
         .arg(source, QString::number(page.sourcePageIndex), QString::number(page.rotation),
              QString::number(targetSize.width()), QString::number(targetSize.height()),
-             QString::number(static_cast<qint32>(purpose)), QString::number(blank ? 1 : 0));
+             QString::number(static_cast<qint32>(purpose)), QString::number(page.blank ? 1 : 0));
 }
 
 } // namespace
@@ -37,7 +38,7 @@ QString cacheKey(const PdfPageRecord &page, QSize targetSize, PdfRenderPurpose p
 PdfRenderManager::PdfRenderManager(QObject *parent, PdfPageRenderFunction render)
     : QObject(parent)
     , m_render(std::move(render))
-    , m_channel(std::make_shared<PageRenderChannel>(this))
+    , m_channel(std::make_shared<PageRenderChannel>(this, [this] { deliverResult(); }))
     , m_queue(std::make_shared<PageRenderQueue>())
     , m_pool(new QThreadPool(this))
 {
@@ -80,7 +81,7 @@ QList<quint64> PdfRenderManager::requestPages(const QList<PdfPageRecord> &pages,
         if (targetSize.isEmpty()) {
             continue;
         }
-        const QString key = cacheKey(page, targetSize, purpose);
+        const QString key = cacheKey(page.appearance(), targetSize, purpose);
         const QImage image = m_cache.find(key);
         if (image.isNull()) {
             batch.sources.append(page.toSourcePage());

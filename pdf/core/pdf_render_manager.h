@@ -2,8 +2,8 @@
 #pragma once
 
 #include "pdf/core/page_image_cache.h"
-#include "pdf/core/page_render_job.h"
 #include "pdf/core/pdf_page_record.h"
+#include "pdf/core/pdf_render_types.h"
 
 #include <QImage>
 #include <QList>
@@ -14,14 +14,9 @@
 #include <atomic>
 #include <memory>
 
+class PageRenderChannel;
+class PageRenderQueue;
 class QThreadPool;
-
-/// Which kind of view asks for a page image. The values are stable.
-enum class PdfRenderPurpose : qint32 {
-    Thumbnail = 0, ///< Page grid and thumbnail panel.
-    PageView = 1,  ///< Continuous document view.
-};
-Q_DECLARE_METATYPE(PdfRenderPurpose)
 
 /// Turns page records into images on threads of its own, and keeps the finished ones in a cache.
 ///
@@ -71,8 +66,6 @@ signals:
                           QString message);
 
 private:
-    friend class PageRenderChannel;
-
     enum class HeadStart { None, Due, Running };
 
     void startOne();

@@ -4,86 +4,65 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
 
 /// After trimming, this share of the budget is free.
 constexpr int kFreeShare = 8;
-constexpr int kBytesPerPixel = 4;
 
 } // namespace
 
 PageThumbnailStore::PageThumbnailStore(QObject *parent)
     : QObject(parent)
-{}
+{
+    connect(&m_requests, &PageImageRequests::imageArrived, this, &PageThumbnailStore::acceptImage);
+    connect(&m_requests, &PageImageRequests::imageFailed, this, &PageThumbnailStore::imageFailed);
+    connect(&m_requests, &PageImageRequests::roomAvailable, this,
+            &PageThumbnailStore::roomAvailable);
+}
 
 PageThumbnailStore::~PageThumbnailStore() = default;
 
 const QImage *PageThumbnailStore::image(const PdfPageRecord &record) const
 {
     const auto held = m_held.constFind(record.id);
-    return held != m_held.constEnd() && held->appearance == appearanceOf(record) ? &held->image
-                                                                                 : nullptr;
+    return held != m_held.constEnd() && held->appearance == record.appearance() ? &held->image
+                                                                                : nullptr;
 }
 
 bool PageThumbnailStore::isSettled(const WantedPage &page) const
 {
-    const auto held = m_held.constFind(page.record.id);
-    if (held != m_held.constEnd() && held->size == page.size &&
-        held->appearance == appearanceOf(page.record)) {
-        return true;
-    }
-    return isInFlight(page) || m_failed.contains(page.record.id);
+    return isHeld(page) || m_requests.isSettled(page);
 }
 
 void PageThumbnailStore::setRenderManager(PdfRenderManager *manager)
 {
-    if (m_renderManager) {
-        disconnect(m_renderManager, nullptr, this, nullptr);
-    }
-    forgetRequests();
-    m_renderManager = manager;
-    if (!manager) {
-        return;
-    }
-    connect(manager, &PdfRenderManager::pageRendered, this, &PageThumbnailStore::acceptImage);
-    connect(manager, &PdfRenderManager::pageRenderFailed, this, &PageThumbnailStore::acceptFailure);
+    m_requests.setRenderManager(manager);
 }
 
 void PageThumbnailStore::request(const QList<WantedPage> &pages, quint64 documentRevision,
                                  int priority, int pagesPerCall, Urgency urgency)
 {
-    if (!m_renderManager) {
+    if (m_requests.renderManager() == nullptr) {
         return;
     }
-    if (urgency == Urgency::Visible) {
-        m_hasWaiting = mustWait(pages);
-        if (m_hasWaiting) {
+    const bool urgent = urgency == Urgency::Visible;
+    if (urgent) {
+        const bool mustWait = m_requests.staleCount(pages, PageImageRequests::Serving::AnySize) >
+                              kMaximumStaleRequests;
+        m_requests.setWaiting(mustWait);
+        if (mustWait) {
             return;
         }
     }
     QList<WantedPage> missing;
     std::copy_if(pages.cbegin(), pages.cend(), std::back_inserter(missing),
-                 [this](const WantedPage &page) { return !isSettled(page); });
-    for (qsizetype begin = 0; begin < missing.size(); begin += pagesPerCall) {
-        const QList<WantedPage> call = missing.mid(begin, pagesPerCall);
-        QList<PdfPageRecord> records;
-        QList<QSize> sizes;
-        for (const WantedPage &page : call) {
-            records.append(page.record);
-            sizes.append(page.size);
-        }
-        const QList<quint64> requestIds = m_renderManager->requestPages(
-            records, sizes, PdfRenderPurpose::Thumbnail, documentRevision, priority);
-        for (qsizetype i = 0; i < call.size(); ++i) {
-            setPending(records.at(i).id,
-                       {requestIds.at(i), sizes.at(i), appearanceOf(records.at(i))});
-            if (urgency == Urgency::Visible) {
-                m_outstanding.insert(requestIds.at(i));
-            }
-        }
-    }
+                 [this](const WantedPage &page) { return !isHeld(page); });
+    m_requests.request(missing, documentRevision, priority, pagesPerCall,
+                       urgent ? PageImageRequests::Counting::Outstanding
+                              : PageImageRequests::Counting::Uncounted);
 }
 
 void PageThumbnailStore::turn(const PdfPageRecord &record)
@@ -91,7 +70,7 @@ void PageThumbnailStore::turn(const PdfPageRecord &record)
     HeldImage held = m_held.value(record.id);
     forget(record.id);
     const int degrees = record.rotation - std::exchange(held.appearance.rotation, record.rotation);
-    if (held.image.isNull() || held.appearance != appearanceOf(record)) {
+    if (held.image.isNull() || held.appearance != record.appearance()) {
         return;
     }
     held.image = held.image.transformed(QTransform().rotate(degrees));
@@ -102,29 +81,18 @@ void PageThumbnailStore::turn(const PdfPageRecord &record)
 void PageThumbnailStore::forget(PdfPageId id)
 {
     dropHeld(id);
-    dropPending(id);
-    m_failed.remove(id);
+    m_requests.forget(id);
 }
 
 void PageThumbnailStore::reconcile(const std::function<const PdfPageRecord *(PdfPageId)> &recordOf)
 {
-    const auto isGone = [&recordOf](PdfPageId id, const Appearance &appearance) {
-        const PdfPageRecord *record = recordOf(id);
-        return !record || appearance != appearanceOf(*record);
-    };
     for (const PdfPageId id : m_held.keys()) {
-        if (isGone(id, m_held.value(id).appearance)) {
+        const PdfPageRecord *record = recordOf(id);
+        if (record == nullptr || m_held.value(id).appearance != record->appearance()) {
             dropHeld(id);
         }
     }
-    for (const PdfPageId id : m_pending.keys()) {
-        if (isGone(id, m_pending.value(id).appearance)) {
-            dropPending(id);
-        }
-    }
-    m_failed.clear();
-    // Whoever replaced the document may have cancelled what was under way.
-    m_outstanding.clear();
+    m_requests.reconcile(recordOf);
 }
 
 void PageThumbnailStore::trim(const std::function<int(PdfPageId)> &distanceOf)
@@ -147,16 +115,12 @@ void PageThumbnailStore::trim(const std::function<int(PdfPageId)> &distanceOf)
 
 void PageThumbnailStore::forgetFailuresExcept(const QSet<PdfPageId> &kept)
 {
-    m_failed.intersect(kept);
+    m_requests.forgetFailures(kept);
 }
 
 void PageThumbnailStore::forgetRequests()
 {
-    m_pending.clear();
-    m_pendingBytes = 0;
-    m_failed.clear();
-    m_outstanding.clear();
-    m_hasWaiting = false;
+    m_requests.forgetAll();
 }
 
 void PageThumbnailStore::clear()
@@ -166,107 +130,32 @@ void PageThumbnailStore::clear()
     forgetRequests();
 }
 
-PageThumbnailStore::Appearance PageThumbnailStore::appearanceOf(const PdfPageRecord &record)
+bool PageThumbnailStore::isHeld(const WantedPage &page) const
 {
-    return {record.sourcePath, record.sourcePageIndex, record.rotation,
-            record.origin == PdfPageOrigin::Blank};
+    const auto held = m_held.constFind(page.record.id);
+    return held != m_held.constEnd() && held->size == page.size &&
+           held->appearance == page.record.appearance();
 }
 
-qint64 PageThumbnailStore::bytesOf(QSize size)
+void PageThumbnailStore::acceptImage(PdfPageId id, const QImage &image, QSize size,
+                                     const PdfPageAppearance &appearance)
 {
-    return static_cast<qint64>(size.width()) * size.height() * kBytesPerPixel;
-}
-
-bool PageThumbnailStore::isInFlight(const WantedPage &page) const
-{
-    const auto pending = m_pending.constFind(page.record.id);
-    return pending != m_pending.constEnd() && pending->size == page.size &&
-           pending->appearance == appearanceOf(page.record);
-}
-
-void PageThumbnailStore::acceptImage(PdfPageId id, QSize /*size*/, PdfRenderPurpose purpose,
-                                     quint64 requestId, quint64 /*documentRevision*/,
-                                     const QImage &image)
-{
-    if (purpose != PdfRenderPurpose::Thumbnail) {
-        return;
-    }
-    PendingRequest request;
-    if (takePending(id, requestId, &request)) {
-        hold(id, {image, request.size, request.appearance});
-        emit imageArrived(id);
-    }
-    settle(requestId);
-}
-
-void PageThumbnailStore::acceptFailure(PdfPageId id, PdfRenderPurpose purpose, quint64 requestId)
-{
-    if (purpose != PdfRenderPurpose::Thumbnail) {
-        return;
-    }
-    PendingRequest request;
-    if (takePending(id, requestId, &request)) {
-        m_failed.insert(id);
-        emit imageFailed(id);
-    }
-    settle(requestId);
-}
-
-bool PageThumbnailStore::takePending(PdfPageId id, quint64 requestId, PendingRequest *request)
-{
-    const auto pending = m_pending.constFind(id);
-    if (pending == m_pending.constEnd() || pending->requestId != requestId) {
-        return false;
-    }
-    *request = *pending;
-    dropPending(id);
-    return true;
-}
-
-void PageThumbnailStore::settle(quint64 requestId)
-{
-    if (m_outstanding.remove(requestId) && m_hasWaiting) {
-        emit roomAvailable();
-    }
-}
-
-void PageThumbnailStore::setPending(PdfPageId id, const PendingRequest &request)
-{
-    dropPending(id);
-    m_pending.insert(id, request);
-    m_pendingBytes += bytesOf(request.size);
-}
-
-void PageThumbnailStore::dropPending(PdfPageId id)
-{
-    const auto pending = m_pending.constFind(id);
-    if (pending != m_pending.constEnd()) {
-        m_pendingBytes -= bytesOf(pending->size);
-        m_pending.erase(pending);
-    }
+    hold(id, {image, size, appearance});
+    emit imageArrived(id);
 }
 
 void PageThumbnailStore::hold(PdfPageId id, const HeldImage &held)
 {
     dropHeld(id);
     m_held.insert(id, held);
-    m_heldBytes += bytesOf(held.image.size());
+    m_heldBytes += PageImageRequests::bytesOf(held.image.size());
 }
 
 void PageThumbnailStore::dropHeld(PdfPageId id)
 {
     const auto held = m_held.constFind(id);
     if (held != m_held.constEnd()) {
-        m_heldBytes -= bytesOf(held->image.size());
+        m_heldBytes -= PageImageRequests::bytesOf(held->image.size());
         m_held.erase(held);
     }
-}
-
-bool PageThumbnailStore::mustWait(const QList<WantedPage> &pages) const
-{
-    const auto wanted = std::count_if(pages.cbegin(), pages.cend(), [this](const auto &page) {
-        const auto pending = m_pending.constFind(page.record.id);
-        return pending != m_pending.constEnd() && m_outstanding.contains(pending->requestId);
-    });
-    return m_outstanding.size() - wanted > kMaximumStaleRequests;
 }

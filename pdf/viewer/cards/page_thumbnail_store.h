@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdf/core/page_image_requests.h"
 #include "pdf/core/pdf_page_record.h"
-#include "pdf/core/pdf_render_manager.h"
 
 #include <QHash>
 #include <QImage>
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QSet>
 #include <QSize>
 
 #include <functional>
 
+class PdfRenderManager;
+
 /// Gets thumbnails from a render manager and holds a bounded amount of them.
 ///
 /// A thumbnail belongs to a page and to what the page showed when it was asked for; it is not
-/// given out any more once the page shows something else. Results are matched by their request
-/// identifiers, so that a result overtaken by a newer request is ignored. Lives on the interface
-/// thread.
+/// given out any more once the page shows something else. Lives on the interface thread.
 class PageThumbnailStore final : public QObject
 {
     Q_OBJECT
@@ -31,11 +30,7 @@ public:
     static constexpr int kMaximumStaleRequests = 16;
 
     /// A page and the size in device pixels at which it is wanted.
-    struct WantedPage
-    {
-        PdfPageRecord record;
-        QSize size;
-    };
+    using WantedPage = PageImageRequests::WantedPage;
 
     enum class Urgency {
         Visible,    ///< The reader is waiting for it.
@@ -50,19 +45,22 @@ public:
     [[nodiscard]] const QImage *image(const PdfPageRecord &record) const;
     /// Whether an image of just this page and size is held or on its way, or failed.
     [[nodiscard]] bool isSettled(const WantedPage &page) const;
-    [[nodiscard]] bool isPending(PdfPageId id) const { return m_pending.contains(id); }
-    [[nodiscard]] bool hasFailed(PdfPageId id) const { return m_failed.contains(id); }
-    [[nodiscard]] int pendingCount() const { return static_cast<int>(m_pending.size()); }
+    [[nodiscard]] bool isPending(PdfPageId id) const { return m_requests.isPending(id); }
+    [[nodiscard]] bool hasFailed(PdfPageId id) const { return m_requests.hasFailed(id); }
+    [[nodiscard]] int pendingCount() const { return m_requests.pendingCount(); }
     [[nodiscard]] int heldCount() const { return static_cast<int>(m_held.size()); }
     [[nodiscard]] qint64 heldBytes() const { return m_heldBytes; }
     [[nodiscard]] bool isOverBudget() const { return m_heldBytes > m_budget; }
     /// Whether what is held and what is on its way fits into the budget.
-    [[nodiscard]] bool hasRoom() const { return m_heldBytes + m_pendingBytes < m_budget; }
+    [[nodiscard]] bool hasRoom() const
+    {
+        return m_heldBytes + m_requests.pendingBytes() < m_budget;
+    }
     void setBudget(qint64 bytes) { m_budget = bytes; }
 
     /// Asks `manager` from now on; null for no one. What was asked of another is forgotten.
     void setRenderManager(PdfRenderManager *manager);
-    [[nodiscard]] PdfRenderManager *renderManager() const { return m_renderManager; }
+    [[nodiscard]] PdfRenderManager *renderManager() const { return m_requests.renderManager(); }
     /// Requests those pages that are not settled, `pagesPerCall` at a time. Urgent requests wait
     /// while too much is outstanding that is no longer wanted; roomAvailable() tells when to come
     /// again.
@@ -94,55 +92,21 @@ signals:
     void roomAvailable();
 
 private:
-    /// What a page shows.
-    struct Appearance
-    {
-        QString sourcePath;
-        qint32 sourcePageIndex = -1;
-        qint32 rotation = 0;
-        bool blank = false;
-
-        friend bool operator==(const Appearance &, const Appearance &) = default;
-    };
-
     struct HeldImage
     {
         QImage image;
         QSize size;
-        Appearance appearance;
+        PdfPageAppearance appearance;
     };
 
-    struct PendingRequest
-    {
-        quint64 requestId = 0;
-        QSize size;
-        Appearance appearance;
-    };
-
-    [[nodiscard]] static Appearance appearanceOf(const PdfPageRecord &record);
-    [[nodiscard]] static qint64 bytesOf(QSize size);
-    [[nodiscard]] bool isInFlight(const WantedPage &page) const;
-
-    void acceptImage(PdfPageId id, QSize size, PdfRenderPurpose purpose, quint64 requestId,
-                     quint64 documentRevision, const QImage &image);
-    void acceptFailure(PdfPageId id, PdfRenderPurpose purpose, quint64 requestId);
-    /// The request of the page if it is the one with the identifier; removes it.
-    [[nodiscard]] bool takePending(PdfPageId id, quint64 requestId, PendingRequest *request);
-    void settle(quint64 requestId);
-    void setPending(PdfPageId id, const PendingRequest &request);
-    void dropPending(PdfPageId id);
+    void acceptImage(PdfPageId id, const QImage &image, QSize size,
+                     const PdfPageAppearance &appearance);
     void hold(PdfPageId id, const HeldImage &held);
     void dropHeld(PdfPageId id);
-    [[nodiscard]] bool mustWait(const QList<WantedPage> &pages) const;
+    [[nodiscard]] bool isHeld(const WantedPage &page) const;
 
-    QPointer<PdfRenderManager> m_renderManager;
+    PageImageRequests m_requests{PdfRenderPurpose::Thumbnail};
     QHash<PdfPageId, HeldImage> m_held;
-    QHash<PdfPageId, PendingRequest> m_pending;
-    QSet<PdfPageId> m_failed;
-    /// Urgent requests whose result has not come, whether it is still wanted or not.
-    QSet<quint64> m_outstanding;
     qint64 m_budget = kDefaultBudget;
     qint64 m_heldBytes = 0;
-    qint64 m_pendingBytes = 0;
-    bool m_hasWaiting = false;
 };

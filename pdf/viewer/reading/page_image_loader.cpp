@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/reading/page_image_loader.h"
 
-#include <algorithm>
+#include "pdf/core/pdf_render_manager.h"
 
 PageImageLoader::PageImageLoader(QObject *parent)
     : QObject(parent)
-{}
+{
+    connect(&m_requests, &PageImageRequests::imageArrived, this, &PageImageLoader::acceptImage);
+    connect(&m_requests, &PageImageRequests::roomAvailable, this, &PageImageLoader::roomAvailable);
+}
 
 PageImageLoader::~PageImageLoader() = default;
 
@@ -17,27 +20,18 @@ const PageImageLoader::HeldImage *PageImageLoader::image(PdfPageId id) const
 
 void PageImageLoader::setRenderManager(PdfRenderManager *manager)
 {
-    if (m_renderManager) {
-        disconnect(m_renderManager, nullptr, this, nullptr);
-    }
-    forgetRequests();
-    m_renderManager = manager;
-    if (!manager) {
-        return;
-    }
-    connect(manager, &PdfRenderManager::pageRendered, this, &PageImageLoader::acceptImage);
-    connect(manager, &PdfRenderManager::pageRenderFailed, this, &PageImageLoader::acceptFailure);
+    m_requests.setRenderManager(manager);
 }
 
 void PageImageLoader::request(const Demand &demand)
 {
     dropImagesExcept(demand.kept);
-    m_held = false;
-    if (!m_renderManager) {
+    m_requests.setWaiting(false);
+    if (m_requests.renderManager() == nullptr) {
         return;
     }
-    const auto stale =
-        m_outstanding.size() - countInFlight(demand.visible) - countInFlight(demand.nearby);
+    const int stale =
+        m_requests.staleCount(demand.visible + demand.nearby, PageImageRequests::Serving::ThisSize);
     requestMissing(demand.visible, demand.documentRevision, stale <= kMaximumStaleRequests);
     requestMissing(demand.nearby, demand.documentRevision, stale <= 0);
 }
@@ -45,7 +39,7 @@ void PageImageLoader::request(const Demand &demand)
 void PageImageLoader::forget(PdfPageId id)
 {
     m_images.remove(id);
-    m_pending.remove(id);
+    m_requests.withdraw(id);
 }
 
 void PageImageLoader::clear()
@@ -56,48 +50,21 @@ void PageImageLoader::clear()
 
 void PageImageLoader::forgetRequests()
 {
-    m_pending.clear();
-    m_failed.clear();
-    m_outstanding.clear();
-    m_held = false;
+    m_requests.forgetAll();
 }
 
 void PageImageLoader::forgetFailures()
 {
-    m_failed.clear();
+    m_requests.forgetFailures();
 }
 
-void PageImageLoader::acceptImage(PdfPageId id, QSize size, PdfRenderPurpose purpose,
-                                  quint64 requestId, quint64 /*documentRevision*/,
-                                  const QImage &image)
+void PageImageLoader::acceptImage(PdfPageId id, const QImage &image, QSize size)
 {
-    if (purpose != PdfRenderPurpose::PageView) {
-        return;
+    m_images.insert(id, {image, size});
+    emit imageArrived(id);
+    if (!m_kept.contains(id)) {
+        emit unkeptImageArrived();
     }
-    const auto pending = m_pending.constFind(id);
-    if (pending != m_pending.constEnd() && pending->requestId == requestId &&
-        pending->size == size) {
-        m_pending.erase(pending);
-        m_images.insert(id, {image, size});
-        emit imageArrived(id);
-        if (!m_kept.contains(id)) {
-            emit unkeptImageArrived();
-        }
-    }
-    settle(requestId);
-}
-
-void PageImageLoader::acceptFailure(PdfPageId id, PdfRenderPurpose purpose, quint64 requestId)
-{
-    if (purpose != PdfRenderPurpose::PageView) {
-        return;
-    }
-    const auto pending = m_pending.constFind(id);
-    if (pending != m_pending.constEnd() && pending->requestId == requestId) {
-        m_pending.erase(pending);
-        m_failed.insert(id);
-    }
-    settle(requestId);
 }
 
 void PageImageLoader::dropImagesExcept(const QSet<PdfPageId> &kept)
@@ -106,29 +73,10 @@ void PageImageLoader::dropImagesExcept(const QSet<PdfPageId> &kept)
     m_images.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
 }
 
-void PageImageLoader::settle(quint64 requestId)
-{
-    if (m_outstanding.remove(requestId) && m_held) {
-        emit roomAvailable();
-    }
-}
-
 bool PageImageLoader::isHeld(const WantedPage &page) const
 {
     const HeldImage *held = image(page.record.id);
-    return held && held->size == page.size;
-}
-
-bool PageImageLoader::isInFlight(const WantedPage &page) const
-{
-    const auto pending = m_pending.constFind(page.record.id);
-    return pending != m_pending.constEnd() && pending->size == page.size;
-}
-
-int PageImageLoader::countInFlight(const QList<WantedPage> &pages) const
-{
-    return static_cast<int>(std::count_if(
-        pages.cbegin(), pages.cend(), [this](const WantedPage &page) { return isInFlight(page); }));
+    return held != nullptr && held->size == page.size;
 }
 
 void PageImageLoader::requestMissing(const QList<WantedPage> &pages, quint64 documentRevision,
@@ -137,22 +85,17 @@ void PageImageLoader::requestMissing(const QList<WantedPage> &pages, quint64 doc
     for (const WantedPage &page : pages) {
         if (isHeld(page)) {
             // A result for another size, asked for in between, must not replace this image.
-            m_pending.remove(page.record.id);
+            m_requests.withdraw(page.record.id);
             continue;
         }
-        if (isInFlight(page) || m_failed.contains(page.record.id)) {
+        if (m_requests.isSettled(page)) {
             continue;
         }
         if (!hasRoom) {
-            m_held = true;
+            m_requests.setWaiting(true);
             return;
         }
-        const quint64 requestId =
-            m_renderManager->requestPage(page.record, page.size, PdfRenderPurpose::PageView,
-                                         documentRevision, PdfRenderManager::kPageViewPriority);
-        if (requestId != 0) {
-            m_pending.insert(page.record.id, {page.size, requestId});
-            m_outstanding.insert(requestId);
-        }
+        m_requests.request({page}, documentRevision, PdfRenderManager::kPageViewPriority, 1,
+                           PageImageRequests::Counting::Outstanding);
     }
 }

@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdf/core/page_image_requests.h"
 #include "pdf/core/pdf_page_record.h"
-#include "pdf/core/pdf_render_manager.h"
 
 #include <QHash>
 #include <QImage>
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QSet>
 #include <QSize>
+
+class PdfRenderManager;
 
 /// Gets the page images of one continuous view from a render manager and holds the ones in use.
 ///
@@ -33,11 +34,7 @@ public:
     };
 
     /// A page and the size in device pixels at which it is wanted.
-    struct WantedPage
-    {
-        PdfPageRecord record;
-        QSize size;
-    };
+    using WantedPage = PageImageRequests::WantedPage;
 
     /// What the view wants at one moment, most urgent first.
     struct Demand
@@ -80,28 +77,12 @@ signals:
     void roomAvailable();
 
 private:
-    struct PendingRequest
-    {
-        QSize size;
-        quint64 requestId = 0;
-    };
-
-    void acceptImage(PdfPageId id, QSize size, PdfRenderPurpose purpose, quint64 requestId,
-                     quint64 documentRevision, const QImage &image);
-    void acceptFailure(PdfPageId id, PdfRenderPurpose purpose, quint64 requestId);
+    void acceptImage(PdfPageId id, const QImage &image, QSize size);
     void dropImagesExcept(const QSet<PdfPageId> &kept);
-    void settle(quint64 requestId);
     [[nodiscard]] bool isHeld(const WantedPage &page) const;
-    [[nodiscard]] bool isInFlight(const WantedPage &page) const;
-    [[nodiscard]] int countInFlight(const QList<WantedPage> &pages) const;
     void requestMissing(const QList<WantedPage> &pages, quint64 documentRevision, bool hasRoom);
 
-    QPointer<PdfRenderManager> m_renderManager;
+    PageImageRequests m_requests{PdfRenderPurpose::PageView};
     QHash<PdfPageId, HeldImage> m_images;
-    QHash<PdfPageId, PendingRequest> m_pending;
-    QSet<PdfPageId> m_failed;
     QSet<PdfPageId> m_kept;
-    /// Requests whose result has not come, whether it is still wanted or not.
-    QSet<quint64> m_outstanding;
-    bool m_held = false;
 };

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/core/page_render_job.h"
 #include "tests/pdf/core/render_bench.h"
 
 #include <QSignalSpy>
@@ -310,9 +311,13 @@ void TestPdfRenderManagerOrder::deletingTheManagerInASlotIsSafe()
 
 void TestPdfRenderManagerOrder::channelDropsResultsOnceItIsClosed()
 {
-    PdfRenderManager manager;
-    PageRenderChannel channel(&manager);
+    QObject receiver;
+    int calls = 0;
+    PageRenderChannel channel(&receiver, [&calls] { ++calls; });
     channel.post({});
+    QCOMPARE(calls, 0);
+    QCoreApplication::sendPostedEvents(&receiver, QEvent::MetaCall);
+    QCOMPARE(calls, 1);
     QVERIFY(channel.take().has_value());
     QVERIFY(!channel.take().has_value());
     channel.post({});
@@ -320,6 +325,9 @@ void TestPdfRenderManagerOrder::channelDropsResultsOnceItIsClosed()
     QVERIFY(!channel.take().has_value());
     channel.post({});
     QVERIFY(!channel.take().has_value());
+    QCoreApplication::sendPostedEvents(&receiver, QEvent::MetaCall);
+    // The second result was announced before it was dropped.
+    QCOMPARE(calls, 2);
 }
 
 QTEST_GUILESS_MAIN(TestPdfRenderManagerOrder)
