@@ -4,6 +4,7 @@
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
 #include "pdf/core/pdf_undo_manager.h"
+#include "pdf/viewer/bars/floating_bar_placer.h"
 #include "pdf/viewer/bars/pdf_bottom_control_bar.h"
 #include "pdf/viewer/bars/pdf_top_tool_bar.h"
 #include "pdf/viewer/commands/page_files_writer.h"
@@ -19,7 +20,6 @@
 #include "widgets/theme.h"
 
 #include <QDir>
-#include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -49,8 +49,6 @@ constexpr int kSplitterHandleWidth = 1;
 constexpr int kThumbnailPanelWidth = 210;
 constexpr int kViewsWidth = 1000;
 constexpr int kSidePanelWidth = 340;
-constexpr int kBottomBarMargin = 24;
-constexpr int kBottomBarLeastTop = 8;
 
 bool needsPassword(PdfBackendError error)
 {
@@ -445,7 +443,6 @@ void PdfViewerWidget::showThumbnailPanel(bool show)
     m_thumbnailPanel->setVisible(show && m_viewMode == PdfViewMode::DocumentView);
     m_topToolBar->setThumbnailChecked(show);
     QTimer::singleShot(0, this, &PdfViewerWidget::applyFitMode);
-    placeBottomBarSoon();
 }
 
 void PdfViewerWidget::applyFitMode()
@@ -469,12 +466,11 @@ void PdfViewerWidget::setViewMode(PdfViewMode mode)
     m_viewStack->setCurrentIndex(isDocumentView ? 0 : 1);
     setFocusProxy(m_viewStack->currentWidget());
     m_thumbnailPanel->setVisible(isDocumentView && m_thumbnailsVisible);
-    allowBottomBar(isDocumentView && m_model->rowCount() > 0);
+    m_bottomBarPlacer->setAllowed(isDocumentView && m_model->rowCount() > 0);
     m_topToolBar->setViewMode(static_cast<int>(mode));
     if (isDocumentView) {
         setWorkspaceMode(PdfWorkspaceMode::NormalMode);
     }
-    placeBottomBarSoon();
 }
 
 void PdfViewerWidget::setWorkspaceMode(PdfWorkspaceMode mode)
@@ -483,35 +479,6 @@ void PdfViewerWidget::setWorkspaceMode(PdfWorkspaceMode mode)
     m_topToolBar->setWorkspaceMode(static_cast<int>(mode));
     m_pageManagerView->setWorkspaceMode(static_cast<int>(mode));
     m_operationSidePanel->setWorkspaceMode(static_cast<int>(mode));
-}
-
-bool PdfViewerWidget::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == m_viewStack) {
-        switch (event->type()) {
-        case QEvent::Move:
-        case QEvent::Resize:
-        case QEvent::Show:
-        case QEvent::LayoutRequest:
-            placeBottomBarSoon();
-            break;
-        default:
-            break;
-        }
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
-void PdfViewerWidget::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    placeBottomBarSoon();
-}
-
-void PdfViewerWidget::showEvent(QShowEvent *event)
-{
-    QWidget::showEvent(event);
-    placeBottomBarSoon();
 }
 
 void PdfViewerWidget::buildInterface()
@@ -535,8 +502,7 @@ void PdfViewerWidget::buildInterface()
 
     // Floats over the views and is in no layout.
     m_bottomBar = new PdfBottomControlBar(m_viewStack);
-    m_bottomBar->raise();
-    placeBottomBarSoon();
+    m_bottomBarPlacer = new FloatingBarPlacer(m_bottomBar);
     setFocusProxy(m_documentView);
 }
 
@@ -555,7 +521,6 @@ void PdfViewerWidget::buildSplitter()
     m_operationSidePanel->setModel(m_model);
 
     m_viewStack = new QStackedWidget;
-    m_viewStack->installEventFilter(this);
     m_viewStack->addWidget(m_documentView);
     m_viewStack->addWidget(m_pageManagerView);
 
@@ -578,10 +543,9 @@ void PdfViewerWidget::refreshPageState()
     const int count = m_model->rowCount();
     m_bottomBar->setPageCount(count);
     m_bottomBar->setCurrentPage(std::min(std::max(count - 1, 0), m_documentView->currentPage()));
-    allowBottomBar(count > 0 && m_viewMode == PdfViewMode::DocumentView);
+    m_bottomBarPlacer->setAllowed(count > 0 && m_viewMode == PdfViewMode::DocumentView);
     m_topToolBar->setDocumentActionsEnabled(count > 0);
     emit pageCountChanged(count);
-    placeBottomBarSoon();
 }
 
 void PdfViewerWidget::refreshSelectionState()
@@ -602,38 +566,6 @@ void PdfViewerWidget::manageIn(PdfWorkspaceMode mode)
 {
     setViewMode(PdfViewMode::PageManageView);
     setWorkspaceMode(mode);
-}
-
-void PdfViewerWidget::allowBottomBar(bool allowed)
-{
-    m_bottomBarAllowed = allowed;
-    if (!allowed) {
-        m_bottomBar->hide();
-    }
-}
-
-void PdfViewerWidget::placeBottomBarSoon()
-{
-    if (m_bottomBarPlacementPending) {
-        return;
-    }
-    m_bottomBarPlacementPending = true;
-    QTimer::singleShot(0, this, &PdfViewerWidget::placeBottomBar);
-}
-
-void PdfViewerWidget::placeBottomBar()
-{
-    m_bottomBarPlacementPending = false;
-    if (!m_bottomBarAllowed || m_viewStack->width() <= 0 || m_viewStack->height() < 1 ||
-        !isVisible() || !m_viewStack->isVisible()) {
-        return;
-    }
-    m_bottomBar->resize(m_bottomBar->sizeHint());
-    m_bottomBar->move(std::max((m_viewStack->width() - m_bottomBar->width()) / 2, 0),
-                      std::max(m_viewStack->height() - kBottomBarMargin - m_bottomBar->height(),
-                               kBottomBarLeastTop));
-    m_bottomBar->show();
-    m_bottomBar->raise();
 }
 
 void PdfViewerWidget::restartRequests()

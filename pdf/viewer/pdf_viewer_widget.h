@@ -15,6 +15,7 @@
 
 #include <utility>
 
+class FloatingBarPlacer;
 class PdfBottomControlBar;
 class PdfDocumentModel;
 class PdfDocumentView;
@@ -110,11 +111,6 @@ public slots:
     void setViewMode(PdfViewMode mode);
     void setWorkspaceMode(PdfWorkspaceMode mode);
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-
 private:
     void buildInterface();
     void buildSplitter();
@@ -136,9 +132,6 @@ private:
     /// Switches to the grid and to what it is to be used for.
     void manageIn(PdfWorkspaceMode mode);
     void applyFitMode();
-    void placeBottomBarSoon();
-    void placeBottomBar();
-    void allowBottomBar(bool allowed);
     void restartRequests();
 
     [[nodiscard]] QString baseName() const;
@@ -165,11 +158,10 @@ private:
     PdfPageManagerView *m_pageManagerView = nullptr;
     PdfOperationSidePanel *m_operationSidePanel = nullptr;
     PdfBottomControlBar *m_bottomBar = nullptr;
+    FloatingBarPlacer *m_bottomBarPlacer = nullptr;
     PdfViewMode m_viewMode = PdfViewMode::DocumentView;
     PdfWorkspaceMode m_workspaceMode = PdfWorkspaceMode::NormalMode;
     bool m_thumbnailsVisible = true;
-    bool m_bottomBarAllowed = false;
-    bool m_bottomBarPlacementPending = false;
     bool m_saving = false;
     PdfSaveFunction m_write;
 };
