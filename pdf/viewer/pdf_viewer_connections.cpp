@@ -6,6 +6,7 @@
 #include "pdf/core/pdf_undo_manager.h"
 #include "pdf/viewer/bars/pdf_bottom_control_bar.h"
 #include "pdf/viewer/bars/pdf_top_tool_bar.h"
+#include "pdf/viewer/commands/pdf_file_commands.h"
 #include "pdf/viewer/grid/pdf_page_manager_view.h"
 #include "pdf/viewer/reading/pdf_document_view.h"
 #include "pdf/viewer/side_panel/pdf_operation_side_panel.h"
@@ -32,6 +33,7 @@ void PdfViewerWidget::connectParts()
     connectPageManagerView();
     connectSidePanel();
     connectModel();
+    connectCommands();
 }
 
 void PdfViewerWidget::connectDocumentView()
@@ -193,4 +195,12 @@ void PdfViewerWidget::connectModel()
     // With a page more, not every page is selected any longer.
     connect(m_model, &PdfDocumentModel::rowsInserted, this,
             &PdfViewerWidget::refreshSelectionState);
+}
+
+void PdfViewerWidget::connectCommands()
+{
+    const PdfFileCommands *commands = m_fileCommands;
+    connect(commands, &PdfFileCommands::opened, this, &PdfViewerWidget::showOpenedDocument);
+    connect(commands, &PdfFileCommands::notOpened, this, &PdfViewerWidget::restartRequests);
+    connect(commands, &PdfFileCommands::saved, this, &PdfViewerWidget::documentSaved);
 }

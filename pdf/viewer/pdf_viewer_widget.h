@@ -4,7 +4,6 @@
 #include "pdf/core/pdf_page_record.h"
 #include "pdf/viewer/commands/document_saver.h"
 #include "pdf/viewer/common/pdf_view_modes.h"
-#include "pdf/viewer/side_panel/page_output_plan.h"
 #include "pdfcore/pdf_editor_backend.h"
 
 #include <QList>
@@ -13,12 +12,13 @@
 #include <QStringList>
 #include <QWidget>
 
-#include <utility>
-
+class FloatingBarPlacer;
 class PdfBottomControlBar;
 class PdfDocumentModel;
 class PdfDocumentView;
+class PdfFileCommands;
 class PdfOperationSidePanel;
+class PdfPageCommands;
 class PdfPageManagerView;
 class PdfRenderManager;
 class PdfThumbnailPanel;
@@ -27,8 +27,8 @@ class PdfUndoManager;
 class QSplitter;
 class QStackedWidget;
 
-/// The workspace of one open PDF: owns the document, its renderer and its edit history, shows its
-/// pages, and carries out the commands that concern the whole document.
+/// The workspace of one open PDF: owns the document, its renderer, its edit history and the
+/// commands that concern the whole document, and puts the parts together that show its pages.
 ///
 /// Pages and rows are counted from zero. Whatever goes wrong is told to the user in a message box.
 /// Lives on the interface thread.
@@ -58,7 +58,7 @@ public:
     /// window stays alive meanwhile. Nothing is loaded anew.
     bool saveAs(const QString &path);
     /// Replaces what writes documents.
-    void setSaveFunction(PdfSaveFunction write) { m_write = std::move(write); }
+    void setSaveFunction(PdfSaveFunction write);
 
     /// Prints the document after the user has chosen how.
     void printDocument();
@@ -110,14 +110,9 @@ public slots:
     void setViewMode(PdfViewMode mode);
     void setWorkspaceMode(PdfWorkspaceMode mode);
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-
 private:
     void buildInterface();
-    void buildSplitter();
+    QSplitter *createSplitter();
     // In pdf_viewer_connections.cpp.
     void connectParts();
     void connectDocumentView();
@@ -129,47 +124,32 @@ private:
     void connectPageManagerView();
     void connectSidePanel();
     void connectModel();
+    void connectCommands();
 
+    void showOpenedDocument();
     void refreshPageState();
     void refreshSelectionState();
     void previewPage(PdfPageId id);
     /// Switches to the grid and to what it is to be used for.
     void manageIn(PdfWorkspaceMode mode);
     void applyFitMode();
-    void placeBottomBarSoon();
-    void placeBottomBar();
-    void allowBottomBar(bool allowed);
+    /// Lets the views ask again for the images that were cancelled.
     void restartRequests();
-
-    [[nodiscard]] QString baseName() const;
-    bool insertPdfFile(const QString &file, int row);
-    void insertBlankPage(int beforeRow);
-    /// What the user is told about a batch of files that were written.
-    struct BatchTexts
-    {
-        QString noFolderTitle;
-        QString failedTitle;
-        QString doneTitle;
-    };
-    void writeFiles(const QList<PageOutputFile> &plan, const QString &outputDirectory,
-                    const BatchTexts &texts);
 
     PdfDocumentModel *m_model;
     PdfRenderManager *m_renderManager;
     PdfUndoManager *m_undoManager;
+    PdfFileCommands *m_fileCommands;
+    PdfPageCommands *m_pageCommands;
     PdfTopToolBar *m_topToolBar = nullptr;
-    QSplitter *m_splitter = nullptr;
     PdfThumbnailPanel *m_thumbnailPanel = nullptr;
     QStackedWidget *m_viewStack = nullptr;
     PdfDocumentView *m_documentView = nullptr;
     PdfPageManagerView *m_pageManagerView = nullptr;
     PdfOperationSidePanel *m_operationSidePanel = nullptr;
     PdfBottomControlBar *m_bottomBar = nullptr;
+    FloatingBarPlacer *m_bottomBarPlacer = nullptr;
     PdfViewMode m_viewMode = PdfViewMode::DocumentView;
     PdfWorkspaceMode m_workspaceMode = PdfWorkspaceMode::NormalMode;
     bool m_thumbnailsVisible = true;
-    bool m_bottomBarAllowed = false;
-    bool m_bottomBarPlacementPending = false;
-    bool m_saving = false;
-    PdfSaveFunction m_write;
 };

@@ -9,6 +9,25 @@
     </message>
 </context>
 <context>
+    <name>DocumentPrinting</name>
+    <message>
+        <source>打印 PDF</source>
+        <translation>‫طباعة PDF‬</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>تعذرت الطباعة</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>‫تعذر بدء مهمة الطباعة.‬</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>لم تكتمل الطباعة</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -279,6 +298,67 @@
     </message>
 </context>
 <context>
+    <name>PagePrinter</name>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>‫يتعذر على الطابعة إنشاء صفحة جديدة.‬</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>‫تعذر عرض الصفحة %1.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordQuestion</name>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>‫كلمة المرور غير صحيحة. أعد إدخال كلمة مرور PDF:‬</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>كلمة المرور مطلوبة</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>موافق</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>إلغاء</translation>
+    </message>
+</context>
+<context>
+    <name>PdfBackendError</name>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>‫الملف غير موجود أو تم نقله.‬</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>‫يتطلب ملف PDF كلمة مرور.‬</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>‫كلمة مرور PDF غير صحيحة.‬</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>‫ملف PDF تالف أو تنسيقه غير مدعوم.‬</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>‫تعذر عرض الصفحة.‬</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>‫تعذرت الكتابة إلى الملف الهدف. تحقق من الأذونات ومساحة القرص.‬</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>‫لم تكتمل العملية.‬</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -346,6 +426,53 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>‫احمِ ملفات PDF بكلمة مرور.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PdfFileCommands</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>‫ملف PDF هذا مشفر. أدخل كلمة المرور:‬</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>‫يتعذر فتح PDF‬</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>حفظ التغييرات</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>‫تم تعديل ملف PDF الحالي. هل تريد حفظه؟‬</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>حفظ</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>عدم الحفظ</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>إلغاء</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>‫بدون عنوان.pdf‬</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>‫حفظ PDF باسم‬</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>‫ملفات PDF‬ (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>‫تعذر حفظ PDF‬</translation>
     </message>
 </context>
 <context>
@@ -431,6 +558,71 @@
 页面 %3-%4</source>
         <translation>%1-%2.pdf
 الصفحات %3-%4</translation>
+    </message>
+</context>
+<context>
+    <name>PdfPageCommands</name>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>‫ملف PDF المراد إدراجه مشفر. أدخل كلمة المرور:‬</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>‫تعذر إدراج PDF‬</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>‫إدراج PDF‬</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>‫ملفات PDF‬ (*.pdf)</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>إدراج صفحة فارغة بعدها</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>تعذر الاستخراج</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>تعذر استخراج بعض الصفحات</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>اكتمل الاستخراج</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>تعذر التقسيم</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>تعذر فصل بعض الملفات</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>اكتمل التقسيم</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>‫تعذر إنشاء مجلد الوجهة.‬</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>‫عدد الملفات التي أُنشئت: %1، وعدد التي فشلت: %2.‬
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>‫عدد ملفات PDF التي أُنشئت: %1.‬
+%2</translation>
     </message>
 </context>
 <context>
@@ -607,173 +799,7 @@
     </message>
 </context>
 <context>
-    <name>PdfViewerWidget</name>
-    <message>
-        <source>此 PDF 已加密，请输入密码：</source>
-        <translation>‫ملف PDF هذا مشفر. أدخل كلمة المرور:‬</translation>
-    </message>
-    <message>
-        <source>密码错误，请重新输入 PDF 密码：</source>
-        <translation>‫كلمة المرور غير صحيحة. أعد إدخال كلمة مرور PDF:‬</translation>
-    </message>
-    <message>
-        <source>无法打开 PDF</source>
-        <translation>‫يتعذر فتح PDF‬</translation>
-    </message>
-    <message>
-        <source>文件不存在或已被移动。</source>
-        <translation>‫الملف غير موجود أو تم نقله.‬</translation>
-    </message>
-    <message>
-        <source>PDF 需要密码。</source>
-        <translation>‫يتطلب ملف PDF كلمة مرور.‬</translation>
-    </message>
-    <message>
-        <source>PDF 密码错误。</source>
-        <translation>‫كلمة مرور PDF غير صحيحة.‬</translation>
-    </message>
-    <message>
-        <source>PDF 已损坏或格式不受支持。</source>
-        <translation>‫ملف PDF تالف أو تنسيقه غير مدعوم.‬</translation>
-    </message>
-    <message>
-        <source>页面渲染失败。</source>
-        <translation>‫تعذر عرض الصفحة.‬</translation>
-    </message>
-    <message>
-        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
-        <translation>‫تعذرت الكتابة إلى الملف الهدف. تحقق من الأذونات ومساحة القرص.‬</translation>
-    </message>
-    <message>
-        <source>操作未完成。</source>
-        <translation>‫لم تكتمل العملية.‬</translation>
-    </message>
-    <message>
-        <source>需要密码</source>
-        <translation>كلمة المرور مطلوبة</translation>
-    </message>
-    <message>
-        <source>确定</source>
-        <translation>موافق</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>إلغاء</translation>
-    </message>
-    <message>
-        <source>打印机无法创建新页面。</source>
-        <translation>‫يتعذر على الطابعة إنشاء صفحة جديدة.‬</translation>
-    </message>
-    <message>
-        <source>第 %1 页渲染失败。</source>
-        <translation>‫تعذر عرض الصفحة %1.‬</translation>
-    </message>
-    <message>
-        <source>保存修改</source>
-        <translation>حفظ التغييرات</translation>
-    </message>
-    <message>
-        <source>当前 PDF 已修改，是否保存？</source>
-        <translation>‫تم تعديل ملف PDF الحالي. هل تريد حفظه؟‬</translation>
-    </message>
-    <message>
-        <source>保存</source>
-        <translation>حفظ</translation>
-    </message>
-    <message>
-        <source>不保存</source>
-        <translation>عدم الحفظ</translation>
-    </message>
-    <message>
-        <source>未命名.pdf</source>
-        <translation>‫بدون عنوان.pdf‬</translation>
-    </message>
-    <message>
-        <source>将 PDF 保存为</source>
-        <translation>‫حفظ PDF باسم‬</translation>
-    </message>
-    <message>
-        <source>PDF 文件 (*.pdf)</source>
-        <translation>‫ملفات PDF‬ (*.pdf)</translation>
-    </message>
-    <message>
-        <source>保存 PDF 失败</source>
-        <translation>‫تعذر حفظ PDF‬</translation>
-    </message>
-    <message>
-        <source>打印 PDF</source>
-        <translation>‫طباعة PDF‬</translation>
-    </message>
-    <message>
-        <source>打印失败</source>
-        <translation>تعذرت الطباعة</translation>
-    </message>
-    <message>
-        <source>无法启动打印任务。</source>
-        <translation>‫تعذر بدء مهمة الطباعة.‬</translation>
-    </message>
-    <message>
-        <source>打印未完成</source>
-        <translation>لم تكتمل الطباعة</translation>
-    </message>
-    <message>
-        <source>插入的 PDF 已加密，请输入密码：</source>
-        <translation>‫ملف PDF المراد إدراجه مشفر. أدخل كلمة المرور:‬</translation>
-    </message>
-    <message>
-        <source>插入 PDF 失败</source>
-        <translation>‫تعذر إدراج PDF‬</translation>
-    </message>
-    <message>
-        <source>插入 PDF</source>
-        <translation>‫إدراج PDF‬</translation>
-    </message>
-    <message>
-        <source>在后面插入空白页</source>
-        <translation>إدراج صفحة فارغة بعدها</translation>
-    </message>
-    <message>
-        <source>提取失败</source>
-        <translation>تعذر الاستخراج</translation>
-    </message>
-    <message>
-        <source>部分页面提取失败</source>
-        <translation>تعذر استخراج بعض الصفحات</translation>
-    </message>
-    <message>
-        <source>提取完成</source>
-        <translation>اكتمل الاستخراج</translation>
-    </message>
-    <message>
-        <source>拆分失败</source>
-        <translation>تعذر التقسيم</translation>
-    </message>
-    <message>
-        <source>部分文件拆分失败</source>
-        <translation>تعذر فصل بعض الملفات</translation>
-    </message>
-    <message>
-        <source>拆分完成</source>
-        <translation>اكتمل التقسيم</translation>
-    </message>
-    <message>
-        <source>无法创建目标文件夹。</source>
-        <translation>‫تعذر إنشاء مجلد الوجهة.‬</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个文件，%2 个文件失败。
-
-%3</source>
-        <translation>‫عدد الملفات التي أُنشئت: %1، وعدد التي فشلت: %2.‬
-
-%3</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个 PDF 文件。
-%2</source>
-        <translation>‫عدد ملفات PDF التي أُنشئت: %1.‬
-%2</translation>
-    </message>
+    <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
         <translation>‫جارٍ حفظ PDF‬</translation>

@@ -9,6 +9,25 @@
     </message>
 </context>
 <context>
+    <name>DocumentPrinting</name>
+    <message>
+        <source>打印 PDF</source>
+        <translation>PDF drucken</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>Drucken fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>Der Druckauftrag konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>Drucken nicht abgeschlossen</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -279,6 +298,67 @@
     </message>
 </context>
 <context>
+    <name>PagePrinter</name>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>Der Drucker kann keine neue Seite anlegen.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>Seite %1 konnte nicht gerendert werden.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordQuestion</name>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Falsches Kennwort. Geben Sie das PDF-Kennwort erneut ein:</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Kennwort erforderlich</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>PdfBackendError</name>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>Die Datei ist nicht vorhanden oder wurde verschoben.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>Die PDF-Datei erfordert ein Kennwort.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>Das PDF-Kennwort ist falsch.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>Die PDF-Datei ist beschädigt oder ihr Format wird nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>Die Seite konnte nicht dargestellt werden.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>Die Zieldatei konnte nicht geschrieben werden. Prüfen Sie die Berechtigungen und den Speicherplatz.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>Der Vorgang wurde nicht abgeschlossen.</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -346,6 +426,53 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>PDF-Dateien mit einem Kennwort schützen.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfFileCommands</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>Diese PDF-Datei ist verschlüsselt. Geben Sie das Kennwort ein:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>PDF kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Änderungen speichern</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>Die aktuelle PDF-Datei wurde geändert. Möchten Sie sie speichern?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>Nicht speichern</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Unbenannt.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>PDF speichern unter</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF-Dateien (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>Die PDF-Datei konnte nicht gespeichert werden</translation>
     </message>
 </context>
 <context>
@@ -431,6 +558,71 @@ Seite %2</translation>
 页面 %3-%4</source>
         <translation>%1-%2.pdf
 Seiten %3-%4</translation>
+    </message>
+</context>
+<context>
+    <name>PdfPageCommands</name>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>Die einzufügende PDF-Datei ist verschlüsselt. Geben Sie ihr Kennwort ein:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>Die PDF-Datei konnte nicht eingefügt werden</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>PDF einfügen</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF-Dateien (*.pdf)</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Leere Seite dahinter einfügen</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>Extrahieren fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>Einige Seiten konnten nicht extrahiert werden</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extrahieren abgeschlossen</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>Teilen fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>Einige Dateien konnten nicht abgeteilt werden</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>Teilen abgeschlossen</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>Der Zielordner konnte nicht erstellt werden.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>Erstellte Dateien: %1, fehlgeschlagen: %2.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>Erstellte PDF-Dateien: %1.
+%2</translation>
     </message>
 </context>
 <context>
@@ -607,173 +799,7 @@ Seiten %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfViewerWidget</name>
-    <message>
-        <source>此 PDF 已加密，请输入密码：</source>
-        <translation>Diese PDF-Datei ist verschlüsselt. Geben Sie das Kennwort ein:</translation>
-    </message>
-    <message>
-        <source>密码错误，请重新输入 PDF 密码：</source>
-        <translation>Falsches Kennwort. Geben Sie das PDF-Kennwort erneut ein:</translation>
-    </message>
-    <message>
-        <source>无法打开 PDF</source>
-        <translation>PDF kann nicht geöffnet werden</translation>
-    </message>
-    <message>
-        <source>文件不存在或已被移动。</source>
-        <translation>Die Datei ist nicht vorhanden oder wurde verschoben.</translation>
-    </message>
-    <message>
-        <source>PDF 需要密码。</source>
-        <translation>Die PDF-Datei erfordert ein Kennwort.</translation>
-    </message>
-    <message>
-        <source>PDF 密码错误。</source>
-        <translation>Das PDF-Kennwort ist falsch.</translation>
-    </message>
-    <message>
-        <source>PDF 已损坏或格式不受支持。</source>
-        <translation>Die PDF-Datei ist beschädigt oder ihr Format wird nicht unterstützt.</translation>
-    </message>
-    <message>
-        <source>页面渲染失败。</source>
-        <translation>Die Seite konnte nicht dargestellt werden.</translation>
-    </message>
-    <message>
-        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
-        <translation>Die Zieldatei konnte nicht geschrieben werden. Prüfen Sie die Berechtigungen und den Speicherplatz.</translation>
-    </message>
-    <message>
-        <source>操作未完成。</source>
-        <translation>Der Vorgang wurde nicht abgeschlossen.</translation>
-    </message>
-    <message>
-        <source>需要密码</source>
-        <translation>Kennwort erforderlich</translation>
-    </message>
-    <message>
-        <source>确定</source>
-        <translation>OK</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>打印机无法创建新页面。</source>
-        <translation>Der Drucker kann keine neue Seite anlegen.</translation>
-    </message>
-    <message>
-        <source>第 %1 页渲染失败。</source>
-        <translation>Seite %1 konnte nicht gerendert werden.</translation>
-    </message>
-    <message>
-        <source>保存修改</source>
-        <translation>Änderungen speichern</translation>
-    </message>
-    <message>
-        <source>当前 PDF 已修改，是否保存？</source>
-        <translation>Die aktuelle PDF-Datei wurde geändert. Möchten Sie sie speichern?</translation>
-    </message>
-    <message>
-        <source>保存</source>
-        <translation>Speichern</translation>
-    </message>
-    <message>
-        <source>不保存</source>
-        <translation>Nicht speichern</translation>
-    </message>
-    <message>
-        <source>未命名.pdf</source>
-        <translation>Unbenannt.pdf</translation>
-    </message>
-    <message>
-        <source>将 PDF 保存为</source>
-        <translation>PDF speichern unter</translation>
-    </message>
-    <message>
-        <source>PDF 文件 (*.pdf)</source>
-        <translation>PDF-Dateien (*.pdf)</translation>
-    </message>
-    <message>
-        <source>保存 PDF 失败</source>
-        <translation>Die PDF-Datei konnte nicht gespeichert werden</translation>
-    </message>
-    <message>
-        <source>打印 PDF</source>
-        <translation>PDF drucken</translation>
-    </message>
-    <message>
-        <source>打印失败</source>
-        <translation>Drucken fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>无法启动打印任务。</source>
-        <translation>Der Druckauftrag konnte nicht gestartet werden.</translation>
-    </message>
-    <message>
-        <source>打印未完成</source>
-        <translation>Drucken nicht abgeschlossen</translation>
-    </message>
-    <message>
-        <source>插入的 PDF 已加密，请输入密码：</source>
-        <translation>Die einzufügende PDF-Datei ist verschlüsselt. Geben Sie ihr Kennwort ein:</translation>
-    </message>
-    <message>
-        <source>插入 PDF 失败</source>
-        <translation>Die PDF-Datei konnte nicht eingefügt werden</translation>
-    </message>
-    <message>
-        <source>插入 PDF</source>
-        <translation>PDF einfügen</translation>
-    </message>
-    <message>
-        <source>在后面插入空白页</source>
-        <translation>Leere Seite dahinter einfügen</translation>
-    </message>
-    <message>
-        <source>提取失败</source>
-        <translation>Extrahieren fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>部分页面提取失败</source>
-        <translation>Einige Seiten konnten nicht extrahiert werden</translation>
-    </message>
-    <message>
-        <source>提取完成</source>
-        <translation>Extrahieren abgeschlossen</translation>
-    </message>
-    <message>
-        <source>拆分失败</source>
-        <translation>Teilen fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>部分文件拆分失败</source>
-        <translation>Einige Dateien konnten nicht abgeteilt werden</translation>
-    </message>
-    <message>
-        <source>拆分完成</source>
-        <translation>Teilen abgeschlossen</translation>
-    </message>
-    <message>
-        <source>无法创建目标文件夹。</source>
-        <translation>Der Zielordner konnte nicht erstellt werden.</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个文件，%2 个文件失败。
-
-%3</source>
-        <translation>Erstellte Dateien: %1, fehlgeschlagen: %2.
-
-%3</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个 PDF 文件。
-%2</source>
-        <translation>Erstellte PDF-Dateien: %1.
-%2</translation>
-    </message>
+    <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
         <translation>PDF wird gespeichert</translation>

@@ -9,6 +9,25 @@
     </message>
 </context>
 <context>
+    <name>DocumentPrinting</name>
+    <message>
+        <source>打印 PDF</source>
+        <translation>Imprimir el PDF</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>No se pudo imprimir</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>No se pudo iniciar el trabajo de impresión.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>La impresión no se completó</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -279,6 +298,67 @@
     </message>
 </context>
 <context>
+    <name>PagePrinter</name>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>La impresora no puede crear una página nueva.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>No se pudo representar la página %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordQuestion</name>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Contraseña incorrecta. Vuelva a introducir la contraseña del PDF:</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Se requiere contraseña</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancelar</translation>
+    </message>
+</context>
+<context>
+    <name>PdfBackendError</name>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>El archivo no existe o se ha movido.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>El PDF requiere una contraseña.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>La contraseña del PDF es incorrecta.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>El PDF está dañado o su formato no es compatible.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>No se pudo mostrar la página.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>No se pudo escribir el archivo de destino. Compruebe los permisos y el espacio en disco.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>La operación no se completó.</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -346,6 +426,53 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>Proteja archivos PDF con una contraseña.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfFileCommands</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>Este PDF está cifrado. Introduzca la contraseña:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>No se puede abrir el PDF</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Guardar los cambios</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>El PDF actual se ha modificado. ¿Desea guardarlo?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Guardar</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>No guardar</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Sin título.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>Guardar el PDF como</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Archivos PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>No se pudo guardar el PDF</translation>
     </message>
 </context>
 <context>
@@ -431,6 +558,71 @@ Página %2</translation>
 页面 %3-%4</source>
         <translation>%1-%2.pdf
 Páginas %3-%4</translation>
+    </message>
+</context>
+<context>
+    <name>PdfPageCommands</name>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>El PDF que desea insertar está cifrado. Introduzca su contraseña:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>No se pudo insertar el PDF</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insertar PDF</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Archivos PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Insertar una página en blanco después</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>No se pudo extraer</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>No se pudieron extraer algunas páginas</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extracción completada</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>No se pudo dividir</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>No se pudieron separar algunos archivos</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>División completada</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>No se pudo crear la carpeta de destino.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>Archivos creados: %1; fallidos: %2.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>Archivos PDF creados: %1.
+%2</translation>
     </message>
 </context>
 <context>
@@ -607,173 +799,7 @@ Páginas %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfViewerWidget</name>
-    <message>
-        <source>此 PDF 已加密，请输入密码：</source>
-        <translation>Este PDF está cifrado. Introduzca la contraseña:</translation>
-    </message>
-    <message>
-        <source>密码错误，请重新输入 PDF 密码：</source>
-        <translation>Contraseña incorrecta. Vuelva a introducir la contraseña del PDF:</translation>
-    </message>
-    <message>
-        <source>无法打开 PDF</source>
-        <translation>No se puede abrir el PDF</translation>
-    </message>
-    <message>
-        <source>文件不存在或已被移动。</source>
-        <translation>El archivo no existe o se ha movido.</translation>
-    </message>
-    <message>
-        <source>PDF 需要密码。</source>
-        <translation>El PDF requiere una contraseña.</translation>
-    </message>
-    <message>
-        <source>PDF 密码错误。</source>
-        <translation>La contraseña del PDF es incorrecta.</translation>
-    </message>
-    <message>
-        <source>PDF 已损坏或格式不受支持。</source>
-        <translation>El PDF está dañado o su formato no es compatible.</translation>
-    </message>
-    <message>
-        <source>页面渲染失败。</source>
-        <translation>No se pudo mostrar la página.</translation>
-    </message>
-    <message>
-        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
-        <translation>No se pudo escribir el archivo de destino. Compruebe los permisos y el espacio en disco.</translation>
-    </message>
-    <message>
-        <source>操作未完成。</source>
-        <translation>La operación no se completó.</translation>
-    </message>
-    <message>
-        <source>需要密码</source>
-        <translation>Se requiere contraseña</translation>
-    </message>
-    <message>
-        <source>确定</source>
-        <translation>Aceptar</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>Cancelar</translation>
-    </message>
-    <message>
-        <source>打印机无法创建新页面。</source>
-        <translation>La impresora no puede crear una página nueva.</translation>
-    </message>
-    <message>
-        <source>第 %1 页渲染失败。</source>
-        <translation>No se pudo representar la página %1.</translation>
-    </message>
-    <message>
-        <source>保存修改</source>
-        <translation>Guardar los cambios</translation>
-    </message>
-    <message>
-        <source>当前 PDF 已修改，是否保存？</source>
-        <translation>El PDF actual se ha modificado. ¿Desea guardarlo?</translation>
-    </message>
-    <message>
-        <source>保存</source>
-        <translation>Guardar</translation>
-    </message>
-    <message>
-        <source>不保存</source>
-        <translation>No guardar</translation>
-    </message>
-    <message>
-        <source>未命名.pdf</source>
-        <translation>Sin título.pdf</translation>
-    </message>
-    <message>
-        <source>将 PDF 保存为</source>
-        <translation>Guardar el PDF como</translation>
-    </message>
-    <message>
-        <source>PDF 文件 (*.pdf)</source>
-        <translation>Archivos PDF (*.pdf)</translation>
-    </message>
-    <message>
-        <source>保存 PDF 失败</source>
-        <translation>No se pudo guardar el PDF</translation>
-    </message>
-    <message>
-        <source>打印 PDF</source>
-        <translation>Imprimir el PDF</translation>
-    </message>
-    <message>
-        <source>打印失败</source>
-        <translation>No se pudo imprimir</translation>
-    </message>
-    <message>
-        <source>无法启动打印任务。</source>
-        <translation>No se pudo iniciar el trabajo de impresión.</translation>
-    </message>
-    <message>
-        <source>打印未完成</source>
-        <translation>La impresión no se completó</translation>
-    </message>
-    <message>
-        <source>插入的 PDF 已加密，请输入密码：</source>
-        <translation>El PDF que desea insertar está cifrado. Introduzca su contraseña:</translation>
-    </message>
-    <message>
-        <source>插入 PDF 失败</source>
-        <translation>No se pudo insertar el PDF</translation>
-    </message>
-    <message>
-        <source>插入 PDF</source>
-        <translation>Insertar PDF</translation>
-    </message>
-    <message>
-        <source>在后面插入空白页</source>
-        <translation>Insertar una página en blanco después</translation>
-    </message>
-    <message>
-        <source>提取失败</source>
-        <translation>No se pudo extraer</translation>
-    </message>
-    <message>
-        <source>部分页面提取失败</source>
-        <translation>No se pudieron extraer algunas páginas</translation>
-    </message>
-    <message>
-        <source>提取完成</source>
-        <translation>Extracción completada</translation>
-    </message>
-    <message>
-        <source>拆分失败</source>
-        <translation>No se pudo dividir</translation>
-    </message>
-    <message>
-        <source>部分文件拆分失败</source>
-        <translation>No se pudieron separar algunos archivos</translation>
-    </message>
-    <message>
-        <source>拆分完成</source>
-        <translation>División completada</translation>
-    </message>
-    <message>
-        <source>无法创建目标文件夹。</source>
-        <translation>No se pudo crear la carpeta de destino.</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个文件，%2 个文件失败。
-
-%3</source>
-        <translation>Archivos creados: %1; fallidos: %2.
-
-%3</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个 PDF 文件。
-%2</source>
-        <translation>Archivos PDF creados: %1.
-%2</translation>
-    </message>
+    <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
         <translation>Guardando el PDF</translation>

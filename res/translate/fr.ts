@@ -9,6 +9,25 @@
     </message>
 </context>
 <context>
+    <name>DocumentPrinting</name>
+    <message>
+        <source>打印 PDF</source>
+        <translation>Imprimer le PDF</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>Échec de l’impression</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>La tâche d’impression n’a pas pu démarrer.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>Impression inachevée</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -279,6 +298,67 @@
     </message>
 </context>
 <context>
+    <name>PagePrinter</name>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>L’imprimante ne peut pas créer de nouvelle page.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>Le rendu de la page %1 a échoué.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordQuestion</name>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Mot de passe incorrect. Saisissez à nouveau le mot de passe du PDF :</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Mot de passe requis</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>PdfBackendError</name>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>Le fichier n’existe pas ou a été déplacé.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>Le PDF nécessite un mot de passe.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>Le mot de passe du PDF est incorrect.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>Le PDF est endommagé ou son format n’est pas pris en charge.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>La page n’a pas pu être affichée.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>Impossible d’écrire le fichier cible. Vérifiez les autorisations et l’espace disque.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>L’opération n’a pas abouti.</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -346,6 +426,53 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>Protéger des fichiers PDF par un mot de passe.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfFileCommands</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>Ce PDF est chiffré. Saisissez le mot de passe :</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>Impossible d’ouvrir le PDF</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Enregistrer les modifications</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>Le PDF actuel a été modifié. Voulez-vous l’enregistrer ?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>Ne pas enregistrer</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Sans titre.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>Enregistrer le PDF sous</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>Échec de l’enregistrement du PDF</translation>
     </message>
 </context>
 <context>
@@ -431,6 +558,71 @@ Page %2</translation>
 页面 %3-%4</source>
         <translation>%1-%2.pdf
 Pages %3-%4</translation>
+    </message>
+</context>
+<context>
+    <name>PdfPageCommands</name>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>Le PDF à insérer est chiffré. Saisissez son mot de passe :</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>Échec de l’insertion du PDF</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insérer un PDF</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Insérer une page vierge après</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>Échec de l’extraction</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>Certaines pages n’ont pas pu être extraites</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extraction terminée</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>Échec de la division</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>Certains fichiers n’ont pas pu être séparés</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>Division terminée</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>Le dossier de destination n’a pas pu être créé.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>Fichiers créés : %1, en échec : %2.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>Fichiers PDF créés : %1.
+%2</translation>
     </message>
 </context>
 <context>
@@ -607,173 +799,7 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfViewerWidget</name>
-    <message>
-        <source>此 PDF 已加密，请输入密码：</source>
-        <translation>Ce PDF est chiffré. Saisissez le mot de passe :</translation>
-    </message>
-    <message>
-        <source>密码错误，请重新输入 PDF 密码：</source>
-        <translation>Mot de passe incorrect. Saisissez à nouveau le mot de passe du PDF :</translation>
-    </message>
-    <message>
-        <source>无法打开 PDF</source>
-        <translation>Impossible d’ouvrir le PDF</translation>
-    </message>
-    <message>
-        <source>文件不存在或已被移动。</source>
-        <translation>Le fichier n’existe pas ou a été déplacé.</translation>
-    </message>
-    <message>
-        <source>PDF 需要密码。</source>
-        <translation>Le PDF nécessite un mot de passe.</translation>
-    </message>
-    <message>
-        <source>PDF 密码错误。</source>
-        <translation>Le mot de passe du PDF est incorrect.</translation>
-    </message>
-    <message>
-        <source>PDF 已损坏或格式不受支持。</source>
-        <translation>Le PDF est endommagé ou son format n’est pas pris en charge.</translation>
-    </message>
-    <message>
-        <source>页面渲染失败。</source>
-        <translation>La page n’a pas pu être affichée.</translation>
-    </message>
-    <message>
-        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
-        <translation>Impossible d’écrire le fichier cible. Vérifiez les autorisations et l’espace disque.</translation>
-    </message>
-    <message>
-        <source>操作未完成。</source>
-        <translation>L’opération n’a pas abouti.</translation>
-    </message>
-    <message>
-        <source>需要密码</source>
-        <translation>Mot de passe requis</translation>
-    </message>
-    <message>
-        <source>确定</source>
-        <translation>OK</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>Annuler</translation>
-    </message>
-    <message>
-        <source>打印机无法创建新页面。</source>
-        <translation>L’imprimante ne peut pas créer de nouvelle page.</translation>
-    </message>
-    <message>
-        <source>第 %1 页渲染失败。</source>
-        <translation>Le rendu de la page %1 a échoué.</translation>
-    </message>
-    <message>
-        <source>保存修改</source>
-        <translation>Enregistrer les modifications</translation>
-    </message>
-    <message>
-        <source>当前 PDF 已修改，是否保存？</source>
-        <translation>Le PDF actuel a été modifié. Voulez-vous l’enregistrer ?</translation>
-    </message>
-    <message>
-        <source>保存</source>
-        <translation>Enregistrer</translation>
-    </message>
-    <message>
-        <source>不保存</source>
-        <translation>Ne pas enregistrer</translation>
-    </message>
-    <message>
-        <source>未命名.pdf</source>
-        <translation>Sans titre.pdf</translation>
-    </message>
-    <message>
-        <source>将 PDF 保存为</source>
-        <translation>Enregistrer le PDF sous</translation>
-    </message>
-    <message>
-        <source>PDF 文件 (*.pdf)</source>
-        <translation>Fichiers PDF (*.pdf)</translation>
-    </message>
-    <message>
-        <source>保存 PDF 失败</source>
-        <translation>Échec de l’enregistrement du PDF</translation>
-    </message>
-    <message>
-        <source>打印 PDF</source>
-        <translation>Imprimer le PDF</translation>
-    </message>
-    <message>
-        <source>打印失败</source>
-        <translation>Échec de l’impression</translation>
-    </message>
-    <message>
-        <source>无法启动打印任务。</source>
-        <translation>La tâche d’impression n’a pas pu démarrer.</translation>
-    </message>
-    <message>
-        <source>打印未完成</source>
-        <translation>Impression inachevée</translation>
-    </message>
-    <message>
-        <source>插入的 PDF 已加密，请输入密码：</source>
-        <translation>Le PDF à insérer est chiffré. Saisissez son mot de passe :</translation>
-    </message>
-    <message>
-        <source>插入 PDF 失败</source>
-        <translation>Échec de l’insertion du PDF</translation>
-    </message>
-    <message>
-        <source>插入 PDF</source>
-        <translation>Insérer un PDF</translation>
-    </message>
-    <message>
-        <source>在后面插入空白页</source>
-        <translation>Insérer une page vierge après</translation>
-    </message>
-    <message>
-        <source>提取失败</source>
-        <translation>Échec de l’extraction</translation>
-    </message>
-    <message>
-        <source>部分页面提取失败</source>
-        <translation>Certaines pages n’ont pas pu être extraites</translation>
-    </message>
-    <message>
-        <source>提取完成</source>
-        <translation>Extraction terminée</translation>
-    </message>
-    <message>
-        <source>拆分失败</source>
-        <translation>Échec de la division</translation>
-    </message>
-    <message>
-        <source>部分文件拆分失败</source>
-        <translation>Certains fichiers n’ont pas pu être séparés</translation>
-    </message>
-    <message>
-        <source>拆分完成</source>
-        <translation>Division terminée</translation>
-    </message>
-    <message>
-        <source>无法创建目标文件夹。</source>
-        <translation>Le dossier de destination n’a pas pu être créé.</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个文件，%2 个文件失败。
-
-%3</source>
-        <translation>Fichiers créés : %1, en échec : %2.
-
-%3</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个 PDF 文件。
-%2</source>
-        <translation>Fichiers PDF créés : %1.
-%2</translation>
-    </message>
+    <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
         <translation>Enregistrement du PDF</translation>

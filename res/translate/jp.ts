@@ -9,6 +9,25 @@
     </message>
 </context>
 <context>
+    <name>DocumentPrinting</name>
+    <message>
+        <source>打印 PDF</source>
+        <translation>PDF の印刷</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>印刷に失敗しました</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>印刷ジョブを開始できませんでした。</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>印刷は完了しませんでした</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -279,6 +298,67 @@
     </message>
 </context>
 <context>
+    <name>PagePrinter</name>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>プリンターで新しいページを作成できません。</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>%1 ページを描画できませんでした。</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordQuestion</name>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>パスワードが正しくありません。PDF のパスワードをもう一度入力してください:</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>パスワードが必要です</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>キャンセル</translation>
+    </message>
+</context>
+<context>
+    <name>PdfBackendError</name>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>ファイルが存在しないか、移動されています。</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>PDF にはパスワードが必要です。</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>PDF のパスワードが正しくありません。</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>PDF が破損しているか、形式がサポートされていません。</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>ページを描画できませんでした。</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>保存先のファイルに書き込めません。アクセス権とディスクの空き容量を確認してください。</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>操作は完了しませんでした。</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -346,6 +426,53 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>PDF ファイルをパスワードで保護します。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfFileCommands</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>この PDF は暗号化されています。パスワードを入力してください:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>PDF を開けません</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>変更の保存</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>現在の PDF は変更されています。保存しますか?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>保存しない</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>無題.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>PDF に名前を付けて保存</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF ファイル (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>PDF を保存できませんでした</translation>
     </message>
 </context>
 <context>
@@ -431,6 +558,71 @@
 页面 %3-%4</source>
         <translation>%1-%2.pdf
 ページ %3-%4</translation>
+    </message>
+</context>
+<context>
+    <name>PdfPageCommands</name>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>挿入する PDF は暗号化されています。パスワードを入力してください:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>PDF を挿入できませんでした</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>PDF の挿入</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF ファイル (*.pdf)</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>後ろに空白ページを挿入</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>抽出に失敗しました</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>一部のページを抽出できませんでした</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>抽出が完了しました</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>分割に失敗しました</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>一部のファイルを分割できませんでした</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>分割が完了しました</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>保存先のフォルダーを作成できませんでした。</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>%1 個のファイルを作成しました。%2 個のファイルは失敗しました。
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>%1 個の PDF ファイルを作成しました。
+%2</translation>
     </message>
 </context>
 <context>
@@ -607,173 +799,7 @@
     </message>
 </context>
 <context>
-    <name>PdfViewerWidget</name>
-    <message>
-        <source>此 PDF 已加密，请输入密码：</source>
-        <translation>この PDF は暗号化されています。パスワードを入力してください:</translation>
-    </message>
-    <message>
-        <source>密码错误，请重新输入 PDF 密码：</source>
-        <translation>パスワードが正しくありません。PDF のパスワードをもう一度入力してください:</translation>
-    </message>
-    <message>
-        <source>无法打开 PDF</source>
-        <translation>PDF を開けません</translation>
-    </message>
-    <message>
-        <source>文件不存在或已被移动。</source>
-        <translation>ファイルが存在しないか、移動されています。</translation>
-    </message>
-    <message>
-        <source>PDF 需要密码。</source>
-        <translation>PDF にはパスワードが必要です。</translation>
-    </message>
-    <message>
-        <source>PDF 密码错误。</source>
-        <translation>PDF のパスワードが正しくありません。</translation>
-    </message>
-    <message>
-        <source>PDF 已损坏或格式不受支持。</source>
-        <translation>PDF が破損しているか、形式がサポートされていません。</translation>
-    </message>
-    <message>
-        <source>页面渲染失败。</source>
-        <translation>ページを描画できませんでした。</translation>
-    </message>
-    <message>
-        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
-        <translation>保存先のファイルに書き込めません。アクセス権とディスクの空き容量を確認してください。</translation>
-    </message>
-    <message>
-        <source>操作未完成。</source>
-        <translation>操作は完了しませんでした。</translation>
-    </message>
-    <message>
-        <source>需要密码</source>
-        <translation>パスワードが必要です</translation>
-    </message>
-    <message>
-        <source>确定</source>
-        <translation>OK</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>キャンセル</translation>
-    </message>
-    <message>
-        <source>打印机无法创建新页面。</source>
-        <translation>プリンターで新しいページを作成できません。</translation>
-    </message>
-    <message>
-        <source>第 %1 页渲染失败。</source>
-        <translation>%1 ページを描画できませんでした。</translation>
-    </message>
-    <message>
-        <source>保存修改</source>
-        <translation>変更の保存</translation>
-    </message>
-    <message>
-        <source>当前 PDF 已修改，是否保存？</source>
-        <translation>現在の PDF は変更されています。保存しますか?</translation>
-    </message>
-    <message>
-        <source>保存</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>不保存</source>
-        <translation>保存しない</translation>
-    </message>
-    <message>
-        <source>未命名.pdf</source>
-        <translation>無題.pdf</translation>
-    </message>
-    <message>
-        <source>将 PDF 保存为</source>
-        <translation>PDF に名前を付けて保存</translation>
-    </message>
-    <message>
-        <source>PDF 文件 (*.pdf)</source>
-        <translation>PDF ファイル (*.pdf)</translation>
-    </message>
-    <message>
-        <source>保存 PDF 失败</source>
-        <translation>PDF を保存できませんでした</translation>
-    </message>
-    <message>
-        <source>打印 PDF</source>
-        <translation>PDF の印刷</translation>
-    </message>
-    <message>
-        <source>打印失败</source>
-        <translation>印刷に失敗しました</translation>
-    </message>
-    <message>
-        <source>无法启动打印任务。</source>
-        <translation>印刷ジョブを開始できませんでした。</translation>
-    </message>
-    <message>
-        <source>打印未完成</source>
-        <translation>印刷は完了しませんでした</translation>
-    </message>
-    <message>
-        <source>插入的 PDF 已加密，请输入密码：</source>
-        <translation>挿入する PDF は暗号化されています。パスワードを入力してください:</translation>
-    </message>
-    <message>
-        <source>插入 PDF 失败</source>
-        <translation>PDF を挿入できませんでした</translation>
-    </message>
-    <message>
-        <source>插入 PDF</source>
-        <translation>PDF の挿入</translation>
-    </message>
-    <message>
-        <source>在后面插入空白页</source>
-        <translation>後ろに空白ページを挿入</translation>
-    </message>
-    <message>
-        <source>提取失败</source>
-        <translation>抽出に失敗しました</translation>
-    </message>
-    <message>
-        <source>部分页面提取失败</source>
-        <translation>一部のページを抽出できませんでした</translation>
-    </message>
-    <message>
-        <source>提取完成</source>
-        <translation>抽出が完了しました</translation>
-    </message>
-    <message>
-        <source>拆分失败</source>
-        <translation>分割に失敗しました</translation>
-    </message>
-    <message>
-        <source>部分文件拆分失败</source>
-        <translation>一部のファイルを分割できませんでした</translation>
-    </message>
-    <message>
-        <source>拆分完成</source>
-        <translation>分割が完了しました</translation>
-    </message>
-    <message>
-        <source>无法创建目标文件夹。</source>
-        <translation>保存先のフォルダーを作成できませんでした。</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个文件，%2 个文件失败。
-
-%3</source>
-        <translation>%1 個のファイルを作成しました。%2 個のファイルは失敗しました。
-
-%3</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个 PDF 文件。
-%2</source>
-        <translation>%1 個の PDF ファイルを作成しました。
-%2</translation>
-    </message>
+    <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
         <translation>PDF を保存しています</translation>

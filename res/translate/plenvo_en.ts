@@ -9,6 +9,25 @@
     </message>
 </context>
 <context>
+    <name>DocumentPrinting</name>
+    <message>
+        <source>打印 PDF</source>
+        <translation>Print the PDF</translation>
+    </message>
+    <message>
+        <source>打印失败</source>
+        <translation>Printing failed</translation>
+    </message>
+    <message>
+        <source>无法启动打印任务。</source>
+        <translation>The print job could not be started.</translation>
+    </message>
+    <message>
+        <source>打印未完成</source>
+        <translation>Printing was not completed</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -279,6 +298,67 @@
     </message>
 </context>
 <context>
+    <name>PagePrinter</name>
+    <message>
+        <source>打印机无法创建新页面。</source>
+        <translation>The printer cannot create a new page.</translation>
+    </message>
+    <message>
+        <source>第 %1 页渲染失败。</source>
+        <translation>Page %1 could not be rendered.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordQuestion</name>
+    <message>
+        <source>密码错误，请重新输入 PDF 密码：</source>
+        <translation>Incorrect password. Enter the PDF password again:</translation>
+    </message>
+    <message>
+        <source>需要密码</source>
+        <translation>Password Required</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>PdfBackendError</name>
+    <message>
+        <source>文件不存在或已被移动。</source>
+        <translation>The file does not exist or has been moved.</translation>
+    </message>
+    <message>
+        <source>PDF 需要密码。</source>
+        <translation>The PDF requires a password.</translation>
+    </message>
+    <message>
+        <source>PDF 密码错误。</source>
+        <translation>The PDF password is incorrect.</translation>
+    </message>
+    <message>
+        <source>PDF 已损坏或格式不受支持。</source>
+        <translation>The PDF is damaged or its format is not supported.</translation>
+    </message>
+    <message>
+        <source>页面渲染失败。</source>
+        <translation>The page could not be rendered.</translation>
+    </message>
+    <message>
+        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
+        <translation>The target file could not be written. Check the permissions and the disk space.</translation>
+    </message>
+    <message>
+        <source>操作未完成。</source>
+        <translation>The operation was not completed.</translation>
+    </message>
+</context>
+<context>
     <name>PdfBottomControlBar</name>
     <message>
         <source>切换为适合高度</source>
@@ -346,6 +426,53 @@
     <message>
         <source>用密码保护 PDF 文件。</source>
         <translation>Protect PDF files with a password.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfFileCommands</name>
+    <message>
+        <source>此 PDF 已加密，请输入密码：</source>
+        <translation>This PDF is encrypted. Enter the password:</translation>
+    </message>
+    <message>
+        <source>无法打开 PDF</source>
+        <translation>The PDF cannot be opened</translation>
+    </message>
+    <message>
+        <source>保存修改</source>
+        <translation>Save changes</translation>
+    </message>
+    <message>
+        <source>当前 PDF 已修改，是否保存？</source>
+        <translation>The current PDF has been modified. Save it?</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>不保存</source>
+        <translation>Don’t Save</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>未命名.pdf</source>
+        <translation>Untitled.pdf</translation>
+    </message>
+    <message>
+        <source>将 PDF 保存为</source>
+        <translation>Save the PDF As</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF files (*.pdf)</translation>
+    </message>
+    <message>
+        <source>保存 PDF 失败</source>
+        <translation>Saving the PDF failed</translation>
     </message>
 </context>
 <context>
@@ -431,6 +558,71 @@ Page %2</translation>
 页面 %3-%4</source>
         <translation>%1-%2.pdf
 Pages %3-%4</translation>
+    </message>
+</context>
+<context>
+    <name>PdfPageCommands</name>
+    <message>
+        <source>插入的 PDF 已加密，请输入密码：</source>
+        <translation>The PDF to insert is encrypted. Enter its password:</translation>
+    </message>
+    <message>
+        <source>插入 PDF 失败</source>
+        <translation>Inserting the PDF failed</translation>
+    </message>
+    <message>
+        <source>插入 PDF</source>
+        <translation>Insert PDF</translation>
+    </message>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF files (*.pdf)</translation>
+    </message>
+    <message>
+        <source>在后面插入空白页</source>
+        <translation>Insert a blank page after</translation>
+    </message>
+    <message>
+        <source>提取失败</source>
+        <translation>Extraction failed</translation>
+    </message>
+    <message>
+        <source>部分页面提取失败</source>
+        <translation>Some pages could not be extracted</translation>
+    </message>
+    <message>
+        <source>提取完成</source>
+        <translation>Extraction complete</translation>
+    </message>
+    <message>
+        <source>拆分失败</source>
+        <translation>Split failed</translation>
+    </message>
+    <message>
+        <source>部分文件拆分失败</source>
+        <translation>Some files could not be split off</translation>
+    </message>
+    <message>
+        <source>拆分完成</source>
+        <translation>Split complete</translation>
+    </message>
+    <message>
+        <source>无法创建目标文件夹。</source>
+        <translation>The target folder could not be created.</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个文件，%2 个文件失败。
+
+%3</source>
+        <translation>Files created: %1, failed: %2.
+
+%3</translation>
+    </message>
+    <message>
+        <source>已生成 %1 个 PDF 文件。
+%2</source>
+        <translation>PDF files created: %1.
+%2</translation>
     </message>
 </context>
 <context>
@@ -607,173 +799,7 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfViewerWidget</name>
-    <message>
-        <source>此 PDF 已加密，请输入密码：</source>
-        <translation>This PDF is encrypted. Enter the password:</translation>
-    </message>
-    <message>
-        <source>密码错误，请重新输入 PDF 密码：</source>
-        <translation>Incorrect password. Enter the PDF password again:</translation>
-    </message>
-    <message>
-        <source>无法打开 PDF</source>
-        <translation>The PDF cannot be opened</translation>
-    </message>
-    <message>
-        <source>文件不存在或已被移动。</source>
-        <translation>The file does not exist or has been moved.</translation>
-    </message>
-    <message>
-        <source>PDF 需要密码。</source>
-        <translation>The PDF requires a password.</translation>
-    </message>
-    <message>
-        <source>PDF 密码错误。</source>
-        <translation>The PDF password is incorrect.</translation>
-    </message>
-    <message>
-        <source>PDF 已损坏或格式不受支持。</source>
-        <translation>The PDF is damaged or its format is not supported.</translation>
-    </message>
-    <message>
-        <source>页面渲染失败。</source>
-        <translation>The page could not be rendered.</translation>
-    </message>
-    <message>
-        <source>无法写入目标文件，请检查权限和磁盘空间。</source>
-        <translation>The target file could not be written. Check the permissions and the disk space.</translation>
-    </message>
-    <message>
-        <source>操作未完成。</source>
-        <translation>The operation was not completed.</translation>
-    </message>
-    <message>
-        <source>需要密码</source>
-        <translation>Password Required</translation>
-    </message>
-    <message>
-        <source>确定</source>
-        <translation>OK</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>Cancel</translation>
-    </message>
-    <message>
-        <source>打印机无法创建新页面。</source>
-        <translation>The printer cannot create a new page.</translation>
-    </message>
-    <message>
-        <source>第 %1 页渲染失败。</source>
-        <translation>Page %1 could not be rendered.</translation>
-    </message>
-    <message>
-        <source>保存修改</source>
-        <translation>Save changes</translation>
-    </message>
-    <message>
-        <source>当前 PDF 已修改，是否保存？</source>
-        <translation>The current PDF has been modified. Save it?</translation>
-    </message>
-    <message>
-        <source>保存</source>
-        <translation>Save</translation>
-    </message>
-    <message>
-        <source>不保存</source>
-        <translation>Don’t Save</translation>
-    </message>
-    <message>
-        <source>未命名.pdf</source>
-        <translation>Untitled.pdf</translation>
-    </message>
-    <message>
-        <source>将 PDF 保存为</source>
-        <translation>Save the PDF As</translation>
-    </message>
-    <message>
-        <source>PDF 文件 (*.pdf)</source>
-        <translation>PDF files (*.pdf)</translation>
-    </message>
-    <message>
-        <source>保存 PDF 失败</source>
-        <translation>Saving the PDF failed</translation>
-    </message>
-    <message>
-        <source>打印 PDF</source>
-        <translation>Print the PDF</translation>
-    </message>
-    <message>
-        <source>打印失败</source>
-        <translation>Printing failed</translation>
-    </message>
-    <message>
-        <source>无法启动打印任务。</source>
-        <translation>The print job could not be started.</translation>
-    </message>
-    <message>
-        <source>打印未完成</source>
-        <translation>Printing was not completed</translation>
-    </message>
-    <message>
-        <source>插入的 PDF 已加密，请输入密码：</source>
-        <translation>The PDF to insert is encrypted. Enter its password:</translation>
-    </message>
-    <message>
-        <source>插入 PDF 失败</source>
-        <translation>Inserting the PDF failed</translation>
-    </message>
-    <message>
-        <source>插入 PDF</source>
-        <translation>Insert PDF</translation>
-    </message>
-    <message>
-        <source>在后面插入空白页</source>
-        <translation>Insert a blank page after</translation>
-    </message>
-    <message>
-        <source>提取失败</source>
-        <translation>Extraction failed</translation>
-    </message>
-    <message>
-        <source>部分页面提取失败</source>
-        <translation>Some pages could not be extracted</translation>
-    </message>
-    <message>
-        <source>提取完成</source>
-        <translation>Extraction complete</translation>
-    </message>
-    <message>
-        <source>拆分失败</source>
-        <translation>Split failed</translation>
-    </message>
-    <message>
-        <source>部分文件拆分失败</source>
-        <translation>Some files could not be split off</translation>
-    </message>
-    <message>
-        <source>拆分完成</source>
-        <translation>Split complete</translation>
-    </message>
-    <message>
-        <source>无法创建目标文件夹。</source>
-        <translation>The target folder could not be created.</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个文件，%2 个文件失败。
-
-%3</source>
-        <translation>Files created: %1, failed: %2.
-
-%3</translation>
-    </message>
-    <message>
-        <source>已生成 %1 个 PDF 文件。
-%2</source>
-        <translation>PDF files created: %1.
-%2</translation>
-    </message>
+    <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
         <translation>Saving the PDF</translation>

@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
-#include <QHash>
-#include <QLabel>
-#include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QString>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
 /// Settings and configuration folders of the test's own, so that nothing of the user is touched.
 class AppTestFolders final
@@ -36,48 +32,4 @@ public:
 
 private:
     QTemporaryDir m_folder;
-};
-
-/// Clicks a named button of each modal box that comes up, until the given answers are used up.
-class ModalAnswers final : public QObject
-{
-public:
-    explicit ModalAnswers(const QStringList &buttonNames)
-        : m_buttonNames(buttonNames)
-    {
-        connect(&m_timer, &QTimer::timeout, this, &ModalAnswers::answer);
-        m_timer.start(5);
-    }
-
-    /// True when every answer was given.
-    [[nodiscard]] bool allGiven() const { return m_buttonNames.isEmpty(); }
-    /// Object names of the labels of the last box, with their texts.
-    [[nodiscard]] QString lastTextOf(const QString &labelName) const
-    {
-        return m_lastTexts.value(labelName);
-    }
-
-private:
-    void answer()
-    {
-        QWidget *box = QApplication::activeModalWidget();
-        if (!box || m_buttonNames.isEmpty()) {
-            return;
-        }
-        auto *button = box->findChild<QPushButton *>(m_buttonNames.constFirst());
-        if (!button || !button->isVisible()) {
-            return;
-        }
-        m_lastTexts.clear();
-        const auto labels = box->findChildren<QLabel *>();
-        for (const QLabel *label : labels) {
-            m_lastTexts.insert(label->objectName(), label->text());
-        }
-        m_buttonNames.removeFirst();
-        QTest::mouseClick(button, Qt::LeftButton);
-    }
-
-    QStringList m_buttonNames;
-    QHash<QString, QString> m_lastTexts;
-    QTimer m_timer;
 };

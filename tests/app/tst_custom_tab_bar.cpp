@@ -6,8 +6,10 @@
 #include "tests/app/style_rules.h"
 #include "widgets/theme.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>

@@ -7,10 +7,14 @@
 #include "tests/app/app_test.h"
 #include "widgets/theme.h"
 
+#include <QApplication>
 #include <QImage>
+#include <QLabel>
 #include <QPainterPath>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWindow>

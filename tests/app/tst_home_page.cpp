@@ -6,11 +6,15 @@
 #include "res/resources.h"
 #include "tests/app/app_test.h"
 
+#include <QApplication>
 #include <QFileDialog>
+#include <QLabel>
 #include <QListWidget>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 class TestHomePage final : public QObject

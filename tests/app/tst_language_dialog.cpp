@@ -4,12 +4,14 @@
 #include "res/resources.h"
 #include "res/translate/translations.h"
 #include "tests/app/app_test.h"
+#include "tests/support/dialog_answers.h"
 
 #include <QButtonGroup>
 #include <QFrame>
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -206,14 +208,12 @@ void TestLanguageDialog::cancelledQuestionLeavesThePickerOpen()
 {
     QSignalSpy changed(LanguageManager::instance(), &LanguageManager::languageChanged);
     QTest::mouseClick(card(QStringLiteral("de_DE")), Qt::LeftButton);
-    const ModalAnswers answers({QStringLiteral("messageBoxCancelButton")});
+    const DialogAnswers answers({QStringLiteral("messageBoxCancelButton")});
     QTest::mouseClick(button("languageApplyButton"), Qt::LeftButton);
     QVERIFY(answers.allGiven());
-    QCOMPARE(answers.lastTextOf(QStringLiteral("messageBoxTitle")), QStringLiteral("切换语言？"));
-    QCOMPARE(answers.lastTextOf(QStringLiteral("messageBoxMessage")),
-             QStringLiteral("界面语言将切换为“德语”。"));
-    QCOMPARE(answers.lastTextOf(QStringLiteral("messageBoxDetails")),
-             QStringLiteral("当前打开的工具标签页将关闭。"));
+    QCOMPARE(answers.seen(),
+             (QStringList{QStringLiteral("切换语言？"), QStringLiteral("界面语言将切换为“德语”。"),
+                          QStringLiteral("当前打开的工具标签页将关闭。")}));
     QVERIFY(m_dialog->isVisible());
     QVERIFY(card(QStringLiteral("de_DE"))->isChecked());
     QCOMPARE(LanguageManager::instance()->currentLanguage(), QStringLiteral("zh_CN"));
@@ -227,9 +227,10 @@ void TestLanguageDialog::confirmedQuestionSwitchesAndCloses()
     connect(LanguageManager::instance(), &LanguageManager::languageChanged, &accepted,
             [this, &visibleWhenTold] { visibleWhenTold = m_dialog->isVisible(); });
     QTest::mouseClick(card(QStringLiteral("de_DE")), Qt::LeftButton);
-    const ModalAnswers answers({QStringLiteral("messageBoxConfirmButton")});
+    const DialogAnswers answers({QStringLiteral("messageBoxConfirmButton")});
     QTest::mouseClick(button("languageApplyButton"), Qt::LeftButton);
     QVERIFY(answers.allGiven());
+    QCOMPARE(answers.kinds().size(), 1);
     QCOMPARE(LanguageManager::instance()->currentLanguage(), QStringLiteral("de_DE"));
     QCOMPARE(accepted.size(), 1);
     QVERIFY(visibleWhenTold);
@@ -239,24 +240,25 @@ void TestLanguageDialog::confirmedQuestionSwitchesAndCloses()
 void TestLanguageDialog::enterApplies()
 {
     QTest::mouseClick(card(QStringLiteral("ja_JP")), Qt::LeftButton);
-    const ModalAnswers answers({QStringLiteral("messageBoxConfirmButton")});
+    const DialogAnswers answers({QStringLiteral("messageBoxConfirmButton")});
     QTest::keyClick(card(QStringLiteral("ja_JP")), Qt::Key_Return);
     QVERIFY(answers.allGiven());
+    QCOMPARE(answers.kinds().size(), 1);
     QCOMPARE(LanguageManager::instance()->currentLanguage(), QStringLiteral("ja_JP"));
 }
 
 void TestLanguageDialog::missingTranslationFileIsReported()
 {
     QTest::mouseClick(card(QStringLiteral("es_ES")), Qt::LeftButton);
-    const ModalAnswers answers(
+    const DialogAnswers answers(
         {QStringLiteral("messageBoxConfirmButton"), QStringLiteral("messageBoxConfirmButton")});
     Q_CLEANUP_RESOURCE(translations);
     QTest::mouseClick(button("languageApplyButton"), Qt::LeftButton);
     initTranslations();
     QVERIFY(answers.allGiven());
-    QCOMPARE(answers.lastTextOf(QStringLiteral("messageBoxTitle")), QStringLiteral("无法切换语言"));
-    QCOMPARE(answers.lastTextOf(QStringLiteral("messageBoxMessage")),
-             QStringLiteral("未能加载所选语言的翻译文件。"));
+    QCOMPARE(answers.seen().size(), 6);
+    QCOMPARE(answers.seen().at(3), QStringLiteral("无法切换语言"));
+    QCOMPARE(answers.seen().at(4), QStringLiteral("未能加载所选语言的翻译文件。"));
     QVERIFY(m_dialog->isVisible());
     QCOMPARE(LanguageManager::instance()->currentLanguage(), QStringLiteral("zh_CN"));
 }

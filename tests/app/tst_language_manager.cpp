@@ -3,6 +3,7 @@
 #include "res/translate/translations.h"
 #include "tests/app/app_test.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QLocale>
 #include <QProcess>

@@ -10,6 +10,7 @@
 #include "res/resources.h"
 #include "tests/app/app_test.h"
 #include "tests/app/style_rules.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 #include "tools/file_input_page.h"
 #include "tools/image_to_pdf_page.h"
@@ -21,11 +22,13 @@
 #include "tools/pdf_merge_page.h"
 #include "tools/pdf_to_office_page.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <QVBoxLayout>
 
 class TestMainPage final : public QObject
@@ -458,9 +461,10 @@ void TestMainPage::failedOpenLeavesNoTabButIsRecorded()
     if (exists) {
         QVERIFY(PdfFixture::write(path, QByteArray("this is no PDF")));
     }
-    const ModalAnswers answers({QStringLiteral("messageBoxConfirmButton")});
+    const DialogAnswers answers({QStringLiteral("messageBoxConfirmButton")});
     m_page->openFile(path);
     QVERIFY2(answers.allGiven(), "the user must be told");
+    QCOMPARE(answers.kinds().size(), 1);
     QCOMPARE(tabs()->count(), 1);
     QVERIFY(RecentFileManager::instance()->contains(path));
     QTRY_VERIFY(!m_page->findChild<PdfShowPage *>());
@@ -508,7 +512,7 @@ void TestMainPage::viewerWithUnsavedChangesKeepsItsTab()
     QVERIFY(model);
     model->setModified(true);
     const QPointer<QWidget> viewer = tabs()->widget(1);
-    const ModalAnswers answers({QStringLiteral("messageBoxCancelButton")});
+    const DialogAnswers answers({QStringLiteral("messageBoxCancelButton")});
     QTest::mouseClick(tabs()->tabBar()->tabButton(1, QTabBar::RightSide), Qt::LeftButton);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(viewer);
@@ -518,6 +522,7 @@ void TestMainPage::viewerWithUnsavedChangesKeepsItsTab()
     model->setModified(false);
     QTest::mouseClick(tabs()->tabBar()->tabButton(1, QTabBar::RightSide), Qt::LeftButton);
     QCOMPARE(tabs()->count(), 2);
+    QCOMPARE(answers.kinds().size(), 1);
 }
 
 void TestMainPage::homePageRequestsAreCarriedOut()

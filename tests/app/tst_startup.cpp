@@ -6,12 +6,15 @@
 #include "pdf/viewer/pdf_show_page.h"
 #include "recent/recent_file_manager.h"
 #include "tests/app/app_test.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 #include "widgets/theme.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QIcon>
 #include <QImage>
+#include <QLabel>
 #include <QPalette>
 #include <QProcess>
 #include <QTabWidget>
@@ -296,9 +299,10 @@ void TestStartup::argumentOfAnyTypeIsTried()
     const QString text = m_folders->filePath(QStringLiteral("notes.txt"));
     QVERIFY(PdfFixture::write(text, QByteArray("no PDF at all")));
     const auto window = Startup::showMainWindow();
-    const ModalAnswers answers({QStringLiteral("messageBoxConfirmButton")});
+    const DialogAnswers answers({QStringLiteral("messageBoxConfirmButton")});
     Startup::openFileArgument(*window, {QStringLiteral("quillora"), text});
     QVERIFY(answers.allGiven());
+    QCOMPARE(answers.kinds().size(), 1);
     QCOMPARE(tabsOf(*window)->count(), 1);
 }
 

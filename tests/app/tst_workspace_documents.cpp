@@ -8,13 +8,15 @@
 #include "pdf/viewer/pdf_viewer_widget.h"
 #include "res/resources.h"
 #include "tests/app/app_test.h"
-#include "tests/pdf/viewer/dialog_answers.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 
+#include <QApplication>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <QUndoStack>
 
 #include <array>

@@ -15,7 +15,7 @@ namespace {
 /// What the user is told while a document is written.
 class SaveProgress
 {
-    Q_DECLARE_TR_FUNCTIONS(PdfViewerWidget)
+    Q_DECLARE_TR_FUNCTIONS(SaveProgress)
 
 public:
     static MessageBoxOptions box()

@@ -26,7 +26,7 @@ struct PrintRange
 /// Prints pages one to a sheet, each as large as it fits and centred.
 class PagePrinter
 {
-    Q_DECLARE_TR_FUNCTIONS(PdfViewerWidget)
+    Q_DECLARE_TR_FUNCTIONS(PagePrinter)
 
 public:
     enum class Outcome {

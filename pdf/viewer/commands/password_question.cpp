@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QStyle>
 
+#include <optional>
+
 namespace {
 
 constexpr int kWidth = 400;
@@ -41,12 +43,13 @@ QPushButton:default:pressed { background: %6; border-color: %6; }
 QPushButton:default:focus { border-color: %2; }
 )"};
 
-class PasswordTexts
+class PasswordQuestion
 {
-    Q_DECLARE_TR_FUNCTIONS(PdfViewerWidget)
+    Q_DECLARE_TR_FUNCTIONS(PasswordQuestion)
 
 public:
-    static void setOn(QInputDialog &dialog)
+    static QString afterWrongPassword() { return tr("密码错误，请重新输入 PDF 密码："); }
+    static void setTextsOn(QInputDialog &dialog)
     {
         dialog.setWindowTitle(tr("需要密码"));
         dialog.setOkButtonText(tr("确定"));
@@ -81,20 +84,48 @@ void setLook(QInputDialog &dialog)
     dialog.resize(kWidth, height);
 }
 
-} // namespace
-
+/// Asks for the password of a file; `label` says what for. Returns nothing if the user cancels or
+/// `parent` is deleted while the dialog is open.
 std::optional<QString> askForPassword(QWidget *parent, const QString &label)
 {
     // The dialog belongs to its parent, which may be deleted while it is open.
     const QPointer<QInputDialog> dialog(new QInputDialog(parent));
-    PasswordTexts::setOn(*dialog);
+    PasswordQuestion::setTextsOn(*dialog);
     dialog->setLabelText(label);
     dialog->setTextEchoMode(QLineEdit::Password);
     setLook(*dialog);
     std::optional<QString> answer;
-    if (dialog->exec() == QDialog::Accepted && dialog) {
+    if (dialog->exec() == QDialog::Accepted && dialog != nullptr) {
         answer = dialog->textValue();
     }
     delete dialog;
     return answer;
+}
+
+bool needsPassword(PdfBackendError error)
+{
+    return error == PdfBackendError::PasswordRequired || error == PdfBackendError::InvalidPassword;
+}
+
+} // namespace
+
+PasswordedRead readAskingForPasswords(QWidget *parent, const QString &password,
+                                      const QString &question, const PasswordedReadFunction &read)
+{
+    using Outcome = PasswordedRead::Outcome;
+    PasswordedRead result;
+    bool done = read(password, &result.error, &result.message);
+    while (!done && needsPassword(result.error)) {
+        const std::optional<QString> answer =
+            askForPassword(parent, result.error == PdfBackendError::PasswordRequired
+                                       ? question
+                                       : PasswordQuestion::afterWrongPassword());
+        if (!answer) {
+            result.outcome = Outcome::GivenUp;
+            return result;
+        }
+        done = read(*answer, &result.error, &result.message);
+    }
+    result.outcome = done ? Outcome::Done : Outcome::Failed;
+    return result;
 }

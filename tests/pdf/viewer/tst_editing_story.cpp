@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/cards/page_card_geometry.h"
 #include "pdf/viewer/commands/page_printer.h"
-#include "tests/pdf/viewer/dialog_answers.h"
 #include "tests/pdf/viewer/marked_pages.h"
 #include "tests/pdf/viewer/page_drag.h"
 #include "tests/pdf/viewer/shown_viewer.h"
+#include "tests/support/dialog_answers.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

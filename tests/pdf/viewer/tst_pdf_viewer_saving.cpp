@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
-#include "tests/pdf/viewer/dialog_answers.h"
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 #include "widgets/modern_message_box.h"
 
@@ -143,6 +143,7 @@ private slots:
     void unmodifiedDocumentIsNotAskedAbout();
     void questionAboutChanges();
     void viewerMayGoDuringTheQuestion();
+    void viewerMayGoDuringTheSaveBeforeOpening();
     void savingAnswerSaves();
     void savingAnswerThatFailsKeepsTheDocument();
     void discardingAnswerGoesOnWithoutSaving();
@@ -688,6 +689,35 @@ void TestPdfViewerSaving::viewerMayGoDuringTheQuestion()
     QVERIFY(!m_shown->viewer);
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(numbersIn(m_shown->path(u"report.pdf"_s)), (QList<int>{0, 1}));
+}
+
+void TestPdfViewerSaving::viewerMayGoDuringTheSaveBeforeOpening()
+{
+    QVERIFY(m_shown->openPages(2));
+    const QString second = m_shown->add(u"second.pdf"_s, PageNumbers::documentOf({30, 31}));
+    emit m_shown->grid().deletePageRequested(m_shown->idAt(0));
+    std::atomic<bool> writing{false};
+    QSemaphore deleted;
+    m_shown->viewer->setSaveFunction(
+        [&](const auto &, const QString &, PdfBackendError *, QString *) {
+            writing = true;
+            deleted.acquire();
+            return true;
+        });
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] {
+        if (writing) {
+            timer.stop();
+            m_shown->viewer.reset();
+            deleted.release();
+        }
+    });
+    timer.start(1);
+    const DialogAnswers answers({u"messageBoxConfirmButton"_s});
+    PdfViewerWidget *viewer = m_shown->viewer.get();
+    QVERIFY(!viewer->openFile(second, {}));
+    QVERIFY(!m_shown->viewer);
+    QVERIFY(answers.allGiven());
 }
 
 void TestPdfViewerSaving::savingAnswerSaves()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
-#include "tests/pdf/viewer/dialog_answers.h"
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 
 #include <QPushButton>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/commands/page_files_writer.h"
-#include "tests/pdf/viewer/dialog_answers.h"
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 #include "widgets/modern_message_box.h"
 

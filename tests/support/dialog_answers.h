@@ -34,7 +34,8 @@ public:
         QFileDialog::FileMode mode = QFileDialog::AnyFile;
     };
 
-    DialogAnswers();
+    /// Clicks the buttons of these object names in the next message boxes, one in each.
+    explicit DialogAnswers(const QStringList &buttons = {});
     ~DialogAnswers() override;
 
     /// Gives `password` to the next password dialog, or cancels it when that is null.
@@ -46,6 +47,8 @@ public:
     /// Clicks the entry in the next menu.
     void addMenuEntry(const QString &text) { m_menuEntries.append(text); }
 
+    /// Whether every prepared answer was given.
+    [[nodiscard]] bool allGiven() const;
     /// Labels of the password dialogs, and title, text and details of the message boxes.
     [[nodiscard]] QStringList seen() const { return m_seen; }
     /// The kinds of the message boxes, values of ModernMessageBox::Kind; -1 for none of these.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
-#include "tests/pdf/viewer/dialog_answers.h"
+#include "tests/support/dialog_answers.h"
 
 #include "widgets/modern_message_box.h"
 #include "widgets/theme.h"
@@ -50,7 +50,8 @@ int kindOf(const ModernMessageBox *box)
 
 } // namespace
 
-DialogAnswers::DialogAnswers()
+DialogAnswers::DialogAnswers(const QStringList &buttons)
+    : m_buttons(buttons)
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     // A dialog may open another one while it is answered, during which the timer would be silent.
@@ -64,6 +65,12 @@ DialogAnswers::DialogAnswers()
 }
 
 DialogAnswers::~DialogAnswers() = default;
+
+bool DialogAnswers::allGiven() const
+{
+    return m_passwords.isEmpty() && m_buttons.isEmpty() && m_files.isEmpty() &&
+           m_menuEntries.isEmpty();
+}
 
 void DialogAnswers::answer()
 {
