@@ -48,6 +48,10 @@ else()
     target_compile_options(quillora_flags INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
         -Wold-style-cast -Wcast-align -Wsuggest-override)
+    if(UNIX)
+        # Some libraries ask for it; precompiled headers want it everywhere or nowhere.
+        target_compile_options(quillora_flags INTERFACE -pthread)
+    endif()
 endif()
 if(QUILLORA_WARNINGS_AS_ERRORS)
     target_compile_options(quillora_flags INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/WX,-Werror>)

@@ -6,6 +6,7 @@
 // MuPDF's JPEG filter takes libjpeg's error manager as it comes, which reports damaged pictures on
 // standard error. The linker sends MuPDF's requests for an error manager here instead (see the
 // link options of this library), and the manager that goes back says nothing.
+#if defined(QUILLORA_WRAPS_JPEG_ERRORS)
 
 extern "C" {
 
@@ -24,3 +25,5 @@ struct jpeg_error_mgr *__wrap_jpeg_std_error(struct jpeg_error_mgr *manager)
 // NOLINTEND(bugprone-reserved-identifier)
 
 } // extern "C"
+
+#endif
