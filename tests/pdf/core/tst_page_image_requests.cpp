@@ -92,6 +92,7 @@ private slots:
     void resultOfAnotherSizeIsNotTaken();
     void resultsForAnotherPurposeAreIgnored();
     void withdrawnRequestIgnoresItsResult();
+    void forgottenPageIgnoresItsResult();
     void resultsAfterEverythingWasForgottenAreIgnored();
 
     // What is requested.
@@ -105,12 +106,12 @@ private slots:
 
     // Outstanding requests.
     void wantedRequestsAreNotStale();
-    void requestOfAnotherSizeIsStaleForWhomItDoesNotServe();
+    void requestOfAnotherSizeIsStaleUnlessItServes();
     void uncountedRequestsAreNeverStale();
     void withdrawnRequestIsStaleUntilItsResultComes();
     void failedRequestIsNoLongerOutstanding();
     void forgottenRequestsDoNotCount();
-    void roomIsAnnouncedToWhomIsWaiting();
+    void roomIsAnnouncedToAnOwnerWhoWaits();
     void uncountedResultsMakeNoRoom();
 
     // Changes of document and manager.
@@ -207,6 +208,18 @@ void TestPageImageRequests::withdrawnRequestIgnoresItsResult()
     QCOMPARE(f.bench.deliveries.size(), 2);
     QCOMPARE(f.arrivals.size(), 1);
     QCOMPARE(f.arrivals.front().id, PdfPageId(2));
+}
+
+void TestPageImageRequests::forgottenPageIgnoresItsResult()
+{
+    Fixture f;
+    f.request({wanted(1), wanted(2)});
+    f.requests.forget(2);
+    QVERIFY(!f.requests.isPending(2));
+    f.bench.finish();
+    QCOMPARE(f.bench.deliveries.size(), 2);
+    QCOMPARE(f.arrivals.size(), 1);
+    QCOMPARE(f.arrivals.front().id, PdfPageId(1));
 }
 
 void TestPageImageRequests::resultsAfterEverythingWasForgottenAreIgnored()
@@ -343,7 +356,7 @@ void TestPageImageRequests::wantedRequestsAreNotStale()
     QCOMPARE(f.requests.staleCount({}, Serving::ThisSize), 0);
 }
 
-void TestPageImageRequests::requestOfAnotherSizeIsStaleForWhomItDoesNotServe()
+void TestPageImageRequests::requestOfAnotherSizeIsStaleUnlessItServes()
 {
     Fixture f;
     f.request({wanted(1)});
@@ -401,7 +414,7 @@ void TestPageImageRequests::forgottenRequestsDoNotCount()
     QVERIFY(room.isEmpty());
 }
 
-void TestPageImageRequests::roomIsAnnouncedToWhomIsWaiting()
+void TestPageImageRequests::roomIsAnnouncedToAnOwnerWhoWaits()
 {
     Fixture f;
     QList<int> staleAtRoom;
