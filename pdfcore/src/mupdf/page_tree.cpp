@@ -339,10 +339,11 @@ void normalisePageBoxes(fz_context *ctx, pdf_obj *page)
     }
     const fz_rect crop = pdf_to_rect(ctx, cropBox);
     const fz_rect media = pdf_to_rect(ctx, pdf_dict_get_inheritable(ctx, page, PDF_NAME(MediaBox)));
-    if (fz_is_empty_rect(media) != 0 || fz_is_empty_rect(crop) != 0) {
+    if (fz_is_empty_rect(media) != 0) {
         return;
     }
-    if (fz_is_empty_rect(fz_intersect_rect(media, crop)) != 0) {
+    // Since 1.25 MuPDF takes a page with a crop box that is no box for one of US Letter.
+    if (fz_is_empty_rect(crop) != 0 || fz_is_empty_rect(fz_intersect_rect(media, crop)) != 0) {
         pdf_dict_put_rect(ctx, page, PDF_NAME(CropBox), media);
     }
 }
