@@ -8,8 +8,8 @@ namespace pdfcore {
 
 /// Renders page i at size i, into element i of both lists, which have the length of `pages`.
 ///
-/// A batch of several pages is shared with further threads as far as renderThreadLimit() allows; the call
-/// returns when all pages are done. Nothing is thrown.
+/// A batch of several pages is shared with further threads as far as renderThreadLimit() allows;
+/// the call returns when all pages are done. Nothing is thrown.
 void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes,
                  QList<QImage> &images, QStringList &messages);
 
