@@ -29,8 +29,8 @@ constexpr int kWaitingPixelSize = 12;
 constexpr double kDraggedOpacity = 0.4;
 constexpr double kDisabledOpacity = 0.5;
 
-constexpr QColor kPageShadow{15, 23, 42, 22};
-constexpr QColor kBarShadow{15, 23, 42, 26};
+constexpr QColor kPageShadow = Theme::shadow(22);
+constexpr QColor kBarShadow = Theme::shadow(26);
 constexpr QColor kDangerTint{0xFD, 0xEC, 0xEC};
 constexpr QColor kDangerTintPressed{0xFA, 0xD9, 0xD9};
 

@@ -4,12 +4,6 @@
 #include <QPainterPath>
 #include <QRegion>
 
-namespace {
-
-constexpr qreal kRadius = 8;
-
-} // namespace
-
 RoundedPopupMenu::RoundedPopupMenu(QWidget *parent)
     : QMenu(parent)
 {
@@ -38,6 +32,6 @@ void RoundedPopupMenu::updateMask()
         return;
     }
     QPainterPath outline;
-    outline.addRoundedRect(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kRadius, kRadius);
+    outline.addRoundedRect(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kCornerRadius, kCornerRadius);
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
 }
