@@ -2,6 +2,7 @@
 #include "tools/file_location_selector.h"
 
 #include "widgets/icon_paths.h"
+#include "widgets/rounded_window.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
@@ -35,7 +36,6 @@ constexpr int kLabelHeight = 21;
 constexpr int kPathHeight = 20;
 constexpr int kLabelPixelSize = 13;
 constexpr int kPathPixelSize = 12;
-constexpr double kDisabledOpacity = 0.4;
 
 constexpr QLatin1String kChevronIcon{":/res/icons/modern/chevron-down.png"};
 
@@ -66,9 +66,7 @@ public:
         : QMenu(parent)
     {
         setObjectName(QStringLiteral("fileLocationMenu"));
-        // The window system's shadow would be that of a window with square corners.
-        setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-        setAttribute(Qt::WA_TranslucentBackground);
+        letCornersBeSeenThrough(*this);
         setStyleSheet(QString(kMenuStyleSheet)
                           .arg(Theme::white.name(), Theme::ink.name(), Theme::border.name(),
                                Theme::accentTint.name(), Theme::borderSubtle.name(),
@@ -294,7 +292,7 @@ void FileLocationSelector::paintEvent(QPaintEvent * /*event*/)
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius,
                             kRadius);
 
-    painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+    painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
     QIcon(kFolderIcon).paint(&painter, face.icon);
     QIcon(kChevronIcon).paint(&painter, face.chevron);
     painter.setOpacity(1.0);

@@ -3,7 +3,7 @@
 
 #include <QColor>
 
-/// The colours of the interface.
+/// The colours of the interface, and how they fade.
 ///
 /// Widgets take their colours from here; a colour that has a name here is never spelled again.
 /// The values are sRGB, opaque unless they take an alpha, and may be read from any thread.
@@ -58,6 +58,10 @@ inline constexpr QColor success{0x20, 0xA6, 0x6A};
 inline constexpr QColor warning{0xE8, 0x9A, 0x3C};
 inline constexpr QColor danger{0xE0, 0x52, 0x52};
 inline constexpr QColor dangerStrong{0xD9, 0x4B, 0x4B};
+
+/// What is left of the pictures of disabled controls, and of disabled cards with all they show.
+inline constexpr double disabledOpacity = 0.4;
+inline constexpr double disabledCardOpacity = 0.5;
 
 /// Hues that tell kinds of tools and files apart.
 inline constexpr QColor blue{0x3B, 0x6D, 0xB3};

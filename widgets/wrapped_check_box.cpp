@@ -20,7 +20,6 @@ constexpr int kEndPadding = 8;
 constexpr int kMinimumWidth = 120;
 constexpr int kFontPixelSize = 13;
 constexpr int kRadius = 6;
-constexpr double kDisabledOpacity = 0.4;
 
 constexpr int kTextFlags = Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextShowMnemonic;
 /// What stands beside the text.
@@ -92,7 +91,7 @@ void WrappedCheckBox::paintEvent(QPaintEvent * /*event*/)
                                 kRadius);
     }
 
-    painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+    painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
     QIcon(isChecked() ? kCheckedIcon : kUncheckedIcon).paint(&painter, placed(indicator));
     painter.setOpacity(1.0);
 
