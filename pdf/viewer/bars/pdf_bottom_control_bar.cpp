@@ -4,6 +4,7 @@
 #include "pdf/viewer/bars/bar_metrics.h"
 #include "pdf/viewer/bars/page_number_validator.h"
 #include "pdf/viewer/common/zoom_limits.h"
+#include "widgets/rounded_window.h"
 #include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
 
@@ -278,10 +279,7 @@ void PdfBottomControlBar::createZoomCombo()
     list->setMinimumWidth(kZoomComboSize.width());
     m_zoomCombo->setView(list);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    // The corners of the list are round, those of its window are to be seen through.
-    list->window()->setWindowFlags(list->window()->windowFlags() | Qt::FramelessWindowHint |
-                                   Qt::NoDropShadowWindowHint);
-    list->window()->setAttribute(Qt::WA_TranslucentBackground);
+    letCornersBeSeenThrough(*list->window());
     // The combo box's own delegate does not know the rules for items of a style sheet.
     m_zoomCombo->setItemDelegate(new QStyledItemDelegate(m_zoomCombo));
     for (const int percent : kZoomPresets) {

@@ -27,7 +27,6 @@ constexpr int kCaptionPixelSize = 12;
 constexpr int kWaitingPixelSize = 12;
 
 constexpr double kDraggedOpacity = 0.4;
-constexpr double kDisabledOpacity = 0.5;
 
 constexpr QColor kPageShadow = Theme::shadow(22);
 constexpr QColor kBarShadow = Theme::shadow(26);
@@ -54,14 +53,14 @@ private:
 double opacityOf(const CardState &state)
 {
     if (!state.enabled) {
-        return kDisabledOpacity;
+        return Theme::disabledCardOpacity;
     }
     return state.dragged ? kDraggedOpacity : 1.0;
 }
 
 double opacityOf(const PartState &state)
 {
-    return state.enabled ? 1.0 : kDisabledOpacity;
+    return state.enabled ? 1.0 : Theme::disabledCardOpacity;
 }
 
 /// Fades what is drawn next, on top of what the painter fades already.

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/common/rounded_popup_menu.h"
 
+#include "widgets/rounded_window.h"
+
 #include <QPainterPath>
 #include <QRegion>
 
 RoundedPopupMenu::RoundedPopupMenu(QWidget *parent)
     : QMenu(parent)
 {
-    // The window system's shadow would be that of a window with square corners.
-    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground);
+    letCornersBeSeenThrough(*this);
 }
 
 RoundedPopupMenu::~RoundedPopupMenu() = default;

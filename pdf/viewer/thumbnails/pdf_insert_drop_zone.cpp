@@ -23,7 +23,6 @@ constexpr int kLineHeight = 24;
 constexpr int kIconGap = 8;
 constexpr int kFontPixelSize = 13;
 constexpr QMargins kPadding{6, 14, 6, 14};
-constexpr double kDisabledOpacity = 0.5;
 
 // %1 text, %2 background, %3 border of what is aimed at
 constexpr QLatin1String kStyleSheet{R"(
@@ -129,7 +128,7 @@ void PdfInsertDropZone::paintEvent(QPaintEvent * /*event*/)
     option.state.setFlag(QStyle::State_MouseOver, isEnabled() && underMouse());
     painter.drawControl(QStyle::CE_PushButtonBevel, option);
     if (!isEnabled()) {
-        painter.setOpacity(kDisabledOpacity);
+        painter.setOpacity(Theme::disabledCardOpacity);
     }
 
     // A button draws its icon beside its text; here it stands above.
