@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int kHomeTabData = 1;
 constexpr int kTabHeight = 42;
 constexpr int kHomeTabWidth = 90;
 constexpr int kTabWidth = 180;
@@ -34,15 +33,17 @@ constexpr qreal kFaceRadius = 8;
 constexpr int kAccentHeight = 2;
 constexpr int kSeparatorHeight = 16;
 
-constexpr QLatin1String kBarStyle("CustomTabBar QToolButton { background: %1; border: none; "
-                                  "border-radius: 4px; margin: 8px 1px; }"
-                                  "CustomTabBar QToolButton:hover { background: #E4E6EB; }"
-                                  "CustomTabBar QToolButton:pressed { background: #D8DBE0; }"
-                                  "CustomTabBar::scroller { width: 56px; }");
-constexpr QLatin1String kCloseButtonStyle(
+// %1 background, %2 hovered, %3 pressed
+constexpr QLatin1String kBarStyleSheet("CustomTabBar QToolButton { background: %1; border: none; "
+                                       "border-radius: 4px; margin: 8px 1px; }"
+                                       "CustomTabBar QToolButton:hover { background: %2; }"
+                                       "CustomTabBar QToolButton:pressed { background: %3; }"
+                                       "CustomTabBar::scroller { width: 56px; }");
+// %1 hovered
+constexpr QLatin1String kCloseButtonStyleSheet(
     "QPushButton { border: none; background: transparent; border-radius: 4px; padding: 3px;"
     " image: url(:/res/icons/modern/close.png); }"
-    "QPushButton:hover { background: #D8DBE0; }"
+    "QPushButton:hover { background: %1; }"
     "QPushButton:pressed { background: #C8CCD2; }");
 
 /// Puts the close buttons into the strip that the titles leave free for them.
@@ -88,7 +89,8 @@ CustomTabBar::CustomTabBar(QWidget *parent)
     setDrawBase(false);
     setUsesScrollButtons(true);
     setIconSize(QSize(kTabIconSize, kTabIconSize));
-    setStyleSheet(kBarStyle.arg(Theme::windowBackground.name()));
+    setStyleSheet(kBarStyleSheet.arg(Theme::windowBackground.name(), Theme::frameHover.name(),
+                                     Theme::framePressed.name()));
 }
 
 QSize CustomTabBar::tabSizeHint(int index) const
@@ -107,7 +109,7 @@ void CustomTabBar::tabInserted(int index)
         button->setCursor(Qt::PointingHandCursor);
         button->setFocusPolicy(Qt::NoFocus);
         button->setToolTip(tr("关闭"));
-        button->setStyleSheet(kCloseButtonStyle);
+        button->setStyleSheet(kCloseButtonStyleSheet.arg(Theme::framePressed.name()));
         connect(button, &QPushButton::clicked, this, [this, button] { closeTabOf(button); });
         setTabButton(index, QTabBar::RightSide, button);
     }

@@ -7,14 +7,16 @@ class QPainter;
 
 /// The tab bar of the workspace, which paints its tabs itself.
 ///
-/// A tab whose data is 1 is the home tab: 90 pixels wide. Every tab but one inserted at index 0
-/// has a close button. Tool tips show what a tab's title cannot. Titles are shown as they are: an
-/// ampersand makes no keyboard shortcut.
+/// A tab whose data is kHomeTabData is the home tab: 90 pixels wide. Every tab but one inserted at
+/// index 0 has a close button. Tool tips show what a tab's title cannot. Titles are shown as they
+/// are: an ampersand makes no keyboard shortcut.
 class CustomTabBar final : public QTabBar
 {
     Q_OBJECT
 
 public:
+    static constexpr int kHomeTabData = 1;
+
     explicit CustomTabBar(QWidget *parent = nullptr);
 
 protected:

@@ -4,17 +4,19 @@
 #include "app/custom_tab_bar.h"
 #include "pdf/viewer/pdf_show_page.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "widgets/theme.h"
 
 #include <QDebug>
 #include <QPointer>
 
 namespace {
 
+// %1 line above the page
 constexpr QLatin1String
-    kStyle("QTabWidget { background: #F7F8FA; border: none; }"
-           "QTabBar { background: transparent; }"
-           "QTabWidget::pane { border: none; border-top: 1px solid #E5E6EB; margin-top: -1px;"
-           " background: white; }");
+    kStyleSheet("QTabWidget { background: #F7F8FA; border: none; }"
+                "QTabBar { background: transparent; }"
+                "QTabWidget::pane { border: none; border-top: 1px solid %1; margin-top: -1px;"
+                " background: white; }");
 
 } // namespace
 
@@ -25,7 +27,7 @@ CustomTabWidget::CustomTabWidget(QWidget *parent)
     setAttribute(Qt::WA_StyledBackground);
     setTabBar(m_tabBar);
     m_tabBar->setExpanding(false);
-    setStyleSheet(kStyle);
+    setStyleSheet(kStyleSheet.arg(Theme::borderNeutral.name()));
     connect(m_tabBar, &QTabBar::tabCloseRequested, this, &CustomTabWidget::closeTab);
 }
 

@@ -73,7 +73,7 @@ void FramelessWindow::closeEvent(QCloseEvent *event)
 
 void FramelessWindow::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton || event->position().y() > m_dragStripHeight) {
+    if (event->button() != Qt::LeftButton || event->position().y() > TitleBar::kHeight) {
         QWidget::mousePressEvent(event);
         return;
     }

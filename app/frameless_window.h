@@ -12,7 +12,7 @@ class WindowCorner;
 /// The main window: frameless and translucent, with rounded corners and a 1-pixel border that it
 /// paints itself, a title bar and one content widget below it.
 ///
-/// It is moved by dragging its top 40 pixels. Its corners are square while it is maximised.
+/// It is moved by dragging where the title bar is. Its corners are square while it is maximised.
 class FramelessWindow final : public QWidget
 {
     Q_OBJECT
@@ -41,7 +41,6 @@ private:
 
     bool m_dragging = false;
     QPoint m_dragOffset; ///< Global press position minus the top left corner of the frame.
-    int m_dragStripHeight = 40;
     TitleBar *m_titleBar;
     QWidget *m_content = nullptr;
     std::array<WindowCorner *, 2> m_lowerCorners;

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/home_page.h"
 
+#include "app/program_info.h"
 #include "app/tool_table.h"
 #include "recent/recent_file_manager.h"
+#include "widgets/icon_paths.h"
+#include "widgets/scroll_bar_style.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
 #include <QApplication>
@@ -29,7 +33,9 @@ constexpr int kCardColumns = 4;
 constexpr int kRowHeight = 52;
 constexpr int kRowIconSize = 28;
 
-constexpr QLatin1String kStyle(
+// %1 ink, %2 muted text, %3 white, %4 to %6 accent, hovered, pressed, %7 border, %8 and %9 card
+// hovered, pressed
+constexpr QLatin1String kStyleSheet(
     "QLabel { background: transparent; }"
     "QLabel#homeTitle { color: %1; font-size: 18px; font-weight: 600; }"
     "QLabel#homeHint { color: %2; font-size: 13px; }"
@@ -43,15 +49,7 @@ constexpr QLatin1String kStyle(
     " padding: 8px; font-size: 13px; }"
     "QToolButton:hover { background: %8; border-color: %5; }"
     "QToolButton:pressed { background: %9; }"
-    "QListWidget { background: transparent; border: none; outline: none; }"
-    "QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
-    "QScrollBar::handle:vertical { background: %10; border-radius: 4px; min-height: 32px; }"
-    "QScrollBar::handle:vertical:hover { background: %2; }"
-    "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
-    "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }");
-
-/// For labels that stay at the left also when their text runs from right to left.
-constexpr Qt::Alignment kAlwaysLeft = Qt::AlignLeft | Qt::AlignVCenter | Qt::AlignAbsolute;
+    "QListWidget { background: transparent; border: none; outline: none; }");
 
 /// Draws a recent file as two lines, its name above its folder.
 class RecentFileDelegate final : public QStyledItemDelegate
@@ -105,10 +103,11 @@ private:
 HomePage::HomePage(QWidget *parent)
     : QWidget(parent)
 {
-    setStyleSheet(kStyle.arg(
-        Theme::ink.name(), Theme::textMuted.name(), Theme::white.name(), Theme::accent.name(),
-        Theme::accentHover.name(), Theme::accentPressed.name(), Theme::border.name(),
-        Theme::accentTintLight.name(), Theme::accentTint.name(), Theme::borderStrong.name()));
+    setStyleSheet(kStyleSheet.arg(Theme::ink.name(), Theme::textMuted.name(), Theme::white.name(),
+                                  Theme::accent.name(), Theme::accentHover.name(),
+                                  Theme::accentPressed.name(), Theme::border.name(),
+                                  Theme::accentTintLight.name(), Theme::accentTint.name()) %
+                  scrollBarStyleSheet({.thickness = 8, .margins = {}, .radius = 4}));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(32, 24, 32, 12);
@@ -143,9 +142,8 @@ QWidget *HomePage::createHeader()
 
     auto *logo = new QLabel(header);
     logo->setFixedSize(kLogoSize, kLogoSize);
-    logo->setPixmap(QIcon(QStringLiteral(":/res/icons/modern/logo.png"))
-                        .pixmap(QSize(kLogoSize, kLogoSize), devicePixelRatioF()));
-    auto *title = new QLabel(QStringLiteral("Quillora"), header);
+    logo->setPixmap(QIcon(kProgramIcon).pixmap(QSize(kLogoSize, kLogoSize), devicePixelRatioF()));
+    auto *title = new QLabel(kProgramName, header);
     title->setObjectName(QStringLiteral("homeTitle"));
     auto *hint = new QLabel(tr("打开一个 PDF 文件，或选择下方的工具开始。"), header);
     hint->setObjectName(QStringLiteral("homeHint"));
@@ -259,8 +257,7 @@ void HomePage::insertExistingFile(int row, const QString &path)
     if (!file.exists()) {
         return;
     }
-    auto *item = new QListWidgetItem(QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")),
-                                     file.fileName());
+    auto *item = new QListWidgetItem(QIcon(kPdfFileIcon), file.fileName());
     item->setData(Qt::UserRole, path);
     item->setToolTip(QDir::toNativeSeparators(path));
     m_recentFiles->insertItem(row, item);

@@ -23,7 +23,7 @@ public:
     void recordFile(const QString &path);
 
 signals:
-    /// The user has chosen the tool with the number `toolType`.
+    /// The user has chosen the tool `toolType`, a value of ToolType.
     void toolClicked(int toolType);
     /// The user wants to open the file at `filePath`, which is not recorded yet.
     void openFile(const QString &filePath);

@@ -2,7 +2,9 @@
 #include "app/language_dialog.h"
 
 #include "app/language_manager.h"
+#include "app/language_table.h"
 #include "widgets/modern_message_box.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
 #include <QButtonGroup>
@@ -14,56 +16,36 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include <array>
-
 namespace {
-
-struct LanguageCard
-{
-    const char *code;
-    const char *name; ///< To be translated in the context "LanguageDialog".
-    const char *tag;
-};
-
-constexpr std::array<LanguageCard, 7> kCards{{
-    {"zh_CN", QT_TRANSLATE_NOOP("LanguageDialog", "简体中文"), "zh-CN"},
-    {"en_US", QT_TRANSLATE_NOOP("LanguageDialog", "英语"), "en-US"},
-    {"de_DE", QT_TRANSLATE_NOOP("LanguageDialog", "德语"), "de-DE"},
-    {"fr_FR", QT_TRANSLATE_NOOP("LanguageDialog", "法语"), "fr-FR"},
-    {"es_ES", QT_TRANSLATE_NOOP("LanguageDialog", "西班牙语"), "es-ES"},
-    {"ar_SA", QT_TRANSLATE_NOOP("LanguageDialog", "阿拉伯语"), "ar-SA"},
-    {"ja_JP", QT_TRANSLATE_NOOP("LanguageDialog", "日语"), "ja-JP"},
-}};
 
 constexpr int kWidth = 620;
 constexpr int kShadowMargin = 20;
 constexpr int kShadowBlur = 36;
 constexpr int kShadowOffset = 10;
-constexpr QColor kShadowColor(15, 23, 42, 55);
+constexpr QColor kShadowColor = Theme::shadow(55);
 constexpr int kCardColumns = 2;
 constexpr int kCardSpacing = 10;
 constexpr int kCardHeight = 58;
 constexpr QSize kButtonSize(88, 40);
-/// For labels that stay at the left also when their text runs from right to left.
-constexpr Qt::Alignment kAlwaysLeft = Qt::AlignLeft | Qt::AlignVCenter | Qt::AlignAbsolute;
 constexpr char kCodeProperty[] = "languageCode";
 
-constexpr QLatin1String kStyle(
-    "QFrame#languageCard { background: #FFFFFF; border: 1px solid #DDE2EA; border-radius: 16px; }"
-    "QLabel#languageTitle { color: #111827; background: transparent; font-size: 21px;"
+// %1 muted text, %2 hovered, %3 to %5 accent, hovered, pressed, %6 white, %7 title
+constexpr QLatin1String kStyleSheet(
+    "QFrame#languageCard { background: %6; border: 1px solid #DDE2EA; border-radius: 16px; }"
+    "QLabel#languageTitle { color: %7; background: transparent; font-size: 21px;"
     " font-weight: 600; }"
     "QLabel#languageDescription { color: %1; background: transparent; font-size: 13px; }"
-    "QRadioButton { color: #283347; background: #FFFFFF; border: 1px solid #E0E5ED;"
+    "QRadioButton { color: #283347; background: %6; border: 1px solid #E0E5ED;"
     " border-radius: 10px; padding: 10px 16px; font-size: 14px; spacing: 12px; }"
     "QRadioButton:hover { background: %2; border-color: #B8B3F5; }"
     "QRadioButton:checked { background: #F2F1FF; border: 2px solid %3; padding: 9px 15px; }"
     "QRadioButton::indicator { width: 18px; height: 18px; }"
     "QPushButton { min-width: 88px; border-radius: 8px; padding: 0 16px; font-size: 14px;"
     " font-weight: 600; }"
-    "QPushButton#languageCancelButton { color: #334155; background: #FFFFFF;"
+    "QPushButton#languageCancelButton { color: #334155; background: %6;"
     " border: 1px solid #D8DEE8; }"
     "QPushButton#languageCancelButton:hover { background: #F4F6F9; }"
-    "QPushButton#languageApplyButton { color: #FFFFFF; background: %3; border: 1px solid %3; }"
+    "QPushButton#languageApplyButton { color: %6; background: %3; border: 1px solid %3; }"
     "QPushButton#languageApplyButton:hover { background: %4; }"
     "QPushButton#languageApplyButton:pressed { background: %5; }");
 
@@ -78,9 +60,10 @@ LanguageDialog::LanguageDialog(QWidget *parent)
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedWidth(kWidth);
-    setStyleSheet(kStyle.arg(Theme::textMuted.name(), Theme::accentTintLight.name(),
-                             Theme::accent.name(), Theme::accentHover.name(),
-                             Theme::accentPressed.name()));
+    setStyleSheet(kStyleSheet.arg(Theme::textMuted.name(), Theme::accentTintLight.name(),
+                                  Theme::accent.name(), Theme::accentHover.name(),
+                                  Theme::accentPressed.name(), Theme::white.name(),
+                                  Theme::inkStrong.name()));
     m_cards->setExclusive(true);
 
     auto *outer = new QVBoxLayout(this);
@@ -125,10 +108,10 @@ QGridLayout *LanguageDialog::createCards()
     grid->setVerticalSpacing(kCardSpacing);
     const QString current = LanguageManager::instance()->currentLanguage();
     int position = 0;
-    for (const LanguageCard &language : kCards) {
-        const QString code = QLatin1String(language.code);
+    for (const Language &language : languageTable()) {
+        const QString code = language.code;
         auto *card = new QRadioButton(
-            QStringLiteral("%1\n%2").arg(tr(language.name), QLatin1String(language.tag)), this);
+            QStringLiteral("%1\n%2").arg(tr(language.name), languageTag(code)), this);
         card->setProperty(kCodeProperty, code);
         card->setMinimumHeight(kCardHeight);
         card->setCursor(Qt::PointingHandCursor);

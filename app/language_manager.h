@@ -12,8 +12,7 @@ class QTranslator;
 /// Owns the language of the interface: the installed translator, the default locale and the
 /// user's saved choice (settings key "appearance/language").
 ///
-/// The languages are zh_CN (the language of the source texts, which needs no translator), en_US,
-/// de_DE, fr_FR, es_ES, ar_SA and ja_JP. All of them, Arabic too, are laid out from left to right.
+/// The languages are those of the language table; the one of the source texts needs no translator.
 /// Lives on the user-interface thread; needs the application object.
 class LanguageManager final : public QObject
 {

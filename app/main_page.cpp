@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "app/main_page.h"
 
+#include "app/custom_tab_bar.h"
 #include "app/custom_tab_widget.h"
 #include "app/home_page.h"
 #include "app/tool_table.h"
+#include "app/window_shape.h"
 #include "pdf/viewer/pdf_show_page.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "widgets/icon_paths.h"
 #include "widgets/theme.h"
 
 #include <QDir>
@@ -20,15 +23,17 @@ namespace {
 constexpr char kToolTypeProperty[] = "plenvoToolType";
 constexpr char kFilePathProperty[] = "plenvoFilePath";
 
-constexpr QLatin1String kStyle("QWidget#mainPage { background: %1;"
-                               " border-bottom-left-radius: 12px;"
-                               " border-bottom-right-radius: 12px; }");
-constexpr QLatin1String
-    kTabsStyle("QTabWidget#mainTabWidget, QTabWidget#mainTabWidget::pane {"
-               " border-bottom-left-radius: 11px; border-bottom-right-radius: 11px; }"
-               "QTabWidget#mainTabWidget SideNavigationBar { border-bottom-left-radius: 11px; }"
-               "QTabWidget#mainTabWidget RecentFilesPage { background: %1;"
-               " border-bottom-right-radius: 11px; }");
+// %1 background, %2 radius
+constexpr QLatin1String kStyleSheet("QWidget#mainPage { background: %1;"
+                                    " border-bottom-left-radius: %2px;"
+                                    " border-bottom-right-radius: %2px; }");
+// %1 background, %2 radius
+constexpr QLatin1String kTabsStyleSheet(
+    "QTabWidget#mainTabWidget, QTabWidget#mainTabWidget::pane {"
+    " border-bottom-left-radius: %2px; border-bottom-right-radius: %2px; }"
+    "QTabWidget#mainTabWidget SideNavigationBar { border-bottom-left-radius: %2px; }"
+    "QTabWidget#mainTabWidget RecentFilesPage { background: %1;"
+    " border-bottom-right-radius: %2px; }");
 
 /// The path under which an open file is found again; empty if `path` names none.
 QString normalizedFilePath(const QString &path)
@@ -53,10 +58,13 @@ MainPage::MainPage(QWidget *parent)
 {
     setObjectName(QStringLiteral("mainPage"));
     setAttribute(Qt::WA_StyledBackground);
-    setStyleSheet(kStyle.arg(Theme::white.name()));
+    setStyleSheet(
+        kStyleSheet.arg(Theme::white.name(), QString::number(WindowShape::kCornerRadius)));
 
     m_tabs->setObjectName(QStringLiteral("mainTabWidget"));
-    m_tabs->setStyleSheet(m_tabs->styleSheet() % kTabsStyle.arg(Theme::white.name()));
+    m_tabs->setStyleSheet(
+        m_tabs->styleSheet() %
+        kTabsStyleSheet.arg(Theme::white.name(), QString::number(WindowShape::kInnerCornerRadius)));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -64,7 +72,7 @@ MainPage::MainPage(QWidget *parent)
 
     const int homeIndex =
         m_tabs->addTab(m_home, QIcon(QStringLiteral(":/res/icons/modern/home.png")), tr("首页"));
-    m_tabs->tabBar()->setTabData(homeIndex, 1);
+    m_tabs->tabBar()->setTabData(homeIndex, CustomTabBar::kHomeTabData);
     layout->addWidget(m_tabs);
 
     connect(m_home, &HomePage::toolClicked, this, &MainPage::openTool);
@@ -133,8 +141,7 @@ void MainPage::openFileInTab(const QString &path)
     connect(page, &PdfShowPage::toolRequested, this, &MainPage::openToolWithFile);
     connect(page->viewer(), &PdfViewerWidget::documentSaved, this,
             [this, page](const QString &saved) { noteSaved(page, normalizedFilePath(saved)); });
-    const int index =
-        m_tabs->addTab(page, QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")), QString());
+    const int index = m_tabs->addTab(page, QIcon(kPdfFileIcon), QString());
     setFileOf(page, normalizedPath);
     m_tabs->setCurrentIndex(index);
 }

@@ -20,11 +20,11 @@ class MainPage final : public QWidget
 public:
     explicit MainPage(QWidget *parent = nullptr);
 
-    /// Index of the first tab that shows the tool `toolType`, or -1.
+    /// Index of the first tab that shows the tool `toolType`, a value of ToolType, or -1.
     [[nodiscard]] int indexOfTool(int toolType) const;
 
-    /// Shows the tab of the tool `toolType` (1 to 8), creating it at the end when needed.
-    /// Other numbers do nothing.
+    /// Shows the tab of the tool `toolType` (a value of ToolType), creating it at the end when
+    /// needed. Other numbers do nothing.
     void openTool(int toolType);
     /// openTool(), then hands `filePath` to the page if the tool takes a file.
     void openToolWithFile(int toolType, const QString &filePath);

@@ -4,6 +4,7 @@
 #include "app/frameless_window.h"
 #include "app/language_manager.h"
 #include "app/main_page.h"
+#include "app/program_info.h"
 #include "app/window_picture.h"
 #include "pdfcore/pdf_file_revision.h"
 #include "res/resources.h"
@@ -26,10 +27,11 @@ constexpr auto kUseHighDpiPixmaps = static_cast<Qt::ApplicationAttribute>(13);
 
 constexpr QLatin1String kFontFamily("Microsoft YaHei UI");
 
-constexpr QLatin1String kApplicationStyle(
-    "QToolTip { background-color: #1D2129; color: #FFFFFF; border: none; padding: 6px 10px;"
+// %1 white, %2 border
+constexpr QLatin1String kApplicationStyleSheet(
+    "QToolTip { background-color: #1D2129; color: %1; border: none; padding: 6px 10px;"
     " border-radius: 4px; }"
-    "QMenu { background-color: #FFFFFF; border: 1px solid #E5E6EB; border-radius: 8px;"
+    "QMenu { background-color: %1; border: 1px solid %2; border-radius: 8px;"
     " padding: 6px; }"
     "QMenu::item { background-color: transparent; border-radius: 4px; color: #4E5969;"
     " padding: 8px 24px 8px 16px; }"
@@ -57,7 +59,7 @@ void setPalette()
     palette.setBrush(QPalette::All, QPalette::Text, Theme::ink);
     palette.setBrush(QPalette::All, QPalette::ButtonText, Theme::ink);
     palette.setBrush(QPalette::All, QPalette::Highlight, Theme::accent);
-    palette.setBrush(QPalette::All, QPalette::HighlightedText, Qt::white);
+    palette.setBrush(QPalette::All, QPalette::HighlightedText, Theme::white);
     QApplication::setPalette(palette);
 }
 
@@ -72,18 +74,19 @@ void Startup::setAttributes()
 void Startup::setIdentity()
 {
     initResources();
-    QCoreApplication::setApplicationName(QStringLiteral("Quillora"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
-    QCoreApplication::setOrganizationName(QStringLiteral("Quillora"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Quillora"));
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/res/icons/modern/logo.png")));
+    QCoreApplication::setApplicationName(kProgramName);
+    QCoreApplication::setApplicationVersion(kProgramVersion);
+    QCoreApplication::setOrganizationName(kProgramName);
+    QGuiApplication::setApplicationDisplayName(kProgramName);
+    QGuiApplication::setWindowIcon(QIcon(kProgramIcon));
 }
 
 void Startup::setAppearance()
 {
     setFont();
     setPalette();
-    qApp->setStyleSheet(kApplicationStyle);
+    qApp->setStyleSheet(kApplicationStyleSheet.arg(Theme::white.name().toUpper(),
+                                                   Theme::borderNeutral.name().toUpper()));
 }
 
 std::unique_ptr<FramelessWindow> Startup::showMainWindow()

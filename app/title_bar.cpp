@@ -2,7 +2,10 @@
 #include "app/title_bar.h"
 
 #include "app/language_manager.h"
+#include "app/language_table.h"
 #include "app/maximize_button.h"
+#include "app/program_info.h"
+#include "app/window_shape.h"
 #include "widgets/theme.h"
 
 #include <QEvent>
@@ -14,9 +17,8 @@
 
 namespace {
 
-constexpr int kHeight = 40;
 constexpr int kLogoSize = 20;
-constexpr QSize kButtonSize(46, kHeight);
+constexpr QSize kButtonSize(46, TitleBar::kHeight);
 constexpr char kMaximizedProperty[] = "maximized";
 
 constexpr QLatin1String kMinimizeIcon(":/res/icons/modern/minimize.png");
@@ -24,17 +26,21 @@ constexpr QLatin1String kMaximizeIcon(":/res/icons/modern/maximize.png");
 constexpr QLatin1String kRestoreIcon(":/res/icons/modern/restore.png");
 constexpr QLatin1String kCloseIcon(":/res/icons/modern/close_20_hover.png");
 
-constexpr QLatin1String kTitleStyle("QLabel{background:transparent;color:%1;}");
-constexpr QLatin1String kWindowButtonStyle("QPushButton { image: url(%1); }");
-constexpr QLatin1String kStyle(
+// %1 colour
+constexpr QLatin1String kTitleStyleSheet("QLabel{background:transparent;color:%1;}");
+// %1 icon
+constexpr QLatin1String kWindowButtonStyleSheet("QPushButton { image: url(%1); }");
+// %1 background, %2 text, %3 close button hovered, %4 and %5 other buttons hovered, pressed,
+// %6 radius of the corner
+constexpr QLatin1String kStyleSheet(
     "TitleBar { background: %1; }"
     "QToolButton, QPushButton { background: transparent; border: none; border-radius: 6px;"
     " margin: 1px 2px; }"
-    "QToolButton:hover, QPushButton:hover { background: #E4E6EB; }"
-    "QToolButton:pressed, QPushButton:pressed { background: #D8DBE0; }"
+    "QToolButton:hover, QPushButton:hover { background: %4; }"
+    "QToolButton:pressed, QPushButton:pressed { background: %5; }"
     "QToolButton#languageBtn { color: %2; font-size: 12px; font-weight: 600; padding: 0 10px; }"
     "QPushButton { padding: 9px 14px; }"
-    "QPushButton#closeBtn { border-top-right-radius: 11px; margin-right: 0px; }"
+    "QPushButton#closeBtn { border-top-right-radius: %6px; margin-right: 0px; }"
     "QPushButton#closeBtn:hover { background: %3; }"
     "QPushButton#closeBtn:pressed { background: #C93F3F; }");
 
@@ -51,12 +57,11 @@ TitleBar::TitleBar(QWidget *parent)
 
     auto *logo = new QLabel(this);
     logo->setFixedSize(kLogoSize, kLogoSize);
-    logo->setPixmap(QIcon(QStringLiteral(":/res/icons/modern/logo.png"))
-                        .pixmap(QSize(kLogoSize, kLogoSize), devicePixelRatioF()));
+    logo->setPixmap(QIcon(kProgramIcon).pixmap(QSize(kLogoSize, kLogoSize), devicePixelRatioF()));
 
     auto *title = new QLabel(tr("Quillora"), this);
     title->setObjectName(QStringLiteral("titleLabel"));
-    title->setStyleSheet(kTitleStyle.arg(Theme::ink.name()));
+    title->setStyleSheet(kTitleStyleSheet.arg(Theme::ink.name()));
 
     m_languageButton->setObjectName(QStringLiteral("languageBtn"));
     m_languageButton->setFixedSize(kButtonSize);
@@ -82,23 +87,24 @@ TitleBar::TitleBar(QWidget *parent)
     layout->addWidget(m_maximizeButton);
     layout->addWidget(m_closeButton);
 
-    setStyleSheet(kStyle.arg(Theme::windowBackground.name(), Theme::textSecondary.name(),
-                             Theme::dangerStrong.name()));
+    setStyleSheet(kStyleSheet.arg(Theme::windowBackground.name(), Theme::textSecondary.name(),
+                                  Theme::dangerStrong.name(), Theme::frameHover.name(),
+                                  Theme::framePressed.name(),
+                                  QString::number(WindowShape::kInnerCornerRadius)));
     retranslateUi();
 }
 
 void TitleBar::setMaximized(bool maximized)
 {
     m_maximizeButton->setStyleSheet(
-        kWindowButtonStyle.arg(maximized ? kRestoreIcon : kMaximizeIcon));
+        kWindowButtonStyleSheet.arg(maximized ? kRestoreIcon : kMaximizeIcon));
     m_maximizeButton->setProperty(kMaximizedProperty, maximized);
     updateMaximizeToolTip();
 }
 
 void TitleBar::retranslateUi()
 {
-    const QString language = LanguageManager::instance()->currentLanguage();
-    m_languageButton->setText(language.section(QLatin1Char('_'), 0, 0).toUpper());
+    m_languageButton->setText(languageAbbreviation(LanguageManager::instance()->currentLanguage()));
     m_languageButton->setToolTip(tr("语言设置"));
     m_minimizeButton->setToolTip(tr("最小化"));
     updateMaximizeToolTip();
@@ -118,7 +124,7 @@ QPushButton *TitleBar::createWindowButton(const QString &iconPath)
 {
     auto *button = new Button(this);
     button->setFixedSize(kButtonSize);
-    button->setStyleSheet(kWindowButtonStyle.arg(iconPath));
+    button->setStyleSheet(kWindowButtonStyleSheet.arg(iconPath));
     button->setCursor(Qt::PointingHandCursor);
     button->setFocusPolicy(Qt::NoFocus);
     return button;

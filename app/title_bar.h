@@ -6,7 +6,7 @@
 class QPushButton;
 class QToolButton;
 
-/// The 40-pixel strip at the top of the main window: logo and name, the language button and the
+/// The strip at the top of the main window: logo and name, the language button and the
 /// window buttons.
 ///
 /// It only asks; the window carries the requests out and does the dragging, so presses that hit no
@@ -16,6 +16,8 @@ class TitleBar final : public QWidget
     Q_OBJECT
 
 public:
+    static constexpr int kHeight = 40;
+
     explicit TitleBar(QWidget *parent = nullptr);
 
     /// Shows the state of the window, which calls this after each change of it.

@@ -9,6 +9,7 @@
 #include "tools/pdf_encry_page.h"
 #include "tools/pdf_merge_page.h"
 #include "tools/pdf_to_office_page.h"
+#include "tools/tool_type.h"
 
 #include <QCoreApplication>
 
@@ -31,30 +32,38 @@ void addInputFile(QWidget *page, const QString &filePath)
     }
 }
 
-constexpr std::array<Tool, 8> kTools{{
-    {1, QT_TRANSLATE_NOOP("MainPage", "压缩PDF"), QLatin1String(":/res/icons/modern/compress.png"),
-     QLatin1String(":/res/icons/modern/compress-big.png"), createPage<PdfCompressPage>,
-     addInputFile<PdfCompressPage>},
-    {2, QT_TRANSLATE_NOOP("MainPage", "PDF转为Office"),
-     QLatin1String(":/res/icons/modern/convert.png"),
-     QLatin1String(":/res/icons/modern/convert-big.png"), createPage<PdfToOfficePage>, nullptr},
-    {3, QT_TRANSLATE_NOOP("MainPage", "Office转为PDF"),
-     QLatin1String(":/res/icons/modern/convert.png"),
-     QLatin1String(":/res/icons/modern/convert-big.png"), createPage<OfficeToPdfPage>, nullptr},
-    {4, QT_TRANSLATE_NOOP("MainPage", "图像转PDF"), QLatin1String(":/res/icons/modern/image.png"),
-     QLatin1String(":/res/icons/modern/image-big.png"), createPage<ImageToPdfPage>, nullptr},
-    {5, QT_TRANSLATE_NOOP("MainPage", "PDF转为图像"), QLatin1String(":/res/icons/modern/image.png"),
-     QLatin1String(":/res/icons/modern/image-big.png"), createPage<PdfConvertPage>,
-     addInputFile<PdfConvertPage>},
-    {6, QT_TRANSLATE_NOOP("MainPage", "PDF解密"), QLatin1String(":/res/icons/modern/decrypt.png"),
-     QLatin1String(":/res/icons/modern/decrypt-big.png"), createPage<PdfDecryPage>,
-     addInputFile<PdfDecryPage>},
-    {7, QT_TRANSLATE_NOOP("MainPage", "PDF加密"), QLatin1String(":/res/icons/modern/encrypt.png"),
-     QLatin1String(":/res/icons/modern/encrypt-big.png"), createPage<PdfEncryPage>,
-     addInputFile<PdfEncryPage>},
-    {8, QT_TRANSLATE_NOOP("MainPage", "合并PDF"), QLatin1String(":/res/icons/modern/merge.png"),
-     QLatin1String(":/res/icons/modern/merge-big.png"), createPage<PdfMergePage>, nullptr},
-}};
+/// A tool whose page takes files.
+template <typename Page>
+constexpr Tool fileTool(ToolType type, const char *title, QLatin1String icon)
+{
+    return {type, title, icon, Page::kIconPath, createPage<Page>, addInputFile<Page>};
+}
+
+/// A tool whose page takes none.
+template <typename Page>
+constexpr Tool plainTool(ToolType type, const char *title, QLatin1String icon)
+{
+    return {type, title, icon, Page::kIconPath, createPage<Page>, nullptr};
+}
+
+constexpr std::array kTools{
+    fileTool<PdfCompressPage>(CompressPdfTool, QT_TRANSLATE_NOOP("MainPage", "压缩PDF"),
+                              QLatin1String(":/res/icons/modern/compress.png")),
+    plainTool<PdfToOfficePage>(PdfToOfficeTool, QT_TRANSLATE_NOOP("MainPage", "PDF转为Office"),
+                               QLatin1String(":/res/icons/modern/convert.png")),
+    plainTool<OfficeToPdfPage>(OfficeToPdfTool, QT_TRANSLATE_NOOP("MainPage", "Office转为PDF"),
+                               QLatin1String(":/res/icons/modern/convert.png")),
+    plainTool<ImageToPdfPage>(ImagesToPdfTool, QT_TRANSLATE_NOOP("MainPage", "图像转PDF"),
+                              QLatin1String(":/res/icons/modern/image.png")),
+    fileTool<PdfConvertPage>(PdfToImagesTool, QT_TRANSLATE_NOOP("MainPage", "PDF转为图像"),
+                             QLatin1String(":/res/icons/modern/image.png")),
+    fileTool<PdfDecryPage>(DecryptPdfTool, QT_TRANSLATE_NOOP("MainPage", "PDF解密"),
+                           QLatin1String(":/res/icons/modern/decrypt.png")),
+    fileTool<PdfEncryPage>(EncryptPdfTool, QT_TRANSLATE_NOOP("MainPage", "PDF加密"),
+                           QLatin1String(":/res/icons/modern/encrypt.png")),
+    plainTool<PdfMergePage>(MergePdfTool, QT_TRANSLATE_NOOP("MainPage", "合并PDF"),
+                            QLatin1String(":/res/icons/modern/merge.png")),
+};
 
 } // namespace
 

@@ -11,7 +11,7 @@ class QWidget;
 /// One batch tool: its number and what the workspace shows of it.
 struct Tool
 {
-    /// The tool's number, 1 to 8, as carried by signals and by the pages' "plenvoToolType".
+    /// A value of ToolType, as carried by signals and by the pages' "plenvoToolType".
     int type;
     /// Title of the tool's tab, to be translated in the context "MainPage".
     const char *title;
@@ -28,5 +28,5 @@ struct Tool
 /// The tools in the order of their numbers.
 [[nodiscard]] std::span<const Tool> toolTable();
 
-/// The tool with the number `type`, or null for a number that is none.
+/// The tool `type`, or null for a number that is no value of ToolType.
 [[nodiscard]] const Tool *findTool(int type);

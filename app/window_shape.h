@@ -11,6 +11,8 @@
 namespace WindowShape {
 
 inline constexpr int kCornerRadius = 12;
+/// The radius of what fills a corner inside the border.
+inline constexpr int kInnerCornerRadius = kCornerRadius - 1;
 
 /// The outer edge of the border.
 [[nodiscard]] QPainterPath outline(const QRect &window, qreal radius);

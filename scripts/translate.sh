@@ -9,7 +9,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 source_folders=(app pdf recent tools widgets taskcenter)
-catalogues=(plenvo_en.ts de.ts fr.ts es.ts ar.ts jp.ts)
+catalogues=(res/translate/*.ts)
+catalogues=("${catalogues[@]##*/}")
 
 find_lupdate() {
     local candidate

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/file_input_page.h"
 
+#include "widgets/icon_paths.h"
 #include "widgets/theme.h"
 
 #include <QFileInfo>
@@ -14,11 +15,12 @@ constexpr int kListHeight = 168;
 constexpr int kRowHeight = 40;
 constexpr int kIconSize = 20;
 
-const QString kListStyle =
-    QStringLiteral("QListWidget#toolInputFiles { color: %1; background: %2; border: 1px solid %3;"
-                   " border-radius: 8px; padding: 4px; font-size: 13px; outline: none; }"
-                   "QListWidget#toolInputFiles::item { border-radius: 6px; padding: 0 8px; }"
-                   "QListWidget#toolInputFiles::item:hover { background: %4; }");
+// %1 text, %2 background, %3 border, %4 hovered
+constexpr QLatin1String
+    kListStyleSheet("QListWidget#toolInputFiles { color: %1; background: %2; border: 1px solid %3;"
+                    " border-radius: 8px; padding: 4px; font-size: 13px; outline: none; }"
+                    "QListWidget#toolInputFiles::item { border-radius: 6px; padding: 0 8px; }"
+                    "QListWidget#toolInputFiles::item:hover { background: %4; }");
 
 } // namespace
 
@@ -28,8 +30,8 @@ FileInputPage::FileInputPage(const QString &iconPath, const QString &title,
     , m_list(new QListWidget(this))
 {
     m_list->setObjectName(QStringLiteral("toolInputFiles"));
-    m_list->setStyleSheet(kListStyle.arg(Theme::ink.name(), Theme::white.name(),
-                                         Theme::border.name(), Theme::hover.name()));
+    m_list->setStyleSheet(kListStyleSheet.arg(Theme::ink.name(), Theme::white.name(),
+                                              Theme::border.name(), Theme::hover.name()));
     m_list->setFixedHeight(kListHeight);
     m_list->setIconSize(QSize(kIconSize, kIconSize));
     m_list->setSelectionMode(QAbstractItemView::NoSelection);
@@ -55,8 +57,7 @@ void FileInputPage::addInputFile(const QString &path)
     if (path.isEmpty() || inputFiles().contains(path)) {
         return;
     }
-    auto *item = new QListWidgetItem(QIcon(QStringLiteral(":/res/icons/modern/file-pdf.png")),
-                                     QFileInfo(path).fileName(), m_list);
+    auto *item = new QListWidgetItem(QIcon(kPdfFileIcon), QFileInfo(path).fileName(), m_list);
     item->setData(Qt::UserRole, path);
     item->setToolTip(path);
     item->setSizeHint(QSize(0, kRowHeight));

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/file_location_selector.h"
 
+#include "widgets/icon_paths.h"
+#include "widgets/rounded_window.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
 #include <QDir>
@@ -33,12 +36,10 @@ constexpr int kLabelHeight = 21;
 constexpr int kPathHeight = 20;
 constexpr int kLabelPixelSize = 13;
 constexpr int kPathPixelSize = 12;
-constexpr double kDisabledOpacity = 0.4;
 
-constexpr QLatin1String kFolderIcon{":/res/icons/modern/folder.png"};
 constexpr QLatin1String kChevronIcon{":/res/icons/modern/chevron-down.png"};
 
-// %1 background, %2 text, %3 border, %4 chosen entry, %5 separator
+// %1 background, %2 text, %3 border, %4 and %6 chosen entry and its text, %5 separator
 constexpr QLatin1String kMenuStyleSheet{R"(
 QMenu#fileLocationMenu {
     color: %2; background: %1; border: 1px solid %3; border-radius: 7px; padding: 6px;
@@ -48,7 +49,7 @@ QMenu#fileLocationMenu::item {
     color: %2; background: transparent; min-height: 32px; padding: 4px 12px 4px 34px;
     border-radius: 5px;
 }
-QMenu#fileLocationMenu::item:selected { color: #2559EB; background: %4; }
+QMenu#fileLocationMenu::item:selected { color: %6; background: %4; }
 QMenu#fileLocationMenu::indicator { width: 14px; height: 14px; left: 10px; }
 QMenu#fileLocationMenu::icon { left: 32px; }
 QMenu#fileLocationMenu::separator { height: 1px; background: %5; margin: 5px 8px; }
@@ -65,12 +66,11 @@ public:
         : QMenu(parent)
     {
         setObjectName(QStringLiteral("fileLocationMenu"));
-        // The window system's shadow would be that of a window with square corners.
-        setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-        setAttribute(Qt::WA_TranslucentBackground);
+        letCornersBeSeenThrough(*this);
         setStyleSheet(QString(kMenuStyleSheet)
                           .arg(Theme::white.name(), Theme::ink.name(), Theme::border.name(),
-                               Theme::accentTint.name(), Theme::borderSubtle.name()));
+                               Theme::accentTint.name(), Theme::borderSubtle.name(),
+                               Theme::chosen.name()));
     }
 
 protected:
@@ -292,14 +292,13 @@ void FileLocationSelector::paintEvent(QPaintEvent * /*event*/)
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius,
                             kRadius);
 
-    painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+    painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
     QIcon(kFolderIcon).paint(&painter, face.icon);
     QIcon(kChevronIcon).paint(&painter, face.chevron);
     painter.setOpacity(1.0);
 
-    const int flags = static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) |
-                                       Qt::AlignVCenter | Qt::AlignAbsolute) |
-                      Qt::TextSingleLine;
+    const int flags =
+        static_cast<int>(leadingSide(layoutDirection()) | Qt::AlignVCenter) | Qt::TextSingleLine;
     painter.setFont(sizedFont(font(), kLabelPixelSize, QFont::DemiBold));
     painter.setPen(isEnabled() ? Theme::ink : Theme::textMuted);
     painter.drawText(face.label, flags,

@@ -2,6 +2,5 @@
 #include "tools/image_to_pdf_page.h"
 
 ImageToPdfPage::ImageToPdfPage(QWidget *parent)
-    : ToolPage(QStringLiteral(":/res/icons/modern/image-big.png"), tr("图像转PDF"),
-               tr("将图像合成为 PDF 文件。"), parent)
+    : ToolPage(kIconPath, tr("图像转PDF"), tr("将图像合成为 PDF 文件。"), parent)
 {}

@@ -9,5 +9,7 @@ class ImageToPdfPage final : public ToolPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/image-big.png"};
+
     explicit ImageToPdfPage(QWidget *parent = nullptr);
 };

@@ -2,6 +2,6 @@
 #include "tools/office_to_pdf_page.h"
 
 OfficeToPdfPage::OfficeToPdfPage(QWidget *parent)
-    : ToolPage(QStringLiteral(":/res/icons/modern/convert-big.png"), tr("Office转为PDF"),
-               tr("将 Word、PowerPoint 和 Excel 文件转换为 PDF"), parent)
+    : ToolPage(kIconPath, tr("Office转为PDF"), tr("将 Word、PowerPoint 和 Excel 文件转换为 PDF"),
+               parent)
 {}

@@ -9,5 +9,7 @@ class OfficeToPdfPage final : public ToolPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/convert-big.png"};
+
     explicit OfficeToPdfPage(QWidget *parent = nullptr);
 };

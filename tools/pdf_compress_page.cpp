@@ -2,6 +2,5 @@
 #include "tools/pdf_compress_page.h"
 
 PdfCompressPage::PdfCompressPage(QWidget *parent)
-    : FileInputPage(QStringLiteral(":/res/icons/modern/compress-big.png"), tr("压缩PDF"),
-                    tr("减小 PDF 文件的体积，便于发送和保存。"), parent)
+    : FileInputPage(kIconPath, tr("压缩PDF"), tr("减小 PDF 文件的体积，便于发送和保存。"), parent)
 {}

@@ -9,5 +9,7 @@ class PdfCompressPage final : public FileInputPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/compress-big.png"};
+
     explicit PdfCompressPage(QWidget *parent = nullptr);
 };

@@ -2,6 +2,5 @@
 #include "tools/pdf_convert_page.h"
 
 PdfConvertPage::PdfConvertPage(QWidget *parent)
-    : FileInputPage(QStringLiteral(":/res/icons/modern/image-big.png"), tr("PDF 转为图像"),
-                    tr("将 PDF 的每一页保存为图像。"), parent)
+    : FileInputPage(kIconPath, tr("PDF 转为图像"), tr("将 PDF 的每一页保存为图像。"), parent)
 {}

@@ -9,5 +9,7 @@ class PdfConvertPage final : public FileInputPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/image-big.png"};
+
     explicit PdfConvertPage(QWidget *parent = nullptr);
 };

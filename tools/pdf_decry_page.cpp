@@ -2,6 +2,5 @@
 #include "tools/pdf_decry_page.h"
 
 PdfDecryPage::PdfDecryPage(QWidget *parent)
-    : FileInputPage(QStringLiteral(":/res/icons/modern/decrypt-big.png"), tr("解锁PDF"),
-                    tr("移除 PDF 文件的密码。"), parent)
+    : FileInputPage(kIconPath, tr("解锁PDF"), tr("移除 PDF 文件的密码。"), parent)
 {}

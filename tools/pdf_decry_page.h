@@ -9,5 +9,7 @@ class PdfDecryPage final : public FileInputPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/decrypt-big.png"};
+
     explicit PdfDecryPage(QWidget *parent = nullptr);
 };

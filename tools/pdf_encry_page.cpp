@@ -2,6 +2,5 @@
 #include "tools/pdf_encry_page.h"
 
 PdfEncryPage::PdfEncryPage(QWidget *parent)
-    : FileInputPage(QStringLiteral(":/res/icons/modern/encrypt-big.png"), tr("加密PDF"),
-                    tr("用密码保护 PDF 文件。"), parent)
+    : FileInputPage(kIconPath, tr("加密PDF"), tr("用密码保护 PDF 文件。"), parent)
 {}

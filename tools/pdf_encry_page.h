@@ -9,5 +9,7 @@ class PdfEncryPage final : public FileInputPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/encrypt-big.png"};
+
     explicit PdfEncryPage(QWidget *parent = nullptr);
 };

@@ -2,6 +2,5 @@
 #include "tools/pdf_merge_page.h"
 
 PdfMergePage::PdfMergePage(QWidget *parent)
-    : ToolPage(QStringLiteral(":/res/icons/modern/merge-big.png"), tr("合并PDF"),
-               tr("将多个 PDF 文件合并为一个。"), parent)
+    : ToolPage(kIconPath, tr("合并PDF"), tr("将多个 PDF 文件合并为一个。"), parent)
 {}

@@ -9,5 +9,7 @@ class PdfMergePage final : public ToolPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/merge-big.png"};
+
     explicit PdfMergePage(QWidget *parent = nullptr);
 };

@@ -2,6 +2,5 @@
 #include "tools/pdf_to_office_page.h"
 
 PdfToOfficePage::PdfToOfficePage(QWidget *parent)
-    : ToolPage(QStringLiteral(":/res/icons/modern/convert-big.png"), tr("PDF转为Office"),
-               tr("将 PDF 转换为可编辑的 Office 文档。"), parent)
+    : ToolPage(kIconPath, tr("PDF转为Office"), tr("将 PDF 转换为可编辑的 Office 文档。"), parent)
 {}

@@ -9,5 +9,7 @@ class PdfToOfficePage final : public ToolPage
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String kIconPath{":/res/icons/modern/convert-big.png"};
+
     explicit PdfToOfficePage(QWidget *parent = nullptr);
 };

@@ -12,10 +12,11 @@ namespace {
 constexpr int kIconSize = 64;
 constexpr int kColumnWidth = 520;
 
-constexpr QLatin1String kStyle("QLabel#toolTitle { color: %1; background: transparent;"
-                               " font-size: 18px; font-weight: 600; }"
-                               "QLabel#toolDescription { color: %2; background: transparent;"
-                               " font-size: 14px; }");
+// %1 title, %2 description
+constexpr QLatin1String kStyleSheet("QLabel#toolTitle { color: %1; background: transparent;"
+                                    " font-size: 18px; font-weight: 600; }"
+                                    "QLabel#toolDescription { color: %2; background: transparent;"
+                                    " font-size: 14px; }");
 
 QLabel *centredLabel(const QString &objectName, const QString &text, QWidget *parent)
 {
@@ -33,7 +34,7 @@ ToolPage::ToolPage(const QString &iconPath, const QString &title, const QString 
                    QWidget *parent)
     : QWidget(parent)
 {
-    setStyleSheet(kStyle.arg(Theme::ink.name(), Theme::textSecondary.name()));
+    setStyleSheet(kStyleSheet.arg(Theme::ink.name(), Theme::textSecondary.name()));
 
     auto *icon = new QLabel(this);
     icon->setAlignment(Qt::AlignCenter);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "widgets/modern_message_box.h"
 
+#include "widgets/scroll_bar_style.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
 #include <QFrame>
@@ -36,12 +38,12 @@ constexpr QSize kButtonSize{92, 42};
 // Least distance of the box from the upper and lower edges of the screen.
 constexpr int kScreenMargin = 20;
 
-// %1 accent of the kind, %2 white, %3 to %5 accent, hovered, pressed, %6 scroll bar
+// %1 accent of the kind, %2 white, %3 to %5 accent, hovered, pressed, %6 strong ink
 constexpr QLatin1String kStyleSheet{R"(
 QFrame#messageBoxCard { background: %2; border: 1px solid #D9DEE7; border-radius: 18px; }
 QFrame#messageBoxAccent { background: %1; border: none; border-radius: 2px; }
 QLabel#messageBoxTitle {
-    color: #111827; background: transparent; font-size: 24px; font-weight: 600;
+    color: %6; background: transparent; font-size: 24px; font-weight: 600;
 }
 QLabel#messageBoxMessage {
     color: #1F2937; background: transparent; font-size: 16px; font-weight: 500;
@@ -60,20 +62,18 @@ QPushButton#messageBoxConfirmButton { color: %2; background: %3; border: 1px sol
 QPushButton#messageBoxConfirmButton:hover { background: %4; border-color: %4; }
 QPushButton#messageBoxConfirmButton:pressed { background: %5; }
 QPushButton#messageBoxConfirmButton[danger="true"] {
-    background: #F0445B; border-color: #111827; border-width: 2px;
+    background: #F0445B; border-color: %6; border-width: 2px;
 }
 QPushButton#messageBoxConfirmButton[danger="true"]:hover { background: #E73750; }
 QPushButton#messageBoxConfirmButton[danger="true"]:pressed { background: #CF2E45; }
 QScrollArea#messageBoxScrollArea, QWidget#messageBoxTexts { background: transparent; border: none; }
-QScrollBar:vertical { width: 10px; background: transparent; margin: 2px; border: none; }
-QScrollBar::handle:vertical { background: %6; border-radius: 3px; min-height: 32px; }
-QScrollBar::add-line, QScrollBar::sub-line { height: 0px; border: none; background: none; }
-QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 )"};
 
-constexpr QLatin1String kBackdropStyleSheet{"background: rgba(15, 23, 42, 38);"};
+// %1 colour
+constexpr QLatin1String kBackdropStyleSheet{"background: %1;"};
 
-constexpr QColor kShadowColor{15, 23, 42, 65};
+constexpr QColor kBackdropColor = Theme::shadow(38);
+constexpr QColor kShadowColor = Theme::shadow(65);
 constexpr int kShadowBlur = 40;
 constexpr int kShadowOffset = 12;
 
@@ -129,8 +129,7 @@ private:
         LaidOutText(const QLabel &label, int width)
             : m_layout(label.text().replace(u'\n', QChar(QChar::LineSeparator)), label.font())
         {
-            QTextOption option(QStyle::visualAlignment(label.layoutDirection(), Qt::AlignLeft) |
-                               Qt::AlignAbsolute);
+            QTextOption option(leadingSide(label.layoutDirection()));
             option.setTextDirection(label.layoutDirection());
             option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
             m_layout.setTextOption(option);
@@ -206,7 +205,8 @@ ModernMessageBox::ModernMessageBox(const MessageBoxOptions &options, QWidget *pa
     setStyleSheet(QString(kStyleSheet)
                       .arg(accentOf(m_options.kind).name(), Theme::white.name(),
                            Theme::accent.name(), Theme::accentHover.name(),
-                           Theme::accentPressed.name(), Theme::borderStrong.name()));
+                           Theme::accentPressed.name(), Theme::inkStrong.name()) %
+                  scrollBarStyleSheet({.hoveredHandle = Theme::borderStrong}));
     fitSize();
 }
 
@@ -429,7 +429,7 @@ void ModernMessageBox::showBackdrop()
     m_backdrop = new QWidget(window);
     m_backdrop->setObjectName(QStringLiteral("modalBackdrop"));
     m_backdrop->setGeometry(window->rect());
-    m_backdrop->setStyleSheet(kBackdropStyleSheet);
+    m_backdrop->setStyleSheet(kBackdropStyleSheet.arg(kBackdropColor.name(QColor::HexArgb)));
     m_backdrop->show();
     m_backdrop->raise();
 }

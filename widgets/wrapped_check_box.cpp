@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "widgets/wrapped_check_box.h"
 
+#include "widgets/icon_paths.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
 #include <QIcon>
@@ -18,10 +20,6 @@ constexpr int kEndPadding = 8;
 constexpr int kMinimumWidth = 120;
 constexpr int kFontPixelSize = 13;
 constexpr int kRadius = 6;
-constexpr double kDisabledOpacity = 0.4;
-
-constexpr QLatin1String kCheckedIcon{":/res/checkbox/checkbox-checked.png"};
-constexpr QLatin1String kUncheckedIcon{":/res/checkbox/checkbox-unchecked.png"};
 
 constexpr int kTextFlags = Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextShowMnemonic;
 /// What stands beside the text.
@@ -93,12 +91,11 @@ void WrappedCheckBox::paintEvent(QPaintEvent * /*event*/)
                                 kRadius);
     }
 
-    painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+    painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
     QIcon(isChecked() ? kCheckedIcon : kUncheckedIcon).paint(&painter, placed(indicator));
     painter.setOpacity(1.0);
 
-    const int alignment = static_cast<int>(
-        QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute);
+    const int alignment = static_cast<int>(leadingSide(layoutDirection()));
     painter.setPen(isEnabled() ? Theme::ink : Theme::textMuted);
     painter.drawText(placed(texts), kTextFlags | alignment, text());
 }

@@ -2,6 +2,7 @@
 #include "pdf/core/pdf_document_model.h"
 
 #include "pdf/core/page_drag_format.h"
+#include "pdf/core/page_rotation.h"
 
 #include <QMimeData>
 
@@ -167,10 +168,9 @@ void PdfDocumentModel::rotatePages(const QList<PdfPageId> &ids, int delta)
             continue;
         }
         PdfPageRecord &record = m_pages[row];
-        record.rotation = (record.rotation % 360 + delta % 360) % 360;
-        if (record.rotation < 0) {
-            record.rotation += 360;
-        }
+        // Each by itself: the sum of both could leave the range of an integer.
+        record.rotation =
+            withoutFullTurns(withoutFullTurns(record.rotation) + withoutFullTurns(delta));
         record.changed = true;
         rotated = true;
         emit dataChanged(index(row), index(row), {RotationRole, DisplaySizeRole, ChangedRole});

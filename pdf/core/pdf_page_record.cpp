@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/core/pdf_page_record.h"
 
+#include "pdf/core/page_rotation.h"
+
 QSizeF PdfPageRecord::displaySize() const
 {
-    const int turn = (rotation % 360 + 360) % 360;
+    const int turn = withoutFullTurns(rotation);
     return turn == 90 || turn == 270 ? pageSize.transposed() : pageSize;
 }
 

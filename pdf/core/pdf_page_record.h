@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/paper_size.h"
 #include "pdfcore/pdf_editor_backend.h"
 
 #include <QMetaType>
@@ -21,8 +22,8 @@ enum class PdfPageOrigin : qint32 {
     Duplicate = 3, ///< A copy of another page of the document.
 };
 
-/// Size of a blank page when nothing else is asked for: A4 in points.
-inline constexpr QSizeF kBlankPageSize{595.0, 842.0};
+/// Size in points of a blank page when nothing else is asked for.
+inline constexpr QSizeF kBlankPageSize = kA4PageSize;
 
 /// What a page shows, whichever page of a document it is: two pages with equal appearances look the
 /// same at the same size.

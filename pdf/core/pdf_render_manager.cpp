@@ -2,19 +2,16 @@
 #include "pdf/core/pdf_render_manager.h"
 
 #include "pdf/core/page_render_job.h"
+#include "pdfcore/render_threads.h"
 
 #include <QPointer>
-#include <QThread>
 #include <QThreadPool>
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
 namespace {
 
-constexpr int kMinThreads = 2;
-constexpr int kMaxThreads = 4;
 constexpr int kThreadExpiryMs = 15000;
 
 /// Pages with the same key look the same: the identifier of the page is not part of it, so that a
@@ -44,8 +41,7 @@ PdfRenderManager::PdfRenderManager(QObject *parent, PdfPageRenderFunction render
 {
     qRegisterMetaType<PdfPageId>("PdfPageId");
     qRegisterMetaType<PdfRenderPurpose>("PdfRenderPurpose");
-    m_pool->setMaxThreadCount(
-        std::clamp(QThread::idealThreadCount() - 1, kMinThreads, kMaxThreads));
+    m_pool->setMaxThreadCount(pdfcore::renderThreadLimit());
     m_pool->setExpiryTimeout(kThreadExpiryMs);
     m_headStartTimer.setSingleShot(true);
     m_headStartTimer.setInterval(kHeadStartMs);

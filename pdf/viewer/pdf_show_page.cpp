@@ -2,24 +2,23 @@
 #include "pdf/viewer/pdf_show_page.h"
 
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "tools/tool_type.h"
 
 #include <QVBoxLayout>
 
 namespace {
 
-constexpr int kPdfToOfficeTool = 2;
-
 struct ExternalTool
 {
     QLatin1String id;
-    int toolType;
+    ToolType toolType;
 };
 
 constexpr ExternalTool kExternalTools[] = {
-    {QLatin1String("compress"), 1},
-    {QLatin1String("images"), 5},
-    {QLatin1String("decrypt"), 6},
-    {QLatin1String("encrypt"), 7},
+    {QLatin1String("compress"), CompressPdfTool},
+    {QLatin1String("images"), PdfToImagesTool},
+    {QLatin1String("decrypt"), DecryptPdfTool},
+    {QLatin1String("encrypt"), EncryptPdfTool},
 };
 
 } // namespace
@@ -34,7 +33,7 @@ PdfShowPage::PdfShowPage(QWidget *parent)
     setFocusProxy(m_viewer);
 
     connect(m_viewer, &PdfViewerWidget::convertPdfToOfficeRequested, this,
-            [this](const QString &path) { emit toolRequested(kPdfToOfficeTool, path); });
+            [this](const QString &path) { emit toolRequested(PdfToOfficeTool, path); });
     connect(m_viewer, &PdfViewerWidget::externalToolRequested, this, &PdfShowPage::requestTool);
 }
 

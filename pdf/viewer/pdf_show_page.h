@@ -21,7 +21,7 @@ public:
     [[nodiscard]] PdfViewerWidget *viewer() const { return m_viewer; }
 
 signals:
-    /// A batch tool is wanted for a file. `toolType` is the number of the tool in the program.
+    /// A batch tool is wanted for a file. `toolType` is a value of ToolType.
     void toolRequested(int toolType, const QString &filePath);
 
 private:

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/bars/pdf_bottom_control_bar.h"
 
+#include "pdf/viewer/bars/bar_metrics.h"
 #include "pdf/viewer/bars/page_number_validator.h"
+#include "pdf/viewer/common/zoom_limits.h"
+#include "widgets/rounded_window.h"
+#include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
 
 #include <QComboBox>
@@ -27,21 +31,17 @@ constexpr int kSpacing = 8;
 constexpr QSize kButtonSize{38, 38};
 constexpr QSize kPageNumberSize{54, 38};
 constexpr QSize kPageCountSize{48, 38};
-constexpr QSize kSeparatorSize{1, 34};
 constexpr QSize kZoomComboSize{110, 36};
-constexpr QSize kIconSize{24, 24};
 
 constexpr std::array kZoomPresets{25, 50, 75, 100, 125, 150, 200, 300, 400};
 constexpr int kInitialZoom = 100;
-constexpr double kSmallestZoom = 10;
-constexpr double kLargestZoom = 500;
-constexpr int kVisibleZooms = 9;
+constexpr auto kVisibleZooms = static_cast<int>(kZoomPresets.size());
 constexpr int kPercentRole = Qt::UserRole;
 constexpr int kCustomRole = Qt::UserRole + 1;
 
 constexpr char kFitWidthProperty[] = "fitWidth";
 
-// %1 white, %2 hovered, %3 chosen entry, %4 scroll bar
+// %1 white, %2 hovered, %3 and %4 chosen entry and its text, %5 ink
 constexpr QLatin1String kStyleSheet{R"(
 #pdfBottomControlBar { background: #18191C; border: 1px solid #303136; border-radius: 8px; }
 #pdfPageNavigation { background: #4A4C50; border-radius: 5px; }
@@ -69,7 +69,7 @@ QLineEdit#pdfPageNumberEdit:disabled { color: #8C8E93; }
 QLabel#pdfPageCountLabel { color: %1; background: transparent; font-size: 16px; }
 #pdfBottomSeparator { background: #3A3B40; }
 QComboBox#pdfZoomCombo {
-    color: #17191E; background: %1; border: 1px solid #C9CBD1; border-radius: 6px;
+    color: %5; background: %1; border: 1px solid #C9CBD1; border-radius: 6px;
     padding: 0 26px 0 10px; font-size: 15px; combobox-popup: 0;
 }
 QComboBox#pdfZoomCombo:hover { background: %2; }
@@ -80,24 +80,12 @@ QComboBox#pdfZoomCombo::down-arrow {
     image: url(:/res/icons/modern/chevron-down.png); width: 14px; height: 14px;
 }
 QListView#pdfZoomPopup {
-    color: #17191E; background: %1; border: 1px solid #C9CBD1; border-radius: 6px; padding: 4px;
+    color: %5; background: %1; border: 1px solid #C9CBD1; border-radius: 6px; padding: 4px;
     outline: none; font-size: 15px;
 }
 QListView#pdfZoomPopup::item { min-height: 30px; padding: 0 8px; border-radius: 4px; }
 QListView#pdfZoomPopup::item:hover { background: %2; }
-QListView#pdfZoomPopup::item:selected { color: #2559EB; background: %3; }
-QListView#pdfZoomPopup QScrollBar:vertical {
-    width: 10px; background: transparent; margin: 2px 0 2px 4px; border: none;
-}
-QListView#pdfZoomPopup QScrollBar::handle:vertical {
-    background: %4; border-radius: 3px; min-height: 24px;
-}
-QListView#pdfZoomPopup QScrollBar::add-line, QListView#pdfZoomPopup QScrollBar::sub-line {
-    height: 0px;
-}
-QListView#pdfZoomPopup QScrollBar::add-page, QListView#pdfZoomPopup QScrollBar::sub-page {
-    background: none;
-}
+QListView#pdfZoomPopup::item:selected { color: %4; background: %3; }
 QPushButton#pdfFitToggleButton {
     background: transparent; border: none; border-radius: 5px; padding: 0;
 }
@@ -134,7 +122,7 @@ QString percentText(int percent)
 
 int percentOf(double factor)
 {
-    return static_cast<int>(std::lround(qBound(kSmallestZoom, factor * 100, kLargestZoom)));
+    return static_cast<int>(std::lround(qBound(kMinimumZoom, factor, kMaximumZoom) * 100));
 }
 
 } // namespace
@@ -146,9 +134,12 @@ PdfBottomControlBar::PdfBottomControlBar(QWidget *parent)
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(kHeight);
 
-    setStyleSheet(QString(kStyleSheet)
-                      .arg(Theme::white.name(), Theme::hover.name(), Theme::accentTint.name(),
-                           Theme::borderStrong.name()));
+    setStyleSheet(
+        QString(kStyleSheet)
+            .arg(Theme::white.name(), Theme::hover.name(), Theme::accentTint.name(),
+                 Theme::chosen.name(), Theme::inkNeutral.name()) %
+        scrollBarStyleSheet(
+            {.margins = {4, 2, 0, 2}, .hoveredHandle = Theme::borderStrong, .minimumLength = 24}));
 
     QWidget *navigation = createPageNavigation();
     m_pageCountLabel = new QLabel(this);
@@ -159,7 +150,7 @@ PdfBottomControlBar::PdfBottomControlBar(QWidget *parent)
     m_pageCountLabel->setFixedHeight(kPageCountSize.height());
     createZoomCombo();
     m_fitToggleButton = createButton(QStringLiteral("pdfFitToggleButton"), QString());
-    m_fitToggleButton->setIconSize(kIconSize);
+    m_fitToggleButton->setIconSize(kBarIconSize);
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(kMargins);
@@ -270,7 +261,7 @@ QWidget *PdfBottomControlBar::createSeparator()
     auto *separator = new QWidget(this);
     separator->setObjectName(QStringLiteral("pdfBottomSeparator"));
     separator->setAttribute(Qt::WA_StyledBackground);
-    separator->setFixedSize(kSeparatorSize);
+    separator->setFixedSize(kBarSeparatorSize);
     return separator;
 }
 
@@ -288,10 +279,7 @@ void PdfBottomControlBar::createZoomCombo()
     list->setMinimumWidth(kZoomComboSize.width());
     m_zoomCombo->setView(list);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    // The corners of the list are round, those of its window are to be seen through.
-    list->window()->setWindowFlags(list->window()->windowFlags() | Qt::FramelessWindowHint |
-                                   Qt::NoDropShadowWindowHint);
-    list->window()->setAttribute(Qt::WA_TranslucentBackground);
+    letCornersBeSeenThrough(*list->window());
     // The combo box's own delegate does not know the rules for items of a style sheet.
     m_zoomCombo->setItemDelegate(new QStyledItemDelegate(m_zoomCombo));
     for (const int percent : kZoomPresets) {

@@ -27,7 +27,7 @@ public:
     void setPageCount(int count);
     /// Shows the page at `index`, or the nearest one there is.
     void setCurrentPage(int index);
-    /// Shows a zoom factor (1.0 is 100 %) as a percentage from 10 to 500.
+    /// Shows a zoom factor (1.0 is 100 %) as a percentage, within the limits of the zoom.
     void setZoom(double factor);
     /// Shows how the page is fitted: to the width, or whole.
     void setFitWidth(bool fitWidth);

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/bars/pdf_top_tool_bar.h"
 
+#include "pdf/viewer/bars/bar_metrics.h"
 #include "pdf/viewer/bars/pdf_tools_menu_style.h"
 #include "pdf/viewer/bars/tool_bar_button.h"
 #include "pdf/viewer/common/rounded_popup_menu.h"
+#include "widgets/icon_paths.h"
 #include "widgets/theme.h"
 
 #include <QAction>
@@ -28,20 +30,17 @@ constexpr QSize kViewModeGroupSize{98, 42};
 constexpr QSize kViewModeButtonSize{48, 40};
 constexpr QSize kThumbnailButtonSize{48, 42};
 constexpr QSize kToolsButtonSize{110, 42};
-constexpr QSize kSeparatorSize{1, 34};
 constexpr int kHandButtonWidth = 40;
-constexpr QSize kIconSize{24, 24};
 constexpr QSize kLargeIconSize{27, 27};
 constexpr int kMoreMenuGap = 2;
 
 constexpr QLatin1String kHandToolId{"hand"};
-constexpr QLatin1String kCheckedIcon{":/res/checkbox/checkbox-checked.png"};
-constexpr QLatin1String kUncheckedIcon{":/res/checkbox/checkbox-unchecked.png"};
 
 // For buttons only, as the tool tip of a button takes the button's style sheet too.
-constexpr QLatin1String kIconStyle{"QPushButton { qproperty-icon: url(%1); }"};
+constexpr QLatin1String kIconStyleSheet{"QPushButton { qproperty-icon: url(%1); }"};
 
-// %1 white, %2 ink, %3 border, %4 hovered, %5 pressed, %6 disabled text, %7 chosen entry
+// %1 white, %2 ink, %3 border, %4 hovered, %5 pressed, %6 disabled text, %7 and %8 chosen entry and
+// its text, %9 ink of the tools button, %10 radius of the menus
 constexpr QLatin1String kStyleSheet{R"(
 #pdfTopToolBar { background: %1; }
 QPushButton {
@@ -50,7 +49,7 @@ QPushButton {
 }
 QPushButton:hover { background: %4; border-color: %3; }
 QPushButton:pressed { background: %5; border-color: %3; }
-QPushButton:checked { color: #2559EB; background: #E8F0FF; border-color: #D7E3FF; }
+QPushButton:checked { color: %8; background: #E8F0FF; border-color: #D7E3FF; }
 QPushButton:disabled { color: %6; background: transparent; border-color: transparent; }
 QPushButton#pdfHandToolButton { padding: 0; }
 QPushButton#pdfThumbnailButton {
@@ -69,7 +68,7 @@ QPushButton#pdfPageManageViewButton {
     border-top-right-radius: 7px; border-bottom-right-radius: 7px;
 }
 QPushButton#pdfToolsButton {
-    min-width: 70px; min-height: 40px; padding: 0 27px 0 11px; color: #17191E;
+    min-width: 70px; min-height: 40px; padding: 0 27px 0 11px; color: %9;
     background: #F4F4F5; border-radius: 8px; font-size: 16px;
 }
 QPushButton#pdfToolsButton:hover { background: #EDEEF1; }
@@ -81,34 +80,34 @@ QPushButton#pdfToolsButton::menu-indicator {
 }
 #pdfToolbarSeparator { background: %3; }
 QMenu {
-    color: %2; background: %1; border: 1px solid %3; border-radius: 8px; padding: 7px;
+    color: %2; background: %1; border: 1px solid %3; border-radius: %10px; padding: 7px;
     font-size: 14px;
 }
 QMenu::item {
     min-width: 210px; min-height: 34px; color: %2; background: transparent;
     padding: 0 16px 0 14px; border-radius: 6px;
 }
-QMenu::item:selected { color: #2559EB; background: %7; }
+QMenu::item:selected { color: %8; background: %7; }
 QMenu::icon { left: 8px; }
 )"};
 
-// %1 white, %2 ink, %3 border, %4 chosen entry
+// %1 white, %2 ink, %3 border, %4 and %5 chosen entry and its text, %6 radius
 constexpr QLatin1String kToolsMenuStyleSheet{R"(
 QMenu {
-    color: %2; background: %1; border: 1px solid %3; border-radius: 8px; padding: 7px;
+    color: %2; background: %1; border: 1px solid %3; border-radius: %6px; padding: 7px;
 }
 QMenu::item {
     min-width: 210px; min-height: 38px; margin: 2px 5px; padding: 3px 16px 3px 8px;
     border-radius: 6px;
 }
-QMenu::item:selected { color: #2559EB; background: %4; }
+QMenu::item:selected { color: %5; background: %4; }
 QMenu::icon { width: 28px; height: 28px; left: 8px; }
 QMenu::separator { height: 1px; background: %3; margin: 5px 10px; }
 )"};
 
 void setIconPath(QPushButton *button, QLatin1String path)
 {
-    button->setStyleSheet(QString(kIconStyle).arg(path));
+    button->setStyleSheet(QString(kIconStyleSheet).arg(path));
 }
 
 /// For buttons whose meaning is in the icon and the tool tip.
@@ -164,9 +163,10 @@ PdfTopToolBar::PdfTopToolBar(QWidget *parent)
     setStyleSheet(QString(kStyleSheet)
                       .arg(Theme::white.name(), Theme::ink.name(), Theme::border.name(),
                            Theme::hover.name(), Theme::pressed.name(), Theme::textDisabled.name(),
-                           Theme::accentTint.name()));
+                           Theme::accentTint.name(), Theme::chosen.name(), Theme::inkNeutral.name(),
+                           QString::number(RoundedPopupMenu::kCornerRadius)));
 
-    setViewMode(0);
+    setViewMode(static_cast<int>(PdfViewMode::DocumentView));
     setThumbnailChecked(true);
     setSelectionActionsEnabled(false);
     setUndoRedoEnabled(false, false);
@@ -176,11 +176,11 @@ PdfTopToolBar::~PdfTopToolBar() = default;
 
 void PdfTopToolBar::setViewMode(int mode)
 {
-    m_viewMode = mode;
-    const bool documentShown = mode == 0;
+    m_viewMode = static_cast<PdfViewMode>(mode);
+    const bool documentShown = m_viewMode == PdfViewMode::DocumentView;
     m_viewModeGroup->setExclusive(false);
     m_documentViewButton->setChecked(documentShown);
-    m_pageManageViewButton->setChecked(mode == 1);
+    m_pageManageViewButton->setChecked(m_viewMode == PdfViewMode::PageManageView);
     m_viewModeGroup->setExclusive(true);
     m_handToolGroup->setVisible(documentShown);
     m_thumbnailButton->setVisible(documentShown);
@@ -190,11 +190,11 @@ void PdfTopToolBar::setViewMode(int mode)
 
 void PdfTopToolBar::setWorkspaceMode(int mode)
 {
-    m_workspaceMode = mode;
+    m_workspaceMode = static_cast<PdfWorkspaceMode>(mode);
     m_workspaceModeGroup->setExclusive(false);
-    m_insertButton->setChecked(mode == 1);
-    m_extractButton->setChecked(mode == 2);
-    m_splitButton->setChecked(mode == 3);
+    m_insertButton->setChecked(m_workspaceMode == PdfWorkspaceMode::InsertMode);
+    m_extractButton->setChecked(m_workspaceMode == PdfWorkspaceMode::ExtractMode);
+    m_splitButton->setChecked(m_workspaceMode == PdfWorkspaceMode::SplitMode);
     m_workspaceModeGroup->setExclusive(true);
 }
 
@@ -377,8 +377,7 @@ void PdfTopToolBar::createMenus()
         {QT_TR_NOOP("将文件保存为…"), QLatin1String(":/res/icons/modern/save-as.png"),
          &Bar::saveAsRequested},
         {QT_TR_NOOP("打印"), QLatin1String(":/res/icons/modern/print.png"), &Bar::printRequested},
-        {QT_TR_NOOP("在文件夹中显示"), QLatin1String(":/res/icons/modern/folder.png"),
-         &Bar::revealInFolderRequested},
+        {QT_TR_NOOP("在文件夹中显示"), kFolderIcon, &Bar::revealInFolderRequested},
     }};
 
     m_toolsMenu = new RoundedPopupMenu(this);
@@ -388,7 +387,9 @@ void PdfTopToolBar::createMenus()
     m_toolsMenu->setStyle(style);
     m_toolsMenu->setStyleSheet(QString(kToolsMenuStyleSheet)
                                    .arg(Theme::white.name(), Theme::ink.name(),
-                                        Theme::border.name(), Theme::accentTint.name()));
+                                        Theme::border.name(), Theme::accentTint.name(),
+                                        Theme::chosen.name(),
+                                        QString::number(RoundedPopupMenu::kCornerRadius)));
     for (const MenuEntry &entry : kToolsEntries) {
         addEntry(m_toolsMenu, entry);
     }
@@ -453,8 +454,8 @@ ToolBarButton *PdfTopToolBar::createButton(const QString &text, const QString &t
     button->setCheckable(checkable);
     button->setCursor(Qt::PointingHandCursor);
     button->setFocusPolicy(Qt::NoFocus);
-    button->setStyleSheet(QString(kIconStyle).arg(iconPath));
-    button->setIconSize(kIconSize);
+    button->setStyleSheet(QString(kIconStyleSheet).arg(iconPath));
+    button->setIconSize(kBarIconSize);
     return button;
 }
 
@@ -477,7 +478,7 @@ QWidget *PdfTopToolBar::createSeparator()
     auto *separator = new QWidget(this);
     separator->setObjectName(QStringLiteral("pdfToolbarSeparator"));
     separator->setAttribute(Qt::WA_StyledBackground);
-    separator->setFixedSize(kSeparatorSize);
+    separator->setFixedSize(kBarSeparatorSize);
     return separator;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdf/viewer/common/pdf_view_modes.h"
+
 #include <QList>
 #include <QWidget>
 
@@ -14,9 +16,8 @@ class ToolBarButton;
 /// The bar at the top of a viewer: view switching, the thumbnails, the tools, the commands of the
 /// view shown, undo and redo, and what is done with the file.
 ///
-/// The bar only asks; the viewer carries the requests out and tells the bar of its state. Modes
-/// are the values of the viewer's enumerations: view 0 is the document, 1 the page grid; workspace
-/// 0 is normal, 1 insert, 2 extract, 3 split. Setting a state emits nothing.
+/// The bar only asks; the viewer carries the requests out and tells the bar of its state. Setting a
+/// state emits nothing.
 ///
 /// A bar too narrow for the texts of the page-editing commands shows their icons alone.
 class PdfTopToolBar final : public QWidget
@@ -27,7 +28,9 @@ public:
     explicit PdfTopToolBar(QWidget *parent = nullptr);
     ~PdfTopToolBar() override;
 
+    /// Takes a value of PdfViewMode.
     void setViewMode(int mode);
+    /// Takes a value of PdfWorkspaceMode.
     void setWorkspaceMode(int mode);
     /// For what needs a document with pages.
     void setDocumentActionsEnabled(bool enabled);
@@ -91,8 +94,8 @@ private:
     /// "select all", whose check box speaks for itself, goes first.
     void fitTexts();
 
-    int m_viewMode = 0;
-    int m_workspaceMode = 0;
+    PdfViewMode m_viewMode = PdfViewMode::DocumentView;
+    PdfWorkspaceMode m_workspaceMode = PdfWorkspaceMode::NormalMode;
     ToolBarButton *m_documentViewButton = nullptr;
     ToolBarButton *m_pageManageViewButton = nullptr;
     ToolBarButton *m_thumbnailButton = nullptr;

@@ -36,6 +36,12 @@ public:
                    const QModelIndex &index) override;
 
 protected:
+    /// Resource paths of the pictures of an action bar's parts.
+    static constexpr QLatin1String kPreviewIcon{":/res/icons/pdfviewer/expand.png"};
+    static constexpr QLatin1String kDuplicateIcon{":/res/icons/pdfviewer/duplicate.png"};
+    static constexpr QLatin1String kRotateIcon{":/res/icons/pdfviewer/rotate-right.png"};
+    static constexpr QLatin1String kDeleteIcon{":/res/icons/modern/trash.png"};
+
     /// What stands at a point of an item; empty where nothing needs an explanation.
     [[nodiscard]] virtual QString toolTipAt(QPoint point, const QStyleOptionViewItem &option,
                                             const QModelIndex &index) const = 0;

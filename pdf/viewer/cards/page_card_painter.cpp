@@ -27,10 +27,9 @@ constexpr int kCaptionPixelSize = 12;
 constexpr int kWaitingPixelSize = 12;
 
 constexpr double kDraggedOpacity = 0.4;
-constexpr double kDisabledOpacity = 0.5;
 
-constexpr QColor kPageShadow{15, 23, 42, 22};
-constexpr QColor kBarShadow{15, 23, 42, 26};
+constexpr QColor kPageShadow = Theme::shadow(22);
+constexpr QColor kBarShadow = Theme::shadow(26);
 constexpr QColor kDangerTint{0xFD, 0xEC, 0xEC};
 constexpr QColor kDangerTintPressed{0xFA, 0xD9, 0xD9};
 
@@ -54,14 +53,14 @@ private:
 double opacityOf(const CardState &state)
 {
     if (!state.enabled) {
-        return kDisabledOpacity;
+        return Theme::disabledCardOpacity;
     }
     return state.dragged ? kDraggedOpacity : 1.0;
 }
 
 double opacityOf(const PartState &state)
 {
-    return state.enabled ? 1.0 : kDisabledOpacity;
+    return state.enabled ? 1.0 : Theme::disabledCardOpacity;
 }
 
 /// Fades what is drawn next, on top of what the painter fades already.

@@ -4,6 +4,7 @@
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/viewer/cards/page_card_geometry.h"
 #include "pdf/viewer/cards/page_list_view.h"
+#include "pdf/viewer/common/view_changes.h"
 
 #include <QMouseEvent>
 
@@ -127,15 +128,8 @@ bool PageCardsView::isStillPressed(bool isOnTheSame)
 bool PageCardsView::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
-    switch (event->type()) {
-    case QEvent::ScreenChangeInternal:
-#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    case QEvent::DevicePixelRatioChange:
-#endif
+    if (isScreenChange(*event)) {
         missThumbnails();
-        break;
-    default:
-        break;
     }
     return handled;
 }
@@ -165,8 +159,7 @@ bool PageCardsView::eventFilter(QObject *watched, QEvent *event)
 void PageCardsView::onDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                   const QList<int> &roles)
 {
-    if (!roles.isEmpty() && !roles.contains(PdfDocumentModel::RotationRole) &&
-        !roles.contains(PdfDocumentModel::DisplaySizeRole)) {
+    if (!changesPageImages(roles)) {
         return;
     }
     for (int row = topLeft.row(); row <= bottomRight.row(); ++row) {

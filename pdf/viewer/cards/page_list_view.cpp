@@ -4,6 +4,7 @@
 #include "pdf/core/page_drag_format.h"
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/viewer/cards/page_card_painter.h"
+#include "widgets/scroll_bar_style.h"
 
 #include <QAbstractItemDelegate>
 #include <QDrag>
@@ -18,16 +19,8 @@
 
 namespace {
 
-constexpr QLatin1String kStyleSheet{R"(
-QListView { background: transparent; border: none; outline: none; }
-QScrollBar { background: transparent; border: none; }
-QScrollBar:vertical { width: 10px; margin: 2px 1px; }
-QScrollBar::handle { background: #B8C0CE; border-radius: 4px; }
-QScrollBar::handle:hover { background: #98A3B5; }
-QScrollBar::handle:vertical { min-height: 32px; }
-QScrollBar::add-line, QScrollBar::sub-line { height: 0px; border: none; background: none; }
-QScrollBar::add-page, QScrollBar::sub-page { background: none; }
-)"};
+constexpr QLatin1String kStyleSheet{
+    "QListView { background: transparent; border: none; outline: none; }"};
 
 constexpr double kDragPixmapOpacity = 0.85;
 constexpr int kDragPixmapMaximumSide = 240;
@@ -39,7 +32,7 @@ PageListView::PageListView(QWidget *parent)
 {
     setLayoutDirection(Qt::LeftToRight);
     setFrameShape(QFrame::NoFrame);
-    setStyleSheet(kStyleSheet);
+    setStyleSheet(kStyleSheet % scrollBarStyleSheet(kPageScrollBarLook));
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setMouseTracking(true);

@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/common/rounded_popup_menu.h"
 
+#include "widgets/rounded_window.h"
+
 #include <QPainterPath>
 #include <QRegion>
-
-namespace {
-
-constexpr qreal kRadius = 8;
-
-} // namespace
 
 RoundedPopupMenu::RoundedPopupMenu(QWidget *parent)
     : QMenu(parent)
 {
-    // The window system's shadow would be that of a window with square corners.
-    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground);
+    letCornersBeSeenThrough(*this);
 }
 
 RoundedPopupMenu::~RoundedPopupMenu() = default;
@@ -38,6 +32,6 @@ void RoundedPopupMenu::updateMask()
         return;
     }
     QPainterPath outline;
-    outline.addRoundedRect(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kRadius, kRadius);
+    outline.addRoundedRect(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kCornerRadius, kCornerRadius);
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
 }

@@ -9,6 +9,9 @@ class RoundedPopupMenu final : public QMenu
     Q_OBJECT
 
 public:
+    /// Of the corners, in logical pixels; style sheets that draw a border have to follow it.
+    static constexpr int kCornerRadius = 8;
+
     explicit RoundedPopupMenu(QWidget *parent = nullptr);
     ~RoundedPopupMenu() override;
 

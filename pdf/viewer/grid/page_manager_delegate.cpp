@@ -11,10 +11,10 @@ PageManagerDelegate::PageManagerDelegate(const PageThumbnailStore &thumbnails,
                                          const PageHover &hover, PageManagerListView *list)
     : PageCardDelegate(thumbnails, hover, list)
     , m_list(*list)
-    , m_actions{{QIcon(QStringLiteral(":/res/icons/pdfviewer/expand.png"))},
-                {QIcon(QStringLiteral(":/res/icons/pdfviewer/duplicate.png"))},
-                {QIcon(QStringLiteral(":/res/icons/pdfviewer/rotate-right.png"))},
-                {QIcon(QStringLiteral(":/res/icons/modern/trash.png")), true}}
+    , m_actions{{QIcon(kPreviewIcon)},
+                {QIcon(kDuplicateIcon)},
+                {QIcon(kRotateIcon)},
+                {QIcon(kDeleteIcon), true}}
 {}
 
 PageManagerDelegate::~PageManagerDelegate() = default;

@@ -32,7 +32,7 @@ public:
     void setModel(PdfDocumentModel *model);
     /// Takes images from `manager`; null for none.
     void setRenderManager(PdfRenderManager *manager);
-    /// Takes the number of a workspace mode: 0 normal, 1 insert, 2 extract, 3 split.
+    /// Takes a value of PdfWorkspaceMode.
     void setWorkspaceMode(int mode);
     /// Splits before every page but the first, whatever was chosen; the choice comes back when it
     /// is switched off.

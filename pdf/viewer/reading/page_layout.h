@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdf/viewer/common/zoom_limits.h"
+#include "pdfcore/paper_size.h"
+
 #include <QList>
 #include <QPair>
 #include <QPoint>
@@ -31,10 +34,7 @@ inline constexpr int kPageGap = 18;
 inline constexpr int kPageBottomMargin = 32;
 
 /// Size in points of a page about which nothing is known.
-inline constexpr QSizeF kDefaultPageSize{595.0, 842.0};
-
-inline constexpr double kMinimumZoom = 0.1;
-inline constexpr double kMaximumZoom = 5.0;
+inline constexpr QSizeF kDefaultPageSize = kA4PageSize;
 
 /// The least number of device pixels rendered per logical pixel.
 inline constexpr double kMinimumRenderScale = 1.5;
@@ -76,7 +76,7 @@ enum class PageFit {
 [[nodiscard]] double settledFitZoom(const QList<QSizeF> &displaySizes, int row, QSize viewport,
                                     QSize scrollBars, PageFit fit);
 
-/// `zoom` brought into the limits.
+/// `zoom` brought into the limits, kMinimumZoom and kMaximumZoom.
 [[nodiscard]] double boundedZoom(double zoom);
 
 /// The size in device pixels at which a page shown at `pageSize` logical pixels is rendered:

@@ -3,6 +3,8 @@
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/core/pdf_render_manager.h"
+#include "pdf/viewer/common/view_changes.h"
+#include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
 
 #include <QKeyEvent>
@@ -25,24 +27,11 @@ constexpr double kWheelScrollFactor = 1.5;
 constexpr int kArrowKeyStep = 48;
 constexpr double kRenderScaleTolerance = 0.01;
 constexpr int kShadowOffset = 3;
-constexpr QColor kShadowColor{15, 23, 42, 32};
+constexpr QColor kShadowColor = Theme::shadow(32);
 
 // %1 background
 constexpr QLatin1String kStyleSheet{R"(
 #pdfDocumentView { background: %1; border: none; }
-#pdfDocumentView QScrollBar { background: transparent; border: none; }
-#pdfDocumentView QScrollBar:vertical { width: 10px; margin: 2px 1px; }
-#pdfDocumentView QScrollBar:horizontal { height: 10px; margin: 1px 2px; }
-#pdfDocumentView QScrollBar::handle { background: #B8C0CE; border-radius: 4px; }
-#pdfDocumentView QScrollBar::handle:hover { background: #98A3B5; }
-#pdfDocumentView QScrollBar::handle:vertical { min-height: 32px; }
-#pdfDocumentView QScrollBar::handle:horizontal { min-width: 32px; }
-#pdfDocumentView QScrollBar::add-line, #pdfDocumentView QScrollBar::sub-line {
-    width: 0px; height: 0px; border: none; background: none;
-}
-#pdfDocumentView QScrollBar::add-page, #pdfDocumentView QScrollBar::sub-page {
-    background: none;
-}
 #pdfDocumentView::corner { background: transparent; border: none; }
 )"};
 
@@ -87,7 +76,8 @@ PdfDocumentView::PdfDocumentView(QWidget *parent)
     setObjectName(QStringLiteral("pdfDocumentView"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
-    setStyleSheet(QString(kStyleSheet).arg(Theme::canvas.name()));
+    setStyleSheet(QString(kStyleSheet).arg(Theme::canvas.name()) %
+                  scrollBarStyleSheet(kPageScrollBarLook));
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     verticalScrollBar()->setSingleStep(kArrowKeyStep);
     horizontalScrollBar()->setSingleStep(kArrowKeyStep);
@@ -211,15 +201,8 @@ void PdfDocumentView::goToPage(int page)
 bool PdfDocumentView::event(QEvent *event)
 {
     const bool handled = QAbstractScrollArea::event(event);
-    switch (event->type()) {
-    case QEvent::ScreenChangeInternal:
-#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    case QEvent::DevicePixelRatioChange:
-#endif
+    if (isScreenChange(*event)) {
         adoptRenderScale();
-        break;
-    default:
-        break;
     }
     return handled;
 }
@@ -424,8 +407,7 @@ void PdfDocumentView::onModelReset()
 void PdfDocumentView::onDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                     const QList<int> &roles)
 {
-    if (!roles.isEmpty() && !roles.contains(PdfDocumentModel::RotationRole) &&
-        !roles.contains(PdfDocumentModel::DisplaySizeRole)) {
+    if (!changesPageImages(roles)) {
         return;
     }
     for (int row = topLeft.row(); row <= bottomRight.row(); ++row) {

@@ -67,7 +67,7 @@ signals:
     void firstPagePainted();
 
 public slots:
-    /// Chooses a zoom, which ends a fit mode; it is brought into 0.1 to 5.0.
+    /// Chooses a zoom, which ends a fit mode; it is brought into kMinimumZoom to kMaximumZoom.
     void setZoomFactor(double factor);
     void zoomIn();
     void zoomOut();

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/side_panel/output_preview_list.h"
 
+#include "widgets/icon_paths.h"
+#include "widgets/scroll_bar_style.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
 #include <QHelpEvent>
@@ -28,27 +31,13 @@ constexpr int kRadius = 6;
 constexpr int kMaximumLength = 512;
 
 constexpr int kHintRole = Qt::UserRole;
-constexpr QLatin1String kFileIcon{":/res/icons/modern/file-pdf.png"};
 
-// %1 background, %2 border, %3 focus, %4 scroll bar, %5 scroll bar hovered
+// %1 background, %2 border, %3 focus
 constexpr QLatin1String kStyleSheet{R"(
 OutputPreviewList {
     background: %1; border: 1px solid %2; border-radius: 8px; padding: 3px; outline: none;
 }
 OutputPreviewList:focus { border-color: %3; }
-OutputPreviewList QScrollBar:vertical {
-    width: 10px; background: transparent; margin: 2px; border: none;
-}
-OutputPreviewList QScrollBar::handle:vertical {
-    background: %4; border-radius: 3px; min-height: 24px;
-}
-OutputPreviewList QScrollBar::handle:vertical:hover { background: %5; }
-OutputPreviewList QScrollBar::add-line, OutputPreviewList QScrollBar::sub-line {
-    height: 0px; border: none; background: none;
-}
-OutputPreviewList QScrollBar::add-page, OutputPreviewList QScrollBar::sub-page {
-    background: none;
-}
 )"};
 
 QFont sizedFont(QFont font, int pixelSize)
@@ -120,8 +109,7 @@ public:
     {
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        const int flags = static_cast<int>(
-            QStyle::visualAlignment(option.direction, Qt::AlignLeft) | Qt::AlignAbsolute);
+        const int flags = static_cast<int>(leadingSide(option.direction));
         if (index.data(kHintRole).toBool()) {
             paintHint(*painter, option, index, flags);
         } else {
@@ -170,7 +158,7 @@ private:
             painter.setBrush(Theme::accentTint);
             painter.drawRoundedRect(option.rect, kRadius, kRadius);
         }
-        QIcon(kFileIcon).paint(&painter, row.icon);
+        QIcon(kPdfFileIcon).paint(&painter, row.icon);
 
         const int lineFlags = flags | Qt::AlignVCenter | Qt::TextSingleLine;
         painter.setFont(sizedFont(option.font, kNamePixelSize));
@@ -210,9 +198,9 @@ OutputPreviewList::OutputPreviewList(QWidget *parent)
     setResizeMode(QListView::Adjust);
     setFocusPolicy(Qt::TabFocus);
     setFrameShape(QFrame::NoFrame);
-    setStyleSheet(QString(kStyleSheet)
-                      .arg(Theme::white.name(), Theme::border.name(), Theme::accent.name(),
-                           Theme::borderStrong.name(), Theme::textMuted.name()));
+    setStyleSheet(
+        QString(kStyleSheet).arg(Theme::white.name(), Theme::border.name(), Theme::accent.name()) %
+        scrollBarStyleSheet({.minimumLength = 24}));
 }
 
 OutputPreviewList::~OutputPreviewList() = default;

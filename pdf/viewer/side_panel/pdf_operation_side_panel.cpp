@@ -2,8 +2,10 @@
 #include "pdf/viewer/side_panel/pdf_operation_side_panel.h"
 
 #include "pdf/core/pdf_document_model.h"
+#include "pdf/viewer/common/pdf_view_modes.h"
 #include "pdf/viewer/side_panel/output_preview_list.h"
 #include "tools/file_location_selector.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/wrapped_check_box.h"
 
@@ -33,8 +35,6 @@ constexpr int kSectionGap = 16;
 constexpr int kLineGap = 8;
 constexpr int kButtonHeight = 40;
 
-constexpr int kExtractMode = 2;
-constexpr int kSplitMode = 3;
 constexpr int kExtractPage = 0;
 constexpr int kSplitPage = 1;
 
@@ -68,8 +68,7 @@ QLabel *createLabel(const QString &objectName, const QString &text, QWidget *par
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     // At the side where the boxes and lists begin, whichever way the text itself runs.
-    label->setAlignment(QStyle::visualAlignment(label->layoutDirection(), Qt::AlignLeft) |
-                        Qt::AlignVCenter | Qt::AlignAbsolute);
+    label->setAlignment(leadingSide(label->layoutDirection()) | Qt::AlignVCenter);
     return label;
 }
 
@@ -155,14 +154,23 @@ void PdfOperationSidePanel::setModel(PdfDocumentModel *model)
 
 void PdfOperationSidePanel::setWorkspaceMode(int mode)
 {
-    if (mode == kExtractMode) {
+    switch (static_cast<PdfWorkspaceMode>(mode)) {
+    case PdfWorkspaceMode::ExtractMode:
         m_pages->setCurrentIndex(kExtractPage);
         refreshExtractPreview();
-    } else if (mode == kSplitMode) {
+        show();
+        break;
+    case PdfWorkspaceMode::SplitMode:
         m_pages->setCurrentIndex(kSplitPage);
         refreshSplitPreview();
+        show();
+        break;
+    case PdfWorkspaceMode::NormalMode:
+    case PdfWorkspaceMode::InsertMode:
+    default:
+        hide();
+        break;
     }
-    setVisible(mode == kExtractMode || mode == kSplitMode);
 }
 
 void PdfOperationSidePanel::setSplitPoints(const QList<int> &beforeRows)

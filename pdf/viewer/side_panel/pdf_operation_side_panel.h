@@ -32,8 +32,8 @@ public:
 
     /// Previews the pages of `model`; null for none.
     void setModel(PdfDocumentModel *model);
-    /// Takes the number of a workspace mode: 2 shows the options for extracting, 3 those for
-    /// splitting, any other hides the panel.
+    /// Takes a value of PdfWorkspaceMode: shows the options for extracting or those for splitting,
+    /// and hides the panel in any other mode.
     void setWorkspaceMode(int mode);
     /// Sets the rows before which a new file begins, in any order.
     void setSplitPoints(const QList<int> &beforeRows);

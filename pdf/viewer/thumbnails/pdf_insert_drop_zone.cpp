@@ -23,18 +23,17 @@ constexpr int kLineHeight = 24;
 constexpr int kIconGap = 8;
 constexpr int kFontPixelSize = 13;
 constexpr QMargins kPadding{6, 14, 6, 14};
-constexpr double kDisabledOpacity = 0.5;
 
-// %1 text, %2 background
+// %1 text, %2 background, %3 border of what is aimed at
 constexpr QLatin1String kStyleSheet{R"(
 #pdfInsertDropZone {
     color: %1; background: %2; border: 2px dashed #4F7DFF; border-radius: 10px;
     font-size: 13px; padding: 12px 4px;
 }
 #pdfInsertDropZone:hover, #pdfInsertDropZone[dragActive="true"] {
-    background: #E2E9FF; border-color: #2559EB;
+    background: #E2E9FF; border-color: %3;
 }
-#pdfInsertDropZone:pressed { background: #D5DFFF; border-color: #2559EB; }
+#pdfInsertDropZone:pressed { background: #D5DFFF; border-color: %3; }
 )"};
 
 constexpr char kDragActive[] = "dragActive";
@@ -84,7 +83,8 @@ PdfInsertDropZone::PdfInsertDropZone(QWidget *parent)
     setAcceptDrops(true);
     setAttribute(Qt::WA_Hover);
     setProperty(kDragActive, false);
-    setStyleSheet(QString(kStyleSheet).arg(Theme::accent.name(), Theme::accentTint.name()));
+    setStyleSheet(QString(kStyleSheet)
+                      .arg(Theme::accent.name(), Theme::accentTint.name(), Theme::chosen.name()));
 }
 
 PdfInsertDropZone::~PdfInsertDropZone() = default;
@@ -128,7 +128,7 @@ void PdfInsertDropZone::paintEvent(QPaintEvent * /*event*/)
     option.state.setFlag(QStyle::State_MouseOver, isEnabled() && underMouse());
     painter.drawControl(QStyle::CE_PushButtonBevel, option);
     if (!isEnabled()) {
-        painter.setOpacity(kDisabledOpacity);
+        painter.setOpacity(Theme::disabledCardOpacity);
     }
 
     // A button draws its icon beside its text; here it stands above.

@@ -8,9 +8,7 @@
 ThumbnailDelegate::ThumbnailDelegate(const PageThumbnailStore &thumbnails, const PageHover &hover,
                                      QObject *parent)
     : PageCardDelegate(thumbnails, hover, parent)
-    , m_actions{{QIcon(QStringLiteral(":/res/icons/pdfviewer/expand.png"))},
-                {QIcon(QStringLiteral(":/res/icons/pdfviewer/rotate-right.png"))},
-                {QIcon(QStringLiteral(":/res/icons/modern/trash.png")), true}}
+    , m_actions{{QIcon(kPreviewIcon)}, {QIcon(kRotateIcon)}, {QIcon(kDeleteIcon), true}}
 {}
 
 ThumbnailDelegate::~ThumbnailDelegate() = default;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/session/batch_renderer.h"
 
+#include "pdfcore/render_threads.h"
 #include "pdfcore/src/base/source_page.h"
 #include "pdfcore/src/render/page_painter.h"
 #include "pdfcore/src/session/engine.h"
@@ -14,9 +15,6 @@
 namespace pdfcore {
 
 namespace {
-
-constexpr int kFewestThreads = 2;
-constexpr int kMostThreads = 4;
 
 /// Pixels of the largest image that is made: 2 GiB of memory, enough for A2 paper at 1200 dpi.
 constexpr qint64 kMaxPixels = qint64{1} << 29;
@@ -169,12 +167,6 @@ private:
 
 } // namespace
 
-int renderThreadLimit()
-{
-    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()) - 1, kFewestThreads,
-                      kMostThreads);
-}
-
 void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes,
                  QList<QImage> &images, QStringList &messages)
 {
@@ -182,7 +174,7 @@ void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSi
     SharedBatch batch(pages, targetSizes, images, messages);
     std::vector<std::thread> helpers;
     int granted =
-        reserveThreads(static_cast<int>(std::min<qsizetype>(pages.size(), kMostThreads)) - 1);
+        reserveThreads(static_cast<int>(std::min<qsizetype>(pages.size(), kMostRenderThreads)) - 1);
     try {
         helpers.reserve(static_cast<std::size_t>(granted));
         for (; granted > 0; --granted) {

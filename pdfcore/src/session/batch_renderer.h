@@ -6,14 +6,10 @@
 
 namespace pdfcore {
 
-/// Threads that render at the same time in one process, callers included: all processors but one,
-/// which is left to the interface, and at least 2 and at most 4.
-[[nodiscard]] int renderThreadLimit();
-
 /// Renders page i at size i, into element i of both lists, which have the length of `pages`.
 ///
-/// A batch of several pages is shared with further threads as far as the limit allows; the call
-/// returns when all pages are done. Nothing is thrown.
+/// A batch of several pages is shared with further threads as far as renderThreadLimit() allows;
+/// the call returns when all pages are done. Nothing is thrown.
 void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes,
                  QList<QImage> &images, QStringList &messages);
 
