@@ -54,7 +54,7 @@ public:
                          const QWidget *widget) const override
     {
         const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
-        if (element != SE_TabBarTabRightButton || !tab) {
+        if (element != SE_TabBarTabRightButton || tab == nullptr) {
             return QProxyStyle::subElementRect(element, option, widget);
         }
         QRect button(QPoint(0, 0), tab->rightButtonSize);
@@ -175,7 +175,7 @@ void CustomTabBar::paintTab(QPainter &painter, int index) const
                          kTabIconSize, kTabIconSize);
     tabIcon(index).paint(&painter, iconRect);
 
-    const bool closable = tabButton(index, QTabBar::RightSide);
+    const bool closable = tabButton(index, QTabBar::RightSide) != nullptr;
     const int right = closable ? kTitleRight : kTitleRightWithoutButton;
     const QRect titleRect = tab.adjusted(kTitleLeft, kFaceTop, -right, 0);
     painter.setPen(index == currentIndex() ? Theme::ink : Theme::textSecondary);

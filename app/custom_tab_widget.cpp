@@ -35,7 +35,7 @@ void CustomTabWidget::closeTab(int index)
 {
     QWidget *page = widget(index);
     qDebug() << "remove index" << index;
-    if (!page) {
+    if (page == nullptr) {
         return;
     }
     const QPointer<QWidget> pageInFront = currentWidget();

@@ -49,10 +49,10 @@ FramelessWindow::FramelessWindow(QWidget *parent)
 
 void FramelessWindow::setContentWidget(QWidget *widget)
 {
-    if (!widget || widget == m_content) {
+    if (widget == nullptr || widget == m_content) {
         return;
     }
-    if (m_content) {
+    if (m_content != nullptr) {
         layout()->removeWidget(m_content);
         m_content->hide();
         m_content->deleteLater();

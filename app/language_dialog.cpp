@@ -154,7 +154,7 @@ QHBoxLayout *LanguageDialog::createButtons()
 void LanguageDialog::apply()
 {
     const QAbstractButton *card = m_cards->checkedButton();
-    if (!card) {
+    if (card == nullptr) {
         return;
     }
     const QString code = card->property(kCodeProperty).toString();

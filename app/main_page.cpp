@@ -98,7 +98,7 @@ void MainPage::openTool(int toolType)
         return;
     }
     const Tool *tool = findTool(toolType);
-    if (!tool) {
+    if (tool == nullptr) {
         return;
     }
     QWidget *page = tool->createPage(this);
@@ -116,7 +116,7 @@ void MainPage::openToolWithFile(int toolType, const QString &filePath)
     if (index < 0) {
         return;
     }
-    if (const Tool *tool = findTool(toolType); tool && tool->addInputFile) {
+    if (const Tool *tool = findTool(toolType); tool != nullptr && tool->addInputFile != nullptr) {
         tool->addInputFile(m_tabs->widget(index), filePath);
     }
 }
@@ -174,12 +174,12 @@ bool MainPage::maybeClose()
     const QPointer<MainPage> self(this);
     // Saving one document may close the tab of another.
     for (const QPointer<PdfShowPage> &page : viewerPages()) {
-        if (!page || !page->viewer()->isModified()) {
+        if (page == nullptr || !page->viewer()->isModified()) {
             continue;
         }
         m_tabs->setCurrentWidget(page);
         const bool mayClose = page->viewer()->maybeSave();
-        if (!self || !mayClose) {
+        if (self == nullptr || !mayClose) {
             return false;
         }
     }

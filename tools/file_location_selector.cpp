@@ -335,11 +335,11 @@ void FileLocationSelector::openMenu()
     const QAction *other = menu->addAction(icon, tr("选择其他文件夹…"));
 
     const QAction *chosen = menu->exec(mapToGlobal(QPoint(0, height() + kMenuGap)));
-    if (!self) {
+    if (self == nullptr) {
         return;
     }
     const bool isOther = chosen == other;
-    const QVariant mode = chosen ? chosen->data() : QVariant();
+    const QVariant mode = chosen != nullptr ? chosen->data() : QVariant();
     delete menu;
     if (mode.isValid()) {
         setMode(static_cast<LocationMode>(mode.toInt()));
@@ -353,7 +353,7 @@ void FileLocationSelector::chooseCustomFolder()
     const QPointer<FileLocationSelector> self(this);
     const QString folder = QFileDialog::getExistingDirectory(
         this, tr("选择文件保存位置"), directory(), QFileDialog::ShowDirsOnly);
-    if (self && !folder.isEmpty()) {
+    if (self != nullptr && !folder.isEmpty()) {
         setMode(LocationMode::Custom, folder);
     }
 }

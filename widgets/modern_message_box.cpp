@@ -169,7 +169,7 @@ int run(const MessageBoxOptions &options, QWidget *parent)
 {
     const QPointer<ModernMessageBox> box(new ModernMessageBox(options, parent));
     box->exec();
-    const int result = box ? box->result() : ModernMessageBox::Cancelled;
+    const int result = box != nullptr ? box->result() : ModernMessageBox::Cancelled;
     delete box;
     return result;
 }
@@ -297,7 +297,7 @@ void ModernMessageBox::showEvent(QShowEvent *event)
 
 void ModernMessageBox::hideEvent(QHideEvent *event)
 {
-    if (m_backdrop) {
+    if (m_backdrop != nullptr) {
         m_backdrop->hide();
         m_backdrop->deleteLater();
         m_backdrop.clear();
@@ -422,7 +422,7 @@ void ModernMessageBox::makeTextsScroll()
 
 void ModernMessageBox::showBackdrop()
 {
-    if (!parentWidget() || m_backdrop) {
+    if (parentWidget() == nullptr || m_backdrop != nullptr) {
         return;
     }
     QWidget *window = parentWidget()->window();
@@ -437,7 +437,8 @@ void ModernMessageBox::showBackdrop()
 void ModernMessageBox::moveToCentre()
 {
     const QRect screenArea = screen()->availableGeometry();
-    const QRect area = parentWidget() ? parentWidget()->window()->frameGeometry() : screenArea;
+    const QRect area =
+        parentWidget() != nullptr ? parentWidget()->window()->frameGeometry() : screenArea;
     QRect box = frameGeometry();
     box.moveCenter(area.center());
     if (box.height() >= maximumHeightOn(*screen())) {

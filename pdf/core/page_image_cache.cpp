@@ -17,7 +17,7 @@ QImage PageImageCache::find(const QString &key)
 {
     const std::lock_guard lock(m_mutex);
     const QImage *image = m_images.object(key);
-    return image ? *image : QImage();
+    return image != nullptr ? *image : QImage();
 }
 
 void PageImageCache::insert(const QString &key, const QImage &image)

@@ -266,7 +266,7 @@ int PdfDocumentModel::rowCount(const QModelIndex &parent) const
 QVariant PdfDocumentModel::data(const QModelIndex &index, int role) const
 {
     const PdfPageRecord *record = recordOf(index);
-    if (!record) {
+    if (record == nullptr) {
         return {};
     }
     switch (role) {
@@ -298,7 +298,7 @@ QVariant PdfDocumentModel::data(const QModelIndex &index, int role) const
 bool PdfDocumentModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const PdfPageRecord *record = recordOf(index);
-    if (!record || (role != Qt::CheckStateRole && role != SelectedRole)) {
+    if (record == nullptr || (role != Qt::CheckStateRole && role != SelectedRole)) {
         return false;
     }
     const bool selected =
@@ -367,7 +367,7 @@ bool PdfDocumentModel::dropMimeData(const QMimeData *data, Qt::DropAction action
     if (action == Qt::IgnoreAction) {
         return true;
     }
-    if (!data || !data->hasFormat(PageDragFormat::kMimeType)) {
+    if (data == nullptr || !data->hasFormat(PageDragFormat::kMimeType)) {
         return false;
     }
     const auto id = PageDragFormat::firstPageId(data->data(PageDragFormat::kMimeType));

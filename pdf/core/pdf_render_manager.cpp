@@ -171,7 +171,7 @@ void PdfRenderManager::deliverResult()
     // A slot may cancel everything or delete the manager between two pages.
     const QPointer<PdfRenderManager> self(this);
     for (qsizetype i = 0; i < batch.sources.size(); ++i) {
-        if (!self || batch.generation != m_generation.load()) {
+        if (self == nullptr || batch.generation != m_generation.load()) {
             return;
         }
         const QImage image = result->images.value(i);

@@ -50,7 +50,7 @@ PageListSnapshot latestSnapshot(const QUndoStack &stack)
     // No command, or one that somebody else has pushed, is none of ours.
     const auto *nearest =
         dynamic_cast<const PageSnapshotCommand *>(stack.command(atStart ? 0 : stack.index() - 1));
-    if (!nearest) {
+    if (nearest == nullptr) {
         return {};
     }
     return atStart ? nearest->before() : nearest->after();
@@ -64,7 +64,7 @@ PdfUndoManager::PdfUndoManager(PdfDocumentModel *model, QObject *parent)
     , m_stack(new QUndoStack(this))
 {
     connect(m_stack, &QUndoStack::indexChanged, this, [this] {
-        if (m_model) {
+        if (m_model != nullptr) {
             m_model->setModified(!m_stack->isClean());
         }
     });
@@ -161,7 +161,7 @@ void PdfUndoManager::observeMove()
 void PdfUndoManager::recordObservedMove()
 {
     // Its turn may come only after the model is gone.
-    if (m_moveInProgress && m_model) {
+    if (m_moveInProgress && m_model != nullptr) {
         m_moveInProgress = false;
         record(tr("移动页面"), std::exchange(m_moveStart, {}));
     }

@@ -35,9 +35,7 @@ constexpr QLatin1String kSplitterStyleSheet{
 constexpr QLatin1String kDividerStyleSheet{
     "#pdfToolbarViewDivider { background: %1; border: none; }"};
 constexpr int kSplitterHandleWidth = 1;
-constexpr int kThumbnailPanelWidth = 210;
 constexpr int kViewsWidth = 1000;
-constexpr int kSidePanelWidth = 340;
 
 } // namespace
 
@@ -220,7 +218,6 @@ void PdfViewerWidget::setViewMode(PdfViewMode mode)
 
 void PdfViewerWidget::setWorkspaceMode(PdfWorkspaceMode mode)
 {
-    m_workspaceMode = mode;
     m_topToolBar->setWorkspaceMode(static_cast<int>(mode));
     m_pageManagerView->setWorkspaceMode(static_cast<int>(mode));
     m_operationSidePanel->setWorkspaceMode(static_cast<int>(mode));
@@ -280,7 +277,8 @@ QSplitter *PdfViewerWidget::createSplitter()
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     splitter->setStretchFactor(2, 0);
-    splitter->setSizes({kThumbnailPanelWidth, kViewsWidth, kSidePanelWidth});
+    splitter->setSizes({m_thumbnailPanel->sizeHint().width(), kViewsWidth,
+                        m_operationSidePanel->sizeHint().width()});
     return splitter;
 }
 

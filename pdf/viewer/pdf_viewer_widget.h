@@ -150,6 +150,5 @@ private:
     PdfBottomControlBar *m_bottomBar = nullptr;
     FloatingBarPlacer *m_bottomBarPlacer = nullptr;
     PdfViewMode m_viewMode = PdfViewMode::DocumentView;
-    PdfWorkspaceMode m_workspaceMode = PdfWorkspaceMode::NormalMode;
     bool m_thumbnailsVisible = true;
 };

@@ -297,10 +297,10 @@ void PdfTopToolBar::createButtons()
     }};
     for (const Command &command : kCommands) {
         ToolBarButton *button =
-            createButton(command.text ? tr(command.text) : QString(), tr(command.toolTip),
-                         command.iconPath, command.checkable);
+            createButton(command.text != nullptr ? tr(command.text) : QString(),
+                         tr(command.toolTip), command.iconPath, command.checkable);
         button->setObjectName(command.objectName);
-        if (command.request) {
+        if (command.request != nullptr) {
             connect(button, &QPushButton::clicked, this, command.request);
         }
         this->*command.button = button;
@@ -502,7 +502,7 @@ QWidget *PdfTopToolBar::createPageEditGroup()
 
 void PdfTopToolBar::addEntry(QMenu *menu, const MenuEntry &entry)
 {
-    if (!entry.text) {
+    if (entry.text == nullptr) {
         menu->addSeparator();
         return;
     }

@@ -48,7 +48,7 @@ void ToolBarButton::initStyleOption(QStyleOptionButton *option) const
 QSize ToolBarButton::fullSize() const
 {
     QSize size = QPushButton::sizeHint();
-    if (menu()) {
+    if (menu() != nullptr) {
         // The style sheet's padding holds the arrow already.
         size.rwidth() -= style()->pixelMetric(QStyle::PM_MenuButtonIndicator, nullptr, this);
     }

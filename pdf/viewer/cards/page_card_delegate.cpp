@@ -40,7 +40,7 @@ bool PageCardDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
 const PdfPageRecord *PageCardDelegate::recordOf(const QModelIndex &index)
 {
     const auto *document = qobject_cast<const PdfDocumentModel *>(index.model());
-    return document ? document->pageAt(index.row()) : nullptr;
+    return document != nullptr ? document->pageAt(index.row()) : nullptr;
 }
 
 PageCardPainter::CardState PageCardDelegate::cardState(const QStyleOptionViewItem &option,
@@ -50,8 +50,8 @@ PageCardPainter::CardState PageCardDelegate::cardState(const QStyleOptionViewIte
     const PdfPageRecord *record = recordOf(index);
     PageCardPainter::CardState state;
     state.hovered = index.row() == m_hover.row;
-    state.pressed = list && record && list->pressedPage() == record->id;
-    state.dragged = list && record && list->draggedPage() == record->id;
+    state.pressed = list != nullptr && record != nullptr && list->pressedPage() == record->id;
+    state.dragged = list != nullptr && record != nullptr && list->draggedPage() == record->id;
     state.enabled = option.state.testFlag(QStyle::State_Enabled);
     return state;
 }

@@ -41,7 +41,7 @@ void PageCardsView::removeList()
 
 void PageCardsView::useModel(PdfDocumentModel *model)
 {
-    if (m_model) {
+    if (m_model != nullptr) {
         disconnect(m_model, nullptr, this, nullptr);
     }
     m_model = model;
@@ -50,7 +50,7 @@ void PageCardsView::useModel(PdfDocumentModel *model)
     m_requestedRows = {};
     m_rowsChanged = false;
     m_pressed = false;
-    if (!model) {
+    if (model == nullptr) {
         return;
     }
     connect(model, &QAbstractItemModel::modelReset, this, &PageCardsView::onRowsChanged);
@@ -67,7 +67,7 @@ PdfDocumentModel *PageCardsView::documentModel() const
 
 int PageCardsView::pageCount() const
 {
-    return m_model ? m_model->rowCount() : 0;
+    return m_model != nullptr ? m_model->rowCount() : 0;
 }
 
 void PageCardsView::schedulePass()
@@ -136,7 +136,7 @@ bool PageCardsView::event(QEvent *event)
 
 bool PageCardsView::eventFilter(QObject *watched, QEvent *event)
 {
-    if (!m_list || watched != m_list->viewport()) {
+    if (m_list == nullptr || watched != m_list->viewport()) {
         return QWidget::eventFilter(watched, event);
     }
     switch (event->type()) {
@@ -178,7 +178,7 @@ void PageCardsView::runPass()
     m_passPosted = false;
     if (std::exchange(m_rowsChanged, false)) {
         m_thumbnails.reconcile([this](PdfPageId id) {
-            return m_model ? m_model->pageAt(m_model->rowForPageId(id)) : nullptr;
+            return m_model != nullptr ? m_model->pageAt(m_model->rowForPageId(id)) : nullptr;
         });
         settleRows();
     }
@@ -192,7 +192,7 @@ void PageCardsView::trimThumbnails()
         return;
     }
     m_thumbnails.trim([this](PdfPageId id) {
-        const int row = m_model ? m_model->rowForPageId(id) : -1;
+        const int row = m_model != nullptr ? m_model->rowForPageId(id) : -1;
         if (row < 0) {
             return std::numeric_limits<int>::max();
         }
@@ -202,7 +202,7 @@ void PageCardsView::trimThumbnails()
 
 void PageCardsView::updateCard(PdfPageId id)
 {
-    const int row = m_model ? m_model->rowForPageId(id) : -1;
+    const int row = m_model != nullptr ? m_model->rowForPageId(id) : -1;
     if (m_requestedRows.contains(row)) {
         m_list->viewport()->update(m_list->visualRect(m_model->index(row)));
     }
@@ -211,7 +211,8 @@ void PageCardsView::updateCard(PdfPageId id)
 bool PageCardsView::onPress(const QMouseEvent &event)
 {
     m_pressTaken = false;
-    return event.button() == Qt::LeftButton && m_model && pressAt(event.position().toPoint());
+    return event.button() == Qt::LeftButton && m_model != nullptr &&
+           pressAt(event.position().toPoint());
 }
 
 bool PageCardsView::onMove(const QMouseEvent &event)

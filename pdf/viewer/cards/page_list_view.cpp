@@ -78,7 +78,7 @@ void PageListView::startDrag(Qt::DropActions supportedActions)
 {
     const QModelIndex index = currentIndex();
     const PdfDocumentModel *document = documentModel();
-    if (!index.isValid() || !document) {
+    if (!index.isValid() || document == nullptr) {
         return;
     }
     setPressedPage(0);
@@ -93,7 +93,7 @@ void PageListView::startDrag(Qt::DropActions supportedActions)
     m_draggedPage = document->pageAt(index.row())->id;
     viewport()->update();
     drag->exec(supportedActions, Qt::MoveAction);
-    if (self) {
+    if (self != nullptr) {
         m_draggedPage = 0;
         setDropTarget(std::nullopt);
         viewport()->update();
@@ -171,7 +171,7 @@ void PageListView::mousePressEvent(QMouseEvent *event)
 {
     const PdfDocumentModel *document = documentModel();
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && document && index.isValid()) {
+    if (event->button() == Qt::LeftButton && document != nullptr && index.isValid()) {
         setPressedPage(document->pageAt(index.row())->id);
     }
     QListView::mousePressEvent(event);
@@ -234,7 +234,7 @@ void PageListView::currentChanged(const QModelIndex &current, const QModelIndex 
 bool PageListView::isOwnPageDrag(const QDropEvent &event) const
 {
     const auto *source = qobject_cast<const QAbstractItemView *>(event.source());
-    return source && documentModel() && source->model() == model() &&
+    return source != nullptr && documentModel() != nullptr && source->model() == model() &&
            event.possibleActions().testFlag(Qt::MoveAction) &&
            event.mimeData()->hasFormat(PageDragFormat::kMimeType);
 }

@@ -23,7 +23,7 @@ void PageManagerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
                                 const QModelIndex &index) const
 {
     const PdfPageRecord *record = recordOf(index);
-    if (!record) {
+    if (record == nullptr) {
         return;
     }
     const PageCellGeometry cell = pageCellGeometry(option.rect, m_list.metrics().thumbnail);

@@ -43,7 +43,7 @@ PageGridCells PageManagerListView::visibleCells() const
 {
     PageGridCells grid;
     grid.thumbnail = m_metrics.thumbnail;
-    grid.pageCount = model() ? model()->rowCount() : 0;
+    grid.pageCount = model() != nullptr ? model()->rowCount() : 0;
     if (grid.pageCount == 0) {
         return grid;
     }
@@ -71,14 +71,15 @@ PageGridHit PageManagerListView::hitAt(QPoint point, int hoveredRow) const
 
 bool PageManagerListView::isSplitBefore(int row) const
 {
-    const PdfPageRecord *record = documentModel() ? documentModel()->pageAt(row) : nullptr;
-    return record && m_splitPoints.contains(record->id);
+    const PdfPageRecord *record =
+        documentModel() != nullptr ? documentModel()->pageAt(row) : nullptr;
+    return record != nullptr && m_splitPoints.contains(record->id);
 }
 
 void PageManagerListView::selectAll()
 {
     // What counts are the pages chosen in the document, not the rows marked in this list.
-    if (documentModel()) {
+    if (documentModel() != nullptr) {
         documentModel()->selectAll();
     }
 }
@@ -112,8 +113,9 @@ void PageManagerListView::paintEvent(QPaintEvent *event)
 void PageManagerListView::keyPressEvent(QKeyEvent *event)
 {
     const PdfPageRecord *record =
-        documentModel() ? documentModel()->pageAt(currentIndex().row()) : nullptr;
-    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && record) {
+        documentModel() != nullptr ? documentModel()->pageAt(currentIndex().row()) : nullptr;
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier &&
+        (record != nullptr)) {
         documentModel()->setPageSelected(record->id, !record->selected);
         return;
     }
@@ -134,7 +136,7 @@ void PageManagerListView::updateGeometries()
         bar->setValue(oldValue);
     }
     const int height =
-        model() && model()->rowCount() > 0 ? contentsSize().height() + kBottomRoom : 0;
+        model() != nullptr && model()->rowCount() > 0 ? contentsSize().height() + kBottomRoom : 0;
     bar->setRange(0, std::max(height - viewport()->height(), 0));
 }
 

@@ -54,7 +54,7 @@ void PdfPageManagerView::setModel(PdfDocumentModel *model)
     }
     useModel(model);
     movePointer(std::nullopt);
-    if (model) {
+    if (model != nullptr) {
         connect(model, &QAbstractItemModel::modelReset, this, [this] { m_documentReset = true; });
     }
     onRowsChanged();
@@ -101,7 +101,7 @@ void PdfPageManagerView::requestThumbnails()
 
 void PdfPageManagerView::updateHover()
 {
-    const auto point = documentModel() ? pointer() : std::nullopt;
+    const auto point = documentModel() != nullptr ? pointer() : std::nullopt;
     const int row = point ? m_list->indexAt(*point).row() : -1;
     const PageGridHit hit = point ? m_list->hitAt(*point, row) : PageGridHit();
     showHit(hit, row, isStillPressed(hit == m_hoveredHit));
@@ -218,13 +218,15 @@ void PdfPageManagerView::setZoom(int percent)
 
 void PdfPageManagerView::reportSplitPoints()
 {
-    m_reportedSplitRows = documentModel() ? m_splitPoints.rows(*documentModel()) : QList<int>();
+    m_reportedSplitRows =
+        documentModel() != nullptr ? m_splitPoints.rows(*documentModel()) : QList<int>();
     emit splitPointsChanged(m_reportedSplitRows);
 }
 
 void PdfPageManagerView::reportMovedSplitPoints()
 {
-    const QList<int> rows = documentModel() ? m_splitPoints.rows(*documentModel()) : QList<int>();
+    const QList<int> rows =
+        documentModel() != nullptr ? m_splitPoints.rows(*documentModel()) : QList<int>();
     // Whoever listens may have dropped the rows of a document that was replaced.
     const bool mayBeForgotten = std::exchange(m_documentReset, false) && !rows.isEmpty();
     if (rows != m_reportedSplitRows || mayBeForgotten) {
@@ -249,7 +251,7 @@ void PdfPageManagerView::onRest()
 
 bool PdfPageManagerView::canRequest() const
 {
-    return documentModel() && thumbnails().renderManager() && isVisible();
+    return documentModel() != nullptr && (thumbnails().renderManager() != nullptr) && isVisible();
 }
 
 void PdfPageManagerView::requestVisiblePages()

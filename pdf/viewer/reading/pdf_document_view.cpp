@@ -93,11 +93,11 @@ PdfDocumentView::~PdfDocumentView() = default;
 
 void PdfDocumentView::setModel(PdfDocumentModel *model)
 {
-    if (m_model) {
+    if (m_model != nullptr) {
         disconnect(m_model, nullptr, this, nullptr);
     }
     m_model = model;
-    if (model) {
+    if (model != nullptr) {
         connect(model, &QAbstractItemModel::modelReset, this, &PdfDocumentView::onModelReset);
         connect(model, &QAbstractItemModel::rowsInserted, this, &PdfDocumentView::invalidateLayout);
         connect(model, &QAbstractItemModel::rowsRemoved, this, &PdfDocumentView::invalidateLayout);
@@ -339,12 +339,12 @@ void PdfDocumentView::wheelEvent(QWheelEvent *event)
 
 int PdfDocumentView::pageCount() const
 {
-    return m_model ? m_model->rowCount() : 0;
+    return m_model != nullptr ? m_model->rowCount() : 0;
 }
 
 const PdfPageRecord *PdfDocumentView::recordAt(int row) const
 {
-    return m_model ? m_model->pageAt(row) : nullptr;
+    return m_model != nullptr ? m_model->pageAt(row) : nullptr;
 }
 
 QList<QSizeF> PdfDocumentView::displaySizes() const
@@ -388,12 +388,12 @@ QSize PdfDocumentView::targetSizeAt(int row) const
 bool PdfDocumentView::isFirstPageFinished() const
 {
     const PdfPageRecord *record = recordAt(m_currentPage);
-    if (!record || m_currentPage >= m_layout.pages.size() ||
+    if (record == nullptr || m_currentPage >= m_layout.pages.size() ||
         !m_layout.pages.at(m_currentPage).intersects(visibleRegion())) {
         return false;
     }
     const PageImageLoader::HeldImage *held = m_images.image(record->id);
-    return held && held->size == targetSizeAt(m_currentPage);
+    return held != nullptr && held->size == targetSizeAt(m_currentPage);
 }
 
 void PdfDocumentView::onModelReset()
@@ -576,7 +576,7 @@ void PdfDocumentView::adoptRenderScale()
 PageImageLoader::Demand PdfDocumentView::demand() const
 {
     PageImageLoader::Demand demand;
-    if (!m_model) {
+    if (m_model == nullptr) {
         return demand;
     }
     demand.documentRevision = m_model->documentRevision();
@@ -589,7 +589,7 @@ PageImageLoader::Demand PdfDocumentView::demand() const
     const auto [first, end] = pagesMeeting(m_layout, kept);
     for (int row = first; row < end; ++row) {
         const PdfPageRecord *record = recordAt(row);
-        if (!record) {
+        if (record == nullptr) {
             continue;
         }
         demand.kept.insert(record->id);
@@ -624,7 +624,7 @@ void PdfDocumentView::updatePage(PdfPageId id)
     const auto [first, end] = pagesMeeting(m_layout, region);
     for (int row = first; row < end; ++row) {
         const PdfPageRecord *record = recordAt(row);
-        if (record && record->id == id) {
+        if (record != nullptr && record->id == id) {
             viewport()->update(m_layout.pages.at(row).translated(-region.topLeft()));
         }
     }
@@ -635,8 +635,9 @@ void PdfDocumentView::drawPage(QPainter &painter, int row) const
     const QRect page = m_layout.pages.at(row).translated(-scrollOffset());
     drawPageFrame(painter, page);
     const PdfPageRecord *record = recordAt(row);
-    const PageImageLoader::HeldImage *held = record ? m_images.image(record->id) : nullptr;
-    if (held) {
+    const PageImageLoader::HeldImage *held =
+        record != nullptr ? m_images.image(record->id) : nullptr;
+    if (held != nullptr) {
         drawPageImage(painter, page, held->image);
         return;
     }

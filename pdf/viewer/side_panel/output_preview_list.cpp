@@ -96,7 +96,7 @@ public:
             return {0, kRowHeight};
         }
         const auto *list = qobject_cast<const QListWidget *>(option.widget);
-        const int width = list ? list->viewport()->width() : option.rect.width();
+        const int width = list != nullptr ? list->viewport()->width() : option.rect.width();
         const QRect room(0, 0, std::max(width - 2 * kHintPadding, 1), QWIDGETSIZE_MAX);
         const int height = QFontMetrics(sizedFont(option.font, kNamePixelSize))
                                .boundingRect(room, Qt::TextWordWrap, index.data().toString())

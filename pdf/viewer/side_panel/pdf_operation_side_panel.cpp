@@ -128,11 +128,11 @@ QSize PdfOperationSidePanel::sizeHint() const
 
 void PdfOperationSidePanel::setModel(PdfDocumentModel *model)
 {
-    if (m_model) {
+    if (m_model != nullptr) {
         disconnect(m_model, nullptr, this, nullptr);
     }
     m_model = model;
-    if (model) {
+    if (model != nullptr) {
         connect(model, &PdfDocumentModel::selectionChanged, this,
                 &PdfOperationSidePanel::refreshExtractPreviewSoon);
         connect(model, &QAbstractItemModel::modelReset, this, &PdfOperationSidePanel::onModelReset);
@@ -300,7 +300,7 @@ void PdfOperationSidePanel::onLocationChanged(const FileLocationSelector &locati
 
 void PdfOperationSidePanel::followDocumentPath()
 {
-    const QString path = m_model ? m_model->documentPath() : QString();
+    const QString path = m_model != nullptr ? m_model->documentPath() : QString();
     if (path == m_documentPath) {
         return;
     }
@@ -354,7 +354,7 @@ void PdfOperationSidePanel::refreshStalePreviews()
 void PdfOperationSidePanel::refreshExtractPreview()
 {
     m_extractStale = false;
-    const QList<int> rows = m_model ? m_model->selectedRows() : QList<int>();
+    const QList<int> rows = m_model != nullptr ? m_model->selectedRows() : QList<int>();
     m_combineCheckBox->setEnabled(rows.size() >= 2);
     if (rows.size() < 2) {
         const QSignalBlocker blocker(m_combineCheckBox);
@@ -403,7 +403,7 @@ void PdfOperationSidePanel::refreshSplitPreview()
 
 int PdfOperationSidePanel::pageCount() const
 {
-    return m_model ? m_model->rowCount() : 0;
+    return m_model != nullptr ? m_model->rowCount() : 0;
 }
 
 QString PdfOperationSidePanel::baseName() const

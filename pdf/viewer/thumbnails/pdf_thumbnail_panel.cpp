@@ -122,7 +122,7 @@ void PdfThumbnailPanel::missThumbnails()
 void PdfThumbnailPanel::updateHover()
 {
     PageHover now;
-    if (documentModel() && pointer()) {
+    if (documentModel() != nullptr && pointer()) {
         now.row = m_list->indexAt(*pointer()).row();
         now.part = stripPartAt(now.row, *pointer());
     }
@@ -212,7 +212,7 @@ void PdfThumbnailPanel::connectParts()
 bool PdfThumbnailPanel::canRequest() const
 {
     const bool isOutOfSight = m_shown && !isVisible();
-    return documentModel() && thumbnails().renderManager() && !isOutOfSight;
+    return documentModel() != nullptr && (thumbnails().renderManager() != nullptr) && !isOutOfSight;
 }
 
 void PdfThumbnailPanel::restoreCurrentRow()
@@ -306,7 +306,7 @@ void PdfThumbnailPanel::generateBatch()
 
 int PdfThumbnailPanel::stripPartAt(int row, QPoint point) const
 {
-    if (!documentModel() || row < 0) {
+    if (documentModel() == nullptr || row < 0) {
         return -1;
     }
     const QRect item = m_list->visualRect(documentModel()->index(row));

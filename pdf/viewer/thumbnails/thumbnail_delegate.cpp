@@ -17,7 +17,7 @@ void ThumbnailDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
                               const QModelIndex &index) const
 {
     const PdfPageRecord *record = recordOf(index);
-    if (!record) {
+    if (record == nullptr) {
         return;
     }
     const ThumbnailRowGeometry row = thumbnailRowGeometry(option.rect);

@@ -294,7 +294,7 @@ void walkFrom(TreeWalk &walk, pdf_obj *root)
 {
     fz_context *ctx = walk.ctx;
     if (!hasKids(ctx, root)) {
-        if (pdf_name_eq(ctx, pdf_dict_get(ctx, root, PDF_NAME(Type)), PDF_NAME(Page))) {
+        if (pdf_name_eq(ctx, pdf_dict_get(ctx, root, PDF_NAME(Type)), PDF_NAME(Page)) != 0) {
             addPage(walk, root);
         }
         return;

@@ -45,7 +45,7 @@ void ColourSpaces::prepare(pdf_document *document, pdf_obj *page)
             const int count = pdf_array_len(ctx, annotations);
             for (int i = 0; i < count; ++i) {
                 pdf_obj *normal = pdf_dict_getp(ctx, pdf_array_get(ctx, annotations, i), "AP/N");
-                if (pdf_is_stream(ctx, normal)) {
+                if (pdf_is_stream(ctx, normal) != 0) {
                     visit(ctx, document, pdf_dict_get(ctx, normal, PDF_NAME(Resources)), 0);
                     continue;
                 }
@@ -81,7 +81,7 @@ bool ColourSpaces::enter(fz_context *ctx, pdf_obj *object) noexcept
 void ColourSpaces::visit(fz_context *ctx, pdf_document *document, pdf_obj *resources,
                          int depth) noexcept
 {
-    if (depth > kMaxDepth || !pdf_is_dict(ctx, resources) || !enter(ctx, resources)) {
+    if (depth > kMaxDepth || (pdf_is_dict(ctx, resources) == 0) || !enter(ctx, resources)) {
         return;
     }
 
@@ -130,17 +130,17 @@ void ColourSpaces::visit(fz_context *ctx, pdf_document *document, pdf_obj *resou
 void ColourSpaces::visitColourSpace(fz_context *ctx, pdf_document *document, pdf_obj *space,
                                     int depth) noexcept
 {
-    if (depth > kMaxDepth || !pdf_is_array(ctx, space)) {
+    if (depth > kMaxDepth || (pdf_is_array(ctx, space) == 0)) {
         return;
     }
     pdf_obj *kind = pdf_array_get(ctx, space, 0);
-    if (pdf_name_eq(ctx, kind, PDF_NAME(ICCBased))) {
+    if (pdf_name_eq(ctx, kind, PDF_NAME(ICCBased)) != 0) {
         registerProfile(ctx, document, space);
-    } else if (pdf_name_eq(ctx, kind, PDF_NAME(Indexed)) ||
-               pdf_name_eq(ctx, kind, PDF_NAME(Pattern))) {
+    } else if ((pdf_name_eq(ctx, kind, PDF_NAME(Indexed)) != 0) ||
+               (pdf_name_eq(ctx, kind, PDF_NAME(Pattern)) != 0)) {
         visitColourSpace(ctx, document, pdf_array_get(ctx, space, 1), depth + 1);
-    } else if (pdf_name_eq(ctx, kind, PDF_NAME(Separation)) ||
-               pdf_name_eq(ctx, kind, PDF_NAME(DeviceN))) {
+    } else if ((pdf_name_eq(ctx, kind, PDF_NAME(Separation)) != 0) ||
+               (pdf_name_eq(ctx, kind, PDF_NAME(DeviceN)) != 0)) {
         visitColourSpace(ctx, document, pdf_array_get(ctx, space, 2), depth + 1);
     }
 }
