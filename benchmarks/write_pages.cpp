@@ -76,7 +76,7 @@ int compare(const QList<PdfSourcePage> &pages, const QString &output)
         Feature{"Page labels", [&] { return comparison.labelProblems(); }},
         Feature{"Attachments", [&] { return comparison.attachmentProblems(); }},
         Feature{"Information, metadata, settings", [&] { return comparison.catalogueProblems(); }},
-        Feature{"Layers", [&] { return comparison.contentGroupProblems(); }},
+        Feature{"Optional content", [&] { return comparison.contentGroupProblems(); }},
         Feature{"Tags", [&] { return comparison.structureProblems(); }},
         Feature{"Tags without dead ends",
                 [&] { return FidelitySoundness::structureProblems(file); }},

@@ -2,7 +2,7 @@
 # Finds MuPDF; defines the targets MuPDF::MuPDF, and MuPDF::Headers for what only includes it.
 #
 # MuPDF has no stable interface: what the engine uses changes from one release to the next. So only
-# releases that it was tried with are accepted; see docs/DEPENDENCIES.md.
+# releases that it was tried with are accepted; see cmake/QuilloraReleases.cmake.
 
 include(FindPackageHandleStandardArgs)
 find_package(PkgConfig QUIET)
@@ -24,7 +24,7 @@ find_package_handle_standard_args(MuPDF
 
 # A static library, which Debian 12 has, needs its own libraries named; a shared one knows them.
 set(MuPDF_IS_STATIC FALSE)
-if(MuPDF_LIBRARY MATCHES "\\.(a|lib)$")
+if(MuPDF_LIBRARY MATCHES "\\.a$" AND NOT MuPDF_LIBRARY MATCHES "\\.dll\\.a$")
     set(MuPDF_IS_STATIC TRUE)
 endif()
 

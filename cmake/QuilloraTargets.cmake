@@ -5,6 +5,10 @@ include_guard(GLOBAL)
 
 option(QUILLORA_SHARED_ENGINE
     "Build the engine as a shared library, so that MuPDF is linked once and not into every test" OFF)
+# The tests use the private parts of the engine too, which a DLL would have to export one by one.
+if(WIN32)
+    set(QUILLORA_SHARED_ENGINE OFF)
+endif()
 
 # A compiler cache has to be told that precompiled headers are fine with it.
 find_program(QUILLORA_CCACHE ccache)
@@ -81,8 +85,6 @@ function(quillora_add_library name)
         set(kind SHARED)
     endif()
     add_library(${target} ${kind} ${ARG_SOURCES})
-    # The tests use the private parts of the engine as well.
-    set_target_properties(${target} PROPERTIES WINDOWS_EXPORT_ALL_SYMBOLS ON)
     if(ARG_PRECOMPILED)
         target_precompile_headers(${target} PRIVATE ${ARG_PRECOMPILED})
     endif()
@@ -167,13 +169,18 @@ endfunction()
 # libraries and executables alike, so that they can share precompiled headers.
 function(quillora_use_test_options target)
     if(UNIX)
-        target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1;-g1> -fPIC)
+        target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1;-g1;-gz> -fPIC)
+        target_link_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-gz>)
     endif()
 endfunction()
 
 # Gives the target of a test the precompiled headers that suit what it links.
 function(quillora_use_test_headers target)
     quillora_use_test_options(${target})
+    # Microsoft's compiler shares precompiled headers between equal sets of definitions only.
+    if(MSVC)
+        return()
+    endif()
     quillora_links_to(widgets ${target} Qt6::Widgets)
     if(widgets)
         target_precompile_headers(${target} REUSE_FROM quillora_test_headers_widgets)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/pdf_show_page.h"
 
+#include "pdf/viewer/common/external_tools.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
 #include "tools/tool_type.h"
 
@@ -15,10 +16,10 @@ struct ExternalTool
 };
 
 constexpr ExternalTool kExternalTools[] = {
-    {QLatin1String("compress"), CompressPdfTool},
-    {QLatin1String("images"), PdfToImagesTool},
-    {QLatin1String("decrypt"), DecryptPdfTool},
-    {QLatin1String("encrypt"), EncryptPdfTool},
+    {ExternalTools::kCompress, CompressPdfTool},
+    {ExternalTools::kImages, PdfToImagesTool},
+    {ExternalTools::kDecrypt, DecryptPdfTool},
+    {ExternalTools::kEncrypt, EncryptPdfTool},
 };
 
 } // namespace

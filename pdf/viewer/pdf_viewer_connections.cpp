@@ -7,6 +7,7 @@
 #include "pdf/viewer/bars/pdf_bottom_control_bar.h"
 #include "pdf/viewer/bars/pdf_top_tool_bar.h"
 #include "pdf/viewer/commands/pdf_file_commands.h"
+#include "pdf/viewer/common/external_tools.h"
 #include "pdf/viewer/grid/pdf_page_manager_view.h"
 #include "pdf/viewer/reading/pdf_document_view.h"
 #include "pdf/viewer/side_panel/pdf_operation_side_panel.h"
@@ -146,12 +147,12 @@ void PdfViewerWidget::connectToolBarFile()
         QLatin1String toolId;
     };
     static constexpr ToolRequest kToolRequests[] = {
-        {&PdfTopToolBar::compressRequested, QLatin1String("compress")},
-        {&PdfTopToolBar::convertToImagesRequested, QLatin1String("images")},
-        {&PdfTopToolBar::encryptRequested, QLatin1String("encrypt")},
-        {&PdfTopToolBar::decryptRequested, QLatin1String("decrypt")},
-        {&PdfTopToolBar::pageNumberRequested, QLatin1String("page-number")},
-        {&PdfTopToolBar::searchRequested, QLatin1String("search")},
+        {&PdfTopToolBar::compressRequested, ExternalTools::kCompress},
+        {&PdfTopToolBar::convertToImagesRequested, ExternalTools::kImages},
+        {&PdfTopToolBar::encryptRequested, ExternalTools::kEncrypt},
+        {&PdfTopToolBar::decryptRequested, ExternalTools::kDecrypt},
+        {&PdfTopToolBar::pageNumberRequested, ExternalTools::kPageNumber},
+        {&PdfTopToolBar::searchRequested, ExternalTools::kSearch},
     };
     for (const ToolRequest &request : kToolRequests) {
         connect(bar, request.requested, this, [this, toolId = request.toolId] {

@@ -383,7 +383,8 @@ void TestCustomTabBar::ampersandInATitleIsNoShortcut()
     m_tabs->addTab(new QWidget, QStringLiteral("R&D.pdf"));
     m_tabs->setCurrentIndex(1);
     m_tabs->setTabText(0, QStringLiteral("Q&A.pdf"));
-    QApplication::setActiveWindow(m_tabs.get());
+    m_tabs->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_tabs.get()));
     QTest::keyClick(m_tabs.get(), Qt::Key_D, Qt::AltModifier);
     QCOMPARE(m_tabs->currentIndex(), 1);
     QTest::keyClick(m_tabs.get(), Qt::Key_A, Qt::AltModifier);

@@ -224,7 +224,8 @@ void TestLanguageDialog::confirmedQuestionSwitchesAndCloses()
 {
     QSignalSpy accepted(m_dialog.get(), &QDialog::accepted);
     bool visibleWhenTold = false;
-    connect(LanguageManager::instance(), &LanguageManager::languageChanged, &accepted,
+    const QObject context;
+    connect(LanguageManager::instance(), &LanguageManager::languageChanged, &context,
             [this, &visibleWhenTold] { visibleWhenTold = m_dialog->isVisible(); });
     QTest::mouseClick(card(QStringLiteral("de_DE")), Qt::LeftButton);
     const DialogAnswers answers({QStringLiteral("messageBoxConfirmButton")});

@@ -229,7 +229,8 @@ void TestLanguageManager::setLanguageSavesAndTellsOnce()
 {
     QSignalSpy changed(LanguageManager::instance(), &LanguageManager::languageChanged);
     QString savedWhenTold;
-    connect(LanguageManager::instance(), &LanguageManager::languageChanged, &changed,
+    const QObject context;
+    connect(LanguageManager::instance(), &LanguageManager::languageChanged, &context,
             [&savedWhenTold] { savedWhenTold = QSettings().value(kKey).toString(); });
     QVERIFY(LanguageManager::instance()->setLanguage(QStringLiteral("ja_JP")));
     QCOMPARE(changed.size(), 1);

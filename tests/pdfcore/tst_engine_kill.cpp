@@ -40,7 +40,7 @@ int saveForever(const QString &path)
 
 } // namespace
 
-class EngineKillTest : public QObject
+class TestEngineKill : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ private slots:
     void aKilledSaveLeavesTheOldFileOrTheNewOne();
 };
 
-void EngineKillTest::aKilledSaveLeavesTheOldFileOrTheNewOne()
+void TestEngineKill::aKilledSaveLeavesTheOldFileOrTheNewOne()
 {
     Folder folder;
     const QString path = folder.add(u"report.pdf"_s, PdfFixture::pagesByNumber(kPages));
@@ -97,7 +97,7 @@ int main(int argc, char *argv[])
     if (arguments.value(1) == u"--save"_s) {
         return saveForever(arguments.value(2));
     }
-    EngineKillTest test;
+    TestEngineKill test;
     return QTest::qExec(&test, argc, argv);
 }
 

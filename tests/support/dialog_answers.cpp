@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/support/dialog_answers.h"
 
+#include "tests/support/menu_click.h"
+
 #include "widgets/modern_message_box.h"
 #include "widgets/theme.h"
 
@@ -164,7 +166,7 @@ void DialogAnswers::answerMenu(QMenu *menu)
         }
     }
     if (chosen) {
-        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
+        clickMenuEntry(*menu, chosen);
     } else {
         menu->close();
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "res/resources.h"
+#include "tests/support/menu_click.h"
 #include "tools/file_location_selector.h"
 #include "widgets/theme.h"
 
@@ -77,8 +78,7 @@ QFileDialog *openFileDialog()
 
 void chooseAction(QMenu &menu, int index)
 {
-    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
-                      menu.actionGeometry(menu.actions().at(index)).center());
+    clickMenuEntry(menu, menu.actions().at(index));
 }
 
 void acceptFolder(QFileDialog &dialog, const QString &folder)

@@ -129,9 +129,18 @@ void repairDocument(fz_context *ctx, pdf_document *document)
 #endif
 }
 
-pdf_crypt *cryptOf(pdf_document *document)
+int encryptionRevision(fz_context *ctx, pdf_document *document)
 {
-    return document->crypt;
+    return pdf_crypt_revision(ctx, document->crypt);
+}
+
+bool replaceFileKey(fz_context *ctx, pdf_document *document, const std::string &key)
+{
+    if (key.size() * 8 != static_cast<std::size_t>(pdf_crypt_length(ctx, document->crypt))) {
+        return false;
+    }
+    std::memcpy(pdf_crypt_key(ctx, document->crypt), key.data(), key.size());
+    return true;
 }
 
 void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers)
@@ -259,6 +268,32 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
         return;
     }
     std::memcpy(base, colour, sizeof(float) * static_cast<std::size_t>(space->n));
+}
+
+bool isCmyk(const fz_colorspace *space)
+{
+    return space->type == FZ_COLORSPACE_CMYK;
+}
+
+fz_colorspace *colourSpaceOf(const fz_image *image)
+{
+    return image->imagemask != 0 ? nullptr : image->colorspace;
+}
+
+fz_colorspace *colourSpaceOf(const fz_shade *shade)
+{
+    return shade->colorspace;
+}
+
+const float *backgroundOf(const fz_shade *shade)
+{
+    return shade->use_background != 0 ? shade->background : nullptr;
+}
+
+void copyHints(fz_device *device, const fz_device *from)
+{
+    device->hints = from->hints;
+    device->flags = from->flags;
 }
 
 DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, std::size_t size,

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include <mupdf/fitz.h>
@@ -15,7 +16,7 @@ namespace pdfcore {
 // MuPDF keeps the fields of its structures in its headers without promising anything about them.
 // Whatever the engine reads or writes there stands here, and nowhere else, so that a new release is
 // tried by going through this file. Each entry says for which releases it is and what it is good
-// for; an entry whose reason is gone can go. cmake/FindMuPDF.cmake lists the releases that were
+// for; an entry whose reason is gone can go. cmake/QuilloraReleases.cmake lists those that were
 // tried. All functions may throw MuPDF errors unless they say otherwise, and all are for the thread
 // that `ctx` belongs to.
 
@@ -40,7 +41,8 @@ inline constexpr int kOutOfMemoryError = FZ_ERROR_MEMORY;
 /// which the interface does not offer. Does not throw.
 [[nodiscard]] fz_stream *streamOf(pdf_document *document);
 
-/// The buffer for the tokens of the document's file. All releases; see streamOf(). Does not throw.
+/// The buffer for the tokens of the document's file, whose fields hold what was read last. All
+/// releases; see streamOf(). Does not throw.
 [[nodiscard]] pdf_lexbuf *tokenBufferOf(pdf_document *document);
 
 /// What is known of an object before it is read.
@@ -65,9 +67,13 @@ struct ObjectPlace
 /// 1.28 object streams take a call of their own.
 void repairDocument(fz_context *ctx, pdf_document *document);
 
-/// The handler of an encrypted document. All releases: the interface takes passwords only, and up
-/// to revision 4 only such as PDFDocEncoding can express. Does not throw.
-[[nodiscard]] pdf_crypt *cryptOf(pdf_document *document);
+/// The revision of the handler that a document is encrypted by. All releases: see replaceFileKey().
+[[nodiscard]] int encryptionRevision(fz_context *ctx, pdf_document *document);
+
+/// Gives an encrypted document the key that its objects are decrypted with; false when the key is
+/// not as long as it has to be. All releases: the interface takes passwords only, and up to
+/// revision 4 only such as PDFDocEncoding can express.
+bool replaceFileKey(fz_context *ctx, pdf_document *document, const std::string &key);
 
 // --- Pages ------------------------------------------------------------------------------------
 
@@ -111,9 +117,27 @@ void releasePageMap(fz_context *ctx, pdf_document *document, const std::vector<i
 /// spaces only, by MuPDF's own formulas.
 void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *base);
 
+/// The kind of a space, of its own or of its profile. All releases: the interface gives it away as
+/// a number only. Does not throw.
+[[nodiscard]] bool isCmyk(const fz_colorspace *space);
+
+/// The space of an image's pixels; null for a mask. All releases: there is no function for it. Does
+/// not throw.
+[[nodiscard]] fz_colorspace *colourSpaceOf(const fz_image *image);
+
+/// The space of a shading's colours, and the colour behind it in that space; null where it has
+/// none. All releases: there is no function for them. Do not throw.
+[[nodiscard]] fz_colorspace *colourSpaceOf(const fz_shade *shade);
+[[nodiscard]] const float *backgroundOf(const fz_shade *shade);
+
+/// Lets a device do without the same things as another one. All releases: there is no function that
+/// tells what a device does without. Does not throw.
+void copyHints(fz_device *device, const fz_device *from);
+
 /// Makes an image of `Image` that has the size, the mask and the place of `original` but other
 /// pixels, in RGB. All releases: the interface makes images from pixels only, which would decode
 /// them all at once. `Image` begins with an fz_image and a pointer to its original, which it owns.
+/// Since 1.28 an image has a digest too.
 struct DerivedImage
 {
     fz_image super;

@@ -51,7 +51,9 @@ std::vector<int> rootKidNumbers(MupdfContext &context, pdf_document *document);
 void readKids(MupdfContext &context, pdf_document *document, const std::vector<int> &numbers,
               std::size_t from, std::size_t to, std::vector<PageTreeKid> &kids);
 
-/// Walks the page tree. A node is what has kids; every node counts once; damaged kids are no pages.
+/// Walks the page tree. MuPDF's own walk recurses, believes the counts that nodes claim and takes
+/// what names no kids for a page; readers show other pages of damaged files. A node is what has
+/// kids; every node counts once; damaged kids are no pages.
 ///
 /// @param rootKids  What is known of the root's kids already; may be empty.
 /// @param hasTree   Set to whether there is a page tree at all.

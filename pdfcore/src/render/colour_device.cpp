@@ -258,10 +258,7 @@ fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourTra
 /// The image to hand on for `image`: borrowed, itself where no conversion is needed.
 fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image)
 {
-    if (image->imagemask != 0) {
-        return image;
-    }
-    const ColourTransform *transform = transformFor(ctx, device, image->colorspace);
+    const ColourTransform *transform = transformFor(ctx, device, colourSpaceOf(image));
     if (transform == nullptr) {
         return image;
     }
@@ -342,7 +339,7 @@ void fillConvertedShade(fz_context *ctx, ColourDevice &device, fz_shade *shade, 
                         fz_matrix ctm, float alpha, fz_color_params params,
                         const ColourTransform &transform)
 {
-    fz_colorspace *base = baseOf(shade->colorspace);
+    fz_colorspace *base = baseOf(colourSpaceOf(shade));
     fz_pixmap *own = nullptr;
     fz_pixmap *rgb = nullptr;
     fz_image *image = nullptr;
@@ -353,10 +350,10 @@ void fillConvertedShade(fz_context *ctx, ColourDevice &device, fz_shade *shade, 
     {
         own = fz_new_pixmap_with_bbox(ctx, base, box, nullptr, 1);
         fz_clear_pixmap(ctx, own);
-        if (shade->use_background != 0) {
-            std::array<float, FZ_MAX_COLORS> background{};
-            toBase(ctx, shade->colorspace, shade->background, background.data());
-            fz_fill_pixmap_with_color(ctx, own, base, background.data(), params);
+        if (const float *background = backgroundOf(shade); background != nullptr) {
+            std::array<float, FZ_MAX_COLORS> colour{};
+            toBase(ctx, colourSpaceOf(shade), background, colour.data());
+            fz_fill_pixmap_with_color(ctx, own, base, colour.data(), params);
         }
         fz_paint_shade(ctx, shade, nullptr, ctm, own, params, box, nullptr, nullptr);
         rgb = newRgbPixmap(ctx, own, transform);
@@ -382,7 +379,7 @@ void fillShade(fz_context *ctx, fz_device *dev, fz_shade *shade, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    const ColourTransform *transform = transformFor(ctx, self(dev), shade->colorspace);
+    const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(shade));
     if (transform != nullptr) {
         fz_rect bounds =
             fz_intersect_rect(fz_bound_shade(ctx, shade, ctm), fz_device_current_scissor(ctx, dev));
@@ -573,8 +570,7 @@ fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
     device->cookie = &cookie;
 
     fz_device &calls = device->super;
-    calls.hints = target->hints;
-    calls.flags = target->flags;
+    copyHints(&calls, target);
     calls.close_device = &closeDevice;
     calls.drop_device = &dropDevice;
     calls.fill_path = &fillPath;

@@ -2,6 +2,7 @@
 #include "pdfcore/src/render/colour_spaces.h"
 
 #include "pdfcore/src/mupdf/mupdf_context.h"
+#include "pdfcore/src/mupdf/mupdf_internals.h"
 
 namespace pdfcore {
 
@@ -69,7 +70,7 @@ const ColourTransform *ColourSpaces::transformOf(const fz_colorspace *space) con
     if (const auto found = m_transforms.find(space); found != m_transforms.end()) {
         return found->second.get();
     }
-    return space->type == FZ_COLORSPACE_CMYK ? ColourTransform::pressCmyk().get() : nullptr;
+    return isCmyk(space) ? ColourTransform::pressCmyk().get() : nullptr;
 }
 
 bool ColourSpaces::enter(fz_context *ctx, pdf_obj *object) noexcept

@@ -9,7 +9,8 @@ namespace pdfcore {
 /// Renders page i at size i, into element i of both lists, which have the length of `pages`.
 ///
 /// A batch of several pages is shared with further threads as far as renderThreadLimit() allows;
-/// the call returns when all pages are done. Nothing is thrown.
+/// the call returns when all pages are done. These are threads of their own because a caller in a
+/// pool of Qt may hold the last one there. Nothing is thrown.
 void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes,
                  QList<QImage> &images, QStringList &messages);
 

@@ -10,7 +10,6 @@
 #include <QFile>
 
 #include <algorithm>
-#include <cstring>
 #include <future>
 #include <string>
 #include <system_error>
@@ -184,7 +183,7 @@ bool DocumentSession::adoptKeyFromQpdf()
 {
     constexpr int kLastRevisionWithDocEncoding = 4;
     fz_context *ctx = m_context.get();
-    if (pdf_crypt_revision(ctx, cryptOf(m_document)) > kLastRevisionWithDocEncoding) {
+    if (encryptionRevision(ctx, m_document) > kLastRevisionWithDocEncoding) {
         return false;
     }
     EngineError outcome;
@@ -192,12 +191,7 @@ bool DocumentSession::adoptKeyFromQpdf()
     if (!document || !document->isEncrypted()) {
         return false;
     }
-    const std::string key = document->getEncryptionKey();
-    if (key.size() * 8 != static_cast<std::size_t>(pdf_crypt_length(ctx, cryptOf(m_document)))) {
-        return false;
-    }
-    std::memcpy(pdf_crypt_key(ctx, cryptOf(m_document)), key.data(), key.size());
-    return true;
+    return replaceFileKey(ctx, m_document, document->getEncryptionKey());
 }
 
 EngineError DocumentSession::readPageTree()

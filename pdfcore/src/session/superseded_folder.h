@@ -15,7 +15,8 @@ class SessionPool;
 
 /// The private folders of this process for superseded content. Each is made when it is first needed
 /// and removed with this object; what a process left that did not end in order is removed by a
-/// later one. Any thread.
+/// later one. QTemporaryDir would leave such content behind for good, and cannot tell a folder in
+/// use from one that is not. Any thread.
 class SupersededFolder final
 {
 public:

@@ -55,10 +55,10 @@ QByteArray drawing(FidelityDocument &document, QPDFObjectHandle look)
 QByteArray appearanceOf(FidelityDocument &document, QPDFObjectHandle widget)
 {
     QByteArray text = document.describe(widget.getKey("/AS"));
-    QPDFObjectHandle looks = widget.getKey("/AP");
+    QPDFObjectHandle appearances = widget.getKey("/AP");
     for (const std::string &key :
-         looks.isDictionary() ? looks.getKeys() : std::set<std::string>()) {
-        QPDFObjectHandle look = looks.getKey(key);
+         appearances.isDictionary() ? appearances.getKeys() : std::set<std::string>()) {
+        QPDFObjectHandle appearance = appearances.getKey(key);
         text += ' ' + QByteArray::fromStdString(key);
         if (!look.isDictionary() || look.isStream()) {
             text += ' ' + drawing(document, look);

@@ -152,7 +152,8 @@ QStringList syntaxProblems(const QString &path)
     } catch (const std::exception &exception) {
         messages += exception.what();
     }
-    return {QStringLiteral("syntax: ") + QString::fromStdString(messages)};
+    // On a line of its own, because what the checker says first depends on the release.
+    return {QStringLiteral("syntax:\n") + QString::fromStdString(messages)};
 }
 
 QStringList pageProblems(FidelityDocument &document)

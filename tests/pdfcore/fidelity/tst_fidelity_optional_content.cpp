@@ -34,7 +34,7 @@ QColor pixel(const PdfSourcePage &page, int x)
 
 } // namespace
 
-/// Layers after a save.
+/// Optional content after a save.
 class TestFidelityOptionalContent : public QObject
 {
     Q_OBJECT

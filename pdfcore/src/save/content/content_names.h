@@ -11,7 +11,8 @@
 
 namespace pdfcore {
 
-/// The names that content streams (ISO 32000-2, 7.8.2) of a document use as operands.
+/// The names that content streams (ISO 32000-2, 7.8.2) of a document use as operands. QPDF's own
+/// search for unused resources knows fonts and XObjects only and gives up on odd content.
 class ContentNames
 {
 public:

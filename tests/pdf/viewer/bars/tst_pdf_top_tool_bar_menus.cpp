@@ -4,6 +4,7 @@
 #include "pdf/viewer/common/rounded_popup_menu.h"
 #include "res/resources.h"
 #include "tests/pdf/viewer/bars/tool_bar_probe.h"
+#include "tests/support/menu_click.h"
 
 #include <QImage>
 #include <QMargins>
@@ -88,9 +89,7 @@ void TestPdfTopToolBarMenus::chooseByMouse(QMenu *openMenu, const QString &text)
     const auto actions = openMenu->actions();
     for (QAction *action : actions) {
         if (action->text() == text) {
-            const QPoint centre = openMenu->actionGeometry(action).center();
-            QTest::mouseMove(openMenu, centre);
-            QTest::mouseClick(openMenu, Qt::LeftButton, {}, centre);
+            clickMenuEntry(*openMenu, action);
             return;
         }
     }

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tests/support/menu_click.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QTest>
+
+void clickMenuEntry(QMenu &menu, QAction *entry)
+{
+    constexpr int kMoves = 10;
+    const QPoint place = menu.actionGeometry(entry).center();
+    for (int distance = kMoves; distance >= 0; --distance) {
+        const QPoint position = place - QPoint(distance, 0);
+        QMouseEvent move(QEvent::MouseMove, position, menu.mapToGlobal(position), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&menu, &move);
+    }
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, place);
+}

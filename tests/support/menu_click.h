@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+class QAction;
+class QMenu;
+
+/// Clicks an entry of an open menu as a user does: after moving the pointer to it. Some releases of
+/// Qt take a click that comes without a move for the end of the click that opened the menu.
+void clickMenuEntry(QMenu &menu, QAction *entry);
