@@ -370,6 +370,13 @@ void TestEngineColour::inks_data()
                           {},
                           {{20, 100, kCyanMagenta}}});
     add("image", {kImage, kUsesX, {image("/DeviceCMYK", kBytesCyan)}, {{100, 100, kCyan}}});
+    add("image that is higher than it is wide",
+        {kImage,
+         kUsesX,
+         {PdfFixture::streamBody("/Type /XObject /Subtype /Image /Width 1 /Height 4 "
+                                 "/BitsPerComponent 8 /ColorSpace /DeviceCMYK",
+                                 QByteArray(kBytesCyan).repeated(3) + kBytesHalfMagenta)},
+         {{100, 175, kCyan}, {100, 75, kCyan}, {100, 25, kHalfMagenta}}});
     add("image, half",
         {kImage, kUsesX, {image("/DeviceCMYK", kBytesHalfMagenta)}, {{100, 100, kHalfMagenta}}});
     add("image with inverted values",
@@ -700,6 +707,14 @@ void TestEngineColour::transparency_data()
                                          masked("/BC [0 0 0 1]"),
                                          {form("0 0 0 0 k 100 0 100 200 re f", group)},
                                          {{50, 100, Qt::white}, {150, 100, kCyan}}});
+    const QByteArray opacity =
+        "/Resources << /ExtGState << /Opacity << /SMask << /S /Alpha /G 6 0 R >> >> >> >> ";
+    add("mask in CMYK that has a mask of opacity within",
+        {"/G gs 1 0 0 0 k" + kAll,
+         masked({}),
+         {form("q /Opacity gs 0 0 0 0 k" + kAll + "Q " + halves, opacity + group),
+          form("0 g" + kAll, group)},
+         {{50, 100, Qt::white}, {150, 100, kCyan}}});
     add("mask in grey", {"/G gs 1 0 0 0 k" + kAll,
                          masked({}),
                          {form("0 g 0 0 100 200 re f 1 g 100 0 100 200 re f",

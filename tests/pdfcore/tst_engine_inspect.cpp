@@ -87,6 +87,7 @@ private slots:
     void unusualFileNamesOpen_data();
     void unusualFileNamesOpen();
     void truncatedFileShowsTheRemainingPages();
+    void pagesInObjectStreamsThatTheTableLeavesOutAreFound();
     void leadingAndTrailingBytesDoNotMatter();
     void fileWithoutPagesHasNone();
     void pageTreesAreRead_data();
@@ -267,6 +268,23 @@ void TestEngineInspect::truncatedFileShowsTheRemainingPages()
     QCOMPARE(widths(inspect(folder.path(u"out.pdf"_s)).pageSizes), QList<double>{12});
 }
 
+void TestEngineInspect::pagesInObjectStreamsThatTheTableLeavesOutAreFound()
+{
+    const QByteArray tree = "<< /Type /Pages /Kids [4 0 R] /Count 1 >> ";
+    const QByteArray places = "3 0 4 " + QByteArray::number(tree.size()) + ' ';
+    const QByteArray page = "<< /Type /Page /Parent 3 0 R /MediaBox [0 0 100 200] >>";
+    const QByteArray stream = PdfFixture::streamBody(
+        "/Type /ObjStm /N 2 /First " + QByteArray::number(places.size()), places + tree + page);
+    // The table does not name the object behind the catalogue either, whose number is the highest.
+    const QByteArray catalogue = "<< /Type /Catalog /Pages 3 0 R >>\nendobj\n5 0 obj\nnull";
+    Folder folder;
+    const QString path = folder.add(u"streams.pdf"_s, PdfFixture::fromObjects({catalogue, stream}));
+    const Inspection found = inspect(path);
+    QVERIFY2(found.ok, qPrintable(found.message));
+    QCOMPARE(found.pageSizes, QList<QSizeF>{QSizeF(100, 200)});
+    QVERIFY(render(filePage(path)).ok);
+}
+
 void TestEngineInspect::leadingAndTrailingBytesDoNotMatter()
 {
     Folder folder;
@@ -433,6 +451,8 @@ void TestEngineInspect::pageSizes_data()
     };
     inherits("inherited media box", "", box, {100, 200});
     inherits("inherited crop box", box, "/CropBox [10 20 60 120]", {50, 100});
+    inherits("crop box outside an inherited media box", "/CropBox [300 300 400 400]", box,
+             {100, 200});
     inherits("inherited rotation", box, "/Rotate 90", {200, 100});
     inherits("rotation overriding the inherited", box + "/Rotate 0", "/Rotate 90", {100, 200});
     inherits("rotation inherited by a page that does not know its parent", box + "/Parent null",

@@ -12,6 +12,7 @@ private slots:
     void barsAreAsThickAsAskedFor_data();
     void barsAreAsThickAsAskedFor();
     void handleFillsTheBarButForItsMargins();
+    void handleOfAHorizontalBarHasTheMarginsTurned();
     void handleLightsUpUnderThePointer();
     void handleStaysLongEnoughToBeGrabbed();
 
@@ -63,6 +64,22 @@ void TestScrollBarStyle::handleFillsTheBarButForItsMargins()
     QCOMPARE(image.pixelColor(7, 1), Theme::white);
     QCOMPARE(image.pixelColor(7, 2), QColor(Qt::red));
     QCOMPARE(image.pixelColor(7, 150), Theme::white);
+}
+
+void TestScrollBarStyle::handleOfAHorizontalBarHasTheMarginsTurned()
+{
+    QWidget window;
+    window.setStyleSheet(
+        QStringLiteral("QWidget { background: #ffffff; }") +
+        scrollBarStyleSheet({.margins = {4, 2, 0, 2}, .handle = Qt::red, .radius = 0}));
+    const QScrollBar &horizontal = addBar(window, Qt::Horizontal, 1);
+    const QImage image = window.grab(horizontal.geometry()).toImage();
+    QCOMPARE(image.pixelColor(1, 5), Theme::white);
+    QCOMPARE(image.pixelColor(2, 5), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(50, 0), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(50, 5), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(50, 6), Theme::white);
+    QCOMPARE(image.pixelColor(50, 9), Theme::white);
 }
 
 void TestScrollBarStyle::handleLightsUpUnderThePointer()

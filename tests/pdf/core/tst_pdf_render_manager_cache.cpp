@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/pdf_editor_backend.h"
 #include "tests/pdf/core/render_bench.h"
+#include "tests/support/pdf_fixture.h"
 
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace RenderBench;
@@ -22,6 +25,7 @@ private slots:
     void blankPagesOfOneSizeShareAnImage();
     void whatChangesThePictureIsPartOfTheKey_data();
     void whatChangesThePictureIsPartOfTheKey();
+    void revisionsOfOneFileHaveImagesOfTheirOwn();
     void pathsWithPlaceMarkersAreKeptApart();
     void pageBeyondTheBoundIsDeliveredButNotCached();
     void largestPageWithinTheBoundIsCached();
@@ -191,6 +195,34 @@ void TestPdfRenderManagerCache::whatChangesThePictureIsPartOfTheKey()
     bench.finish();
     QCOMPARE(bench.engine.callCount(), shared ? 1 : 2);
     QCOMPARE(bench.deliveries.size(), 2);
+}
+
+void TestPdfRenderManagerCache::revisionsOfOneFileHaveImagesOfTheirOwn()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("document.pdf"));
+    const auto firstPage = [&path](PdfPageId id) {
+        PdfDocumentInfo info;
+        PdfEditorBackend::inspectDocument(path, QString(), &info, nullptr, nullptr);
+        PdfPageRecord record = page(id);
+        record.sourcePath = path;
+        record.revision = info.revision;
+        return record;
+    };
+    QVERIFY(PdfFixture::write(path, PdfFixture::pagesByNumber(1)));
+    const PdfPageRecord before = firstPage(1);
+    QVERIFY(PdfFixture::write(path, PdfFixture::pagesByNumber(2)));
+    const PdfPageRecord after = firstPage(2);
+    QVERIFY(before.revision && after.revision && before.revision != after.revision);
+
+    Bench bench;
+    for (const PdfPageRecord &record : {before, after, before, after}) {
+        bench.manager->requestPage(record, QSize(10, 10), Purpose::PageView, 0);
+        bench.finish();
+    }
+    QCOMPARE(bench.engine.callCount(), 2);
+    QCOMPARE(bench.engine.calls().back().sources.constFirst().revision, after.revision);
+    QCOMPARE(bench.deliveries.size(), 4);
 }
 
 void TestPdfRenderManagerCache::pathsWithPlaceMarkersAreKeptApart()

@@ -28,6 +28,7 @@ class TestFidelityStrayReferences : public QObject
 private slots:
     void whatAGonePageListsAsAnnotations_data();
     void whatAGonePageListsAsAnnotations();
+    void pageTreeStaysBehindThatANoteRefersTo();
     void markedContentWithoutAType_data();
     void markedContentWithoutAType();
     void objectsOfTheStructureWithoutAType();
@@ -115,6 +116,26 @@ void TestFidelityStrayReferences::whatAGonePageListsAsAnnotations()
         }
         QVERIFY(!everythingIn(output).contains("MAIN-2"));
         QVERIFY(test.looksLike(int(page), test.pages(u"M1"_s).constFirst()));
+        NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+    }
+}
+
+void TestFidelityStrayReferences::pageTreeStaysBehindThatANoteRefersTo()
+{
+    FidelityAssembly document = FidelityFixture::plain("OTHER", 2);
+    document.set("note", "<< /Type /Annot /Subtype /Stamp /Rect [50 50 90 90] /Tree {pages} "
+                         "/Trees [{pages}] /Contents (note) >>");
+    document.addEntries("page1", "/Annots [{note}]");
+    FidelityCase test;
+    test.add("MAIN", FidelityFixture::plain("MAIN", 1).file());
+    test.add("OTHER", document.file());
+    for (const QString &list : {u"M1 O1"_s, u"M1 O1-2"_s}) {
+        const auto saved = test.save(list);
+        QCOMPARE(saved->output().annotations(1).size(), 1U);
+        QPDFObjectHandle note = saved->output().annotations(1).front();
+        QCOMPARE(fidelityText(note.getKey("/Contents")), u"note"_s);
+        QVERIFY(!note.hasKey("/Tree"));
+        QVERIFY(note.getKey("/Trees").getArrayItem(0).isNull());
         NO_PROBLEMS(FidelitySoundness::problems(test.output()));
     }
 }

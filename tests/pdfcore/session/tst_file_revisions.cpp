@@ -68,6 +68,7 @@ private slots:
     void theFileItselfHasTheNewPages();
     void pagesOfEachStateStayTheirOwn();
     void keptContentGoesWithItsLastUser();
+    void keptContentIsClosedWithItsLastUser();
     void contentThatNobodyUsesIsNotKept();
     void aFailedSaveKeepsThePages();
     void rendersUnderWayDuringASaveShowTheOldPages();
@@ -175,6 +176,20 @@ void TestFileRevisions::keptContentGoesWithItsLastUser()
     pages.clear();
     QCOMPARE(keptFiles().size(), 1);
     QCOMPARE(numbersOf(history), QList<int>{1});
+}
+
+void TestFileRevisions::keptContentIsClosedWithItsLastUser()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    pdfcore::SessionPool &sessions = pdfcore::Engine::instance().sessions();
+    QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(save({pages.at(3)}, path).ok);
+    sessions.closeIdle();
+    QCOMPARE(numbersOf({pages.at(1)}), QList<int>{1});
+    QCOMPARE(sessions.idleCount(), 1);
+    pages.clear();
+    QCOMPARE(sessions.idleCount(), 0);
 }
 
 void TestFileRevisions::contentThatNobodyUsesIsNotKept()
