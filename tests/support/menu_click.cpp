@@ -8,6 +8,12 @@
 
 void clickMenuEntry(QMenu &menu, QAction *entry)
 {
+    moveToMenuEntry(menu, entry);
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(entry).center());
+}
+
+void moveToMenuEntry(QMenu &menu, QAction *entry)
+{
     constexpr int kMoves = 10;
     const QPoint place = menu.actionGeometry(entry).center();
     for (int distance = kMoves; distance >= 0; --distance) {
@@ -16,5 +22,4 @@ void clickMenuEntry(QMenu &menu, QAction *entry)
                          Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&menu, &move);
     }
-    QTest::mouseClick(&menu, Qt::LeftButton, {}, place);
 }
