@@ -164,7 +164,7 @@ void TestPdfTopToolBarMenus::toolsMenuOpensByItsButton()
     });
     look.start(1);
     QTest::mousePress(button("pdfToolsButton"), Qt::LeftButton);
-    QVERIFY(opened);
+    QTRY_VERIFY(opened);
     QCOMPARE(m_log->take(), QStringList());
 }
 
