@@ -35,20 +35,20 @@ QPDFObjectHandle rootOf(QPDFObjectHandle field)
 }
 
 /// What a form object draws, with fonts in the place of their names, which may change.
-QByteArray drawing(FidelityDocument &document, QPDFObjectHandle look)
+QByteArray drawing(FidelityDocument &document, QPDFObjectHandle appearance)
 {
-    if (!look.isStream()) {
-        return document.describe(look);
+    if (!appearance.isStream()) {
+        return document.describe(appearance);
     }
-    QByteArray data = fidelityData(look);
-    QPDFObjectHandle resources = look.getDict().getKey("/Resources");
+    QByteArray data = fidelityData(appearance);
+    QPDFObjectHandle resources = appearance.getDict().getKey("/Resources");
     QPDFObjectHandle fonts = resources.isDictionary() ? resources.getKey("/Font") : resources;
     for (const std::string &name :
          fonts.isDictionary() ? fonts.getKeys() : std::set<std::string>()) {
         data.replace(QByteArray(QByteArray::fromStdString(name) + ' '),
                      QByteArray(document.describe(fonts.getKey(name)) + ' '));
     }
-    return document.describe(look.getDict().getKey("/BBox")) + data;
+    return document.describe(appearance.getDict().getKey("/BBox")) + data;
 }
 
 /// What a widget shows in each of its states.
@@ -60,13 +60,13 @@ QByteArray appearanceOf(FidelityDocument &document, QPDFObjectHandle widget)
          appearances.isDictionary() ? appearances.getKeys() : std::set<std::string>()) {
         QPDFObjectHandle appearance = appearances.getKey(key);
         text += ' ' + QByteArray::fromStdString(key);
-        if (!look.isDictionary() || look.isStream()) {
-            text += ' ' + drawing(document, look);
+        if (!appearance.isDictionary() || appearance.isStream()) {
+            text += ' ' + drawing(document, appearance);
             continue;
         }
-        for (const std::string &state : look.getKeys()) {
+        for (const std::string &state : appearance.getKeys()) {
             text += ' ' + QByteArray::fromStdString(state) + ' ' +
-                    drawing(document, look.getKey(state));
+                    drawing(document, appearance.getKey(state));
         }
     }
     return text;
