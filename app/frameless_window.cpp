@@ -25,6 +25,7 @@ constexpr QSize kMinimumSize(940, 600);
 
 FramelessWindow::FramelessWindow(QWidget *parent)
     : QWidget(parent)
+    , m_dragStripHeight(TitleBar::kHeight)
     , m_titleBar(new TitleBar(this))
     , m_lowerCorners{new WindowCorner(Qt::BottomLeftCorner, this),
                      new WindowCorner(Qt::BottomRightCorner, this)}
@@ -73,7 +74,7 @@ void FramelessWindow::closeEvent(QCloseEvent *event)
 
 void FramelessWindow::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton || event->position().y() > TitleBar::kHeight) {
+    if (event->button() != Qt::LeftButton || event->position().y() > m_dragStripHeight) {
         QWidget::mousePressEvent(event);
         return;
     }

@@ -40,7 +40,8 @@ private:
     void updateMask();
 
     bool m_dragging = false;
-    QPoint m_dragOffset; ///< Global press position minus the top left corner of the frame.
+    QPoint m_dragOffset;   ///< Global press position minus the top left corner of the frame.
+    int m_dragStripHeight; ///< From the upper edge of the window, in logical pixels.
     TitleBar *m_titleBar;
     QWidget *m_content = nullptr;
     std::array<WindowCorner *, 2> m_lowerCorners;

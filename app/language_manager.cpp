@@ -82,7 +82,7 @@ bool LanguageManager::applyLanguage(const QString &code)
     }
     m_translator = std::move(translator);
     QLocale::setDefault(QLocale(language->language, language->territory));
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    QGuiApplication::setLayoutDirection(language->layoutDirection);
     if (m_translator) {
         QCoreApplication::installTranslator(m_translator.get());
     }

@@ -11,20 +11,20 @@ namespace {
 constexpr QChar kCodeSeparator(u'_');
 
 constexpr std::array<Language, 7> kLanguages{{
-    {kSourceLanguage, QLatin1String(), QT_TRANSLATE_NOOP("LanguageDialog", "简体中文"),
-     QLocale::Chinese, QLocale::China},
-    {kFallbackLanguage, QLatin1String(":/res/translate/plenvo_en.qm"),
-     QT_TRANSLATE_NOOP("LanguageDialog", "英语"), QLocale::English, QLocale::UnitedStates},
-    {QLatin1String("de_DE"), QLatin1String(":/res/translate/de.qm"),
-     QT_TRANSLATE_NOOP("LanguageDialog", "德语"), QLocale::German, QLocale::Germany},
-    {QLatin1String("fr_FR"), QLatin1String(":/res/translate/fr.qm"),
-     QT_TRANSLATE_NOOP("LanguageDialog", "法语"), QLocale::French, QLocale::France},
-    {QLatin1String("es_ES"), QLatin1String(":/res/translate/es.qm"),
-     QT_TRANSLATE_NOOP("LanguageDialog", "西班牙语"), QLocale::Spanish, QLocale::Spain},
-    {QLatin1String("ar_SA"), QLatin1String(":/res/translate/ar.qm"),
-     QT_TRANSLATE_NOOP("LanguageDialog", "阿拉伯语"), QLocale::Arabic, QLocale::SaudiArabia},
-    {QLatin1String("ja_JP"), QLatin1String(":/res/translate/jp.qm"),
-     QT_TRANSLATE_NOOP("LanguageDialog", "日语"), QLocale::Japanese, QLocale::Japan},
+    {kSourceLanguage, QLatin1String(), QLocale::Chinese, QLocale::China, Qt::LeftToRight,
+     QT_TRANSLATE_NOOP("LanguageDialog", "简体中文")},
+    {kFallbackLanguage, QLatin1String(":/res/translate/plenvo_en.qm"), QLocale::English,
+     QLocale::UnitedStates, Qt::LeftToRight, QT_TRANSLATE_NOOP("LanguageDialog", "英语")},
+    {QLatin1String("de_DE"), QLatin1String(":/res/translate/de.qm"), QLocale::German,
+     QLocale::Germany, Qt::LeftToRight, QT_TRANSLATE_NOOP("LanguageDialog", "德语")},
+    {QLatin1String("fr_FR"), QLatin1String(":/res/translate/fr.qm"), QLocale::French,
+     QLocale::France, Qt::LeftToRight, QT_TRANSLATE_NOOP("LanguageDialog", "法语")},
+    {QLatin1String("es_ES"), QLatin1String(":/res/translate/es.qm"), QLocale::Spanish,
+     QLocale::Spain, Qt::LeftToRight, QT_TRANSLATE_NOOP("LanguageDialog", "西班牙语")},
+    {QLatin1String("ar_SA"), QLatin1String(":/res/translate/ar.qm"), QLocale::Arabic,
+     QLocale::SaudiArabia, Qt::LeftToRight, QT_TRANSLATE_NOOP("LanguageDialog", "阿拉伯语")},
+    {QLatin1String("ja_JP"), QLatin1String(":/res/translate/jp.qm"), QLocale::Japanese,
+     QLocale::Japan, Qt::LeftToRight, QT_TRANSLATE_NOOP("LanguageDialog", "日语")},
 }};
 
 } // namespace

@@ -7,17 +7,19 @@
 
 #include <span>
 
-/// One language of the interface. All of them, Arabic too, are laid out from left to right.
+/// One language of the interface.
 struct Language
 {
     /// The code as it stands in the settings, such as "de_DE".
     QLatin1String code;
     /// Resource path of the catalogue; empty for the language of the source texts.
     QLatin1String catalogue;
-    /// What the language is called, to be translated in the context "LanguageDialog".
-    const char *name;
     QLocale::Language language;
     QLocale::Territory territory;
+    /// From left to right for all of them, Arabic too.
+    Qt::LayoutDirection layoutDirection;
+    /// What the language is called, to be translated in the context "LanguageDialog".
+    const char *name;
 };
 
 /// The language of the source texts.

@@ -218,6 +218,7 @@ void PdfViewerWidget::setViewMode(PdfViewMode mode)
 
 void PdfViewerWidget::setWorkspaceMode(PdfWorkspaceMode mode)
 {
+    m_workspaceMode = mode;
     m_topToolBar->setWorkspaceMode(static_cast<int>(mode));
     m_pageManagerView->setWorkspaceMode(static_cast<int>(mode));
     m_operationSidePanel->setWorkspaceMode(static_cast<int>(mode));
@@ -227,7 +228,7 @@ void PdfViewerWidget::buildInterface()
 {
     setObjectName(QStringLiteral("pdfViewerWidget"));
     m_topToolBar = new PdfTopToolBar(this);
-    QSplitter *splitter = createSplitter();
+    buildSplitter();
 
     auto *divider = new QFrame(this);
     divider->setObjectName(QStringLiteral("pdfToolbarViewDivider"));
@@ -240,7 +241,7 @@ void PdfViewerWidget::buildInterface()
     layout->setSpacing(0);
     layout->addWidget(m_topToolBar);
     layout->addWidget(divider);
-    layout->addWidget(splitter, 1);
+    layout->addWidget(m_splitter, 1);
 
     // Floats over the views and is in no layout.
     m_bottomBar = new PdfBottomControlBar(m_viewStack);
@@ -248,7 +249,7 @@ void PdfViewerWidget::buildInterface()
     setFocusProxy(m_documentView);
 }
 
-QSplitter *PdfViewerWidget::createSplitter()
+void PdfViewerWidget::buildSplitter()
 {
     m_thumbnailPanel = new PdfThumbnailPanel;
     m_thumbnailPanel->setModel(m_model);
@@ -266,20 +267,19 @@ QSplitter *PdfViewerWidget::createSplitter()
     m_viewStack->addWidget(m_documentView);
     m_viewStack->addWidget(m_pageManagerView);
 
-    auto *splitter = new QSplitter(Qt::Horizontal, this);
-    splitter->setObjectName(QStringLiteral("pdfViewerSplitter"));
-    splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(kSplitterHandleWidth);
-    splitter->setStyleSheet(QString(kSplitterStyleSheet).arg(Theme::border.name()));
-    splitter->addWidget(m_thumbnailPanel);
-    splitter->addWidget(m_viewStack);
-    splitter->addWidget(m_operationSidePanel);
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-    splitter->setStretchFactor(2, 0);
-    splitter->setSizes({m_thumbnailPanel->sizeHint().width(), kViewsWidth,
-                        m_operationSidePanel->sizeHint().width()});
-    return splitter;
+    m_splitter = new QSplitter(Qt::Horizontal, this);
+    m_splitter->setObjectName(QStringLiteral("pdfViewerSplitter"));
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(kSplitterHandleWidth);
+    m_splitter->setStyleSheet(QString(kSplitterStyleSheet).arg(Theme::border.name()));
+    m_splitter->addWidget(m_thumbnailPanel);
+    m_splitter->addWidget(m_viewStack);
+    m_splitter->addWidget(m_operationSidePanel);
+    m_splitter->setStretchFactor(0, 0);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setStretchFactor(2, 0);
+    m_splitter->setSizes({m_thumbnailPanel->sizeHint().width(), kViewsWidth,
+                          m_operationSidePanel->sizeHint().width()});
 }
 
 void PdfViewerWidget::showOpenedDocument()

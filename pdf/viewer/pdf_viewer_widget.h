@@ -112,7 +112,7 @@ public slots:
 
 private:
     void buildInterface();
-    QSplitter *createSplitter();
+    void buildSplitter();
     // In pdf_viewer_connections.cpp.
     void connectParts();
     void connectDocumentView();
@@ -139,16 +139,18 @@ private:
     PdfDocumentModel *m_model;
     PdfRenderManager *m_renderManager;
     PdfUndoManager *m_undoManager;
-    PdfFileCommands *m_fileCommands;
-    PdfPageCommands *m_pageCommands;
     PdfTopToolBar *m_topToolBar = nullptr;
+    QSplitter *m_splitter = nullptr;
     PdfThumbnailPanel *m_thumbnailPanel = nullptr;
     QStackedWidget *m_viewStack = nullptr;
     PdfDocumentView *m_documentView = nullptr;
     PdfPageManagerView *m_pageManagerView = nullptr;
     PdfOperationSidePanel *m_operationSidePanel = nullptr;
     PdfBottomControlBar *m_bottomBar = nullptr;
-    FloatingBarPlacer *m_bottomBarPlacer = nullptr;
     PdfViewMode m_viewMode = PdfViewMode::DocumentView;
+    PdfWorkspaceMode m_workspaceMode = PdfWorkspaceMode::NormalMode;
     bool m_thumbnailsVisible = true;
+    PdfFileCommands *m_fileCommands;
+    PdfPageCommands *m_pageCommands;
+    FloatingBarPlacer *m_bottomBarPlacer = nullptr;
 };
