@@ -18,16 +18,14 @@ install one of those, or configure with -DQUILLORA_ANY_RELEASE=ON to try this on
 endfunction()
 
 # MuPDF has no stable interface: each of its releases has to be tried for itself.
-# See pdfcore/src/mupdf/mupdf_internals.h. The engine builds with 1.28, but shows the colours of some
-# ICC profiles wrongly there: that release no longer finds spaces that were put into its store for
-# arrays that are no objects of their own.
-if(NOT MuPDF_VERSION MATCHES "^1\\.(21|25)(\\.|$)")
-    quillora_refuse(MuPDF "${MuPDF_VERSION}" "1.21 and 1.25")
+# See pdfcore/src/mupdf/mupdf_internals.h.
+if(NOT MuPDF_VERSION MATCHES "^1\\.(21|25|28)(\\.|$)")
+    quillora_refuse(MuPDF "${MuPDF_VERSION}" "1.21, 1.25 and 1.28")
 endif()
 # QPDF and Qt keep their interfaces within a major release, so these may be newer than what was tried.
 if(qpdf_VERSION VERSION_LESS 11.3 OR qpdf_VERSION VERSION_GREATER_EQUAL 13)
-    quillora_refuse(QPDF "${qpdf_VERSION}" "11.3 and 12.2")
+    quillora_refuse(QPDF "${qpdf_VERSION}" "11.3, 12.2 and 12.4")
 endif()
 if(Qt6_VERSION VERSION_LESS 6.4)
-    quillora_refuse(Qt "${Qt6_VERSION}" "6.4 and 6.8")
+    quillora_refuse(Qt "${Qt6_VERSION}" "6.4, 6.8 and 6.11")
 endif()

@@ -109,6 +109,11 @@ void releasePageMap(fz_context *ctx, pdf_document *document, const std::vector<i
 
 // --- Colours ----------------------------------------------------------------------------------
 
+/// What the interpreter finds an ICC-based colour space by in the store: `space` itself or, since
+/// 1.28, the stream of its profile where the space is no object of its own. All releases: the
+/// interface does not say. Borrowed from `space`.
+[[nodiscard]] pdf_obj *storeKeyOf(fz_context *ctx, pdf_obj *space);
+
 /// The space in which the colours of an indexed or separation space are defined, else itself; null
 /// for null. 1.21 has no function for it. Does not throw.
 [[nodiscard]] fz_colorspace *baseOf(fz_colorspace *space);

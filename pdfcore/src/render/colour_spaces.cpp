@@ -182,11 +182,12 @@ void ColourSpaces::registerProfile(fz_context *ctx, pdf_document *document, pdf_
     if (known->second == nullptr) {
         return;
     }
-    void *stored = pdf_find_item(ctx, &fz_drop_colorspace_imp, space);
+    pdf_obj *key = storeKeyOf(ctx, space);
+    void *stored = pdf_find_item(ctx, &fz_drop_colorspace_imp, key);
     if (stored != nullptr) {
         fz_drop_colorspace(ctx, static_cast<fz_colorspace *>(stored));
     } else {
-        pdf_store_item(ctx, space, known->second, sizeof(fz_colorspace));
+        pdf_store_item(ctx, key, known->second, sizeof(fz_colorspace));
     }
 }
 
