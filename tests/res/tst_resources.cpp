@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QTest>
+#include <QTransform>
 
 #include <cmath>
 #include <functional>
@@ -361,7 +362,7 @@ void TestResources::mirroredPairsMatch()
     QFETCH(QString, left);
     QFETCH(QString, right);
 
-    const QImage one = load(left).mirrored(true, false);
+    const QImage one = load(left).transformed(QTransform::fromScale(-1, 1));
     const QImage other = load(right);
     int different = 0;
     forEachPixel(one, [&](int x, int y, const QColor &colour) {

@@ -29,8 +29,16 @@ void derivedImageDigest(fz_context *ctx, fz_image *image, unsigned char digest[1
 #endif
 
 /// Only in memory: MuPDF compares page indexes with the count that the tree claims.
+///
+/// 1.28: refuses more pages than there are objects, though a tree may hold a page twice; room for
+/// further objects makes them enough.
 void setPageCount(fz_context *ctx, pdf_document *document, int count)
 {
+#if QUILLORA_MUPDF_SINCE(28)
+    if (count >= pdf_xref_len(ctx, document)) {
+        pdf_get_incremental_xref_entry(ctx, document, count);
+    }
+#endif
     pdf_obj *root = pdf_dict_getp(ctx, pdf_trailer(ctx, document), "Root/Pages");
     if (pdf_dict_get_int(ctx, root, PDF_NAME(Count)) != count) {
         pdf_dict_put_int(ctx, root, PDF_NAME(Count), count);
@@ -90,6 +98,20 @@ void settlePageReferences(fz_context *ctx, pdf_document *document,
 
 #endif
 
+/// Lets form fields be shown by the appearances that the file holds for them.
+///
+/// 1.28: draws all fields anew where the form asks for it (/NeedAppearances), without what the form
+/// states for all of its fields. A field without an appearance is drawn anew by all releases.
+void showFieldsAsStored([[maybe_unused]] fz_context *ctx, [[maybe_unused]] pdf_document *document)
+{
+#if QUILLORA_MUPDF_SINCE(28)
+    pdf_obj *form = pdf_dict_getp(ctx, pdf_trailer(ctx, document), "Root/AcroForm");
+    if (pdf_dict_get(ctx, form, PDF_NAME(NeedAppearances)) != nullptr) {
+        pdf_dict_del(ctx, form, PDF_NAME(NeedAppearances));
+    }
+#endif
+}
+
 } // namespace
 
 fz_stream *streamOf(pdf_document *document)
@@ -148,6 +170,7 @@ void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<i
     if (pageNumbers.empty()) {
         return;
     }
+    showFieldsAsStored(ctx, document);
 #if QUILLORA_MUPDF_SINCE(25)
     // A change drops the map that there is, so the count comes first.
     setPageCount(ctx, document, static_cast<int>(pageNumbers.size()));

@@ -83,6 +83,8 @@ bool replaceFileKey(fz_context *ctx, pdf_document *document, const std::string &
 /// 1.21: the interface walks the tree from its start for every page. Since 1.25 MuPDF makes such a
 /// list by itself, at once, but of a damaged tree it lists other pages than those that are shown,
 /// and it makes it anew after every change of an object.
+///
+/// 1.28: also lets form fields be shown by the appearances that the file holds for them.
 void installPageMap(fz_context *ctx, pdf_document *document, const std::vector<int> &pageNumbers);
 
 /// Loads the page at `index`, whose object is `object`; the pages have been installed.

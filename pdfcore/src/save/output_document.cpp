@@ -38,6 +38,15 @@ void turnPage(QPDFObjectHandle page, QPDFObjectHandle own, int rotation)
     }
 }
 
+/// Lets a page that has no resources say so, as it has to (ISO 32000-2, 7.7.3.3); what it inherited
+/// has been made its own.
+void ensureResources(QPDFObjectHandle page)
+{
+    if (!page.hasKey("/Resources")) {
+        page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
+    }
+}
+
 struct TreeNode
 {
     QPDFObjectHandle object;
@@ -221,6 +230,7 @@ std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage
             form.addCopies(page, copies);
         }
         turnPage(page, place.contribution->ownRotation(place.index), wanted.rotation);
+        ensureResources(page);
         placed.push_back(page);
     }
     return placed;

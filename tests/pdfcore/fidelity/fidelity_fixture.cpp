@@ -151,6 +151,10 @@ void addNotes(FidelityAssembly &document, const Bytes &prefix)
         addAnnotation(document, n, "reply" + k,
                       "/Subtype /Text " + place + "/Contents (" + mark(prefix, n) +
                           " reply) /NM (reply) /IRT {note" + k + "} /RT /R");
+        // Not to be viewed: newer releases of the renderer keep the icons of notes upright when the
+        // page says that it is turned, but not when the renderer is told to turn it.
+        document.replace("note" + k, "/F 4", "/F 32");
+        document.replace("reply" + k, "/F 4", "/F 32");
         addAnnotation(document, n, "marker" + k,
                       "/Subtype /Highlight /C [1 1 0] /Rect [30 245 200 275] /QuadPoints "
                       "[30 275 200 275 30 245 200 245] /Contents (" +

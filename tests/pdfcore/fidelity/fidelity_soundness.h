@@ -18,6 +18,11 @@ QStringList problems(const QString &path, FidelityDocument &document);
 /// What the checker of the QPDF library finds.
 QStringList syntaxProblems(const QString &path);
 
+/// What the QPDF library finds when it reads all objects and streams. Unlike its checker it asks
+/// nothing of what they mean, which some releases never come to an end of where a tree of names
+/// names itself.
+QStringList readingProblems(const QString &path);
+
 /// Page objects outside the page tree, wrong counts, annotations shared by pages.
 QStringList pageProblems(FidelityDocument &document);
 

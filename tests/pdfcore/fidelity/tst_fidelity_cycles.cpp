@@ -78,7 +78,7 @@ TreeKeys keysOf(QPDFObjectHandle root, const char *listKey)
 QStringList problemsBesidesTrees(const QString &path)
 {
     FidelityDocument document(path);
-    return FidelitySoundness::syntaxProblems(path) + FidelitySoundness::pageProblems(document);
+    return FidelitySoundness::readingProblems(path) + FidelitySoundness::pageProblems(document);
 }
 
 } // namespace

@@ -44,6 +44,7 @@ private slots:
     void pagesLookAsBefore();
     void boxesStay();
     void inheritedEntriesStay();
+    void pagesWithoutResourcesSayThatTheyHaveNone();
     void otherEntriesOfPagesStay();
     void copiesTurnAlone();
     void contentInParts();
@@ -95,6 +96,26 @@ void TestFidelityPages::inheritedEntriesStay()
     NO_PROBLEMS(saved->pageProblems());
     const QList<QSizeF> sizes = inspect(test.output()).pageSizes;
     QCOMPARE(sizes, QList<QSizeF>({QSizeF(400, 300), QSizeF(300, 400), QSizeF(300, 400)}));
+}
+
+void TestFidelityPages::pagesWithoutResourcesSayThatTheyHaveNone()
+{
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.replace("page2", "/Resources << /Font << /F1 {font} >> >>", "");
+    document.replace("page3", "/Resources << /Font << /F1 {font} >> >>", "/Resources null");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    for (const QString &list : {u"M1 M2 M3"_s, u"M3 M2 M2 M1"_s}) {
+        const auto saved = test.save(list);
+        const qsizetype count = saved->output().marks().size();
+        for (int page = 0; page < count; ++page) {
+            const bool hasFonts = saved->output().marks().at(page).endsWith(u'1');
+            const Bytes resources =
+                saved->output().describe(saved->output().attribute(page, "/Resources"));
+            QCOMPARE(resources.contains("/Font"), hasFonts);
+            QVERIFY2(hasFonts || resources == "<<>>", resources.constData());
+        }
+    }
 }
 
 void TestFidelityPages::otherEntriesOfPagesStay()
