@@ -54,6 +54,7 @@ struct Case
     QList<QByteArray> objects;
     QList<Spot> spots;
     int tolerance = kTolerance;
+    QByteArray pageEntries{};
 };
 
 /// Paints the whole page with the current colour.
@@ -194,8 +195,9 @@ void TestEngineColour::check()
 {
     QFETCH(const Case, spec);
     Folder folder;
-    const QString path = folder.add(
-        u"colour.pdf"_s, PdfFixture::onePage(spec.content, spec.resources, spec.objects));
+    const QString path =
+        folder.add(u"colour.pdf"_s, PdfFixture::onePage(spec.content, spec.resources, spec.objects,
+                                                        spec.pageEntries));
     for (const int rotation : {0, 180}) {
         const Rendering rendering = render(filePage(path, 0, rotation), {200, 200});
         QVERIFY2(rendering.ok, qPrintable(rendering.message));
@@ -598,6 +600,30 @@ void TestEngineColour::profiles_data()
                                  "/C cs 1 0 0 sc 0 0 10 10 re f"),
           swapped},
          {{100, 100, kSwappedRed}}});
+    add("shading as a pattern",
+        {"/Pattern cs /P scn" + kAll,
+         "/Pattern << /P << /Type /Pattern /PatternType 2 /Shading << /ShadingType 2 /ColorSpace "
+         "[/ICCBased 5 0 R] /Coords [0 0 200 0] /Function << /FunctionType 2 /Domain [0 1] /C0 [1 "
+         "0 0] /C1 [1 0 0] /N 1 >> >> >> >>",
+         {swapped},
+         {{100, 100, kSwappedRed}, {3, 3, kSwappedRed}}});
+    const auto annotation = [](const QByteArray &entries) -> QByteArray {
+        return "/Annots [<< /Type /Annot /F 4 /Rect [0 0 200 200] " + entries + " >>]";
+    };
+    const QList<QByteArray> appearance{form("/C cs 1 0 0 sc" + kAll, own), swapped};
+    add("appearance of an annotation", {{},
+                                        {},
+                                        appearance,
+                                        {{100, 100, kSwappedRed}},
+                                        kTolerance,
+                                        annotation("/Subtype /Square /AP << /N 5 0 R >>")});
+    add("appearance of an annotation in its state",
+        {{},
+         {},
+         appearance,
+         {{100, 100, kSwappedRed}},
+         kTolerance,
+         annotation("/Subtype /Square /AS /On /AP << /N << /On 5 0 R >> >>")});
 }
 
 void TestEngineColour::profiles()
@@ -635,6 +661,11 @@ void TestEngineColour::shadings_data()
                     {{20, 100, Qt::white}, {100, 100, kHalfCyanMagenta}, {100, 180, Qt::white}}});
     add("not extended",
         {"/S sh", shown(axial("50 0 150 0")), {}, {{10, 100, Qt::white}, {190, 100, Qt::white}}});
+    add("not extended, over another colour",
+        {"0 1 0 rg" + kAll + "/S sh",
+         shown(axial("50 0 150 0")),
+         {},
+         {{10, 100, Qt::green}, {100, 100, kHalfCyanMagenta}, {190, 100, Qt::green}}});
     add("as a pattern",
         {fill, pattern(axial("0 0 200 0")), {}, {{2, 100, kCyan}, {197, 100, kMagenta}}});
     add("as a pattern with background",
