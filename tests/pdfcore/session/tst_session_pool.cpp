@@ -86,6 +86,7 @@ private slots:
     void closureWaitsForABorrowedSession();
     void closureWaitsForSessionsThatAreBeingClosed();
     void closureHoldsOthersBackUntilItEnds();
+    void closureThatWaitsIsKnownUnderEverySpelling();
     void closureDoesNotHoldBackOtherFiles();
     void closureOfAnAbsentFile();
     void sessionsReturnedDuringAClosureAreNotKept();
@@ -472,6 +473,28 @@ void TestSessionPool::closureHoldsOthersBackUntilItEnds()
     QVERIFY(!early);
     QVERIFY(!stillEarly);
     QVERIFY(opening.get());
+}
+
+void TestSessionPool::closureThatWaitsIsKnownUnderEverySpelling()
+{
+    SessionPool pool;
+    EngineError outcome;
+    const QString spelling = m_folder->path() + u"/./file.pdf"_s;
+    const QString other = m_folder->add(u"other.pdf"_s, PdfFixture::pagesByNumber(1));
+    SessionPool::Lease lease = pool.acquire(m_path, {}, &outcome);
+    const bool early = pool.isAwaited(m_path) || pool.isAwaited(spelling);
+    auto closing = std::async(std::launch::async,
+                              [&] { const SessionPool::FileClosure closure(pool, m_path); });
+    const bool isKnown = QTest::qWaitFor([&] { return pool.isAwaited(m_path); });
+    const bool isKnownOtherwise = pool.isAwaited(spelling);
+    const bool isOtherAwaited = pool.isAwaited(other);
+    lease = {};
+    QVERIFY(isReady(closing, kPatience));
+    QVERIFY(!early);
+    QVERIFY(isKnown);
+    QVERIFY(isKnownOtherwise);
+    QVERIFY(!isOtherAwaited);
+    QVERIFY(!pool.isAwaited(m_path));
 }
 
 void TestSessionPool::closureDoesNotHoldBackOtherFiles()
