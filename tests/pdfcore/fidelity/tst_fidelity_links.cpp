@@ -69,6 +69,7 @@ private slots:
     void oneLinkOfManyGoes();
     void numbersOfPagesThatWereNotThereLeadNowhere();
     void namesThatStoodForNothingLeadNowhere();
+    void namesOfTheDictionaryAreTakenToo();
 };
 
 void TestFidelityLinks::linksFollowTheirPages()
@@ -322,6 +323,30 @@ void TestFidelityLinks::namesThatStoodForNothingLeadNowhere()
     QCOMPARE(saved->output().targetOf(saved->output().annotations(0).front()).index, -1);
     QCOMPARE(saved->output().targetOfDestination(QPDFObjectHandle::newString("ours")).mark,
              u"OTHER-1"_s);
+}
+
+void TestFidelityLinks::namesOfTheDictionaryAreTakenToo()
+{
+    // Readers look a string up in the dictionary when the tree does not have it.
+    FidelityAssembly main = FidelityFixture::plain("MAIN", 2);
+    main.addEntries("catalogue", "/Dests << /same [{page2} /Fit] >>");
+    main.addEntries("page1", "/Annots [<< /Type /Annot /Subtype /Link /Rect [1 2 30 40] /Dest "
+                             "(same) >>]");
+    FidelityAssembly other = FidelityFixture::plain("OTHER", 2);
+    other.addEntries("catalogue", "/Names << /Dests << /Names [(ours) [{page1} /Fit] (same) "
+                                  "[{page2} /Fit]] >> >>");
+    FidelityCase test;
+    test.add("MAIN", main.file());
+    test.add("OTHER", other.file());
+    const auto saved = test.save(u"M1-2 O1-2"_s);
+    FidelityDocument &output = saved->output();
+    QCOMPARE(output.annotations(0).front().getKey("/Dest").getStringValue(), std::string("same"));
+    QStringList names;
+    for (const auto &[name, destination] : output.names("/Dests")) {
+        names.append(QString::fromStdString(name));
+    }
+    QCOMPARE(names, QStringList{u"ours"_s});
+    QCOMPARE(output.targetOfDestination(QPDFObjectHandle::newName("/same")).mark, u"MAIN-2"_s);
 }
 
 QTEST_GUILESS_MAIN(TestFidelityLinks)
