@@ -43,6 +43,7 @@ private slots:
     void missingFileIsReported();
     void damagedFileIsReported();
     void failedOpeningRendersTheDocumentAgain();
+    void cancelledOpeningRendersTheDocumentAgain();
     void failedOpeningKeepsModeAndHistory();
     void thumbnailsOfTheNewDocumentReplaceTheOldOnes();
     void backendErrorsHaveTheirSentences_data();
@@ -235,6 +236,19 @@ void TestPdfViewerWidget::failedOpeningRendersTheDocumentAgain()
     QCoreApplication::sendPostedEvents(view(), QEvent::MetaCall);
     const DialogAnswers answers;
     QVERIFY(!viewer()->openFile(m_shown->path(QStringLiteral("missing.pdf")), {}));
+    QTRY_COMPARE(shownNumber(), 20);
+}
+
+void TestPdfViewerWidget::cancelledOpeningRendersTheDocumentAgain()
+{
+    const QString open = fileWith(QStringLiteral("open.pdf"), PdfFixture::pagesByNumber(30));
+    const QString secret = secretFile();
+    QVERIFY(viewer()->openFile(open, {}));
+    viewer()->goToPage(20);
+    QCoreApplication::sendPostedEvents(view(), QEvent::MetaCall);
+    DialogAnswers answers;
+    answers.addPassword(QString());
+    QVERIFY(!viewer()->openFile(secret, {}));
     QTRY_COMPARE(shownNumber(), 20);
 }
 
