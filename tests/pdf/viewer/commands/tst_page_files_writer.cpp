@@ -6,9 +6,11 @@
 #include "tests/support/pdf_fixture.h"
 #include "widgets/modern_message_box.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using PageNumbers::numbersIn;
@@ -47,6 +49,8 @@ private slots:
     void extractingMakesTheFolderWithItsParents();
     void extractingIntoAFolderThatCannotBeMadeIsReported();
     void extractionTellsOfFailedFiles();
+    void waitCursorIsGoneWhenTheBoxComesUp_data();
+    void waitCursorIsGoneWhenTheBoxComesUp();
 
     // Splitting.
     void splittingWritesTheRangesBetweenThePoints();
@@ -306,6 +310,39 @@ void TestPageFilesWriter::extractionTellsOfFailedFiles()
                           u"已生成 1 个文件，2 个文件失败。\n\n%1\n%1"_s.arg(reason), QString()}));
     QCOMPARE(answers.kinds(), kOneError);
     QCOMPARE(written(), QStringList{u"report-4.pdf"_s});
+}
+
+void TestPageFilesWriter::waitCursorIsGoneWhenTheBoxComesUp_data()
+{
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("done") << false;
+    QTest::newRow("failed") << true;
+}
+
+void TestPageFilesWriter::waitCursorIsGoneWhenTheBoxComesUp()
+{
+    QFETCH(bool, fails);
+    QVERIFY(m_shown->openPages(2));
+    if (fails) {
+        m_shown->add(u"report.pdf"_s, PdfFixture::pagesByNumber(7));
+    }
+    m_shown->select({0, 1});
+    int boxes = 0;
+    bool isWaiting = false;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] {
+        auto *box = qobject_cast<ModernMessageBox *>(QApplication::activeModalWidget());
+        if (box != nullptr && box->isVisible()) {
+            ++boxes;
+            isWaiting = isWaiting || QGuiApplication::overrideCursor() != nullptr;
+            box->reject();
+        }
+    });
+    timer.start(1);
+    m_shown->viewer->extractPages(true, out());
+    QCOMPARE(boxes, 1);
+    QVERIFY(!isWaiting);
+    QCOMPARE(written().isEmpty(), fails);
 }
 
 void TestPageFilesWriter::splittingWritesTheRangesBetweenThePoints()
