@@ -467,7 +467,7 @@ void TestPagePrinter::dialogIsSetToTheWholeDocument()
     const PrintDialogAnswer answer([&](QPrintDialog &dialog) {
         title = dialog.windowTitle();
         name = dialog.printer()->docName();
-        numbers = {dialog.fromPage(), dialog.toPage()};
+        numbers = {dialog.minPage(), dialog.maxPage(), dialog.fromPage(), dialog.toPage()};
         QCOMPARE(dialog.parentWidget(), shown.viewer.get());
         dialog.reject();
     });
@@ -475,7 +475,7 @@ void TestPagePrinter::dialogIsSetToTheWholeDocument()
     QCOMPARE(answer.count(), 1);
     QCOMPARE(title, u"打印 PDF"_s);
     QCOMPARE(name, u"report.pdf"_s);
-    QCOMPARE(numbers, (QList<int>{1, 6}));
+    QCOMPARE(numbers, (QList<int>{1, 6, 1, 6}));
 }
 
 void TestPagePrinter::cancelledDialogPrintsNothing()
