@@ -37,6 +37,7 @@ private slots:
     void forbiddenBarIsHiddenAtOnceAndStaysSo();
     void barFollowsTheSizeOfItsParent();
     void barTakesTheSizeThatItWants();
+    void barIsPlacedAnewWhenItWantsAnotherSize();
     void barStaysInsideASmallParent();
     void barOfAHiddenParentIsPlacedWhenThatIsShown();
     void barIsRaisedAboveItsSiblings();
@@ -104,6 +105,15 @@ void TestFloatingBarPlacer::barTakesTheSizeThatItWants()
     QTRY_VERIFY(m_bar->isVisible());
     m_bar->wanted = QSize(260, 50);
     m_placer->setAllowed(true);
+    QTRY_COMPARE(m_bar->geometry(), QRect(170, 326, 260, 50));
+}
+
+void TestFloatingBarPlacer::barIsPlacedAnewWhenItWantsAnotherSize()
+{
+    m_placer->setAllowed(true);
+    QTRY_VERIFY(m_bar->isVisible());
+    m_bar->wanted = QSize(260, 50);
+    m_bar->updateGeometry();
     QTRY_COMPARE(m_bar->geometry(), QRect(170, 326, 260, 50));
 }
 
