@@ -50,7 +50,9 @@ private slots:
     void textNamesThePageByItsNumber();
     void finishedPageCoversItsWholeRectangle();
     void scrolledPagesAreTranslated();
+    void shadowOfAPageAboveTheViewportIsSeen();
     void scrollBarsAreThinRoundedHandlesOnTheBackground();
+    void scrollBarsLightUpUnderThePointer();
     void firstPagePaintedComesOncePerDocument();
     void firstPagePaintedWaitsForTheFinishedImage();
 };
@@ -138,6 +140,21 @@ void TestPdfDocumentViewPainting::scrolledPagesAreTranslated()
     QCOMPARE(picture(shown).pixelColor(0, page.top() - 1), Theme::canvas);
 }
 
+void TestPdfDocumentViewPainting::shadowOfAPageAboveTheViewportIsSeen()
+{
+    ShownView shown({{300, 700}, {300, 700}}, {400, 600});
+    shown.view.setZoomFactor(1.0);
+    shown.resizeViewport({400, 600});
+    shown.scrollToY(shown.pageInViewport(0).bottom() + 1 + shown.scrollY());
+    const QRect page = shown.pageInViewport(0);
+    QCOMPARE(page.bottom(), -1);
+    const QImage image = picture(shown);
+    for (int y = 0; y < 3; ++y) {
+        QVERIFY(isNear(image.pixelColor(page.center().x(), y), kShadowOnCanvas));
+    }
+    QCOMPARE(image.pixelColor(page.center().x(), 3), Theme::canvas);
+}
+
 void TestPdfDocumentViewPainting::scrollBarsAreThinRoundedHandlesOnTheBackground()
 {
     const QColor handle(0xB8, 0xC0, 0xCE);
@@ -162,6 +179,20 @@ void TestPdfDocumentViewPainting::scrollBarsAreThinRoundedHandlesOnTheBackground
 
     QCOMPARE(countPixels(image, {0, height, 2, 10}, Theme::canvas), 20);
     QCOMPARE(image.pixelColor(20, height + 5), handle);
+}
+
+void TestPdfDocumentViewPainting::scrollBarsLightUpUnderThePointer()
+{
+    ShownView shown(a4Pages(2000), {400, 600});
+    shown.view.setZoomFactor(1.0);
+    QCoreApplication::processEvents();
+    const auto handle = [&shown] {
+        return shown.view.grab().toImage().pixelColor(shown.view.viewport()->width() + 5, 17);
+    };
+    QTest::mouseMove(shown.view.verticalScrollBar(), {5, 300});
+    QTRY_COMPARE(handle(), Theme::pageScrollBar);
+    QTest::mouseMove(shown.view.verticalScrollBar(), {5, 17});
+    QTRY_COMPARE(handle(), Theme::pageScrollBarHover);
 }
 
 void TestPdfDocumentViewPainting::firstPagePaintedComesOncePerDocument()
