@@ -86,6 +86,8 @@ private slots:
     void everyPageSplitFollowsThePageCount();
     void selectAllChoosesAllPages();
     void spaceChoosesTheCurrentPage();
+    void spaceWithAnotherKeyChoosesNoPage_data();
+    void spaceWithAnotherKeyChoosesNoPage();
     void clicksDoNotToggleTheCheckStateElsewhere();
     void toolTipsNameWhatIsUnderThePointer();
     void worksWithoutAModel();
@@ -667,6 +669,23 @@ void TestPdfPageManagerView::spaceChoosesTheCurrentPage()
     QTest::keyClick(shown.list, Qt::Key_Space);
     QCOMPARE(shown.model.selectedRows(), QList<int>{2});
     QTest::keyClick(shown.list, Qt::Key_Space);
+    QVERIFY(shown.model.selectedRows().isEmpty());
+}
+
+void TestPdfPageManagerView::spaceWithAnotherKeyChoosesNoPage_data()
+{
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::newRow("control") << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("shift") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+    QTest::newRow("alt") << Qt::KeyboardModifiers(Qt::AltModifier);
+}
+
+void TestPdfPageManagerView::spaceWithAnotherKeyChoosesNoPage()
+{
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    ShownGrid shown(a4Pages(5));
+    shown.click(shown.cell(2).thumbnail.center());
+    QTest::keyClick(shown.list, Qt::Key_Space, modifiers);
     QVERIFY(shown.model.selectedRows().isEmpty());
 }
 
