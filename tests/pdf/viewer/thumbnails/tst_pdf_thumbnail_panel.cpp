@@ -72,6 +72,7 @@ private slots:
     void setCurrentPageIgnoresRowsOutOfRange();
     void setCurrentPageActivatesNothing();
     void currentPageSurvivesUndo();
+    void undoLeavesTheListWhereItWasScrolledTo();
     void newDocumentBeginsAtItsFirstPage();
     void removedCurrentPageLeavesASelectedOne();
     void checkStateIsNotToggledByClicks();
@@ -361,6 +362,20 @@ void TestPdfThumbnailPanel::currentPageSurvivesUndo()
     QTRY_COMPARE(shown.list->currentIndex().row(), 19);
     QVERIFY(shown.list->selectionModel()->isSelected(shown.model.index(19)));
     QCOMPARE(shown.list->verticalScrollBar()->value(), scroll);
+}
+
+void TestPdfThumbnailPanel::undoLeavesTheListWhereItWasScrolledTo()
+{
+    ShownPanel shown(a4Pages(30));
+    shown.panel.setCurrentPage(20);
+    QCoreApplication::processEvents();
+    shown.list->verticalScrollBar()->setValue(100);
+    QList<PdfPageRecord> before = shown.model.pages();
+    before.removeAt(3);
+    shown.model.setPages(before, true);
+    QTRY_COMPARE(shown.list->currentIndex().row(), 19);
+    QCoreApplication::processEvents();
+    QCOMPARE(shown.list->verticalScrollBar()->value(), 100);
 }
 
 void TestPdfThumbnailPanel::newDocumentBeginsAtItsFirstPage()
