@@ -25,6 +25,11 @@ constexpr QLatin1String kStyleSheet{
 constexpr double kDragPixmapOpacity = 0.85;
 constexpr int kDragPixmapMaximumSide = 240;
 
+std::optional<PdfPageId> pageIn(const QDropEvent &event)
+{
+    return PageDragFormat::firstPageId(event.mimeData()->data(PageDragFormat::kMimeType));
+}
+
 } // namespace
 
 PageListView::PageListView(QWidget *parent)
@@ -91,9 +96,13 @@ void PageListView::startDrag(Qt::DropActions supportedActions)
     drag->setPixmap(pixmap);
     drag->setHotSpot(QPoint(pixmap.width(), pixmap.height()) / (2 * pixmap.devicePixelRatio()));
     m_draggedPage = document->pageAt(index.row())->id;
+    m_dragScroller.begin(m_pressPoint);
     viewport()->update();
+    // A filter sees events before those that were installed earlier, as the drag's own is.
+    QMetaObject::invokeMethod(&m_dragScroller, &DragScroller::takeWheel, Qt::QueuedConnection);
     drag->exec(supportedActions, Qt::MoveAction);
     if (self != nullptr) {
+        m_dragScroller.end();
         m_draggedPage = 0;
         setDropTarget(std::nullopt);
         viewport()->update();
@@ -114,31 +123,29 @@ void PageListView::dragEnterEvent(QDragEnterEvent *event)
 void PageListView::dragMoveEvent(QDragMoveEvent *event)
 {
     setDropTarget(dropTargetOf(*event));
-    if (!isOwnPageDrag(*event)) {
+    const std::optional<PdfPageId> id = pageIn(*event);
+    if (!isOwnPageDrag(*event) || !id) {
         event->ignore();
         return;
     }
+    m_heldPage = {*id, event->position().toPoint()};
+    m_dragScroller.moveTo(m_heldPage->point);
     // Also where the page would stay: the pointer is on its way to another place.
     event->setDropAction(Qt::MoveAction);
     event->accept();
-    if (hasAutoScroll()) {
-        startAutoScroll();
-    }
 }
 
 void PageListView::dragLeaveEvent(QDragLeaveEvent * /*event*/)
 {
-    stopAutoScroll();
     setState(NoState);
-    setDropTarget(std::nullopt);
+    forgetDrag();
 }
 
 void PageListView::dropEvent(QDropEvent *event)
 {
     const std::optional<PageDropTarget> target = dropTargetOf(*event);
-    stopAutoScroll();
     setState(NoState);
-    setDropTarget(std::nullopt);
+    forgetDrag();
     if (!target ||
         !model()->dropMimeData(event->mimeData(), Qt::MoveAction, target->row, 0, QModelIndex())) {
         event->ignore();
@@ -151,7 +158,8 @@ void PageListView::dropEvent(QDropEvent *event)
 void PageListView::scrollContentsBy(int dx, int dy)
 {
     QListView::scrollContentsBy(dx, dy);
-    setDropTarget(std::nullopt);
+    // Another place is under the pointer now.
+    setDropTarget(m_heldPage ? dropTargetFor(m_heldPage->id, m_heldPage->point) : std::nullopt);
 }
 
 void PageListView::paintEvent(QPaintEvent *event)
@@ -170,7 +178,8 @@ void PageListView::paintEvent(QPaintEvent *event)
 void PageListView::mousePressEvent(QMouseEvent *event)
 {
     const PdfDocumentModel *document = documentModel();
-    const QModelIndex index = indexAt(event->position().toPoint());
+    m_pressPoint = event->position().toPoint();
+    const QModelIndex index = indexAt(m_pressPoint);
     if (event->button() == Qt::LeftButton && document != nullptr && index.isValid()) {
         setPressedPage(document->pageAt(index.row())->id);
     }
@@ -241,14 +250,29 @@ bool PageListView::isOwnPageDrag(const QDropEvent &event) const
 
 std::optional<PageDropTarget> PageListView::dropTargetOf(const QDropEvent &event) const
 {
-    if (!isOwnPageDrag(event)) {
+    const std::optional<PdfPageId> id = pageIn(event);
+    if (!isOwnPageDrag(event) || !id) {
         return std::nullopt;
     }
-    const auto id = PageDragFormat::firstPageId(event.mimeData()->data(PageDragFormat::kMimeType));
-    const int source = id ? documentModel()->rowForPageId(*id) : -1;
-    const PageDropTarget target = dropTargetAt(event.position().toPoint());
+    return dropTargetFor(*id, event.position().toPoint());
+}
+
+std::optional<PageDropTarget> PageListView::dropTargetFor(PdfPageId id, QPoint point) const
+{
+    const int source = documentModel() != nullptr ? documentModel()->rowForPageId(id) : -1;
+    if (source < 0) {
+        return std::nullopt;
+    }
+    const PageDropTarget target = dropTargetAt(point);
     const bool wouldStay = target.row == source || target.row == source + 1;
-    return source < 0 || wouldStay ? std::nullopt : std::make_optional(target);
+    return wouldStay ? std::nullopt : std::make_optional(target);
+}
+
+void PageListView::forgetDrag()
+{
+    m_heldPage.reset();
+    m_dragScroller.leave();
+    setDropTarget(std::nullopt);
 }
 
 void PageListView::setPressedPage(PdfPageId id)

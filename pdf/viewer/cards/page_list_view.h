@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pdf/core/pdf_page_record.h"
+#include "pdf/viewer/cards/drag_scroller.h"
 #include "pdf/viewer/cards/page_card_geometry.h"
 
 #include <QListView>
@@ -15,6 +16,7 @@ class PdfDocumentModel;
 ///
 /// Only drags from views of the same document are taken; the model's own drop carries them out.
 /// The rows stand in one column, or as a derived class places them.
+/// While a page is dragged, the view scrolls near its edges and when the wheel is turned.
 /// However many rows change in one pass of the event loop, they are laid out once. Pages run from
 /// left to right in every interface language.
 class PageListView : public QListView
@@ -72,13 +74,25 @@ private:
     [[nodiscard]] bool isOwnPageDrag(const QDropEvent &event) const;
     /// The target at the event's position, if the page in the event would really move there.
     [[nodiscard]] std::optional<PageDropTarget> dropTargetOf(const QDropEvent &event) const;
+    [[nodiscard]] std::optional<PageDropTarget> dropTargetFor(PdfPageId id, QPoint point) const;
+    void forgetDrag();
     void setPressedPage(PdfPageId id);
     void setDropTarget(const std::optional<PageDropTarget> &target);
     [[nodiscard]] QPixmap dragPixmap(const QModelIndex &index) const;
     void postLayout();
 
+    /// A page that is held over this view.
+    struct HeldPage
+    {
+        PdfPageId id;
+        QPoint point; ///< Of the viewport.
+    };
+
+    DragScroller m_dragScroller{this};
+    std::optional<HeldPage> m_heldPage;
     std::optional<PageDropTarget> m_dropTarget;
     PdfPageId m_pressedPage = 0;
+    QPoint m_pressPoint;
     PdfPageId m_draggedPage = 0;
     qint64 m_layoutCount = 0;
     bool m_layoutPosted = false;

@@ -142,7 +142,15 @@ void PageManagerListView::updateGeometries()
 
 int PageManagerListView::columnCount() const
 {
-    return std::max(viewport()->width() / std::max(m_metrics.cell.width(), 1), 1);
+    // As many as the list has put beside each other; it wraps a little earlier than a whole cell
+    // would fit.
+    const int count = model() != nullptr ? model()->rowCount() : 0;
+    int columns = 1;
+    while (columns < count &&
+           visualRect(model()->index(columns, 0)).left() > visualRect(model()->index(0, 0)).left()) {
+        ++columns;
+    }
+    return columns;
 }
 
 QRect PageManagerListView::clippedSideways(const QRect &zone) const

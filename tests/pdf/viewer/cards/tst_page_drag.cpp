@@ -37,6 +37,8 @@ private slots:
     void panelRefusesPagesOfAnotherDocument();
     void pageDraggedInTheGridIsMoved_data();
     void pageDraggedInTheGridIsMoved();
+    void pageDraggedRightOfALineStaysInIt_data();
+    void pageDraggedRightOfALineStaysInIt();
     void dragAfterAMoveOnThePressedBoxMovesThePage();
     void gridRefusesPagesOfAnotherDocument();
     void dragKeepsTheSelectionAndMovesOnePage();
@@ -164,6 +166,31 @@ void TestPageDrag::pageDraggedInTheGridIsMoved()
         QCOMPARE(shown.list->visualRect(shown.model.index(row)).topLeft(),
                  QPoint(row % 4 * 260, row / 4 * 272));
     }
+}
+
+void TestPageDrag::pageDraggedRightOfALineStaysInIt_data()
+{
+    QTest::addColumn<int>("width");
+    // The list wraps a little before a line is full.
+    for (int width = 1036; width <= 1064; width += 2) {
+        QTest::addRow("%d", width) << width;
+    }
+}
+
+void TestPageDrag::pageDraggedRightOfALineStaysInIt()
+{
+    QFETCH(int, width);
+    constexpr int kPages = 20;
+    ShownGrid shown(a4Pages(kPages), {width, 720});
+    QCoreApplication::processEvents();
+    int columns = 1;
+    while (shown.cell(columns).cell.left() > shown.cell(0).cell.left()) {
+        ++columns;
+    }
+    const QPoint rightOfTheLine(shown.list->viewport()->width() - 2, 150);
+    dragWithMouse(shown.list->viewport(), shown.cell(0).thumbnail.center(), shown.list->viewport(),
+                  rightOfTheLine);
+    QCOMPARE(shown.model.rowForPageId(1), columns - 1);
 }
 
 void TestPageDrag::dragAfterAMoveOnThePressedBoxMovesThePage()

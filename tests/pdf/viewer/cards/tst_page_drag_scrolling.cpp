@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/viewer/cards/drag_scroller.h"
+#include "tests/pdf/viewer/page_drag.h"
+#include "tests/pdf/viewer/shown_grid.h"
+#include "tests/pdf/viewer/shown_panel.h"
+#include "tests/pdf/viewer/shown_view.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QWindow>
+
+#include <functional>
+
+namespace {
+
+constexpr int kPages = 300;
+
+/// Holds a page over `viewport` while `during` runs, and lets go where the mouse is then.
+void dragWhile(QWidget *viewport, QPoint from, const std::function<void()> &during,
+               QPoint letGoAt)
+{
+    // Not at once, which some event loops take for the same round as the press.
+    QTimer::singleShot(1, viewport, [=] {
+        during();
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, letGoAt);
+    });
+    QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+    for (const int distance : {15, 30}) {
+        moveMouse(viewport, from + QPoint(0, distance), Qt::LeftButton);
+    }
+}
+
+/// A point of the page nearest to `point` on which nothing but the page itself is taken hold of.
+QPoint handleAt(const PageListView &view, QPoint point)
+{
+    return view.visualRect(view.indexAt(point)).center();
+}
+
+void holdAt(QWidget *viewport, QPoint point)
+{
+    for (const QPoint &place : {point - QPoint(1, 0), point}) {
+        moveMouse(viewport, place, Qt::LeftButton);
+        QCoreApplication::processEvents();
+    }
+}
+
+void turnWheel(QWidget *viewport, QPoint point, int angle)
+{
+    QWheelEvent event(point, viewport->mapToGlobal(point), {}, {0, angle}, Qt::LeftButton, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(viewport->window()->windowHandle(), &event);
+}
+
+} // namespace
+
+/// Views that scroll while a page is dragged.
+class TestPageDragScrolling final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void speedGrowsTowardsTheEdges();
+    void lowViewportsKeepRoomBetweenTheEdges();
+    void panelScrollsWhileThePointerRests_data();
+    void panelScrollsWhileThePointerRests();
+    void gridScrollsWhileThePointerRests();
+    void scrollingStopsAwayFromTheEdge();
+    void scrollingStopsWithTheDrag();
+    void dragThatBeginsAtTheEdgeDoesNotScrollByItself();
+    void dragThatBeginsAtTheEdgeScrollsOnceItComesNearer();
+    void wheelScrollsDuringADrag();
+    void wheelWorksAsEverAfterADrag();
+    void pageGoesWhereThePointerIsAfterScrolling();
+};
+
+void TestPageDragScrolling::speedGrowsTowardsTheEdges()
+{
+    constexpr int kHeight = 900;
+    QCOMPARE(dragScrollSpeed(kHeight / 2, kHeight), 0.0);
+    QCOMPARE(dragScrollSpeed(64, kHeight), 0.0);
+    QCOMPARE(dragScrollSpeed(kHeight - 1 - 64, kHeight), 0.0);
+    QVERIFY(dragScrollSpeed(63, kHeight) < 0.0);
+    QVERIFY(dragScrollSpeed(kHeight - 64, kHeight) > 0.0);
+    for (int y = 1; y < 63; ++y) {
+        QVERIFY(dragScrollSpeed(y, kHeight) > dragScrollSpeed(y - 1, kHeight));
+        QCOMPARE(dragScrollSpeed(y, kHeight), -dragScrollSpeed(kHeight - 1 - y, kHeight));
+    }
+    // Beyond the edge it stays as it is at the edge.
+    QCOMPARE(dragScrollSpeed(-50, kHeight), dragScrollSpeed(0, kHeight));
+    QCOMPARE(dragScrollSpeed(0, kHeight), -5.0 * kHeight);
+}
+
+void TestPageDragScrolling::lowViewportsKeepRoomBetweenTheEdges()
+{
+    QCOMPARE(dragScrollSpeed(50, 100), 0.0);
+    QCOMPARE(dragScrollSpeed(25, 100), 0.0);
+    QVERIFY(dragScrollSpeed(24, 100) < 0.0);
+    QVERIFY(dragScrollSpeed(75, 100) > 0.0);
+    QCOMPARE(dragScrollSpeed(0, 0), 0.0);
+    QCOMPARE(dragScrollSpeed(1, 3), 0.0);
+}
+
+void TestPageDragScrolling::panelScrollsWhileThePointerRests_data()
+{
+    QTest::addColumn<bool>("down");
+    QTest::newRow("down") << true;
+    QTest::newRow("up") << false;
+}
+
+void TestPageDragScrolling::panelScrollsWhileThePointerRests()
+{
+    QFETCH(bool, down);
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    bar->setValue(shown.itemAt(150).center().y() - 450);
+    QCoreApplication::processEvents();
+    const int start = bar->value();
+    const QPoint middle = shown.itemAt(150).center();
+    const QPoint edge(middle.x(), down ? viewport->height() - 10 : 10);
+    bool hasScrolled = false;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            holdAt(viewport, edge);
+            hasScrolled = QTest::qWaitFor(
+                [&] { return down ? bar->value() > start + 300 : bar->value() < start - 300; });
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        edge);
+    QVERIFY(hasScrolled);
+}
+
+void TestPageDragScrolling::gridScrollsWhileThePointerRests()
+{
+    ShownGrid shown(a4Pages(kPages), {1100, 700});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint edge(viewport->width() / 2, viewport->height() - 5);
+    bool hasScrolled = false;
+    dragWhile(
+        viewport, handleAt(*shown.list, viewport->rect().center()),
+        [&] {
+            holdAt(viewport, edge);
+            hasScrolled = QTest::qWaitFor([&] { return bar->value() > 600; });
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        edge);
+    QVERIFY(hasScrolled);
+}
+
+void TestPageDragScrolling::scrollingStopsAwayFromTheEdge()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    bool hasScrolled = false;
+    int atRest = -1;
+    int later = -2;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            holdAt(viewport, {middle.x(), viewport->height() - 5});
+            hasScrolled = QTest::qWaitFor([&] { return bar->value() > 200; });
+            holdAt(viewport, middle);
+            atRest = bar->value();
+            QTest::qWait(100);
+            later = bar->value();
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        middle);
+    QVERIFY(hasScrolled);
+    QCOMPARE(later, atRest);
+}
+
+void TestPageDragScrolling::scrollingStopsWithTheDrag()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    const QPoint edge(middle.x(), viewport->height() - 5);
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            holdAt(viewport, edge);
+            QVERIFY(QTest::qWaitFor([&] { return bar->value() > 200; }));
+        },
+        edge);
+    QCoreApplication::processEvents();
+    const int atRest = bar->value();
+    QTest::qWait(100);
+    QCOMPARE(bar->value(), atRest);
+}
+
+void TestPageDragScrolling::dragThatBeginsAtTheEdgeDoesNotScrollByItself()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    // The middle of a page lies near the edge.
+    bar->setValue(shown.itemAt(100).center().y() - 20);
+    QCoreApplication::processEvents();
+    const int start = bar->value();
+    const QPoint nearTheEdge = shown.itemAt(100).center();
+    QCOMPARE(nearTheEdge.y(), 20);
+    bool isDragged = false;
+    int later = -1;
+    dragWhile(
+        viewport, nearTheEdge,
+        [&] {
+            holdAt(viewport, nearTheEdge + QPoint(0, 25));
+            isDragged = shown.list->draggedPage() != 0;
+            QTest::qWait(100);
+            later = bar->value();
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        nearTheEdge);
+    QVERIFY(isDragged);
+    QCOMPARE(later, start);
+}
+
+void TestPageDragScrolling::dragThatBeginsAtTheEdgeScrollsOnceItComesNearer()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    bar->setValue(shown.itemAt(100).center().y() - 20);
+    QCoreApplication::processEvents();
+    const int start = bar->value();
+    const QPoint nearTheEdge = shown.itemAt(100).center();
+    bool hasScrolled = false;
+    dragWhile(
+        viewport, nearTheEdge,
+        [&] {
+            holdAt(viewport, nearTheEdge + QPoint(0, 25));
+            holdAt(viewport, nearTheEdge - QPoint(0, 15));
+            hasScrolled = QTest::qWaitFor([&] { return bar->value() < start - 100; });
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        nearTheEdge);
+    QVERIFY(hasScrolled);
+}
+
+void TestPageDragScrolling::wheelScrollsDuringADrag()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    int down = -1;
+    int up = -1;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            QCoreApplication::processEvents();
+            holdAt(viewport, middle);
+            turnWheel(viewport, middle, -240);
+            down = bar->value();
+            turnWheel(viewport, middle, 120);
+            up = bar->value();
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        middle);
+    const int notch = QApplication::wheelScrollLines() * bar->singleStep();
+    QCOMPARE(down, 2 * notch);
+    QCOMPARE(up, notch);
+}
+
+void TestPageDragScrolling::wheelWorksAsEverAfterADrag()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    dragWhile(
+        viewport, handleAt(*shown.list, middle), [&] { QTest::keyClick(viewport, Qt::Key_Escape); }, middle);
+    QCoreApplication::processEvents();
+    turnWheel(viewport, middle, -120);
+    QTRY_VERIFY(bar->value() > 0);
+}
+
+void TestPageDragScrolling::pageGoesWhereThePointerIsAfterScrolling()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint first = shown.cardCentre(0);
+    const QPoint middle = viewport->rect().center();
+    const QPoint edge(middle.x(), viewport->height() - 2);
+    int targetRow = -1;
+    dragWhile(
+        viewport, first,
+        [&] {
+            holdAt(viewport, middle);
+            holdAt(viewport, edge);
+            QVERIFY(QTest::qWaitFor([&] { return bar->value() > 3000; }));
+            holdAt(viewport, middle);
+            const QModelIndex index = shown.list->indexAt(middle);
+            QVERIFY(index.isValid());
+            const bool below = middle.y() > shown.list->visualRect(index).center().y();
+            targetRow = index.row() + (below ? 1 : 0);
+        },
+        middle);
+    QVERIFY(targetRow > 10);
+    QCOMPARE(shown.model.rowForPageId(1), targetRow - 1);
+}
+
+int main(int argc, char **argv)
+{
+    // The platform that the other tests run on knows no dragging.
+    qputenv("QT_QPA_PLATFORM", "minimal");
+    const QApplication application(argc, argv);
+    TestPageDragScrolling test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_page_drag_scrolling.moc"
