@@ -44,6 +44,9 @@ void PdfViewerWidget::connectDocumentView()
         m_bottomBar->setCurrentPage(page);
         emit currentPageChanged(page);
     });
+    // Current in all views, this one included: the next page is the one behind it.
+    connect(m_documentView, &PdfDocumentView::pageClicked, m_documentView,
+            &PdfDocumentView::makeCurrent);
     connect(m_documentView, &PdfDocumentView::zoomFactorChanged, this, [this](double factor) {
         m_bottomBar->setZoom(factor);
         emit zoomChanged(factor);

@@ -12,6 +12,7 @@
 #include "pdf/viewer/commands/pdf_page_commands.h"
 #include "pdf/viewer/grid/pdf_page_manager_view.h"
 #include "pdf/viewer/reading/pdf_document_view.h"
+#include "pdf/viewer/reading/reading_place_keeper.h"
 #include "pdf/viewer/side_panel/pdf_operation_side_panel.h"
 #include "pdf/viewer/thumbnails/pdf_thumbnail_panel.h"
 #include "widgets/theme.h"
@@ -205,6 +206,7 @@ void PdfViewerWidget::applyFitMode()
 void PdfViewerWidget::setViewMode(PdfViewMode mode)
 {
     const bool isDocumentView = mode == PdfViewMode::DocumentView;
+    const bool opensGrid = !isDocumentView && m_viewMode == PdfViewMode::DocumentView;
     m_viewMode = mode;
     m_viewStack->setCurrentIndex(isDocumentView ? 0 : 1);
     setFocusProxy(m_viewStack->currentWidget());
@@ -214,6 +216,16 @@ void PdfViewerWidget::setViewMode(PdfViewMode mode)
     if (isDocumentView) {
         setWorkspaceMode(PdfWorkspaceMode::NormalMode);
     }
+    if (opensGrid) {
+        showReadPageInGrid();
+        // The panels beside the grid take and leave their room later.
+        QTimer::singleShot(0, this, &PdfViewerWidget::showReadPageInGrid);
+    }
+}
+
+void PdfViewerWidget::showReadPageInGrid()
+{
+    m_pageManagerView->showPage(m_documentView->currentPage());
 }
 
 void PdfViewerWidget::setWorkspaceMode(PdfWorkspaceMode mode)
@@ -255,6 +267,7 @@ void PdfViewerWidget::buildSplitter()
     m_thumbnailPanel->setModel(m_model);
     m_thumbnailPanel->setRenderManager(m_renderManager);
     m_documentView = new PdfDocumentView;
+    m_readingPlace = new ReadingPlaceKeeper(m_model, m_documentView);
     m_documentView->setModel(m_model);
     m_documentView->setRenderManager(m_renderManager);
     m_pageManagerView = new PdfPageManagerView;
@@ -286,6 +299,7 @@ void PdfViewerWidget::showOpenedDocument()
 {
     setViewMode(PdfViewMode::DocumentView);
     m_undoManager->reset();
+    m_readingPlace->forget();
     fitWidth();
     m_documentView->goToPage(0);
     // The reader waits for these; while they are rendered, the window has itself to paint.

@@ -24,6 +24,7 @@ class PdfRenderManager;
 class PdfThumbnailPanel;
 class PdfTopToolBar;
 class PdfUndoManager;
+class ReadingPlaceKeeper;
 class QSplitter;
 class QStackedWidget;
 
@@ -133,6 +134,7 @@ private:
     /// Switches to the grid and to what it is to be used for.
     void manageIn(PdfWorkspaceMode mode);
     void applyFitMode();
+    void showReadPageInGrid();
     /// Lets the views ask again for the images that were cancelled.
     void restartRequests();
 
@@ -153,4 +155,5 @@ private:
     PdfFileCommands *m_fileCommands;
     PdfPageCommands *m_pageCommands;
     FloatingBarPlacer *m_bottomBarPlacer = nullptr;
+    ReadingPlaceKeeper *m_readingPlace = nullptr;
 };

@@ -81,6 +81,16 @@ void PdfPageManagerView::setEveryPageSplit(bool enabled)
     reportSplitPoints();
 }
 
+void PdfPageManagerView::showPage(int row)
+{
+    if (documentModel() == nullptr || row < 0 || row >= pageCount()) {
+        return;
+    }
+    const QModelIndex index = documentModel()->index(row);
+    m_list->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    m_list->scrollTo(index);
+}
+
 void PdfPageManagerView::restartRequests()
 {
     thumbnailStore().forgetRequests();

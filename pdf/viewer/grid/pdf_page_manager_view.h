@@ -37,6 +37,8 @@ public:
     /// Splits before every page but the first, whatever was chosen; the choice comes back when it
     /// is switched off.
     void setEveryPageSplit(bool enabled);
+    /// Makes a page current and brings it into view. Ignored out of range.
+    void showPage(int row);
     /// Asks for missing thumbnails once more. To be called after the render manager's work was
     /// cancelled while the document stays.
     void restartRequests();

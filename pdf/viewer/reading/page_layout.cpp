@@ -161,7 +161,30 @@ int centredScroll(int scroll, int maximum, int newMaximum, double ratio)
     return qRound(newMaximum / 2.0 + (scroll - maximum / 2.0) * ratio);
 }
 
-int anchoredScroll(int scroll, double pointer, double ratio)
+int pageForAnchor(const PageLayout &layout, QPointF point)
 {
-    return qRound((scroll + pointer) * ratio - pointer);
+    if (layout.pages.isEmpty()) {
+        return -1;
+    }
+    const auto below =
+        std::upper_bound(layout.pages.begin(), layout.pages.end(), point.y(),
+                         [](double y, const QRect &page) { return y < page.top(); });
+    return static_cast<int>(std::max<qsizetype>(below - layout.pages.begin() - 1, 0));
+}
+
+PageAnchor anchorOn(const PageLayout &layout, int row, QPointF point)
+{
+    const QRectF page = layout.pages.at(row);
+    const QPointF inside(std::clamp(point.x(), page.left(), page.right()),
+                         std::clamp(point.y(), page.top(), page.bottom()));
+    return {(inside.x() - page.center().x()) / page.width(),
+            (inside.y() - page.top()) / page.height(), point - inside};
+}
+
+QPointF placeOf(const PageLayout &layout, int row, const PageAnchor &anchor)
+{
+    const QRectF page = layout.pages.at(row);
+    return QPointF(page.center().x() + anchor.shareX * page.width(),
+                   page.top() + anchor.shareY * page.height()) +
+           anchor.beyond;
 }

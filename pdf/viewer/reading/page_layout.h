@@ -7,6 +7,7 @@
 #include <QList>
 #include <QPair>
 #include <QPoint>
+#include <QPointF>
 #include <QRect>
 #include <QSize>
 #include <QSizeF>
@@ -88,6 +89,24 @@ enum class PageFit {
 /// greatest scroll value before, `newMaximum` the one after.
 [[nodiscard]] int centredScroll(int scroll, int maximum, int newMaximum, double ratio);
 
-/// The scroll value that keeps the content under the pointer in place when the zoom is multiplied
-/// by `ratio`. `pointer` is the pointer's distance from the viewport's edge.
-[[nodiscard]] int anchoredScroll(int scroll, double pointer, double ratio);
+/// A point of the content, told by the page that it lies on or beside. Unlike its coordinates it
+/// stays what it is when the zoom or the size of the page changes.
+struct PageAnchor
+{
+    /// From -0.5 to 0.5 of the page's width, seen from its middle.
+    double shareX = 0.0;
+    /// From 0 to 1 of the page's height, seen from its upper edge.
+    double shareY = 0.0;
+    /// Logical pixels beyond the page's edges. Margins and gaps are not zoomed.
+    QPointF beyond;
+};
+
+/// The page on which `point` (content coordinates) lies or whose lower gap it is in, the first one
+/// above all pages; -1 without pages.
+[[nodiscard]] int pageForAnchor(const PageLayout &layout, QPointF point);
+
+/// What `point` (content coordinates) is, seen from page `row`.
+[[nodiscard]] PageAnchor anchorOn(const PageLayout &layout, int row, QPointF point);
+
+/// Where a point is, in content coordinates.
+[[nodiscard]] QPointF placeOf(const PageLayout &layout, int row, const PageAnchor &anchor);

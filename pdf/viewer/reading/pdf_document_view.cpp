@@ -127,6 +127,50 @@ void PdfDocumentView::restartRequests()
     schedulePass();
 }
 
+void PdfDocumentView::makeCurrent(int page)
+{
+    if (page >= 0 && page < pageCount()) {
+        m_pageUnknown = false;
+        setCurrentPage(page);
+    }
+}
+
+std::optional<PdfDocumentView::ReadingPlace> PdfDocumentView::readingPlace() const
+{
+    if (m_currentPage >= m_layout.pages.size()) {
+        return std::nullopt;
+    }
+    const QRect visible = visibleRegion();
+    return ReadingPlace{anchorOn(m_layout, m_currentPage, QRectF(visible).center()),
+                        m_layout.pages.at(m_currentPage).top() - visible.top()};
+}
+
+void PdfDocumentView::restorePlace(int page, const ReadingPlace &place)
+{
+    if (page < 0 || page >= pageCount()) {
+        return;
+    }
+    const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
+    prepareFor(page);
+    const double middle = placeOf(m_layout, page, place.middle).y();
+    verticalScrollBar()->setValue(qRound(middle - QRectF(viewport()->rect()).center().y()));
+    makeCurrent(page);
+    schedulePass();
+}
+
+void PdfDocumentView::restorePlaceOfGonePage(int page, const ReadingPlace &place)
+{
+    if (page < 0 || page >= pageCount()) {
+        return;
+    }
+    const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
+    prepareFor(page);
+    verticalScrollBar()->setValue(m_layout.pages.at(page).top() -
+                                  std::max(place.top, kPageTopMargin));
+    makeCurrent(page);
+    schedulePass();
+}
+
 void PdfDocumentView::requestPagesInView()
 {
     if (isVisible()) {
@@ -192,6 +236,7 @@ void PdfDocumentView::goToPage(int page)
     if (adoptFitZoom(page)) {
         layoutPages(std::nullopt);
     }
+    m_pageUnknown = false;
     const QRect rect = m_layout.pages.at(page);
     scrollTo({rect.center().x() - viewport()->width() / 2, rect.top() - kPageTopMargin});
     setCurrentPage(page);
@@ -402,6 +447,9 @@ void PdfDocumentView::onModelReset()
     m_firstPageAnnounced = false;
     m_currentPage = 0;
     layoutPages(std::nullopt);
+    // The view still shows what it did, perhaps another page than the first. The next pass finds
+    // out and says so, unless somebody has gone to a page before.
+    m_pageUnknown = true;
 }
 
 void PdfDocumentView::onDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
@@ -520,8 +568,17 @@ void PdfDocumentView::scrollTo(QPoint offset)
     verticalScrollBar()->setValue(offset.y());
 }
 
+void PdfDocumentView::prepareFor(int page)
+{
+    ensureLayout();
+    if (adoptFitZoom(page)) {
+        layoutPages(scrollFraction());
+    }
+}
+
 void PdfDocumentView::updateCurrentPage()
 {
+    m_pageUnknown = false;
     const int row = nearestPage(m_layout, verticalScrollBar()->value() + viewport()->height() / 2);
     if (row >= 0) {
         setCurrentPage(row);
@@ -554,6 +611,9 @@ void PdfDocumentView::runPass()
 {
     m_passPosted = false;
     ensureLayout();
+    if (m_pageUnknown) {
+        updateCurrentPage();
+    }
     adoptRenderScale();
     const bool isOutOfSight = m_shown && !isVisible();
     if (!isOutOfSight) {
@@ -663,10 +723,19 @@ void PdfDocumentView::zoomByWheel(const QWheelEvent &event)
         return;
     }
     ensureLayout();
-    const QPoint oldOffset = scrollOffset();
-    const double oldZoom = m_zoomFactor;
-    setZoomFactor(event.angleDelta().y() > 0 ? oldZoom * kWheelZoomStep : oldZoom / kWheelZoomStep);
-    const double ratio = m_zoomFactor / oldZoom;
-    scrollTo({anchoredScroll(oldOffset.x(), event.position().x(), ratio),
-              anchoredScroll(oldOffset.y(), event.position().y(), ratio)});
+    const double zoom = event.angleDelta().y() > 0 ? m_zoomFactor * kWheelZoomStep
+                                                   : m_zoomFactor / kWheelZoomStep;
+    const QPointF pointer = event.position();
+    const QPointF point = pointer + scrollOffset();
+    const int row = pageForAnchor(m_layout, point);
+    if (row < 0) {
+        setZoomFactor(zoom);
+        return;
+    }
+    // What is under the pointer stays there. Multiplying the scroll values by the ratio of the
+    // zooms would do only if everything grew with the zoom, but the margins and the gaps between
+    // pages do not: after some hundred pages the reader would be on another one.
+    const PageAnchor anchor = anchorOn(m_layout, row, point);
+    setZoomFactor(zoom);
+    scrollTo((placeOf(m_layout, row, anchor) - pointer).toPoint());
 }

@@ -54,6 +54,25 @@ public:
     /// Asks for missing images once more. To be called after the render manager's work was
     /// cancelled while the document stays.
     void restartRequests();
+    /// Makes a page current without scrolling to it, until the reader scrolls. Ignored out of range.
+    void makeCurrent(int page);
+
+    /// Where the current page stands on the screen.
+    struct ReadingPlace
+    {
+        PageAnchor middle;  ///< What is in the middle of the viewport, seen from the page.
+        int top = 0;        ///< Of the page, in the viewport.
+    };
+    /// As it was last laid out; changes of the model that are not laid out yet do not count.
+    /// Nothing without pages.
+    [[nodiscard]] std::optional<ReadingPlace> readingPlace() const;
+    /// Brings a page to where another one was, or the same one of another size, and makes it
+    /// current. In a fit mode the fit is applied again.
+    void restorePlace(int page, const ReadingPlace &place);
+    /// The same for a page that takes the place of one that is gone: begins where that began, but
+    /// not above the viewport.
+    void restorePlaceOfGonePage(int page, const ReadingPlace &place);
+
     /// Asks for the pages in view now, not at the end of this pass of the event loop. For a view on
     /// the screen whose size will not change in this pass.
     void requestPagesInView();
@@ -119,6 +138,8 @@ private:
     void adoptZoom(double zoom);
 
     void scrollTo(QPoint offset);
+    /// Lays out for a page that is to be shown, in the zoom that fits it.
+    void prepareFor(int page);
     void updateCurrentPage();
     void setCurrentPage(int page);
 
@@ -146,6 +167,7 @@ private:
     std::optional<double> m_keptPosition;
     bool m_layoutDirty = false;
     bool m_scrolled = false;
+    bool m_pageUnknown = false;
     bool m_inProgrammaticScroll = false;
     bool m_passPosted = false;
     bool m_shown = false;

@@ -48,8 +48,10 @@ private slots:
     void renderTargetSizeIsBounded();
     void centredScrollKeepsTheDistanceFromTheMiddle_data();
     void centredScrollKeepsTheDistanceFromTheMiddle();
-    void anchoredScrollKeepsTheContentUnderThePointer_data();
-    void anchoredScrollKeepsTheContentUnderThePointer();
+    void anchorIsOnThePageOrInItsLowerGap_data();
+    void anchorIsOnThePageOrInItsLowerGap();
+    void anchorScalesOnThePageOnly_data();
+    void anchorScalesOnThePageOnly();
 };
 
 void TestPageLayout::contentIsTheViewportWithoutPages()
@@ -304,25 +306,51 @@ void TestPageLayout::centredScrollKeepsTheDistanceFromTheMiddle()
     QTEST(centredScroll(scroll, maximum, newMaximum, ratio), "result");
 }
 
-void TestPageLayout::anchoredScrollKeepsTheContentUnderThePointer_data()
+void TestPageLayout::anchorIsOnThePageOrInItsLowerGap_data()
 {
-    QTest::addColumn<int>("scroll");
-    QTest::addColumn<double>("pointer");
-    QTest::addColumn<double>("ratio");
-    QTest::addColumn<int>("result");
-    QTest::newRow("unchanged") << 500 << 120.0 << 1.0 << 500;
-    QTest::newRow("twice") << 500 << 100.0 << 2.0 << 1100;
-    QTest::newRow("half") << 500 << 100.0 << 0.5 << 200;
-    QTest::newRow("beyond the edge") << 0 << 300.0 << 0.5 << -150;
-    QTest::newRow("rounded") << 100 << 0.5 << 1.12 << 112;
+    QTest::addColumn<int>("y");
+    QTest::addColumn<int>("row");
+    // Pages of 842 pixels from 32 on, 18 apart.
+    QTest::newRow("above all") << 5 << 0;
+    QTest::newRow("first page") << 32 << 0;
+    QTest::newRow("end of the first page") << 873 << 0;
+    QTest::newRow("gap") << 880 << 0;
+    QTest::newRow("second page") << 892 << 1;
+    QTest::newRow("below all") << 9000 << 2;
 }
 
-void TestPageLayout::anchoredScrollKeepsTheContentUnderThePointer()
+void TestPageLayout::anchorIsOnThePageOrInItsLowerGap()
 {
-    QFETCH(int, scroll);
-    QFETCH(double, pointer);
-    QFETCH(double, ratio);
-    QTEST(anchoredScroll(scroll, pointer, ratio), "result");
+    QFETCH(int, y);
+    const PageLayout layout =
+        computePageLayout({kPortrait, kPortrait, kPortrait}, 1.0, {800, 600});
+    QTEST(pageForAnchor(layout, QPointF(100, y)), "row");
+    QCOMPARE(pageForAnchor(computePageLayout({}, 1.0, {800, 600}), QPointF(100, y)), -1);
+}
+
+void TestPageLayout::anchorScalesOnThePageOnly_data()
+{
+    QTest::addColumn<QPointF>("before");
+    QTest::addColumn<QPointF>("after");
+    // 100 × 200 in a content of 164 pixels at first, then 200 × 400 in one of 264; second page.
+    QTest::newRow("upper edge") << QPointF(82, 250) << QPointF(132, 450);
+    QTest::newRow("quarter") << QPointF(57, 300) << QPointF(82, 550);
+    QTest::newRow("margin") << QPointF(22, 300) << QPointF(22, 550);
+    QTest::newRow("right margin") << QPointF(140, 300) << QPointF(240, 550);
+    QTest::newRow("gap") << QPointF(82, 460) << QPointF(132, 860);
+}
+
+void TestPageLayout::anchorScalesOnThePageOnly()
+{
+    QFETCH(QPointF, before);
+    const QList<QSizeF> pages(3, QSizeF(100, 200));
+    const PageLayout small = computePageLayout(pages, 1.0, {10, 10});
+    const PageLayout large = computePageLayout(pages, 2.0, {10, 10});
+    const int row = pageForAnchor(small, before);
+    QCOMPARE(row, 1);
+    const PageAnchor anchor = anchorOn(small, row, before);
+    QCOMPARE(placeOf(small, row, anchor), before);
+    QTEST(placeOf(large, row, anchor), "after");
 }
 
 QTEST_APPLESS_MAIN(TestPageLayout)

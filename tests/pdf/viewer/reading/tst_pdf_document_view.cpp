@@ -43,6 +43,9 @@ private slots:
     void zoomingAnnouncesNoPagesOnTheWay();
 
     void resetStartsAtTheFirstPage();
+    void passAfterAResetFindsThePageInView();
+    void pageGoneToAfterAResetCounts();
+    void pageMadeCurrentStaysWithoutScrolling();
     void insertedRowsKeepTheRelativePosition();
     void movedRowsAreLaidOutAgain();
     void removingTheCurrentPageAtTheEndKeepsACurrentPage();
@@ -397,6 +400,49 @@ void TestPdfDocumentView::resetStartsAtTheFirstPage()
     shown.model.setPages(recordsOfSizes(a4Pages(20)), false);
     QCOMPARE(shown.view.currentPage(), 0);
     QCOMPARE(shown.scrollY(), before);
+}
+
+void TestPdfDocumentView::passAfterAResetFindsThePageInView()
+{
+    ShownView shown(a4Pages(20));
+    shown.view.goToPage(12);
+    QSignalSpy changed(&shown.view, &PdfDocumentView::currentPageChanged);
+    shown.model.setPages(recordsOfSizes(a4Pages(20)), false);
+    QCoreApplication::processEvents();
+    QCOMPARE(shown.view.currentPage(), 12);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(changed.first().first().toInt(), 12);
+}
+
+void TestPdfDocumentView::pageGoneToAfterAResetCounts()
+{
+    // Pages so low that the middle of the viewport is on the third one.
+    ShownView shown(QList<QSizeF>(20, QSizeF(600, 100)));
+    shown.view.setZoomFactor(1.0);
+    shown.view.goToPage(12);
+    shown.model.setPages(recordsOfSizes(QList<QSizeF>(20, QSizeF(600, 100))), false);
+    shown.view.goToPage(0);
+    QCoreApplication::processEvents();
+    QCOMPARE(shown.view.currentPage(), 0);
+}
+
+void TestPdfDocumentView::pageMadeCurrentStaysWithoutScrolling()
+{
+    ShownView shown(QList<QSizeF>(20, QSizeF(600, 100)));
+    shown.view.setZoomFactor(1.0);
+    const int before = shown.scrollY();
+    QSignalSpy changed(&shown.view, &PdfDocumentView::currentPageChanged);
+    shown.view.makeCurrent(4);
+    QCoreApplication::processEvents();
+    QCOMPARE(shown.view.currentPage(), 4);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(shown.scrollY(), before);
+    for (const int outside : {-1, 20}) {
+        shown.view.makeCurrent(outside);
+        QCOMPARE(shown.view.currentPage(), 4);
+    }
+    shown.scrollToY(500);
+    QVERIFY(shown.view.currentPage() > 4);
 }
 
 void TestPdfDocumentView::insertedRowsKeepTheRelativePosition()

@@ -68,6 +68,7 @@ private slots:
     void controlWheelZooms_data();
     void controlWheelZooms();
     void controlWheelKeepsThePointUnderThePointer();
+    void controlWheelKeepsThePageFarDown();
     void controlWheelEndsTheFitMode();
     void controlWheelWithoutAMovementChangesNothing();
     void keysScroll_data();
@@ -255,9 +256,40 @@ void TestPdfDocumentViewInput::controlWheelZooms()
 void TestPdfDocumentViewInput::controlWheelKeepsThePointUnderThePointer()
 {
     const QPointF pointer(350.5, 420.0);
+    const PageLayout before = m_shown->layout();
+    const QPointF point = pointer + QPointF(200, 2000);
+    const int row = pageForAnchor(before, point);
+    const QRectF page = before.pages.at(row);
+    QVERIFY(page.contains(point));
     QVERIFY(turnWheel(*m_shown, {{}, {0, 120}, Qt::ControlModifier, pointer}));
-    QCOMPARE(scroll(),
-             QPoint(qRound((200 + 350.5) * 1.12 - 350.5), qRound((2000 + 420.0) * 1.12 - 420.0)));
+    const QRectF grown = m_shown->layout().pages.at(row);
+    const QPointF moved = pointer + scroll();
+    QVERIFY(std::abs((moved.x() - grown.left()) / grown.width() -
+                     (point.x() - page.left()) / page.width()) < 0.001);
+    QVERIFY(std::abs((moved.y() - grown.top()) / grown.height() -
+                     (point.y() - page.top()) / page.height()) < 0.001);
+}
+
+void TestPdfDocumentViewInput::controlWheelKeepsThePageFarDown()
+{
+    // Thousands of gaps above, none of which grows.
+    ShownView shown(a4Pages(3000));
+    shown.view.setZoomFactor(1.0);
+    shown.view.goToPage(2500);
+    const QPointF pointer(400.0, 300.0);
+    const auto pageUnderPointer = [&] {
+        return pageForAnchor(shown.layout(), pointer + QPointF(0, shown.scrollY()));
+    };
+    QCOMPARE(pageUnderPointer(), 2500);
+    for (int notch = 0; notch < 5; ++notch) {
+        QVERIFY(turnWheel(shown, {{}, {0, 120}, Qt::ControlModifier, pointer}));
+        QCOMPARE(pageUnderPointer(), 2500);
+    }
+    for (int notch = 0; notch < 5; ++notch) {
+        QVERIFY(turnWheel(shown, {{}, {0, -120}, Qt::ControlModifier, pointer}));
+    }
+    const int top = shown.layout().pages.at(2500).top();
+    QVERIFY(std::abs(shown.scrollY() - (top - 32)) <= 5);
 }
 
 void TestPdfDocumentViewInput::controlWheelEndsTheFitMode()
