@@ -102,8 +102,13 @@ std::unique_ptr<FramelessWindow> Startup::showMainWindow()
 
 void Startup::openFileArgument(const FramelessWindow &window, const QStringList &arguments)
 {
-    if (arguments.size() > 1 && QFileInfo::exists(arguments.at(1))) {
-        window.findChild<MainPage *>()->openFile(arguments.at(1));
+    if (arguments.size() < 2) {
+        return;
+    }
+    // A relative path would mean another file, or none, where the list of recent files is read.
+    const QFileInfo file(arguments.at(1));
+    if (file.exists()) {
+        window.findChild<MainPage *>()->openFile(file.absoluteFilePath());
     }
 }
 

@@ -79,6 +79,9 @@ public:
     void setPages(const QList<PdfPageRecord> &records, bool modified);
     /// Notes that the document was saved; a `path` that is not empty is its file from now on.
     void markSaved(const QString &path);
+    /// Notes that the document was saved to `path`, its file from now on, as it was before the
+    /// latest changes, which stay unsaved.
+    void markSavedBefore(const QString &path) { m_documentPath = path; }
     void setModified(bool modified);
 
     void setPageSelected(PdfPageId id, bool selected);

@@ -128,6 +128,13 @@ void PdfUndoManager::markClean()
     m_model->setModified(false);
 }
 
+void PdfUndoManager::markUnsaved()
+{
+    recordObservedMove();
+    m_stack->resetClean();
+    m_model->setModified(true);
+}
+
 void PdfUndoManager::reset()
 {
     forgetObservedMove();

@@ -42,6 +42,8 @@ public:
 
     /// Notes that the document as it stands was saved.
     void markClean();
+    /// No step of the history is what is saved.
+    void markUnsaved();
     /// Forgets all steps; the document as it stands is unmodified.
     void reset();
 

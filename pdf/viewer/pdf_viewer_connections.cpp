@@ -67,8 +67,10 @@ void PdfViewerWidget::connectThumbnailPanel()
             [this](PdfPageId id) { m_undoManager->deletePages({id}); });
     connect(panel, &PdfThumbnailPanel::chooseInsertFilesRequested, this,
             &PdfViewerWidget::chooseInsertFiles);
+    // Files are dropped while the program that they come from waits. It is let go first: reading
+    // them takes time, and boxes may open.
     connect(panel, &PdfThumbnailPanel::insertFilesRequested, this,
-            &PdfViewerWidget::insertPdfFiles);
+            &PdfViewerWidget::insertPdfFiles, Qt::QueuedConnection);
 }
 
 void PdfViewerWidget::connectBottomBar()

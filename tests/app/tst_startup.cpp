@@ -47,6 +47,7 @@ private slots:
 
     void withoutAnArgumentTheHomeTabShows();
     void fileArgumentIsOpenedAndRecorded();
+    void relativeArgumentIsRecordedInFull();
     void onlyTheFirstArgumentIsOpened();
     void missingFileIsIgnored_data();
     void missingFileIsIgnored();
@@ -265,6 +266,18 @@ void TestStartup::fileArgumentIsOpenedAndRecorded()
     QCOMPARE(tabsOf(*window)->currentIndex(), 1);
     QCOMPARE(tabsOf(*window)->tabText(1), QStringLiteral("first.pdf"));
     QVERIFY(RecentFileManager::instance()->contains(m_pdf));
+}
+
+void TestStartup::relativeArgumentIsRecordedInFull()
+{
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(QFileInfo(m_pdf).absolutePath()));
+    const auto window = Startup::showMainWindow();
+    RecentFileManager::instance()->clear();
+    Startup::openFileArgument(*window, {QStringLiteral("quillora"), QStringLiteral("first.pdf")});
+    QVERIFY(QDir::setCurrent(before));
+    QCOMPARE(tabsOf(*window)->count(), 2);
+    QCOMPARE(RecentFileManager::instance()->files(), QStringList{m_pdf});
 }
 
 void TestStartup::onlyTheFirstArgumentIsOpened()

@@ -211,8 +211,22 @@ void PageCardsView::updateCard(PdfPageId id)
 bool PageCardsView::onPress(const QMouseEvent &event)
 {
     m_pressTaken = false;
-    return event.button() == Qt::LeftButton && m_model != nullptr &&
-           pressAt(event.position().toPoint());
+    if (event.button() != Qt::LeftButton || m_model == nullptr) {
+        return false;
+    }
+    const QPoint point = event.position().toPoint();
+    const PdfPageRecord *page = m_model->pageAt(m_list->indexAt(point).row());
+    const PdfPageId id = page != nullptr ? page->id : 0;
+    const PdfPageId takenOn = std::exchange(m_pressTakenOn, 0);
+    if (event.type() == QEvent::MouseButtonDblClick && takenOn != 0 && takenOn != id) {
+        // The first press has brought another page under the pointer, by deleting the one that was
+        // meant. Nobody has asked for anything to be done to this one.
+        takePress();
+        return true;
+    }
+    const bool isTaken = pressAt(point);
+    m_pressTakenOn = isTaken ? id : 0;
+    return isTaken;
 }
 
 bool PageCardsView::onMove(const QMouseEvent &event)

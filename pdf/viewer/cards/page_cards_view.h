@@ -113,6 +113,7 @@ private:
     std::optional<QPoint> m_pointer;
     /// The last press was not left to the list.
     bool m_pressTaken = false;
+    PdfPageId m_pressTakenOn = 0; ///< The page of the last press, if it was taken.
     /// A mouse button is down on what was pressed.
     bool m_pressed = false;
     bool m_rowsChanged = false;

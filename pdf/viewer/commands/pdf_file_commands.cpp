@@ -107,6 +107,7 @@ bool PdfFileCommands::saveAs(const QString &path)
     const QString target = QFileInfo(path).absoluteFilePath();
     const QPointer<PdfFileCommands> self(this);
     m_saving = true;
+    const quint64 revision = m_model->documentRevision();
     const SaveResult result =
         saveShowingProgress(m_parent, m_model->sourcePages(), target, m_write);
     if (self == nullptr) {
@@ -117,8 +118,14 @@ bool PdfFileCommands::saveAs(const QString &path)
         showBackendErrorBox(m_parent, tr("保存 PDF 失败"), result.error, result.message);
         return false;
     }
-    m_model->markSaved(target);
-    m_undoManager->markClean();
+    if (m_model->documentRevision() == revision) {
+        m_model->markSaved(target);
+        m_undoManager->markClean();
+    } else {
+        // The box lets nobody edit, but files that were dropped before may be inserted meanwhile.
+        m_model->markSavedBefore(target);
+        m_undoManager->markUnsaved();
+    }
     emit saved(target);
     return true;
 }

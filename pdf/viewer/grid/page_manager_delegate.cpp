@@ -57,6 +57,9 @@ QString PageManagerDelegate::toolTipAt(QPoint point, const QStyleOptionViewItem 
     case PageGridHit::InsertZone:
         return tr("在此处插入页面");
     case PageGridHit::SplitZone:
+        if (m_list.areSplitPointsFixed()) {
+            return {};
+        }
         return m_list.isSplitBefore(hit.row) ? tr("取消此处的拆分") : tr("在此处拆分");
     case PageGridHit::SelectionBox:
         return recordOf(index)->selected ? tr("取消选择页面") : tr("选择页面");

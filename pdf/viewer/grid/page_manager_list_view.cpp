@@ -76,6 +76,11 @@ bool PageManagerListView::isSplitBefore(int row) const
     return record != nullptr && m_splitPoints.contains(record->id);
 }
 
+bool PageManagerListView::areSplitPointsFixed() const
+{
+    return m_splitPoints.isEveryPage();
+}
+
 void PageManagerListView::selectAll()
 {
     // What counts are the pages chosen in the document, not the rows marked in this list.

@@ -38,6 +38,8 @@ public:
     /// What a press at a point of the viewport would act on.
     [[nodiscard]] PageGridHit hitAt(QPoint point, int hoveredRow) const;
     [[nodiscard]] bool isSplitBefore(int row) const;
+    /// Every gap is a split point, whatever is pressed.
+    [[nodiscard]] bool areSplitPointsFixed() const;
 
     void selectAll() override;
 

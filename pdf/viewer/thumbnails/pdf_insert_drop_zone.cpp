@@ -67,6 +67,20 @@ QStringList brokenLines(const QString &text, const QFont &font, int width)
     return lines;
 }
 
+/// Accepts PDF files to be copied, and ignores everything else; true if it was accepted. Whoever is
+/// told that files were moved may delete its own.
+bool acceptAsCopy(QDropEvent &event)
+{
+    if (!holdsOnlyPdfFiles(*event.mimeData()) ||
+        !event.possibleActions().testFlag(Qt::CopyAction)) {
+        event.ignore();
+        return false;
+    }
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+    return true;
+}
+
 } // namespace
 
 PdfInsertDropZone::PdfInsertDropZone(QWidget *parent)
@@ -91,12 +105,16 @@ PdfInsertDropZone::~PdfInsertDropZone() = default;
 
 void PdfInsertDropZone::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!holdsOnlyPdfFiles(*event->mimeData())) {
-        event->ignore();
+    if (!acceptAsCopy(*event)) {
         return;
     }
-    event->acceptProposedAction();
     setDragActive(true);
+}
+
+void PdfInsertDropZone::dragMoveEvent(QDragMoveEvent *event)
+{
+    // What is proposed changes with the keys that are held.
+    acceptAsCopy(*event);
 }
 
 void PdfInsertDropZone::dragLeaveEvent(QDragLeaveEvent * /*event*/)
@@ -107,11 +125,9 @@ void PdfInsertDropZone::dragLeaveEvent(QDragLeaveEvent * /*event*/)
 void PdfInsertDropZone::dropEvent(QDropEvent *event)
 {
     setDragActive(false);
-    if (!holdsOnlyPdfFiles(*event->mimeData())) {
-        event->ignore();
+    if (!acceptAsCopy(*event)) {
         return;
     }
-    event->acceptProposedAction();
     QStringList files;
     for (const QUrl &url : event->mimeData()->urls()) {
         files.append(url.toLocalFile());

@@ -69,6 +69,7 @@ private slots:
     void pressOutsideOfThePagesReachesTheList();
     void rightButtonDoesNotAct();
     void secondPressOfADoubleClickActsAgain();
+    void doubleClickOnABinDeletesOnePage();
     void leavingEndsTheHover();
     void scrollingMovesTheHover();
     void insertZoneAsksForAnInsertion();
@@ -440,6 +441,27 @@ void TestPdfPageManagerView::rightButtonDoesNotAct()
     QVERIFY(shown.model.selectedRows().isEmpty());
 }
 
+void TestPdfPageManagerView::doubleClickOnABinDeletesOnePage()
+{
+    ShownGrid shown(a4Pages(5));
+    connect(&shown.view, &PdfPageManagerView::deletePageRequested, &shown.model,
+            [&](PdfPageId id) { shown.model.removePages({id}); });
+    const QPoint point = shown.barPartOf(1, 3);
+    shown.moveTo(point);
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCoreApplication::processEvents();
+    shown.moveTo(point);
+    QMouseEvent second(QEvent::MouseButtonDblClick, point,
+                       shown.list->viewport()->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton,
+                       Qt::NoModifier);
+    QCoreApplication::sendEvent(shown.list->viewport(), &second);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCOMPARE(shown.model.rowCount(), 4);
+    // A click of its own deletes the next one.
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCOMPARE(shown.model.rowCount(), 3);
+}
+
 void TestPdfPageManagerView::secondPressOfADoubleClickActsAgain()
 {
     ShownGrid shown(a4Pages(5));
@@ -720,7 +742,13 @@ void TestPdfPageManagerView::toolTipsNameWhatIsUnderThePointer()
     shown.view.setWorkspaceMode(kInsertMode);
     QCOMPARE(toolTipAt(shown.cell(1).insertZone.center()), QStringLiteral("在此处插入页面"));
     shown.view.setWorkspaceMode(kSplitMode);
-    QCOMPARE(toolTipAt(shown.cell(1).splitZone.center()), QStringLiteral("在此处拆分"));
+    const QPoint gap = shown.cell(1).splitZone.center();
+    QCOMPARE(toolTipAt(gap), QStringLiteral("在此处拆分"));
+    shown.click(gap);
+    QCOMPARE(toolTipAt(gap), QStringLiteral("取消此处的拆分"));
+    // Nothing can be done there while every page is a part.
+    shown.view.setEveryPageSplit(true);
+    QCOMPARE(toolTipAt(gap), QString());
     QToolTip::hideText();
 }
 

@@ -63,6 +63,8 @@ private slots:
     void takesOnlyLocalPdfFiles_data();
     void takesOnlyLocalPdfFiles();
     void otherDataIsRefused();
+    void filesAreCopiedWhateverIsProposed_data();
+    void filesAreCopiedWhateverIsProposed();
     void dropReportsTheFilesInTheirOrder();
     void highlightGoesWhenTheDragLeaves();
     void highlightChangesTheLook();
@@ -128,6 +130,44 @@ void TestPdfInsertDropZone::otherDataIsRefused()
     data.setText(QStringLiteral("/files/report.pdf"));
     QVERIFY(!dragEnter(zone, data));
     QVERIFY(!isDragActive(zone));
+}
+
+void TestPdfInsertDropZone::filesAreCopiedWhateverIsProposed_data()
+{
+    QTest::addColumn<Qt::DropActions>("possible");
+    QTest::addColumn<Qt::KeyboardModifiers>("keys");
+    QTest::addColumn<bool>("taken");
+    const Qt::DropActions all = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    const Qt::KeyboardModifiers none = Qt::NoModifier;
+    const Qt::KeyboardModifiers shift = Qt::ShiftModifier;
+    QTest::newRow("copy") << Qt::DropActions(Qt::CopyAction) << none << true;
+    QTest::newRow("any") << all << none << true;
+    QTest::newRow("any, with Shift for a move") << all << shift << true;
+    QTest::newRow("move only") << Qt::DropActions(Qt::MoveAction) << shift << false;
+    QTest::newRow("link only") << Qt::DropActions(Qt::LinkAction) << none << false;
+}
+
+void TestPdfInsertDropZone::filesAreCopiedWhateverIsProposed()
+{
+    QFETCH(const Qt::DropActions, possible);
+    QFETCH(const Qt::KeyboardModifiers, keys);
+    QFETCH(const bool, taken);
+    PdfInsertDropZone zone;
+    QSignalSpy dropped(&zone, &PdfInsertDropZone::filesDropped);
+    QMimeData data;
+    data.setUrls(urlsOf({QStringLiteral("/files/report.pdf")}));
+    QDragEnterEvent enter({20, 20}, possible, &data, Qt::LeftButton, keys);
+    QDragMoveEvent move({25, 20}, possible, &data, Qt::LeftButton, keys);
+    QDropEvent drop({25, 20}, possible, &data, Qt::LeftButton, keys);
+    for (QDropEvent *event : {static_cast<QDropEvent *>(&enter), static_cast<QDropEvent *>(&move),
+                              &drop}) {
+        // As a file manager proposes it when Shift is held.
+        event->setDropAction(keys == Qt::ShiftModifier ? Qt::MoveAction : Qt::CopyAction);
+        QCoreApplication::sendEvent(&zone, event);
+        QCOMPARE(event->isAccepted(), taken);
+        QVERIFY(!taken || event->dropAction() == Qt::CopyAction);
+    }
+    QCOMPARE(dropped.size(), taken ? 1 : 0);
 }
 
 void TestPdfInsertDropZone::dropReportsTheFilesInTheirOrder()

@@ -62,6 +62,7 @@ private slots:
     void stripOfAnotherRowDoesNotAct();
     void rightButtonDoesNotActOnTheStrip();
     void secondPressOfADoubleClickActsAgain();
+    void doubleClickOnABinDeletesOnePage();
     void releaseOnTheStripIsNoClick();
     void movingWithThePressedStripNeitherSelectsNorDrags_data();
     void movingWithThePressedStripNeitherSelectsNorDrags();
@@ -210,6 +211,27 @@ void TestPdfThumbnailPanel::rightButtonDoesNotActOnTheStrip()
     shown.moveTo(shown.stripPart(1, 2));
     QTest::mouseClick(shown.list->viewport(), Qt::RightButton, {}, shown.stripPart(1, 2));
     QCOMPARE(remove.size(), 0);
+}
+
+void TestPdfThumbnailPanel::doubleClickOnABinDeletesOnePage()
+{
+    ShownPanel shown(a4Pages(5));
+    connect(&shown.panel, &PdfThumbnailPanel::deletePageRequested, &shown.model,
+            [&](PdfPageId id) { shown.model.removePages({id}); });
+    const QPoint point = shown.stripPart(1, 2);
+    shown.moveTo(point);
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCoreApplication::processEvents();
+    shown.moveTo(point);
+    QMouseEvent second(QEvent::MouseButtonDblClick, point,
+                       shown.list->viewport()->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton,
+                       Qt::NoModifier);
+    QCoreApplication::sendEvent(shown.list->viewport(), &second);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCOMPARE(shown.model.rowCount(), 4);
+    // A click of its own deletes the next one.
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCOMPARE(shown.model.rowCount(), 3);
 }
 
 void TestPdfThumbnailPanel::secondPressOfADoubleClickActsAgain()
