@@ -273,11 +273,11 @@ void TestStartup::relativeArgumentIsRecordedInFull()
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(QFileInfo(m_pdf).absolutePath()));
     const auto window = Startup::showMainWindow();
-    RecentFileManager::instance()->clear();
     Startup::openFileArgument(*window, {QStringLiteral("quillora"), QStringLiteral("first.pdf")});
     QVERIFY(QDir::setCurrent(before));
     QCOMPARE(tabsOf(*window)->count(), 2);
-    QCOMPARE(RecentFileManager::instance()->files(), QStringList{m_pdf});
+    QVERIFY(RecentFileManager::instance()->contains(m_pdf));
+    QVERIFY(!RecentFileManager::instance()->contains(QStringLiteral("first.pdf")));
 }
 
 void TestStartup::onlyTheFirstArgumentIsOpened()

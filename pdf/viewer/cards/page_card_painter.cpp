@@ -98,7 +98,9 @@ CardColors cardColors(const CardState &state)
                 state.hovered ? Theme::accentHover : Theme::accent, 2.0};
     }
     if (state.current) {
-        return {state.pressed ? Theme::pressed : Theme::white, Theme::accentHover, 1.0};
+        // Quieter than a card that is chosen, whose colour it must not have.
+        const QColor fill = state.hovered ? Theme::hover : Theme::white;
+        return {state.pressed ? Theme::pressed : fill, Theme::textSecondary, 1.0};
     }
     if (state.pressed) {
         return {Theme::pressed, Theme::borderStrong, 1.0};

@@ -29,7 +29,7 @@ void PageManagerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     const PageCellGeometry cell = pageCellGeometry(option.rect, m_list.metrics().thumbnail);
     PageCardPainter::CardState state = cardState(option, index);
     state.selected = record->selected;
-    state.current = option.state.testFlag(QStyle::State_Selected);
+    state.current = index == m_list.currentIndex();
     const bool onBox = state.hovered && hover().onSelectionBox;
 
     PageCardPainter::drawCard(*painter, cell.card, state);

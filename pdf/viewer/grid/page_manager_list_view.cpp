@@ -6,10 +6,19 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QSet>
 #include <QSignalBlocker>
 
 #include <algorithm>
+
+namespace {
+
+/// With these a click or a key marks pages.
+constexpr Qt::KeyboardModifiers kMarkingKeys = Qt::ShiftModifier | Qt::ControlModifier;
+
+} // namespace
 
 PageManagerListView::PageManagerListView(const PageSplitPoints &splitPoints, QWidget *parent)
     : PageListView(parent)
@@ -81,6 +90,19 @@ bool PageManagerListView::areSplitPointsFixed() const
     return m_splitPoints.isEveryPage();
 }
 
+void PageManagerListView::setModel(QAbstractItemModel *model)
+{
+    if (documentModel() != nullptr) {
+        disconnect(documentModel(), nullptr, this, nullptr);
+    }
+    PageListView::setModel(model);
+    if (documentModel() != nullptr) {
+        connect(documentModel(), &PdfDocumentModel::selectionChanged, this,
+                &PageManagerListView::showChosenPages);
+    }
+    showChosenPages();
+}
+
 void PageManagerListView::selectAll()
 {
     // What counts are the pages chosen in the document, not the rows marked in this list.
@@ -115,6 +137,31 @@ void PageManagerListView::paintEvent(QPaintEvent *event)
     }
 }
 
+void PageManagerListView::mousePressEvent(QMouseEvent *event)
+{
+    const bool isPlain = (event->modifiers() & kMarkingKeys) == 0;
+    if (isPlain) {
+        keepMarks();
+    }
+    {
+        const QScopedValueRollback marking(m_isMarking, true);
+        PageListView::mousePressEvent(event);
+    }
+    // The base class drags only what a press has marked, and would draw a rubber band here.
+    if (event->button() == Qt::LeftButton && isPlain &&
+        indexAt(event->position().toPoint()).isValid()) {
+        setState(DraggingState);
+    }
+}
+
+void PageManagerListView::mouseMoveEvent(QMouseEvent *event)
+{
+    // A move may begin a drag, which has an event loop of its own; a rubber band is on its way by
+    // the second one.
+    const QScopedValueRollback marking(m_isMarking, state() != DraggingState);
+    PageListView::mouseMoveEvent(event);
+}
+
 void PageManagerListView::keyPressEvent(QKeyEvent *event)
 {
     const PdfPageRecord *record =
@@ -124,7 +171,32 @@ void PageManagerListView::keyPressEvent(QKeyEvent *event)
         documentModel()->setPageSelected(record->id, !record->selected);
         return;
     }
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Select) {
+        // The base class would mark the current row.
+        event->ignore();
+        return;
+    }
+    if ((event->modifiers() & kMarkingKeys) == 0) {
+        keepMarks();
+    }
+    const QScopedValueRollback marking(m_isMarking, true);
     PageListView::keyPressEvent(event);
+}
+
+QItemSelectionModel::SelectionFlags
+PageManagerListView::selectionCommand(const QModelIndex &index, const QEvent *event) const
+{
+    // One page is chosen by its box. Clicks and keys without Shift or Ctrl go from page to page and
+    // leave those that are chosen alone; a rubber band adds to them.
+    const auto *input = dynamic_cast<const QInputEvent *>(event);
+    const Qt::KeyboardModifiers keys = input != nullptr ? input->modifiers() : Qt::NoModifier;
+    if ((keys & kMarkingKeys) != 0) {
+        return PageListView::selectionCommand(index, event);
+    }
+    return state() == DragSelectingState && event != nullptr &&
+                   event->type() == QEvent::MouseMove
+               ? QItemSelectionModel::SelectCurrent
+               : QItemSelectionModel::NoUpdate;
 }
 
 void PageManagerListView::updateGeometries()
@@ -143,6 +215,56 @@ void PageManagerListView::updateGeometries()
     const int height =
         model() != nullptr && model()->rowCount() > 0 ? contentsSize().height() + kBottomRoom : 0;
     bar->setRange(0, std::max(height - viewport()->height(), 0));
+}
+
+void PageManagerListView::selectionChanged(const QItemSelection &selected,
+                                           const QItemSelection &deselected)
+{
+    PageListView::selectionChanged(selected, deselected);
+    if (m_isMarking && !m_isShowingChosen) {
+        chooseMarkedPages();
+    }
+}
+
+void PageManagerListView::showChosenPages()
+{
+    if (m_isMarking || documentModel() == nullptr) {
+        return;
+    }
+    QItemSelection chosen;
+    const QList<int> rows = documentModel()->selectedRows();
+    for (qsizetype first = 0; first < rows.size();) {
+        qsizetype last = first;
+        while (last + 1 < rows.size() && rows.at(last + 1) == rows.at(last) + 1) {
+            ++last;
+        }
+        chosen.select(model()->index(rows.at(first), 0), model()->index(rows.at(last), 0));
+        first = last + 1;
+    }
+    const QScopedValueRollback showing(m_isShowingChosen, true);
+    selectionModel()->select(chosen, QItemSelectionModel::ClearAndSelect);
+    keepMarks();
+}
+
+void PageManagerListView::keepMarks()
+{
+    if (selectionModel() != nullptr) {
+        selectionModel()->select(QModelIndex(), QItemSelectionModel::Select);
+    }
+}
+
+void PageManagerListView::chooseMarkedPages()
+{
+    QSet<PdfPageId> ids;
+    const QItemSelection marked = selectionModel()->selection();
+    for (const QItemSelectionRange &range : marked) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            if (const PdfPageRecord *record = documentModel()->pageAt(row)) {
+                ids.insert(record->id);
+            }
+        }
+    }
+    documentModel()->setSelectedPageIds(ids);
 }
 
 int PageManagerListView::columnCount() const

@@ -41,18 +41,32 @@ public:
     /// Every gap is a split point, whatever is pressed.
     [[nodiscard]] bool areSplitPointsFixed() const;
 
+    void setModel(QAbstractItemModel *model) override;
     void selectAll() override;
 
 protected:
     [[nodiscard]] PageDropTarget dropTargetAt(QPoint point) const override;
     void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    [[nodiscard]] QItemSelectionModel::SelectionFlags
+    selectionCommand(const QModelIndex &index, const QEvent *event) const override;
 
 protected slots:
     void updateGeometries() override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
 
 private:
     [[nodiscard]] int columnCount() const;
+    /// Marks the rows of the pages that are chosen in the document.
+    void showChosenPages();
+    /// Begins a new range: the next one comes on top of what is marked, instead of in the place of
+    /// the last one.
+    void keepMarks();
+    /// Chooses the pages whose rows are marked.
+    void chooseMarkedPages();
     /// What is left of a zone between the left and the right edge of the viewport.
     [[nodiscard]] QRect clippedSideways(const QRect &zone) const;
     [[nodiscard]] PageCardPainter::PartState markState(PageGridHit::Kind kind, int row) const;
@@ -64,4 +78,6 @@ private:
     PdfWorkspaceMode m_mode = PdfWorkspaceMode::NormalMode;
     PageGridHit m_hoveredMark;
     bool m_markPressed = false;
+    bool m_isMarking = false;        ///< The user changes which rows are marked.
+    bool m_isShowingChosen = false;
 };

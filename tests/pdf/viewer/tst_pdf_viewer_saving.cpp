@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdf/core/pdf_undo_manager.h"
 #include "tests/pdf/viewer/page_numbers.h"
 #include "tests/pdf/viewer/shown_viewer.h"
 #include "tests/support/dialog_answers.h"
@@ -120,6 +121,7 @@ private slots:
 
     // While a save runs.
     void busyBoxSaysWhatIsDone();
+    void editDuringASaveStaysUnsaved();
     void busyBoxCannotBeClosed();
     void interfaceStaysAliveWhileSaving();
     void writingRunsOnAThreadOfItsOwn();
@@ -275,6 +277,40 @@ void TestPdfViewerSaving::promptReplacesAnExistingFile()
     answers.addFiles({target});
     QVERIFY(m_shown->viewer->promptSaveAs());
     QCOMPARE(numbersIn(target), (QList<int>{0, 1}));
+}
+
+void TestPdfViewerSaving::editDuringASaveStaysUnsaved()
+{
+    QVERIFY(m_shown->openPages(2));
+    auto &edits = m_shown->part<PdfUndoManager>();
+    edits.rotatePages({m_shown->idAt(0)}, 90);
+    const DialogAnswers answers;
+    QSemaphore edited;
+    m_shown->viewer->setSaveFunction(
+        [&edited](const auto &, const QString &, PdfBackendError *, QString *) {
+            edited.acquire();
+            return true;
+        });
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] {
+        if (QApplication::activeModalWidget() != nullptr) {
+            timer.stop();
+            edits.insertBlankPage(0, {200, 300});
+            edited.release();
+        }
+    });
+    timer.start(1);
+    const QString target = m_shown->path(u"target.pdf"_s);
+    QVERIFY(m_shown->viewer->saveAs(target));
+    QVERIFY(m_shown->viewer->isModified());
+    QVERIFY(!m_shown->history().isClean());
+    QCOMPARE(m_shown->model().documentPath(), target);
+    // A save without an edit on the way has everything.
+    m_shown->viewer->setSaveFunction(
+        [](const auto &, const QString &, PdfBackendError *, QString *) { return true; });
+    QVERIFY(m_shown->viewer->save());
+    QVERIFY(!m_shown->viewer->isModified());
+    QVERIFY(m_shown->history().isClean());
 }
 
 void TestPdfViewerSaving::busyBoxSaysWhatIsDone()

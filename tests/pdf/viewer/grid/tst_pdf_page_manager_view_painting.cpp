@@ -62,6 +62,7 @@ class TestPdfPageManagerViewPainting final : public QObject
 private slots:
     void zoomControlHasItsColors();
     void paintsSelectionHoverAndBox();
+    void currentCardDoesNotLookChosen();
     void partLooksPressedOnlyWhileThePointerStaysOnIt();
     void paintsInsertMarksOnlyInInsertMode();
     void marksOutOfViewAreNotPainted();
@@ -95,6 +96,22 @@ void TestPdfPageManagerViewPainting::zoomControlHasItsColors()
     zoomIn->setDown(true);
     QCOMPARE(control->grab().toImage().pixelColor(inButton), QColor(0x47, 0x47, 0x47));
     QCOMPARE(shown.view.grab().toImage().pixelColor(600, 400), QColor(0xFA, 0xFB, 0xFC));
+}
+
+void TestPdfPageManagerViewPainting::currentCardDoesNotLookChosen()
+{
+    ShownGrid shown({{595, 842}, {842, 595}, {595, 842}});
+    QTRY_VERIFY(shown.thumbnail(0) && shown.thumbnail(1) && shown.thumbnail(2));
+    shown.click(shown.cell(1).thumbnail.center());
+    shown.moveTo({900, 600});
+    const auto edgeOf = [&](int row) {
+        const QRect card = shown.cell(row).card;
+        return shown.picture().pixelColor(card.left(), card.center().y());
+    };
+    QCOMPARE(edgeOf(1), Theme::textSecondary);
+    QCOMPARE(edgeOf(2), Theme::border);
+    shown.model.setPageSelected(2, true);
+    QCOMPARE(edgeOf(1), Theme::accent);
 }
 
 void TestPdfPageManagerViewPainting::paintsSelectionHoverAndBox()
