@@ -8,14 +8,16 @@
 #include "app/window_shape.h"
 #include "widgets/theme.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QRegion>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -30,7 +32,7 @@ FramelessWindow::FramelessWindow(QWidget *parent)
     , m_lowerCorners{new WindowCorner(Qt::BottomLeftCorner, this),
                      new WindowCorner(Qt::BottomRightCorner, this)}
 {
-    setWindowTitle(QGuiApplication::applicationDisplayName());
+    setWindowTitle(QApplication::applicationDisplayName());
     setMinimumSize(kMinimumSize);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
@@ -89,8 +91,16 @@ void FramelessWindow::mouseMoveEvent(QMouseEvent *event)
         QWidget::mouseMoveEvent(event);
         return;
     }
-    move(event->globalPosition().toPoint() - m_dragOffset);
+    const QPoint pointer = event->globalPosition().toPoint();
     event->accept();
+    if (isMaximized()) {
+        const QPoint way = pointer - frameGeometry().topLeft() - m_dragOffset;
+        if (way.manhattanLength() < QApplication::startDragDistance()) {
+            return;
+        }
+        restoreUnderPointer();
+    }
+    move(pointer - m_dragOffset);
 }
 
 void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
@@ -127,6 +137,18 @@ void FramelessWindow::changeEvent(QEvent *event)
         update();
         QTimer::singleShot(0, this, &FramelessWindow::updateMask);
     }
+}
+
+/// A window that is as large as the screen cannot be moved, so it takes its normal size first. The
+/// pointer stays at the same share of its width, on its title.
+void FramelessWindow::restoreUnderPointer()
+{
+    const double share = static_cast<double>(m_dragOffset.x()) / std::max(width(), 1);
+    const QSize normal = normalGeometry().size();
+    m_dragOffset.setX(qRound(share * normal.width()));
+    showNormal();
+    // Moving it would give it back the size that it has until the system has restored it.
+    resize(normal);
 }
 
 void FramelessWindow::toggleMaximized()

@@ -36,6 +36,7 @@ protected:
 
 private:
     void toggleMaximized();
+    void restoreUnderPointer();
     void openLanguageDialog();
     void updateMask();
 

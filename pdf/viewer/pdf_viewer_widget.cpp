@@ -7,6 +7,7 @@
 #include "pdf/viewer/bars/floating_bar_placer.h"
 #include "pdf/viewer/bars/pdf_bottom_control_bar.h"
 #include "pdf/viewer/bars/pdf_top_tool_bar.h"
+#include "pdf/viewer/bars/wheel_forwarder.h"
 #include "pdf/viewer/commands/backend_error_box.h"
 #include "pdf/viewer/commands/pdf_file_commands.h"
 #include "pdf/viewer/commands/pdf_page_commands.h"
@@ -258,6 +259,7 @@ void PdfViewerWidget::buildInterface()
     // Floats over the views and is in no layout.
     m_bottomBar = new PdfBottomControlBar(m_viewStack);
     m_bottomBarPlacer = new FloatingBarPlacer(m_bottomBar);
+    new WheelForwarder(m_bottomBar, m_documentView->viewport());
     setFocusProxy(m_documentView);
 }
 

@@ -39,6 +39,8 @@ private slots:
     void tabWidgetStyle_data();
     void tabWidgetStyle();
 
+    void tabsOnAPageLookAsElsewhere();
+
     void closingRemovesTheTabAndDeletesThePageLater();
     void closingWritesTheTrace();
     void closingNothingIsSurvived();
@@ -208,10 +210,11 @@ void TestCustomTabBar::tabWidgetStyle_data()
 {
     QTest::addColumn<QString>("selector");
     QTest::addColumn<QString>("declarations");
-    QTest::newRow("widget") << QStringLiteral("QTabWidget")
+    QTest::newRow("widget") << QStringLiteral("CustomTabWidget")
                             << QStringLiteral("background: #F7F8FA; border: none");
-    QTest::newRow("bar") << QStringLiteral("QTabBar") << QStringLiteral("background: transparent");
-    QTest::newRow("pane") << QStringLiteral("QTabWidget::pane")
+    QTest::newRow("bar") << QStringLiteral("CustomTabBar")
+                         << QStringLiteral("background: transparent");
+    QTest::newRow("pane") << QStringLiteral("CustomTabWidget::pane")
                           << QStringLiteral("border: none; border-top: 1px solid #E5E6EB;"
                                             " margin-top: -1px; background: white");
 }
@@ -222,6 +225,23 @@ void TestCustomTabBar::tabWidgetStyle()
     QFETCH(QString, declarations);
     QCOMPARE(StyleRules::declarationsFor(m_tabs->styleSheet(), selector),
              StyleRules::declarations(declarations));
+}
+
+void TestCustomTabBar::tabsOnAPageLookAsElsewhere()
+{
+    const auto pictureOf = [](QTabWidget &tabs) {
+        tabs.addTab(new QWidget, QStringLiteral("Paper"));
+        tabs.addTab(new QWidget, QStringLiteral("Job"));
+        tabs.setFixedSize(300, 120);
+        tabs.ensurePolished();
+        return tabs.grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    };
+    QWidget window;
+    auto *elsewhere = new QTabWidget(&window);
+    auto *page = new QWidget;
+    m_tabs->addTab(page, QStringLiteral("Page"));
+    auto *onPage = new QTabWidget(page);
+    QCOMPARE(pictureOf(*onPage), pictureOf(*elsewhere));
 }
 
 void TestCustomTabBar::closingRemovesTheTabAndDeletesThePageLater()

@@ -36,6 +36,8 @@ private slots:
     void dragByTheStripMovesTheWindow_data();
     void dragByTheStripMovesTheWindow();
     void dragStartsOnTheTitleBarsLabels();
+    void dragOfAMaximizedWindowRestoresIt();
+    void pressOnAMaximizedWindowLeavesItSo();
     void pressBelowTheStripDoesNotDrag();
     void otherButtonsDoNotDrag();
     void releaseEndsTheDrag();
@@ -186,6 +188,31 @@ void TestFramelessWindow::dragStartsOnTheTitleBarsLabels()
     QTest::mouseMove(handle, grip + QPoint(10, 10));
     QCoreApplication::processEvents();
     QCOMPARE(m_window->pos(), before + QPoint(40, 25));
+}
+
+void TestFramelessWindow::dragOfAMaximizedWindowRestoresIt()
+{
+    const QSize normal = m_window->size();
+    m_window->showMaximized();
+    QTRY_VERIFY(m_window->isMaximized() && m_window->width() != normal.width());
+    const QPoint press(m_window->width() * 3 / 4, 20);
+    const QPoint pointer = m_window->mapToGlobal(press) + QPoint(-30, 50);
+    drag(press, QPoint(-30, 50));
+    QTRY_VERIFY(!m_window->isMaximized());
+    QTRY_COMPARE(m_window->size(), normal);
+    // The pointer is on the title of the window, at the same share of its width.
+    const QPoint onWindow = pointer - m_window->frameGeometry().topLeft();
+    QCOMPARE(onWindow, QPoint(normal.width() * 3 / 4, 20));
+}
+
+void TestFramelessWindow::pressOnAMaximizedWindowLeavesItSo()
+{
+    m_window->showMaximized();
+    QTRY_VERIFY(m_window->isMaximized());
+    const QRect before = m_window->geometry();
+    drag(QPoint(300, 20), QPoint(1, 1));
+    QVERIFY(m_window->isMaximized());
+    QCOMPARE(m_window->geometry(), before);
 }
 
 void TestFramelessWindow::pressBelowTheStripDoesNotDrag()

@@ -152,7 +152,7 @@ void TestMainPage::styleSheets_data()
     row(true, "QTabWidget#mainTabWidget RecentFilesPage",
         "background: #ffffff; border-bottom-right-radius: 11px");
     // The style that the tabs have of their own is kept.
-    row(true, "QTabWidget", "background: #F7F8FA; border: none");
+    row(true, "CustomTabWidget", "background: #F7F8FA; border: none");
 }
 
 void TestMainPage::styleSheets()

@@ -10,6 +10,7 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -218,6 +219,18 @@ void PdfBottomControlBar::setFitWidth(bool fitWidth)
     const QString toolTip = fitWidth ? tr("切换为适合高度") : tr("切换为适合宽度");
     m_fitToggleButton->setToolTip(toolTip);
     m_fitToggleButton->setAccessibleName(toolTip);
+}
+
+void PdfBottomControlBar::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Escape || !m_pageNumberEdit->hasFocus()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    // What was typed does not count.
+    showCurrentPage();
+    m_pageNumberEdit->selectAll();
+    event->accept();
 }
 
 QPushButton *PdfBottomControlBar::createButton(const QString &objectName, const QString &toolTip)

@@ -40,6 +40,9 @@ signals:
     void fitWidthRequested();
     void fitPageRequested();
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     [[nodiscard]] QPushButton *createButton(const QString &objectName, const QString &toolTip);
     [[nodiscard]] QWidget *createPageNavigation();

@@ -87,6 +87,7 @@ void PageListView::startDrag(Qt::DropActions supportedActions)
         return;
     }
     setPressedPage(0);
+    m_leftIsDown = false;
     emit dragStarted();
     // The nested event loop of the drag may outlive the view.
     const QPointer<PageListView> self(this);
@@ -179,6 +180,7 @@ void PageListView::mousePressEvent(QMouseEvent *event)
 {
     const PdfDocumentModel *document = documentModel();
     m_pressPoint = event->position().toPoint();
+    m_leftIsDown = event->button() == Qt::LeftButton;
     const QModelIndex index = indexAt(m_pressPoint);
     if (event->button() == Qt::LeftButton && document != nullptr && index.isValid()) {
         setPressedPage(document->pageAt(index.row())->id);
@@ -186,8 +188,19 @@ void PageListView::mousePressEvent(QMouseEvent *event)
     QListView::mousePressEvent(event);
 }
 
+void PageListView::mouseMoveEvent(QMouseEvent *event)
+{
+    // The end of a drag is not always the last that is heard of its button. Without a press there
+    // is nothing to drag, and no corner for a rubber band.
+    if (event->buttons().testFlag(Qt::LeftButton) && !m_leftIsDown) {
+        return;
+    }
+    QListView::mouseMoveEvent(event);
+}
+
 void PageListView::mouseReleaseEvent(QMouseEvent *event)
 {
+    m_leftIsDown = false;
     setPressedPage(0);
     QListView::mouseReleaseEvent(event);
 }

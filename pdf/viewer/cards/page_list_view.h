@@ -58,6 +58,7 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
@@ -93,6 +94,7 @@ private:
     std::optional<PageDropTarget> m_dropTarget;
     PdfPageId m_pressedPage = 0;
     QPoint m_pressPoint;
+    bool m_leftIsDown = false; ///< Since a press that this view has seen, and no drag came of it.
     PdfPageId m_draggedPage = 0;
     qint64 m_layoutCount = 0;
     bool m_layoutPosted = false;

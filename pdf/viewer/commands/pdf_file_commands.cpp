@@ -17,6 +17,31 @@
 
 #include <utility>
 
+namespace {
+
+/// Lets the user choose a file to write; empty when nothing was chosen. The dialog's static
+/// function would not add a suffix, so that what it asks before it replaces a file would be another
+/// name.
+QString askForTarget(QWidget *parent, const QString &caption, const QString &proposal,
+                     const QString &filter)
+{
+    // The dialog belongs to its parent, which may be deleted while it is open.
+    const QPointer<QFileDialog> dialog(
+        new QFileDialog(parent, caption, QFileInfo(proposal).absolutePath(), filter));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setDefaultSuffix(QStringLiteral("pdf"));
+    dialog->selectFile(proposal);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (dialog == nullptr) {
+        return {};
+    }
+    dialog->deleteLater();
+    return accepted ? dialog->selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
 PdfFileCommands::PdfFileCommands(PdfDocumentModel *model, PdfRenderManager *renderManager,
                                  PdfUndoManager *undoManager, QWidget *parent)
     : QObject(parent)
@@ -94,8 +119,8 @@ bool PdfFileCommands::promptSaveAs()
     const QString proposal =
         path.isEmpty() ? QDir(QDir::homePath()).filePath(tr("未命名.pdf")) : path;
     const QPointer<PdfFileCommands> self(this);
-    const QString answer = QFileDialog::getSaveFileName(m_parent, tr("将 PDF 保存为"), proposal,
-                                                        tr("PDF 文件 (*.pdf)"));
+    const QString answer =
+        askForTarget(m_parent, tr("将 PDF 保存为"), proposal, tr("PDF 文件 (*.pdf)"));
     return self != nullptr && !answer.isEmpty() && saveAs(answer);
 }
 

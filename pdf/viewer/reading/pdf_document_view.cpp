@@ -237,6 +237,7 @@ void PdfDocumentView::goToPage(int page)
         layoutPages(std::nullopt);
     }
     m_pageUnknown = false;
+    ++m_visits;
     const QRect rect = m_layout.pages.at(page);
     scrollTo({rect.center().x() - viewport()->width() / 2, rect.top() - kPageTopMargin});
     setCurrentPage(page);
@@ -723,8 +724,8 @@ void PdfDocumentView::zoomByWheel(const QWheelEvent &event)
         return;
     }
     ensureLayout();
-    const double zoom = event.angleDelta().y() > 0 ? m_zoomFactor * kWheelZoomStep
-                                                   : m_zoomFactor / kWheelZoomStep;
+    const double zoom =
+        event.angleDelta().y() > 0 ? m_zoomFactor * kWheelZoomStep : m_zoomFactor / kWheelZoomStep;
     const QPointF pointer = event.position();
     const QPointF point = pointer + scrollOffset();
     const int row = pageForAnchor(m_layout, point);

@@ -54,14 +54,18 @@ public:
     /// Asks for missing images once more. To be called after the render manager's work was
     /// cancelled while the document stays.
     void restartRequests();
-    /// Makes a page current without scrolling to it, until the reader scrolls. Ignored out of range.
+    /// Makes a page current without scrolling to it, until the reader scrolls. Ignored out of
+    /// range.
     void makeCurrent(int page);
+
+    /// How often somebody has asked for a page so far.
+    [[nodiscard]] quint64 visits() const { return m_visits; }
 
     /// Where the current page stands on the screen.
     struct ReadingPlace
     {
-        PageAnchor middle;  ///< What is in the middle of the viewport, seen from the page.
-        int top = 0;        ///< Of the page, in the viewport.
+        PageAnchor middle; ///< What is in the middle of the viewport, seen from the page.
+        int top = 0;       ///< Of the page, in the viewport.
     };
     /// As it was last laid out; changes of the model that are not laid out yet do not count.
     /// Nothing without pages.
@@ -168,6 +172,7 @@ private:
     bool m_layoutDirty = false;
     bool m_scrolled = false;
     bool m_pageUnknown = false;
+    quint64 m_visits = 0;
     bool m_inProgrammaticScroll = false;
     bool m_passPosted = false;
     bool m_shown = false;

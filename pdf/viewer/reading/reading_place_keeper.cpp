@@ -37,6 +37,7 @@ void ReadingPlaceKeeper::remember()
     }
     before.row = m_view->currentPage();
     before.place = *place;
+    before.visits = m_view->visits();
     m_before = std::move(before);
     // Before anything is painted, which comes after all that was posted.
     QMetaObject::invokeMethod(this, &ReadingPlaceKeeper::restore, Qt::QueuedConnection);
@@ -45,7 +46,7 @@ void ReadingPlaceKeeper::remember()
 void ReadingPlaceKeeper::restore()
 {
     const std::optional<Before> before = std::exchange(m_before, std::nullopt);
-    if (!before || m_model == nullptr) {
+    if (!before || m_model == nullptr || m_view->visits() != before->visits) {
         return;
     }
     const auto rowOf = [&](qsizetype row) {

@@ -16,7 +16,8 @@ class PdfDocumentModel;
 /// nearest neighbour when it is gone.
 ///
 /// The view by itself keeps the fraction of the document above the viewport, which is another page
-/// once pages come or go anywhere. Edits that come in one pass of the event loop count as one.
+/// once pages come or go anywhere. Whoever asks for a page after an edit gets that page. Edits that
+/// come in one pass of the event loop count as one.
 class ReadingPlaceKeeper final : public QObject
 {
     Q_OBJECT
@@ -34,6 +35,7 @@ private:
         QList<PdfPageId> pages;
         int row = 0; ///< The page that was read.
         PdfDocumentView::ReadingPlace place;
+        quint64 visits = 0;
     };
 
     void remember();

@@ -13,9 +13,11 @@
 #include <QListWidget>
 #include <QPrintDialog>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -66,6 +68,7 @@ private slots:
     void filesForTheThumbnailPanelAreInserted();
 
     // Bottom bar.
+    void wheelOverTheBarScrollsTheDocument();
     void previousPageStopsAtTheFirst();
     void nextPageStopsAtTheLast();
     void requestedPageIsGoneTo();
@@ -231,6 +234,26 @@ void TestPdfViewerConnections::filesForTheThumbnailPanelAreInserted()
     QCOMPARE(m_shown->numbers(), (QList<int>{0, 1, 2, 3, 4, 5}));
     QCoreApplication::processEvents();
     QCOMPARE(m_shown->numbers(), (QList<int>{0, 40, 41, 1, 2, 3, 4, 5}));
+}
+
+void TestPdfViewerConnections::wheelOverTheBarScrollsTheDocument()
+{
+    QTRY_VERIFY(m_shown->bottomBar().isVisible());
+    const double zoom = m_shown->view().zoomFactor();
+    const QScrollBar *bar = m_shown->view().verticalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    const QList<QWidget *> parts{&m_shown->bottomBar(),
+                                 m_shown->bottomBar().findChild<QComboBox *>(),
+                                 m_shown->bottomBar().findChild<QLineEdit *>()};
+    for (QWidget *part : parts) {
+        const int before = bar->value();
+        const QPointF point = part->rect().center();
+        QWheelEvent wheel(point, part->mapToGlobal(point), {}, {0, -20}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(part, &wheel);
+        QCOMPARE(bar->value(), before + 30);
+    }
+    QCOMPARE(m_shown->view().zoomFactor(), zoom);
 }
 
 void TestPdfViewerConnections::previousPageStopsAtTheFirst()

@@ -40,6 +40,7 @@ private slots:
     void turnedPageIsFitAgain();
     void editsOfOnePassCountAsOne();
     void onePageLeftIsFoundAgain();
+    void pageGoneToAfterAnEditIsShown();
     void anotherDocumentBeginsAtItsStart();
     void clickedPageIsCurrentEverywhere();
     void gridOpensAtThePageThatIsRead();
@@ -78,8 +79,7 @@ int TestPdfViewerReadingPlace::topOf(PdfPageId id) const
         sizes.append(record.displaySize());
     }
     const PdfDocumentView &view = m_shown->view();
-    const PageLayout layout =
-        computePageLayout(sizes, view.zoomFactor(), view.viewport()->size());
+    const PageLayout layout = computePageLayout(sizes, view.zoomFactor(), view.viewport()->size());
     return layout.pages.at(m_shown->model().rowForPageId(id)).top() -
            view.verticalScrollBar()->value();
 }
@@ -267,6 +267,16 @@ void TestPdfViewerReadingPlace::onePageLeftIsFoundAgain()
     settle();
     QCOMPARE(m_shown->view().currentPage(), 200);
     QCOMPARE(shownPage(), 200);
+}
+
+void TestPdfViewerReadingPlace::pageGoneToAfterAnEditIsShown()
+{
+    edits().deletePages({m_shown->model().pageAt(3)->id});
+    m_shown->view().goToPage(40);
+    const int scroll = m_shown->view().verticalScrollBar()->value();
+    settle();
+    QCOMPARE(m_shown->view().currentPage(), 40);
+    QCOMPARE(m_shown->view().verticalScrollBar()->value(), scroll);
 }
 
 void TestPdfViewerReadingPlace::anotherDocumentBeginsAtItsStart()

@@ -116,6 +116,7 @@ private slots:
     void emptyDocumentIsNotSaved();
     void namelessDocumentProposesUntitledInTheHomeFolder();
     void saveAsProposesTheOpenFile();
+    void nameWithoutASuffixGetsOne();
     void cancelledPromptSavesNothing();
     void promptReplacesAnExistingFile();
 
@@ -255,6 +256,20 @@ void TestPdfViewerSaving::saveAsProposesTheOpenFile()
     QVERIFY(!m_shown->viewer->promptSaveAs());
     QCOMPARE(answers.fileDialogs().size(), 1);
     QCOMPARE(answers.fileDialogs().first().proposals, QStringList{m_shown->path(u"report.pdf"_s)});
+}
+
+void TestPdfViewerSaving::nameWithoutASuffixGetsOne()
+{
+    QVERIFY(m_shown->openPages(2));
+    DialogAnswers answers;
+    answers.addFiles({m_shown->path(u"copy"_s)});
+    QVERIFY(m_shown->viewer->promptSaveAs());
+    QCOMPARE(m_shown->model().documentPath(), m_shown->path(u"copy.pdf"_s));
+    QVERIFY(QFile::exists(m_shown->path(u"copy.pdf"_s)));
+    QVERIFY(!QFile::exists(m_shown->path(u"copy"_s)));
+    answers.addFiles({m_shown->path(u"other.PDF"_s)});
+    QVERIFY(m_shown->viewer->promptSaveAs());
+    QVERIFY(QFile::exists(m_shown->path(u"other.PDF"_s)));
 }
 
 void TestPdfViewerSaving::cancelledPromptSavesNothing()

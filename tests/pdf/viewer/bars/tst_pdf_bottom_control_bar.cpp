@@ -63,6 +63,7 @@ private slots:
     void numberIsCommittedWhenTheFocusLeaves();
     void numberIsCommittedOnce();
     void emptiedNumberComesBack();
+    void escapeBringsTheNumberBack();
     void otherCharactersAreNotTaken();
     void clickSelectsTheNumberUntilItIsEdited();
     void committedNumberMovesTheArrows();
@@ -497,6 +498,19 @@ void TestPdfBottomControlBar::emptiedNumberComesBack()
     type(QString());
     edit()->clearFocus();
     QCOMPARE(edit()->text(), QStringLiteral("7"));
+    QCOMPARE(page.size(), 0);
+}
+
+void TestPdfBottomControlBar::escapeBringsTheNumberBack()
+{
+    m_bar->setPageCount(50);
+    m_bar->setCurrentPage(6);
+    const QSignalSpy page(m_bar.get(), &PdfBottomControlBar::pageRequested);
+    type(QStringLiteral("31"));
+    QCOMPARE(edit()->text(), QStringLiteral("31"));
+    QTest::keyClick(edit(), Qt::Key_Escape);
+    QCOMPARE(edit()->text(), QStringLiteral("7"));
+    QTest::keyClick(edit(), Qt::Key_Return);
     QCOMPARE(page.size(), 0);
 }
 
