@@ -11,11 +11,11 @@
 
 namespace {
 
-// %1 line above the page
+// %1 line above the page. For this class alone: dialogs of the pages have tabs of their own.
 constexpr QLatin1String
-    kStyleSheet("QTabWidget { background: #F7F8FA; border: none; }"
-                "QTabBar { background: transparent; }"
-                "QTabWidget::pane { border: none; border-top: 1px solid %1; margin-top: -1px;"
+    kStyleSheet("CustomTabWidget { background: #F7F8FA; border: none; }"
+                "CustomTabBar { background: transparent; }"
+                "CustomTabWidget::pane { border: none; border-top: 1px solid %1; margin-top: -1px;"
                 " background: white; }");
 
 } // namespace

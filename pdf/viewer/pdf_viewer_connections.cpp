@@ -69,8 +69,8 @@ void PdfViewerWidget::connectThumbnailPanel()
             &PdfViewerWidget::chooseInsertFiles);
     // Files are dropped while the program that they come from waits. It is let go first: reading
     // them takes time, and boxes may open.
-    connect(panel, &PdfThumbnailPanel::insertFilesRequested, this,
-            &PdfViewerWidget::insertPdfFiles, Qt::QueuedConnection);
+    connect(panel, &PdfThumbnailPanel::insertFilesRequested, this, &PdfViewerWidget::insertPdfFiles,
+            Qt::QueuedConnection);
 }
 
 void PdfViewerWidget::connectBottomBar()

@@ -53,7 +53,7 @@ private:
     QTimer m_timer;
     QElapsedTimer m_sinceStep;
     double m_speed = 0.0;
-    double m_remainder = 0.0; ///< Of a pixel, not scrolled yet.
+    double m_remainder = 0.0;      ///< Of a pixel, not scrolled yet.
     std::optional<QPoint> m_start; ///< Where the drag began or came in, until it may scroll.
     bool m_isOver = false;
 };

@@ -183,8 +183,8 @@ void PageManagerListView::keyPressEvent(QKeyEvent *event)
     PageListView::keyPressEvent(event);
 }
 
-QItemSelectionModel::SelectionFlags
-PageManagerListView::selectionCommand(const QModelIndex &index, const QEvent *event) const
+QItemSelectionModel::SelectionFlags PageManagerListView::selectionCommand(const QModelIndex &index,
+                                                                          const QEvent *event) const
 {
     // One page is chosen by its box. Clicks and keys without Shift or Ctrl go from page to page and
     // leave those that are chosen alone; a rubber band adds to them.
@@ -193,8 +193,7 @@ PageManagerListView::selectionCommand(const QModelIndex &index, const QEvent *ev
     if ((keys & kMarkingKeys) != 0) {
         return PageListView::selectionCommand(index, event);
     }
-    return state() == DragSelectingState && event != nullptr &&
-                   event->type() == QEvent::MouseMove
+    return state() == DragSelectingState && event != nullptr && event->type() == QEvent::MouseMove
                ? QItemSelectionModel::SelectCurrent
                : QItemSelectionModel::NoUpdate;
 }
@@ -273,8 +272,8 @@ int PageManagerListView::columnCount() const
     // would fit.
     const int count = model() != nullptr ? model()->rowCount() : 0;
     int columns = 1;
-    while (columns < count &&
-           visualRect(model()->index(columns, 0)).left() > visualRect(model()->index(0, 0)).left()) {
+    while (columns < count && visualRect(model()->index(columns, 0)).left() >
+                                  visualRect(model()->index(0, 0)).left()) {
         ++columns;
     }
     return columns;

@@ -78,6 +78,6 @@ private:
     PdfWorkspaceMode m_mode = PdfWorkspaceMode::NormalMode;
     PageGridHit m_hoveredMark;
     bool m_markPressed = false;
-    bool m_isMarking = false;        ///< The user changes which rows are marked.
+    bool m_isMarking = false; ///< The user changes which rows are marked.
     bool m_isShowingChosen = false;
 };

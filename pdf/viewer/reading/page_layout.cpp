@@ -166,9 +166,8 @@ int pageForAnchor(const PageLayout &layout, QPointF point)
     if (layout.pages.isEmpty()) {
         return -1;
     }
-    const auto below =
-        std::upper_bound(layout.pages.begin(), layout.pages.end(), point.y(),
-                         [](double y, const QRect &page) { return y < page.top(); });
+    const auto below = std::upper_bound(layout.pages.begin(), layout.pages.end(), point.y(),
+                                        [](double y, const QRect &page) { return y < page.top(); });
     return static_cast<int>(std::max<qsizetype>(below - layout.pages.begin() - 1, 0));
 }
 

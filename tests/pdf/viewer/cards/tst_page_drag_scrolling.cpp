@@ -19,8 +19,7 @@ namespace {
 constexpr int kPages = 300;
 
 /// Holds a page over `viewport` while `during` runs, and lets go where the mouse is then.
-void dragWhile(QWidget *viewport, QPoint from, const std::function<void()> &during,
-               QPoint letGoAt)
+void dragWhile(QWidget *viewport, QPoint from, const std::function<void()> &during, QPoint letGoAt)
 {
     // Not at once, which some event loops take for the same round as the press.
     QTimer::singleShot(1, viewport, [=] {
@@ -278,7 +277,8 @@ void TestPageDragScrolling::wheelWorksAsEverAfterADrag()
     QScrollBar *bar = shown.list->verticalScrollBar();
     const QPoint middle = viewport->rect().center();
     dragWhile(
-        viewport, handleAt(*shown.list, middle), [&] { QTest::keyClick(viewport, Qt::Key_Escape); }, middle);
+        viewport, handleAt(*shown.list, middle), [&] { QTest::keyClick(viewport, Qt::Key_Escape); },
+        middle);
     QCoreApplication::processEvents();
     turnWheel(viewport, middle, -120);
     QTRY_VERIFY(bar->value() > 0);

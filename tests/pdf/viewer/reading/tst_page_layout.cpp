@@ -322,8 +322,7 @@ void TestPageLayout::anchorIsOnThePageOrInItsLowerGap_data()
 void TestPageLayout::anchorIsOnThePageOrInItsLowerGap()
 {
     QFETCH(int, y);
-    const PageLayout layout =
-        computePageLayout({kPortrait, kPortrait, kPortrait}, 1.0, {800, 600});
+    const PageLayout layout = computePageLayout({kPortrait, kPortrait, kPortrait}, 1.0, {800, 600});
     QTEST(pageForAnchor(layout, QPointF(100, y)), "row");
     QCOMPARE(pageForAnchor(computePageLayout({}, 1.0, {800, 600}), QPointF(100, y)), -1);
 }

@@ -159,8 +159,8 @@ void TestPdfInsertDropZone::filesAreCopiedWhateverIsProposed()
     QDragEnterEvent enter({20, 20}, possible, &data, Qt::LeftButton, keys);
     QDragMoveEvent move({25, 20}, possible, &data, Qt::LeftButton, keys);
     QDropEvent drop({25, 20}, possible, &data, Qt::LeftButton, keys);
-    for (QDropEvent *event : {static_cast<QDropEvent *>(&enter), static_cast<QDropEvent *>(&move),
-                              &drop}) {
+    for (QDropEvent *event :
+         {static_cast<QDropEvent *>(&enter), static_cast<QDropEvent *>(&move), &drop}) {
         // As a file manager proposes it when Shift is held.
         event->setDropAction(keys == Qt::ShiftModifier ? Qt::MoveAction : Qt::CopyAction);
         QCoreApplication::sendEvent(&zone, event);
