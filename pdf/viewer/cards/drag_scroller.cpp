@@ -112,8 +112,8 @@ void DragScroller::step()
 {
     // By the clock, because a busy event loop runs timers late. What is more than a few steps late
     // is not made up for, which would be a jump.
-    const double elapsed = std::min<double>(m_sinceStep.restart(), 4.0 * kStep.count()) / 1000.0;
-    const double wanted = m_speed * elapsed + m_remainder;
+    const qint64 elapsed = std::min<qint64>(m_sinceStep.restart(), 4 * kStep.count());
+    const double wanted = m_speed * static_cast<double>(elapsed) / 1000.0 + m_remainder;
     const double whole = std::trunc(wanted);
     m_remainder = wanted - whole;
     QScrollBar *bar = m_view->verticalScrollBar();
