@@ -3,6 +3,13 @@
 
 include_guard(GLOBAL)
 
+# Every test holds a copy of the debug information of what it is linked with. Lines are enough for
+# stack traces; a debugger wants the preset "debug".
+option(QUILLORA_LINES_ONLY "Leave variables out of the debug information" OFF)
+if(QUILLORA_LINES_ONLY AND NOT MSVC)
+    add_compile_options($<$<CONFIG:RelWithDebInfo>:-g1>)
+endif()
+
 option(QUILLORA_SHARED_ENGINE
     "Build the engine as a shared library, so that MuPDF is linked once and not into every test" OFF)
 # The tests use the private parts of the engine too, which a DLL would have to export one by one.

@@ -97,7 +97,11 @@ public:
     static QList<QImage> renderPages(const QList<PdfSourcePage> &pages,
                                      const QList<QSize> &targetSizes, QStringList *errors);
 
-    /// Writes a new, unencrypted PDF whose page i is element i of `pages`.
+    /// Writes a new PDF whose page i is element i of `pages`.
+    ///
+    /// Where the main document is protected, the new file is protected by the same passwords and
+    /// permissions; with pages of another protected document, or where the main one is not
+    /// protected, it is not.
     ///
     /// The document is written to a temporary file in the target's folder, checked by reopening it
     /// and then moved over `path` in one step; the target's permissions are kept. On failure the

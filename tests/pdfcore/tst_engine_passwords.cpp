@@ -24,12 +24,14 @@ struct Answers
     Rendering rendering;
     Outcome saving;
     QString target;
+    QString password;
 };
 
 Answers ask(const Folder &folder, const QString &path, const QString &password)
 {
     Answers answers;
     answers.target = folder.path(u"out.pdf"_s);
+    answers.password = password;
     QFile::remove(answers.target);
     answers.inspection = inspect(path, password);
     answers.rendering = render(filePage(path, 1, 0, password));
@@ -47,7 +49,7 @@ Answers ask(const Folder &folder, const QString &path, const QString &password)
         QVERIFY2(given.rendering.ok, qPrintable(given.rendering.message));                         \
         COMPARE_COLOUR(middle(given.rendering.image), PdfFixture::numberColour(1), 1);             \
         QVERIFY2(given.saving.ok, qPrintable(given.saving.message));                               \
-        const Rendering copy = render(filePage(given.target));                                     \
+        const Rendering copy = render(filePage(given.target, 0, 0, given.password));               \
         QVERIFY2(copy.ok, qPrintable(copy.message));                                               \
         COMPARE_COLOUR(middle(copy.image), PdfFixture::numberColour(1), 1);                        \
     } while (false)

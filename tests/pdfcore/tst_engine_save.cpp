@@ -367,7 +367,7 @@ void TestEngineSave::targetMayBeAProtectedSource()
     const QString path = folder.add(
         u"file.pdf"_s, PdfFixture::encrypted(PdfFixture::pagesByNumber(3), {"user", "owner", 4}));
     QVERIFY(save({filePage(path, 2, 0, u"user"_s)}, path).ok);
-    QCOMPARE(numbersIn(path), QList<int>{2});
+    QCOMPARE(numbersOf({filePage(path, 0, 0, u"user"_s)}), QList<int>{2});
 }
 
 void TestEngineSave::linkAsTargetStaysALink()

@@ -109,7 +109,8 @@ EngineError qpdfReadError(const std::exception &exception)
     return {PdfBackendError::InvalidDocument, reason};
 }
 
-std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome)
+std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome,
+                               Damage damage)
 {
     *outcome = {};
     const QFileInfo info(path);
@@ -125,6 +126,7 @@ std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, Eng
         try {
             auto document = std::make_shared<QPDF>();
             document->setSuppressWarnings(true);
+            document->setAttemptRecovery(damage == Damage::Repair);
             document->processInputSource(std::make_shared<QFileInput>(path), candidate.constData());
             return document;
         } catch (const QPDFExc &exception) {

@@ -14,11 +14,18 @@
 
 namespace pdfcore {
 
+/// What is done about a file whose cross-reference table is of no use.
+enum class Damage {
+    Repair,
+    Refuse,
+};
+
 /// Opens the file at `path` for copying from. Null on failure, with the error in `outcome`.
 ///
 /// The user or the owner password opens it; a file that opens with the empty user password does so
 /// whatever password is given. The object belongs to the calling thread and prints nothing.
-std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome);
+std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome,
+                               Damage damage = Damage::Repair);
 
 /// The pages of `document` in order, by the rules that DocumentSession finds them by: what has kids
 /// is a node and counts once, anything else that is a dictionary is a page. QPDF's own

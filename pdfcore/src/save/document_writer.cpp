@@ -17,7 +17,7 @@ namespace pdfcore {
 namespace {
 
 /// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
-void prepareTrailer(QPDFObjectHandle trailer)
+void prepareTrailer(QPDFObjectHandle trailer, bool isProtected)
 {
     // The right value is written in its place, but only if there is one.
     trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
@@ -25,11 +25,17 @@ void prepareTrailer(QPDFObjectHandle trailer)
     if (!identity.isArray() || identity.getArrayNItems() != 2 ||
         !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString()) {
         trailer.removeKey("/ID");
+        if (isProtected) {
+            // What the key was made of, and is made of again; QPDF takes a missing one for empty.
+            const QPDFObjectHandle empty = QPDFObjectHandle::newString("");
+            trailer.replaceKey("/ID", QPDFObjectHandle::newArray({empty, empty}));
+        }
     }
 }
 
-/// Assembles and writes the output to `file`. The source files are closed again when it returns.
-EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
+/// Assembles and writes the output to `file`, and tells the password that opens it. The source
+/// files are closed again when it returns.
+EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file, QString *password)
 {
     QDeviceOutput pipeline(file.device());
     try {
@@ -37,11 +43,13 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
         if (EngineError error = output.assemble(pages); error.isError()) {
             return error;
         }
-        prepareTrailer(output.document().getTrailer());
+        const bool isProtected = output.isProtected();
+        *password = isProtected ? output.password() : QString();
+        prepareTrailer(output.document().getTrailer(), isProtected);
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
         writer.setObjectStreamMode(qpdf_o_generate);
-        writer.setPreserveEncryption(false);
+        writer.setPreserveEncryption(isProtected);
         writer.setMinimumPDFVersion(output.version());
         writer.write();
     } catch (const std::exception &exception) {
@@ -59,16 +67,15 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file)
 
 /// Reopens what was written, which must not need a repair, and counts the pages that those who open
 /// it will see.
-EngineError check(const QString &path, qsizetype pageCount)
+EngineError check(const QString &path, const QString &password, qsizetype pageCount)
 {
     try {
-        QPDF written;
-        written.setSuppressWarnings(true);
-        written.setAttemptRecovery(false);
-        written.processInputSource(std::make_shared<QFileInput>(path));
         EngineError outcome;
+        const auto written = openQpdf(path, password, &outcome, Damage::Refuse);
         // Not one of the pool: the file is about to be moved.
-        const auto session = DocumentSession::open(FileIdentity::of(path), {}, {}, &outcome);
+        const auto session =
+            written ? DocumentSession::open(FileIdentity::of(path), password, {}, &outcome)
+                    : nullptr;
         if (!session) {
             return {PdfBackendError::WriteFailed,
                     QStringLiteral("The new file cannot be read back: %1").arg(outcome.message)};
@@ -120,10 +127,11 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     if (!file.open(&reason)) {
         return {PdfBackendError::WriteFailed, reason};
     }
-    if (EngineError error = writeTo(pages, file); error.isError()) {
+    QString password;
+    if (EngineError error = writeTo(pages, file, &password); error.isError()) {
         return error;
     }
-    if (EngineError error = check(file.temporaryPath(), pages.size()); error.isError()) {
+    if (EngineError error = check(file.temporaryPath(), password, pages.size()); error.isError()) {
         return error;
     }
     if (EngineError error = checkSources(pages); error.isError()) {

@@ -145,6 +145,21 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     return {};
 }
 
+bool OutputDocument::isProtected() const
+{
+    const auto encryptionOf = [](const Contribution &contribution) {
+        return contribution.source().document().getTrailer().getKey("/Encrypt");
+    };
+    if (m_main == nullptr || !m_main->source().document().isEncrypted()) {
+        return false;
+    }
+    return std::all_of(m_contributions.begin(), m_contributions.end(), [&](const auto &other) {
+        // The same file may have been opened with its other password.
+        return !other->source().document().isEncrypted() ||
+               encryptionOf(*other).unparseResolved() == encryptionOf(*m_main).unparseResolved();
+    });
+}
+
 EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
 {
     for (const PdfSourcePage &page : pages) {
@@ -176,11 +191,12 @@ void OutputDocument::chooseMain(const QList<PdfSourcePage> &pages)
         if (m_places[i].contribution == nullptr) {
             continue;
         }
-        if (m_main == nullptr) {
+        const PdfSourcePage &page = pages.at(static_cast<qsizetype>(i));
+        if (m_main == nullptr || page.isOfMainDocument) {
             m_main = m_places[i].contribution;
+            m_password = page.password;
         }
-        if (pages.at(static_cast<qsizetype>(i)).isOfMainDocument) {
-            m_main = m_places[i].contribution;
+        if (page.isOfMainDocument) {
             return;
         }
     }

@@ -6,6 +6,7 @@
 #include "pdfcore/src/save/output_sources.h"
 
 #include <QList>
+#include <QString>
 
 #include <memory>
 #include <optional>
@@ -38,6 +39,12 @@ public:
 
     /// The result; it reads from the source documents until this object goes.
     [[nodiscard]] QPDF &document() const { return *m_output; }
+    /// Whether the main document is protected by passwords and the output is to be so too, with the
+    /// same ones: a save is not what takes a protection away. With pages of another protected
+    /// document, which have passwords of their own, it is not.
+    [[nodiscard]] bool isProtected() const;
+    /// The password that the main document was opened with.
+    [[nodiscard]] QString password() const { return m_password; }
     /// The least PDF version that the source documents need.
     [[nodiscard]] PDFVersion version() const { return m_sources.version(); }
 
@@ -62,6 +69,7 @@ private:
     std::vector<std::unique_ptr<Contribution>> m_contributions; ///< By their first pages.
     std::vector<Place> m_places;
     Contribution *m_main = nullptr;
+    QString m_password;
     std::shared_ptr<QPDF> m_output;
 };
 

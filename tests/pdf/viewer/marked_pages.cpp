@@ -104,15 +104,16 @@ QList<Mark> marksOf(const QList<PdfSourcePage> &pages)
     return marks;
 }
 
-QList<Mark> marksIn(const QString &path)
+QList<Mark> marksIn(const QString &path, const QString &password)
 {
     PdfDocumentInfo info;
-    if (!PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr)) {
+    if (!PdfEditorBackend::inspectDocument(path, password, &info, nullptr, nullptr)) {
         return {};
     }
     QList<PdfSourcePage> pages(info.pageSizes.size());
     for (qsizetype i = 0; i < pages.size(); ++i) {
         pages[i].filePath = path;
+        pages[i].password = password;
         pages[i].pageIndex = static_cast<qint32>(i);
     }
     return marksOf(pages);

@@ -30,7 +30,7 @@ inline constexpr Mark kUnreadable{-2, 0};
 /// The marks of pages as the engine renders them.
 [[nodiscard]] QList<Mark> marksOf(const QList<PdfSourcePage> &pages);
 /// The marks of the pages of a file as it is now; empty if it does not open.
-[[nodiscard]] QList<Mark> marksIn(const QString &path);
+[[nodiscard]] QList<Mark> marksIn(const QString &path, const QString &password = {});
 
 /// The marks of unturned pages.
 [[nodiscard]] QList<Mark> upright(const QList<int> &numbers);

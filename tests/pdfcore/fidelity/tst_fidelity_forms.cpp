@@ -408,7 +408,7 @@ void TestFidelityForms::protectedDocument()
         "OTHER",
         PdfFixture::encrypted(FidelityFixture::everything("OTHER").file(), {"secret", "owner", 3}),
         u"secret"_s);
-    const auto saved = test.save(u"O1-3 M1-3"_s);
+    const auto saved = test.save(u"M1-3 O1-3"_s);
     NO_PROBLEMS(saved->fieldProblems());
     NO_PROBLEMS(FidelityFields::problems(saved->output()));
 }

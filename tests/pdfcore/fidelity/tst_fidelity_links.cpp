@@ -266,7 +266,7 @@ void TestFidelityLinks::protectedDocument()
         "OTHER",
         PdfFixture::encrypted(FidelityFixture::everything("OTHER").file(), {"secret", "owner", 4}),
         u"secret"_s);
-    NO_PROBLEMS(test.save(u"O8-1 M8-1"_s)->annotationProblems());
+    NO_PROBLEMS(test.save(u"M8-1 O8-1"_s)->annotationProblems());
 }
 
 void TestFidelityLinks::oneLinkOfManyGoes()

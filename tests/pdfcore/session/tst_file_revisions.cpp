@@ -122,7 +122,7 @@ void TestFileRevisions::pagesOfAProtectedFileStayTheSame()
     QVERIFY(save({pages.at(2)}, path).ok);
     QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2}));
     QVERIFY(save({pages.at(1), pages.at(0)}, path).ok);
-    QCOMPARE(numbersOf(openedPages(path)), (QList<int>{1, 0}));
+    QCOMPARE(numbersOf(openedPages(path, u"secret"_s)), (QList<int>{1, 0}));
 }
 
 void TestFileRevisions::savingAgainWritesTheOldPages()

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tests/pdfcore/engine_calls.h"
+#include "tests/support/pdf_fixture.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kUser = u"user"_s;
+const QString kOwner = u"owner"_s;
+
+QByteArray protectedPages(int count, const QByteArray &user, const QByteArray &owner, int revision)
+{
+    return PdfFixture::encrypted(PdfFixture::pagesByNumber(count), {user, owner, revision});
+}
+
+/// What another program says of the protection of a file: method, permissions and passwords.
+QByteArray protectionOf(const QString &path, const QString &password)
+{
+    QProcess program;
+    program.start(QStandardPaths::findExecutable(u"qpdf"_s),
+                  {u"--show-encryption"_s, u"--password="_s + password, path});
+    program.waitForFinished();
+    return program.readAllStandardOutput();
+}
+
+bool isProtected(const QString &path)
+{
+    return inspect(path).error == PdfBackendError::PasswordRequired;
+}
+
+QList<PdfSourcePage> pagesOf(const QString &path, const QList<int> &numbers,
+                             const QString &password = {}, bool areOfMain = false)
+{
+    QList<PdfSourcePage> pages;
+    for (const int number : numbers) {
+        pages.append(filePage(path, number, 0, password));
+        pages.last().isOfMainDocument = areOfMain;
+    }
+    return pages;
+}
+
+QList<int> numbersIn(const QString &path, const QString &password)
+{
+    const qsizetype count = inspect(path, password).pageSizes.size();
+    QList<int> all;
+    for (int i = 0; i < count; ++i) {
+        all.append(i);
+    }
+    return numbersOf(pagesOf(path, all, password));
+}
+
+} // namespace
+
+/// What becomes of the protection of documents that are saved.
+class TestEngineProtection : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void saveKeepsTheProtection_data();
+    void saveKeepsTheProtection();
+    void documentWithoutAnIdentityKeepsItsProtection();
+    void saveOverTheFileKeepsTheProtection();
+    void partsOfTheDocumentKeepTheProtection();
+    void pagesOfOthersAreProtectedToo();
+    void protectedPagesComeIntoAnUnprotectedDocument();
+    void pagesOfAnotherProtectedDocumentEndTheProtection();
+    void bothPasswordsOfOneFileAreOneProtection();
+    void blankPagesAloneAreNotProtected();
+};
+
+void TestEngineProtection::initTestCase()
+{
+    if (QStandardPaths::findExecutable(u"qpdf"_s).isEmpty()) {
+        QSKIP("The program that looks at protections is not installed.");
+    }
+}
+
+void TestEngineProtection::saveKeepsTheProtection_data()
+{
+    QTest::addColumn<int>("revision");
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("opened");
+    for (const int revision : {3, 4, 6}) {
+        QTest::addRow("revision %d, user password", revision) << revision << kUser << kUser;
+        QTest::addRow("revision %d, owner password", revision) << revision << kUser << kOwner;
+        QTest::addRow("revision %d, empty user password", revision)
+            << revision << QString() << QString();
+    }
+}
+
+void TestEngineProtection::saveKeepsTheProtection()
+{
+    QFETCH(const int, revision);
+    QFETCH(const QString, user);
+    QFETCH(const QString, opened);
+    Folder folder;
+    const QString path =
+        folder.add(u"in.pdf"_s, protectedPages(5, user.toUtf8(), kOwner.toUtf8(), revision));
+    const QString target = folder.path(u"out.pdf"_s);
+    const Outcome saved = save(pagesOf(path, {4, 0, 2}, opened), target);
+    QVERIFY2(saved.ok, qPrintable(saved.message));
+    const QByteArray method = "R = " + QByteArray::number(revision);
+    QVERIFY(protectionOf(target, kOwner).contains(method));
+    for (const QString &password : {user, kOwner}) {
+        QCOMPARE(protectionOf(target, password), protectionOf(path, password));
+        QCOMPARE(numbersIn(target, password), (QList<int>{4, 0, 2}));
+    }
+    QCOMPARE(isProtected(target), !user.isEmpty());
+    if (!user.isEmpty()) {
+        QCOMPARE(inspect(target, u"wrong"_s).error, PdfBackendError::InvalidPassword);
+    }
+}
+
+void TestEngineProtection::documentWithoutAnIdentityKeepsItsProtection()
+{
+    // Revision 6 makes its keys without it.
+    QByteArray data = protectedPages(3, "user", "owner", 6);
+    const qsizetype identity = data.lastIndexOf("/ID");
+    QVERIFY(identity > 0);
+    data.replace(identity, 3, "/XY");
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, data);
+    const QString target = folder.path(u"out.pdf"_s);
+    const Outcome saved = save(pagesOf(path, {2, 1}, kUser), target);
+    QVERIFY2(saved.ok, qPrintable(saved.message));
+    QVERIFY(isProtected(target));
+    QCOMPARE(numbersIn(target, kUser), (QList<int>{2, 1}));
+}
+
+void TestEngineProtection::saveOverTheFileKeepsTheProtection()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedPages(4, "user", "owner", 4));
+    const QByteArray before = protectionOf(path, kOwner);
+    for (int round = 0; round < 3; ++round) {
+        const Outcome saved = save(pagesOf(path, {3, 2, 1, 0}, kUser), path);
+        QVERIFY2(saved.ok, qPrintable(saved.message));
+        QCOMPARE(protectionOf(path, kOwner), before);
+    }
+    QCOMPARE(numbersIn(path, kUser), (QList<int>{3, 2, 1, 0}));
+}
+
+void TestEngineProtection::partsOfTheDocumentKeepTheProtection()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedPages(4, "user", "owner", 6));
+    for (int number = 0; number < 4; ++number) {
+        const QString part = folder.path(u"part-%1.pdf"_s.arg(number));
+        QVERIFY(save(pagesOf(path, {number}, kUser, true), part).ok);
+        QVERIFY(isProtected(part));
+        QCOMPARE(numbersIn(part, kUser), QList<int>{number});
+    }
+}
+
+void TestEngineProtection::pagesOfOthersAreProtectedToo()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedPages(4, "user", "owner", 6));
+    const QString open = folder.add(u"open.pdf"_s, PdfFixture::pagesByNumber(9));
+    const QString target = folder.path(u"out.pdf"_s);
+    const Outcome saved =
+        save(pagesOf(open, {8}) + pagesOf(path, {0, 1}, kUser, true) + pagesOf(open, {7}), target);
+    QVERIFY2(saved.ok, qPrintable(saved.message));
+    QVERIFY(isProtected(target));
+    QCOMPARE(numbersIn(target, kUser), (QList<int>{8, 0, 1, 7}));
+}
+
+void TestEngineProtection::protectedPagesComeIntoAnUnprotectedDocument()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedPages(4, "user", "owner", 6));
+    const QString open = folder.add(u"open.pdf"_s, PdfFixture::pagesByNumber(9));
+    const QString target = folder.path(u"out.pdf"_s);
+    QVERIFY(save(pagesOf(path, {0, 1}, kUser) + pagesOf(open, {7}, {}, true), target).ok);
+    QVERIFY(!isProtected(target));
+    QCOMPARE(numbersIn(target, {}), (QList<int>{0, 1, 7}));
+}
+
+void TestEngineProtection::pagesOfAnotherProtectedDocumentEndTheProtection()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedPages(4, "user", "owner", 6));
+    const QString other = folder.add(u"other.pdf"_s, protectedPages(9, "user", "owner", 6));
+    const QString target = folder.path(u"out.pdf"_s);
+    QVERIFY(save(pagesOf(path, {0, 1}, kUser, true) + pagesOf(other, {7}, kUser), target).ok);
+    QVERIFY(!isProtected(target));
+    QCOMPARE(numbersIn(target, {}), (QList<int>{0, 1, 7}));
+}
+
+void TestEngineProtection::bothPasswordsOfOneFileAreOneProtection()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedPages(4, "user", "owner", 6));
+    const QString target = folder.path(u"out.pdf"_s);
+    QVERIFY(save(pagesOf(path, {0}, kUser, true) + pagesOf(path, {3}, kOwner), target).ok);
+    QVERIFY(isProtected(target));
+    QCOMPARE(numbersIn(target, kUser), (QList<int>{0, 3}));
+}
+
+void TestEngineProtection::blankPagesAloneAreNotProtected()
+{
+    const Folder folder;
+    const QString target = folder.path(u"out.pdf"_s);
+    QVERIFY(save({blankPage({100, 100})}, target).ok);
+    QVERIFY(!isProtected(target));
+}
+
+QTEST_GUILESS_MAIN(TestEngineProtection)
+#include "tst_engine_protection.moc"
