@@ -28,7 +28,7 @@ public:
 
     /// The path that was inspected, also when the revision is superseded.
     [[nodiscard]] QString path() const;
-    /// Tells the revisions of one file apart: 0 for the first that this process has seen.
+    /// A number of its own for each revision of any file that this process has seen.
     [[nodiscard]] int generation() const;
 
     /// Removes superseded content that processes which are gone have kept. Any thread.

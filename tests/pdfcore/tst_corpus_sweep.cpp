@@ -181,7 +181,7 @@ private:
         }
         PdfDocumentInfo written;
         const bool reopened =
-            PdfEditorBackend::inspectDocument(m_target, {}, &written, &error, &message);
+            PdfEditorBackend::inspectDocument(m_target, m_password, &written, &error, &message);
         check(reopened, error, message, QStringLiteral("reopen"));
         if (!reopened || written.pageSizes.size() != m_pages.size()) {
             m_tally.complain(m_path + QStringLiteral(": the saved file has other pages: ") +

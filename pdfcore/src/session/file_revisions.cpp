@@ -57,7 +57,7 @@ PdfFileRevisionPtr FileRevisions::use(const FileIdentity &file)
     }
     auto content = std::make_unique<RevisionContent>();
     content->file = file;
-    content->generation = m_generations[file.path]++;
+    content->generation = m_nextGeneration++;
     content->sessions = m_sessions;
     PdfFileRevisionPtr revision(new PdfFileRevision(std::move(content)));
     m_revisions.emplace(key, revision);

@@ -57,7 +57,8 @@ private:
     std::mutex m_mutex;     ///< Guards what follows.
     /// By the comparable path. Those no longer in use are dropped when their file is used again.
     std::multimap<QString, std::weak_ptr<const PdfFileRevision>> m_revisions;
-    std::map<QString, int> m_generations; ///< The next one of a path as it is spelled.
+    /// One count for all files: a file may be reached by several spellings, which share revisions.
+    int m_nextGeneration = 0;
 };
 
 } // namespace pdfcore

@@ -3,6 +3,7 @@
 #include "tests/pdf/core/render_bench.h"
 #include "tests/support/pdf_fixture.h"
 
+#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -26,6 +27,7 @@ private slots:
     void whatChangesThePictureIsPartOfTheKey_data();
     void whatChangesThePictureIsPartOfTheKey();
     void revisionsOfOneFileHaveImagesOfTheirOwn();
+    void fileOfTwoSpellingsShowsWhatItHolds();
     void pathsWithPlaceMarkersAreKeptApart();
     void pageBeyondTheBoundIsDeliveredButNotCached();
     void largestPageWithinTheBoundIsCached();
@@ -223,6 +225,43 @@ void TestPdfRenderManagerCache::revisionsOfOneFileHaveImagesOfTheirOwn()
     QCOMPARE(bench.engine.callCount(), 2);
     QCOMPARE(bench.engine.calls().back().sources.constFirst().revision, after.revision);
     QCOMPARE(bench.deliveries.size(), 4);
+}
+
+void TestPdfRenderManagerCache::fileOfTwoSpellingsShowsWhatItHolds()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("document.pdf"));
+    const QString link = folder.filePath(QStringLiteral("link.pdf"));
+    QVERIFY(PdfFixture::write(path, PdfFixture::pagesByNumber(9)));
+    QVERIFY(QFile::link(path, link));
+    PdfPageId nextId = 1;
+    const auto firstPage = [&nextId](const QString &spelling) {
+        PdfDocumentInfo info;
+        PdfEditorBackend::inspectDocument(spelling, QString(), &info, nullptr, nullptr);
+        PdfPageRecord record = page(nextId++);
+        record.sourcePath = spelling;
+        record.sourcePageIndex = 0;
+        record.revision = info.revision;
+        return record;
+    };
+    const auto picture = [](PdfRenderManager &manager, const PdfPageRecord &record) {
+        QSignalSpy rendered(&manager, &PdfRenderManager::pageRendered);
+        manager.requestPage(record, QSize(10, 10), PdfRenderPurpose::PageView, 0);
+        return rendered.wait() ? rendered.constFirst().last().value<QImage>() : QImage();
+    };
+    PdfRenderManager manager;
+    const PdfPageRecord before = firstPage(path);
+    QCOMPARE(picture(manager, before).pixelColor(5, 5), PdfFixture::numberColour(0));
+
+    // Another first page; the file is then seen by its other name first.
+    PdfSourcePage eighth = before.toSourcePage();
+    eighth.pageIndex = 8;
+    QVERIFY(PdfEditorBackend::saveDocument({eighth}, path, nullptr, nullptr));
+    const PdfPageRecord byLink = firstPage(link);
+    const PdfPageRecord after = firstPage(path);
+    QCOMPARE(picture(manager, byLink).pixelColor(5, 5), PdfFixture::numberColour(8));
+    QCOMPARE(picture(manager, after).pixelColor(5, 5), PdfFixture::numberColour(8));
+    QCOMPARE(picture(manager, before).pixelColor(5, 5), PdfFixture::numberColour(0));
 }
 
 void TestPdfRenderManagerCache::pathsWithPlaceMarkersAreKeptApart()
