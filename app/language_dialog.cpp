@@ -12,8 +12,10 @@
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QLabel>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegion>
 #include <QVBoxLayout>
 
 namespace {
@@ -23,24 +25,28 @@ constexpr int kShadowMargin = 20;
 constexpr int kShadowBlur = 36;
 constexpr int kShadowOffset = 10;
 constexpr QColor kShadowColor = Theme::shadow(55);
+constexpr int kCardRadius = 16;
 constexpr int kCardColumns = 2;
 constexpr int kCardSpacing = 10;
 constexpr int kCardHeight = 58;
 constexpr QSize kButtonSize(88, 40);
 constexpr char kCodeProperty[] = "languageCode";
 
+// For what is on the card: the boxes that the dialog opens have a style of their own.
 // %1 muted text, %2 hovered, %3 to %5 accent, hovered, pressed, %6 white, %7 title
 constexpr QLatin1String kStyleSheet(
     "QFrame#languageCard { background: %6; border: 1px solid #DDE2EA; border-radius: 16px; }"
     "QLabel#languageTitle { color: %7; background: transparent; font-size: 21px;"
     " font-weight: 600; }"
     "QLabel#languageDescription { color: %1; background: transparent; font-size: 13px; }"
-    "QRadioButton { color: #283347; background: %6; border: 1px solid #E0E5ED;"
+    "#languageCard QRadioButton { color: #283347; background: %6; border: 1px solid #E0E5ED;"
     " border-radius: 10px; padding: 10px 16px; font-size: 14px; spacing: 12px; }"
-    "QRadioButton:hover { background: %2; border-color: #B8B3F5; }"
-    "QRadioButton:checked { background: #F2F1FF; border: 2px solid %3; padding: 9px 15px; }"
-    "QRadioButton::indicator { width: 18px; height: 18px; }"
-    "QPushButton { min-width: 88px; border-radius: 8px; padding: 0 16px; font-size: 14px;"
+    "#languageCard QRadioButton:hover { background: %2; border-color: #B8B3F5; }"
+    "#languageCard QRadioButton:checked { background: #F2F1FF; border: 2px solid %3; padding: 9px "
+    "15px; }"
+    "#languageCard QRadioButton::indicator { width: 18px; height: 18px; }"
+    "#languageCard QPushButton { min-width: 88px; border-radius: 8px; padding: 0 16px; font-size: "
+    "14px;"
     " font-weight: 600; }"
     "QPushButton#languageCancelButton { color: #334155; background: %6;"
     " border: 1px solid #D8DEE8; }"
@@ -69,6 +75,29 @@ LanguageDialog::LanguageDialog(QWidget *parent)
     auto *outer = new QVBoxLayout(this);
     outer->setContentsMargins(kShadowMargin, kShadowMargin, kShadowMargin, kShadowMargin);
     outer->addWidget(createFrame());
+}
+
+void LanguageDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    // The base class reckons with a frame, which this window has none of.
+    if (parentWidget() != nullptr) {
+        QRect box = geometry();
+        box.moveCenter(parentWidget()->window()->geometry().center());
+        move(box.topLeft());
+    }
+}
+
+void LanguageDialog::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    // Around the card the dialog is seen through.
+    const QRect card =
+        rect().marginsRemoved({kShadowMargin, kShadowMargin, kShadowMargin, kShadowMargin});
+    QPainterPath path;
+    path.addRoundedRect(card, kCardRadius, kCardRadius);
+    setProperty(ModernMessageBox::kBackdropShapeProperty,
+                QVariant::fromValue(QRegion(path.toFillPolygon().toPolygon())));
 }
 
 QFrame *LanguageDialog::createFrame()

@@ -20,6 +20,10 @@ class LanguageDialog final : public QDialog
 public:
     explicit LanguageDialog(QWidget *parent = nullptr);
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     [[nodiscard]] QFrame *createFrame();
     [[nodiscard]] QGridLayout *createCards();

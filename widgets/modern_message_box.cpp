@@ -429,6 +429,9 @@ void ModernMessageBox::showBackdrop()
     m_backdrop = new QWidget(window);
     m_backdrop->setObjectName(QStringLiteral("modalBackdrop"));
     m_backdrop->setGeometry(window->rect());
+    if (const QVariant shape = window->property(kBackdropShapeProperty); shape.isValid()) {
+        m_backdrop->setMask(shape.value<QRegion>());
+    }
     m_backdrop->setStyleSheet(kBackdropStyleSheet.arg(kBackdropColor.name(QColor::HexArgb)));
     m_backdrop->show();
     m_backdrop->raise();

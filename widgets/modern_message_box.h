@@ -59,6 +59,10 @@ public:
     explicit ModernMessageBox(const MessageBoxOptions &options, QWidget *parent = nullptr);
     ~ModernMessageBox() override;
 
+    /// A property of windows that are not seen as rectangles: the QRegion that the backdrop of a box
+    /// covers. Others are covered whole.
+    static constexpr char kBackdropShapeProperty[] = "modalBackdropShape";
+
     /// How the box was answered: a value of Result. Hides QDialog::result().
     [[nodiscard]] int result() const { return m_result; }
 

@@ -5,7 +5,9 @@
 #include "res/translate/translations.h"
 #include "tests/app/app_test.h"
 #include "tests/support/dialog_answers.h"
+#include "widgets/modern_message_box.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QFrame>
 #include <QGraphicsDropShadowEffect>
@@ -15,6 +17,7 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 class TestLanguageDialog final : public QObject
 {
@@ -31,6 +34,9 @@ private slots:
     void languageInForceIsChecked();
     void cardsAreExclusive();
     void cardKeepsItsSizeWhenChecked();
+    void standsInTheMiddleOfItsWindow();
+    void questionsLookAsElsewhere();
+    void questionsShadeTheCardOnly();
 
     void languageInForceClosesWithoutAQuestion();
     void cancelClosesWithoutChange();
@@ -175,6 +181,49 @@ void TestLanguageDialog::cardKeepsItsSizeWhenChecked()
     const QSize before = french->sizeHint();
     french->setChecked(true);
     QCOMPARE(french->sizeHint(), before);
+}
+
+void TestLanguageDialog::standsInTheMiddleOfItsWindow()
+{
+    const QPoint distance = m_dialog->geometry().center() - m_window->geometry().center();
+    QVERIFY2(distance.manhattanLength() <= 1, qPrintable(QString::number(distance.x())));
+}
+
+void TestLanguageDialog::questionsLookAsElsewhere()
+{
+    const auto buttonWidths = [](QWidget *parent) {
+        QList<int> widths;
+        QTimer::singleShot(0, parent, [&widths] {
+            const QWidget *box = QApplication::activeModalWidget();
+            for (QPushButton *button : box->findChildren<QPushButton *>()) {
+                widths.append(button->width());
+            }
+            box->findChildren<QPushButton *>().constFirst()->click();
+        });
+        ModernMessageBox::question(parent, QStringLiteral("?"), QStringLiteral("?"), QString(),
+                                   QStringLiteral("Yes"), QStringLiteral("No"),
+                                   ModernMessageBox::Information);
+        return widths;
+    };
+    QCOMPARE(buttonWidths(m_dialog.get()), buttonWidths(m_window.get()));
+}
+
+void TestLanguageDialog::questionsShadeTheCardOnly()
+{
+    bool isSeen = false;
+    QTimer::singleShot(0, m_dialog.get(), [&] {
+        const auto *backdrop = m_dialog->findChild<QWidget *>(QStringLiteral("modalBackdrop"));
+        const QRect card =
+            m_dialog->findChild<QFrame *>(QStringLiteral("languageCard"))->geometry();
+        isSeen = backdrop != nullptr && backdrop->mask().boundingRect() == card &&
+                 !backdrop->mask().contains(card.topLeft()) &&
+                 backdrop->mask().contains(card.center());
+        QApplication::activeModalWidget()->findChildren<QPushButton *>().constFirst()->click();
+    });
+    ModernMessageBox::question(m_dialog.get(), QStringLiteral("?"), QStringLiteral("?"), QString(),
+                               QStringLiteral("Yes"), QStringLiteral("No"),
+                               ModernMessageBox::Information);
+    QVERIFY(isSeen);
 }
 
 void TestLanguageDialog::languageInForceClosesWithoutAQuestion()
