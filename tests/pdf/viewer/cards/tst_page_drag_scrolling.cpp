@@ -4,6 +4,7 @@
 #include "tests/pdf/viewer/shown_grid.h"
 #include "tests/pdf/viewer/shown_panel.h"
 #include "tests/pdf/viewer/shown_view.h"
+#include "widgets/theme.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -46,10 +47,22 @@ void holdAt(QWidget *viewport, QPoint point)
     }
 }
 
-void turnWheel(QWidget *viewport, QPoint point, int angle)
+/// A point beside the window of a list.
+constexpr QPoint kOutside(2000, 300);
+
+/// Where the mark of a page that is let go at `point` is to be seen.
+QPoint markFor(const PageListView &view, QPoint point)
 {
-    QWheelEvent event(point, viewport->mapToGlobal(point), {}, {0, angle}, Qt::LeftButton, {},
-                      Qt::NoScrollPhase, false);
+    const QRect page = view.visualRect(view.indexAt(point));
+    const int room = view.spacing();
+    return {page.center().x(),
+            point.y() > page.center().y() ? page.bottom() + 1 + room : page.top() - 1 - room};
+}
+
+void turnWheel(QWidget *viewport, QPoint point, int angle, int pixels = 0)
+{
+    QWheelEvent event(point, viewport->mapToGlobal(point), {0, pixels}, {0, angle}, Qt::LeftButton,
+                      {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(viewport->window()->windowHandle(), &event);
 }
 
@@ -69,10 +82,17 @@ private slots:
     void scrollingStopsAwayFromTheEdge();
     void scrollingStopsWithTheDrag();
     void dragThatBeginsAtTheEdgeDoesNotScrollByItself();
+    void scrollingStopsWhenThePointerLeaves();
     void dragThatBeginsAtTheEdgeScrollsOnceItComesNearer();
+    void dragThatBeginsAtTheEdgeScrollsOnceItHasBeenAway();
+    void dragThatComesInAtTheEdgeScrollsOnceItComesNearer();
     void wheelScrollsDuringADrag();
+    void touchpadScrollsDuringADrag();
+    void wheelBesideTheListLeavesItDuringADrag();
     void wheelWorksAsEverAfterADrag();
     void pageGoesWhereThePointerIsAfterScrolling();
+    void markStaysUnderThePointerThroughScrolling();
+    void scrollingAfterADragShowsNoMark();
 };
 
 void TestPageDragScrolling::speedGrowsTowardsTheEdges()
@@ -196,6 +216,31 @@ void TestPageDragScrolling::scrollingStopsWithTheDrag()
     QCOMPARE(bar->value(), atRest);
 }
 
+void TestPageDragScrolling::scrollingStopsWhenThePointerLeaves()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    bool hasScrolled = false;
+    int atRest = -1;
+    int later = -2;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            holdAt(viewport, {middle.x(), viewport->height() - 5});
+            hasScrolled = QTest::qWaitFor([&] { return bar->value() > 200; });
+            holdAt(viewport, kOutside);
+            atRest = bar->value();
+            QTest::qWait(100);
+            later = bar->value();
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        kOutside);
+    QVERIFY(hasScrolled);
+    QCOMPARE(later, atRest);
+}
+
 void TestPageDragScrolling::dragThatBeginsAtTheEdgeDoesNotScrollByItself()
 {
     ShownPanel shown(a4Pages(kPages), {210, 900});
@@ -245,6 +290,55 @@ void TestPageDragScrolling::dragThatBeginsAtTheEdgeScrollsOnceItComesNearer()
     QVERIFY(hasScrolled);
 }
 
+void TestPageDragScrolling::dragThatBeginsAtTheEdgeScrollsOnceItHasBeenAway()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    bar->setValue(shown.itemAt(100).center().y() - 20);
+    QCoreApplication::processEvents();
+    const int start = bar->value();
+    const QPoint nearTheEdge = shown.itemAt(100).center();
+    bool hasScrolled = false;
+    dragWhile(
+        viewport, nearTheEdge,
+        [&] {
+            holdAt(viewport, viewport->rect().center());
+            // Not nearer to the edge than where the drag began.
+            holdAt(viewport, nearTheEdge + QPoint(0, 10));
+            hasScrolled = QTest::qWaitFor([&] { return bar->value() < start - 100; });
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        nearTheEdge);
+    QVERIFY(hasScrolled);
+}
+
+void TestPageDragScrolling::dragThatComesInAtTheEdgeScrollsOnceItComesNearer()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    const QPoint nearTheEdge(middle.x(), viewport->height() - 30);
+    int cameIn = -1;
+    bool hasScrolled = false;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            holdAt(viewport, middle);
+            holdAt(viewport, kOutside);
+            holdAt(viewport, nearTheEdge);
+            QTest::qWait(100);
+            cameIn = bar->value();
+            holdAt(viewport, nearTheEdge + QPoint(0, 20));
+            hasScrolled = QTest::qWaitFor([&] { return bar->value() > 100; });
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        nearTheEdge);
+    QCOMPARE(cameIn, 0);
+    QVERIFY(hasScrolled);
+}
+
 void TestPageDragScrolling::wheelScrollsDuringADrag()
 {
     ShownPanel shown(a4Pages(kPages), {210, 900});
@@ -268,6 +362,55 @@ void TestPageDragScrolling::wheelScrollsDuringADrag()
     const int notch = QApplication::wheelScrollLines() * bar->singleStep();
     QCOMPARE(down, 2 * notch);
     QCOMPARE(up, notch);
+}
+
+void TestPageDragScrolling::touchpadScrollsDuringADrag()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    int down = -1;
+    int up = -1;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            QCoreApplication::processEvents();
+            holdAt(viewport, middle);
+            turnWheel(viewport, middle, -120, -50);
+            down = bar->value();
+            turnWheel(viewport, middle, 120, 20);
+            up = bar->value();
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        middle);
+    QCOMPARE(down, 50);
+    QCOMPARE(up, 30);
+}
+
+void TestPageDragScrolling::wheelBesideTheListLeavesItDuringADrag()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    int over = -1;
+    int beside = -1;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            QCoreApplication::processEvents();
+            holdAt(viewport, middle);
+            turnWheel(viewport, middle, -240);
+            over = bar->value();
+            holdAt(viewport, kOutside);
+            turnWheel(viewport, kOutside, -240);
+            beside = bar->value();
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        kOutside);
+    QVERIFY(over > 0);
+    QCOMPARE(beside, over);
 }
 
 void TestPageDragScrolling::wheelWorksAsEverAfterADrag()
@@ -308,6 +451,40 @@ void TestPageDragScrolling::pageGoesWhereThePointerIsAfterScrolling()
         middle);
     QVERIFY(targetRow > 10);
     QCOMPARE(shown.model.rowForPageId(1), targetRow - 1);
+}
+
+void TestPageDragScrolling::markStaysUnderThePointerThroughScrolling()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    const QPoint middle = viewport->rect().center();
+    QColor mark;
+    int scrolled = 0;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            QCoreApplication::processEvents();
+            holdAt(viewport, middle);
+            // Away from the page that is held, which would stay beside itself.
+            turnWheel(viewport, middle, -120 * 20);
+            scrolled = shown.list->verticalScrollBar()->value();
+            mark = shown.picture().pixelColor(markFor(*shown.list, middle));
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        middle);
+    QVERIFY(scrolled > viewport->height());
+    QCOMPARE(mark, Theme::accent);
+}
+
+void TestPageDragScrolling::scrollingAfterADragShowsNoMark()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    const QPoint middle = viewport->rect().center();
+    dragWhile(
+        viewport, handleAt(*shown.list, middle), [&] { holdAt(viewport, middle); }, middle);
+    shown.list->verticalScrollBar()->setValue(5000);
+    QVERIFY(shown.picture().pixelColor(markFor(*shown.list, middle)) != Theme::accent);
 }
 
 int main(int argc, char **argv)
