@@ -42,6 +42,7 @@ private slots:
     void dragAfterAMoveOnThePressedBoxMovesThePage();
     void gridRefusesPagesOfAnotherDocument();
     void dragKeepsTheSelectionAndMovesOnePage();
+    void rightButtonDragsNoPage();
     void dragShowsWhereThePageWouldGo();
 };
 
@@ -229,6 +230,23 @@ void TestPageDrag::dragKeepsTheSelectionAndMovesOnePage()
     QCOMPARE(moved.size(), 1);
     QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{2, 3, 4, 5, 6, 1}));
     QCOMPARE(shown.model.selectedPageIds(), (QSet<PdfPageId>{1, 2}));
+}
+
+void TestPageDrag::rightButtonDragsNoPage()
+{
+    ShownGrid shown(a4Pages(6));
+    QWidget *viewport = shown.list->viewport();
+    const QSignalSpy started(shown.list, &PageListView::dragStarted);
+    // A drag would have an event loop of its own.
+    QTimer::singleShot(200, viewport, [=] { QTest::keyClick(viewport, Qt::Key_Escape); });
+    const QPoint from = shown.cell(0).thumbnail.center();
+    QTest::mousePress(viewport, Qt::RightButton, {}, from);
+    for (const int distance : {15, 30, 45}) {
+        moveMouse(viewport, from + QPoint(distance, 0), Qt::RightButton);
+    }
+    QTest::mouseRelease(viewport, Qt::RightButton, {}, from + QPoint(45, 0));
+    QCOMPARE(started.size(), 0);
+    QVERIFY(shown.model.selectedRows().isEmpty());
 }
 
 void TestPageDrag::dragShowsWhereThePageWouldGo()

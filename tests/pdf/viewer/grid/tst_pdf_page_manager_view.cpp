@@ -68,9 +68,11 @@ private slots:
     void otherPressReachesTheList();
     void plainClickLeavesTheChosenPages();
     void shiftClickChoosesTheRange();
+    void rangeLeavesPagesThatWereChosenAfterItsStart();
     void controlClickChoosesAndDrops();
     void rubberBandAddsToTheChosenPages();
     void keysChooseWithShiftOnly();
+    void rangesOfKeysAddUp();
     void chosenPagesAreTheMarkedOnes();
     void pressOutsideOfThePagesReachesTheList();
     void rightButtonDoesNotAct();
@@ -460,6 +462,16 @@ void TestPdfPageManagerView::shiftClickChoosesTheRange()
     QCOMPARE(shown.model.selectedRows(), (QList<int>{1, 2, 3, 7, 8, 11}));
 }
 
+void TestPdfPageManagerView::rangeLeavesPagesThatWereChosenAfterItsStart()
+{
+    ShownGrid shown(a4Pages(6));
+    shown.click(shown.cell(1).thumbnail.center());
+    shown.model.setPageSelected(6, true);
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                      shown.cell(3).thumbnail.center());
+    QCOMPARE(shown.model.selectedRows(), (QList<int>{1, 2, 3, 5}));
+}
+
 void TestPdfPageManagerView::controlClickChoosesAndDrops()
 {
     ShownGrid shown(a4Pages(6));
@@ -498,6 +510,18 @@ void TestPdfPageManagerView::keysChooseWithShiftOnly()
     QCOMPARE(shown.model.selectedRows(), (QList<int>{2, 3}));
     QTest::keyClick(shown.list, Qt::Key_Left);
     QCOMPARE(shown.model.selectedRows(), (QList<int>{2, 3}));
+}
+
+void TestPdfPageManagerView::rangesOfKeysAddUp()
+{
+    ShownGrid shown(a4Pages(8));
+    shown.click(shown.cell(1).thumbnail.center());
+    QTest::keyClick(shown.list, Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(shown.model.selectedRows(), (QList<int>{1, 2}));
+    QTest::keyClick(shown.list, Qt::Key_Right);
+    QTest::keyClick(shown.list, Qt::Key_Right);
+    QTest::keyClick(shown.list, Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(shown.model.selectedRows(), (QList<int>{1, 2, 4, 5}));
 }
 
 void TestPdfPageManagerView::chosenPagesAreTheMarkedOnes()

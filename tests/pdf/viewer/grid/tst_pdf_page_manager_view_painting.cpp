@@ -110,6 +110,12 @@ void TestPdfPageManagerViewPainting::currentCardDoesNotLookChosen()
     };
     QCOMPARE(edgeOf(1), Theme::textSecondary);
     QCOMPARE(edgeOf(2), Theme::border);
+    const QPoint inCard = shown.cell(1).card.topLeft() + QPoint(10, 10);
+    QCOMPARE(shown.picture().pixelColor(inCard), Theme::white);
+    shown.moveTo(inCard);
+    QCOMPARE(shown.picture().pixelColor(inCard), Theme::hover);
+    QCOMPARE(edgeOf(1), Theme::textSecondary);
+    shown.moveTo({900, 600});
     shown.model.setPageSelected(2, true);
     QCOMPARE(edgeOf(1), Theme::accent);
 }
