@@ -44,6 +44,7 @@ private slots:
     void anotherDocumentBeginsAtItsStart();
     void clickedPageIsCurrentEverywhere();
     void gridOpensAtThePageThatIsRead();
+    void pageThatIsReadIsNotChosenWithAnother();
 
 private:
     [[nodiscard]] int topOf(PdfPageId id) const;
@@ -321,6 +322,17 @@ void TestPdfViewerReadingPlace::gridOpensAtThePageThatIsRead()
     m_shown->viewer->setViewMode(PdfViewMode::PageManageView);
     settle();
     QCOMPARE(list->verticalScrollBar()->value(), 0);
+}
+
+void TestPdfViewerReadingPlace::pageThatIsReadIsNotChosenWithAnother()
+{
+    m_shown->viewer->setViewMode(PdfViewMode::PageManageView);
+    settle();
+    const auto *list = m_shown->grid().findChild<QListView *>(u"pdfPageGrid"_s);
+    const int other = kRead + 1;
+    const QRect cell = list->visualRect(m_shown->model().index(other));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
+    QCOMPARE(m_shown->model().selectedRows(), QList<int>{other});
 }
 
 QTEST_MAIN(TestPdfViewerReadingPlace)
