@@ -69,6 +69,7 @@ private slots:
 
     // Bottom bar.
     void wheelOverTheBarScrollsTheDocument();
+    void wheelOverTheBarZoomsAboutThePointer();
     void previousPageStopsAtTheFirst();
     void nextPageStopsAtTheLast();
     void requestedPageIsGoneTo();
@@ -254,6 +255,24 @@ void TestPdfViewerConnections::wheelOverTheBarScrollsTheDocument()
         QCOMPARE(bar->value(), before + 30);
     }
     QCOMPARE(m_shown->view().zoomFactor(), zoom);
+}
+
+void TestPdfViewerConnections::wheelOverTheBarZoomsAboutThePointer()
+{
+    QTRY_VERIFY(m_shown->bottomBar().isVisible());
+    PdfDocumentView &view = m_shown->view();
+    const QPoint global = m_shown->bottomBar().mapToGlobal(m_shown->bottomBar().rect().center());
+    const auto placeAfterZooming = [&](QWidget *under) {
+        view.setZoomFactor(2.0);
+        view.goToPage(2);
+        QWheelEvent wheel(under->mapFromGlobal(global), global, {}, {0, 120}, Qt::NoButton,
+                          Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(under, &wheel);
+        return QPoint(view.horizontalScrollBar()->value(), view.verticalScrollBar()->value());
+    };
+    const QPoint expected = placeAfterZooming(view.viewport());
+    QVERIFY(view.zoomFactor() > 2.0);
+    QCOMPARE(placeAfterZooming(&m_shown->bottomBar()), expected);
 }
 
 void TestPdfViewerConnections::previousPageStopsAtTheFirst()

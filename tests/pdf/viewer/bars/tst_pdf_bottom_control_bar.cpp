@@ -510,6 +510,8 @@ void TestPdfBottomControlBar::escapeBringsTheNumberBack()
     QCOMPARE(edit()->text(), QStringLiteral("31"));
     QTest::keyClick(edit(), Qt::Key_Escape);
     QCOMPARE(edit()->text(), QStringLiteral("7"));
+    // Another number takes its place.
+    QCOMPARE(edit()->selectedText(), QStringLiteral("7"));
     QTest::keyClick(edit(), Qt::Key_Return);
     QCOMPARE(page.size(), 0);
 }
