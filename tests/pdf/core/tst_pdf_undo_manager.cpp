@@ -72,6 +72,7 @@ private slots:
     void undoingPastTheSavedStateIsModified();
     void editInsteadOfRedoNeverReachesTheSavedState();
     void markCleanClearsModifiedWithoutAStep();
+    void noStepIsSavedAfterMarkUnsaved();
     void modifiedIsReportedOncePerChangeOfIt();
 
     void dragMakesExactlyOneMoveStep();
@@ -463,6 +464,21 @@ void TestPdfUndoManager::markCleanClearsModifiedWithoutAStep()
     QVERIFY(stack()->isClean());
     QVERIFY(!model().isModified());
     QVERIFY(stack()->canUndo());
+}
+
+void TestPdfUndoManager::noStepIsSavedAfterMarkUnsaved()
+{
+    m_manager->rotatePages({1}, 90);
+    m_manager->markUnsaved();
+    QVERIFY(model().isModified());
+    // The document as it was opened is not what was saved either.
+    stack()->undo();
+    QVERIFY(model().isModified());
+    QVERIFY(!stack()->isClean());
+    stack()->redo();
+    QVERIFY(model().isModified());
+    m_manager->markClean();
+    QVERIFY(!model().isModified());
 }
 
 void TestPdfUndoManager::modifiedIsReportedOncePerChangeOfIt()
