@@ -4,6 +4,7 @@
 #include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
@@ -70,6 +71,7 @@ private slots:
     // Bottom bar.
     void wheelOverTheBarScrollsTheDocument();
     void wheelOverTheBarZoomsAboutThePointer();
+    void wheelOverTheListOfZoomsScrollsTheList();
     void previousPageStopsAtTheFirst();
     void nextPageStopsAtTheLast();
     void requestedPageIsGoneTo();
@@ -273,6 +275,25 @@ void TestPdfViewerConnections::wheelOverTheBarZoomsAboutThePointer()
     const QPoint expected = placeAfterZooming(view.viewport());
     QVERIFY(view.zoomFactor() > 2.0);
     QCOMPARE(placeAfterZooming(&m_shown->bottomBar()), expected);
+}
+
+void TestPdfViewerConnections::wheelOverTheListOfZoomsScrollsTheList()
+{
+    QTRY_VERIFY(m_shown->bottomBar().isVisible());
+    auto *zooms = m_shown->bottomBar().findChild<QComboBox *>();
+    zooms->showPopup();
+    QWidget *list = zooms->view()->viewport();
+    QTRY_VERIFY(list->isVisible());
+    QScrollBar *bar = zooms->view()->verticalScrollBar();
+    bar->setValue(0);
+    QVERIFY(bar->maximum() > 0);
+    const QPointF point = list->rect().center();
+    QWheelEvent wheel(point, list->mapToGlobal(point), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(list, &wheel);
+    QVERIFY(bar->value() > 0);
+    QCOMPARE(m_shown->view().verticalScrollBar()->value(), 0);
+    zooms->hidePopup();
 }
 
 void TestPdfViewerConnections::previousPageStopsAtTheFirst()
