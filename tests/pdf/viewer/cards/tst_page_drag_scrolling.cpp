@@ -13,6 +13,7 @@
 #include <QWheelEvent>
 #include <QWindow>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -79,6 +80,7 @@ private slots:
     void panelScrollsWhileThePointerRests_data();
     void panelScrollsWhileThePointerRests();
     void gridScrollsWhileThePointerRests();
+    void scrollingMakesNoJumpAfterADelay();
     void scrollingStopsAwayFromTheEdge();
     void scrollingStopsWithTheDrag();
     void dragThatBeginsAtTheEdgeDoesNotScrollByItself();
@@ -169,6 +171,36 @@ void TestPageDragScrolling::gridScrollsWhileThePointerRests()
         },
         edge);
     QVERIFY(hasScrolled);
+}
+
+void TestPageDragScrolling::scrollingMakesNoJumpAfterADelay()
+{
+    ShownPanel shown(a4Pages(kPages), {210, 900});
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const QPoint middle = viewport->rect().center();
+    const QPoint edge(middle.x(), viewport->height() - 5);
+    int farthest = 0;
+    dragWhile(
+        viewport, handleAt(*shown.list, middle),
+        [&] {
+            holdAt(viewport, edge);
+            QVERIFY(QTest::qWaitFor([&] { return bar->value() > 200; }));
+            int before = bar->value();
+            connect(bar, &QScrollBar::valueChanged, this, [&](int value) {
+                farthest = std::max(farthest, value - before);
+                before = value;
+            });
+            // Nothing runs meanwhile.
+            QTest::qSleep(500);
+            QTest::qWait(50);
+            disconnect(bar, nullptr, this, nullptr);
+            QTest::keyClick(viewport, Qt::Key_Escape);
+        },
+        edge);
+    QVERIFY(farthest > 0);
+    // Four steps of 16 milliseconds at the greatest speed.
+    QVERIFY(farthest <= 5 * viewport->height() * 4 * 16 / 1000 + 1);
 }
 
 void TestPageDragScrolling::scrollingStopsAwayFromTheEdge()
