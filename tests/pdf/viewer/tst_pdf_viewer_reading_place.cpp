@@ -31,6 +31,7 @@ private slots:
     void pagesInsertedBeforeKeepThePageInPlace();
     void otherPagesDeletedKeepThePageInPlace();
     void nextPageTakesThePlaceOfADeletedOne();
+    void nearestPageTakesThePlaceOfManyDeletedOnes();
     void neighbourBeginsInTheViewport();
     void lastPageDeletedLeavesThePageBefore();
     void undoAndRedoKeepThePage();
@@ -155,6 +156,20 @@ void TestPdfViewerReadingPlace::nextPageTakesThePlaceOfADeletedOne()
     QCOMPARE(m_shown->view().currentPage(), kRead);
     QCOMPARE(m_shown->model().pageAt(kRead)->id, next);
     QCOMPARE(topOf(next), 60);
+}
+
+void TestPdfViewerReadingPlace::nearestPageTakesThePlaceOfManyDeletedOnes()
+{
+    QList<PdfPageId> around;
+    for (int row = kRead - 100; row < kRead + 20; ++row) {
+        around.append(m_shown->idAt(row));
+    }
+    const PdfPageId nearest = m_shown->idAt(kRead + 20);
+    edits().deletePages(around);
+    settle();
+    QCOMPARE(m_shown->view().currentPage(), kRead - 100);
+    QCOMPARE(m_shown->idAt(kRead - 100), nearest);
+    QCOMPARE(topOf(nearest), 32);
 }
 
 void TestPdfViewerReadingPlace::neighbourBeginsInTheViewport()
