@@ -105,7 +105,8 @@ void PageListView::startDrag(Qt::DropActions supportedActions)
     if (self != nullptr) {
         m_dragScroller.end();
         m_draggedPage = 0;
-        setDropTarget(std::nullopt);
+        // A drag that was given up may end over this view without leaving it.
+        forgetDrag();
         viewport()->update();
     }
 }
