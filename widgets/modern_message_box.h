@@ -59,8 +59,8 @@ public:
     explicit ModernMessageBox(const MessageBoxOptions &options, QWidget *parent = nullptr);
     ~ModernMessageBox() override;
 
-    /// A property of windows that are not seen as rectangles: the QRegion that the backdrop of a box
-    /// covers. Others are covered whole.
+    /// A property of windows that are not seen as rectangles: the QRegion that the backdrop of a
+    /// box covers. Others are covered whole.
     static constexpr char kBackdropShapeProperty[] = "modalBackdropShape";
 
     /// How the box was answered: a value of Result. Hides QDialog::result().
