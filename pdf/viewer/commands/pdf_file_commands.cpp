@@ -32,12 +32,16 @@ QString askForTarget(QWidget *parent, const QString &caption, const QString &pro
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setDefaultSuffix(QStringLiteral("pdf"));
     dialog->selectFile(proposal);
-    const bool accepted = dialog->exec() == QDialog::Accepted;
+    // What was chosen when it was chosen: a folder that is read late still changes the selection.
+    QString chosen;
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
+                     [&chosen](const QString &file) { chosen = file; });
+    dialog->exec();
     if (dialog == nullptr) {
         return {};
     }
     dialog->deleteLater();
-    return accepted ? dialog->selectedFiles().value(0) : QString();
+    return chosen;
 }
 
 } // namespace
