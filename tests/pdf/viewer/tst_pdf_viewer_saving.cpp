@@ -267,9 +267,6 @@ void TestPdfViewerSaving::nameWithoutASuffixGetsOne()
     QCOMPARE(m_shown->model().documentPath(), m_shown->path(u"copy.pdf"_s));
     QVERIFY(QFile::exists(m_shown->path(u"copy.pdf"_s)));
     QVERIFY(!QFile::exists(m_shown->path(u"copy"_s)));
-    answers.addFiles({m_shown->path(u"other.PDF"_s)});
-    QVERIFY(m_shown->viewer->promptSaveAs());
-    QVERIFY(QFile::exists(m_shown->path(u"other.PDF"_s)));
 }
 
 void TestPdfViewerSaving::cancelledPromptSavesNothing()
