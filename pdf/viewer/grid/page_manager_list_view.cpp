@@ -147,9 +147,17 @@ void PageManagerListView::mousePressEvent(QMouseEvent *event)
         const QScopedValueRollback marking(m_isMarking, true);
         PageListView::mousePressEvent(event);
     }
-    // The base class drags only what a press has marked, and would draw a rubber band here.
-    if (event->button() == Qt::LeftButton && isPlain &&
-        indexAt(event->position().toPoint()).isValid()) {
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || !index.isValid()) {
+        return;
+    }
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        markRangeTo(index);
+        return;
+    }
+    m_rangeStart = index;
+    if (isPlain) {
+        // The base class drags only what a press has marked, and would draw a rubber band here.
         setState(DraggingState);
     }
 }
@@ -179,8 +187,22 @@ void PageManagerListView::keyPressEvent(QKeyEvent *event)
     if ((event->modifiers() & kMarkingKeys) == 0) {
         keepMarks();
     }
-    const QScopedValueRollback marking(m_isMarking, true);
-    PageListView::keyPressEvent(event);
+    const QPersistentModelIndex before = currentIndex();
+    {
+        const QScopedValueRollback marking(m_isMarking, true);
+        PageListView::keyPressEvent(event);
+    }
+    if (currentIndex() == before) {
+        return;
+    }
+    if (!event->modifiers().testFlag(Qt::ShiftModifier)) {
+        m_rangeStart = currentIndex();
+        return;
+    }
+    if (!m_rangeStart.isValid()) {
+        m_rangeStart = before;
+    }
+    markRangeTo(currentIndex());
 }
 
 QItemSelectionModel::SelectionFlags PageManagerListView::selectionCommand(const QModelIndex &index,
@@ -190,7 +212,7 @@ QItemSelectionModel::SelectionFlags PageManagerListView::selectionCommand(const 
     // leave those that are chosen alone; a rubber band adds to them.
     const auto *input = dynamic_cast<const QInputEvent *>(event);
     const Qt::KeyboardModifiers keys = input != nullptr ? input->modifiers() : Qt::NoModifier;
-    if ((keys & kMarkingKeys) != 0) {
+    if ((keys & kMarkingKeys) == Qt::ControlModifier) {
         return PageListView::selectionCommand(index, event);
     }
     return state() == DragSelectingState && event != nullptr && event->type() == QEvent::MouseMove
@@ -243,6 +265,16 @@ void PageManagerListView::showChosenPages()
     const QScopedValueRollback showing(m_isShowingChosen, true);
     selectionModel()->select(chosen, QItemSelectionModel::ClearAndSelect);
     keepMarks();
+}
+
+/// Instead of the base class, whose releases differ in where a range starts.
+void PageManagerListView::markRangeTo(const QModelIndex &index)
+{
+    const int start = m_rangeStart.isValid() ? m_rangeStart.row() : index.row();
+    const QItemSelection range(model()->index(std::min(start, index.row()), 0),
+                               model()->index(std::max(start, index.row()), 0));
+    const QScopedValueRollback marking(m_isMarking, true);
+    selectionModel()->select(range, QItemSelectionModel::SelectCurrent);
 }
 
 void PageManagerListView::keepMarks()

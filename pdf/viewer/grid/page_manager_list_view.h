@@ -65,6 +65,8 @@ private:
     /// Begins a new range: the next one comes on top of what is marked, instead of in the place of
     /// the last one.
     void keepMarks();
+    /// Marks the rows from where the range starts to `index`.
+    void markRangeTo(const QModelIndex &index);
     /// Chooses the pages whose rows are marked.
     void chooseMarkedPages();
     /// What is left of a zone between the left and the right edge of the viewport.
@@ -78,6 +80,7 @@ private:
     PdfWorkspaceMode m_mode = PdfWorkspaceMode::NormalMode;
     PageGridHit m_hoveredMark;
     bool m_markPressed = false;
+    QPersistentModelIndex m_rangeStart;
     bool m_isMarking = false; ///< The user changes which rows are marked.
     bool m_isShowingChosen = false;
 };
