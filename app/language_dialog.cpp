@@ -33,21 +33,20 @@ constexpr QSize kButtonSize(88, 40);
 constexpr char kCodeProperty[] = "languageCode";
 
 // For what is on the card: the boxes that the dialog opens have a style of their own.
-// %1 muted text, %2 hovered, %3 to %5 accent, hovered, pressed, %6 white, %7 title
+// %1 muted text, %2 hovered, %3 to %5 accent, hovered, pressed, %6 white, %7 title, %8 radius
 constexpr QLatin1String kStyleSheet(
-    "QFrame#languageCard { background: %6; border: 1px solid #DDE2EA; border-radius: 16px; }"
+    "QFrame#languageCard { background: %6; border: 1px solid #DDE2EA; border-radius: %8px; }"
     "QLabel#languageTitle { color: %7; background: transparent; font-size: 21px;"
     " font-weight: 600; }"
     "QLabel#languageDescription { color: %1; background: transparent; font-size: 13px; }"
     "#languageCard QRadioButton { color: #283347; background: %6; border: 1px solid #E0E5ED;"
     " border-radius: 10px; padding: 10px 16px; font-size: 14px; spacing: 12px; }"
     "#languageCard QRadioButton:hover { background: %2; border-color: #B8B3F5; }"
-    "#languageCard QRadioButton:checked { background: #F2F1FF; border: 2px solid %3; padding: 9px "
-    "15px; }"
+    "#languageCard QRadioButton:checked { background: #F2F1FF; border: 2px solid %3;"
+    " padding: 9px 15px; }"
     "#languageCard QRadioButton::indicator { width: 18px; height: 18px; }"
-    "#languageCard QPushButton { min-width: 88px; border-radius: 8px; padding: 0 16px; font-size: "
-    "14px;"
-    " font-weight: 600; }"
+    "#languageCard QPushButton { min-width: 88px; border-radius: 8px; padding: 0 16px;"
+    " font-size: 14px; font-weight: 600; }"
     "QPushButton#languageCancelButton { color: #334155; background: %6;"
     " border: 1px solid #D8DEE8; }"
     "QPushButton#languageCancelButton:hover { background: #F4F6F9; }"
@@ -69,7 +68,7 @@ LanguageDialog::LanguageDialog(QWidget *parent)
     setStyleSheet(kStyleSheet.arg(Theme::textMuted.name(), Theme::accentTintLight.name(),
                                   Theme::accent.name(), Theme::accentHover.name(),
                                   Theme::accentPressed.name(), Theme::white.name(),
-                                  Theme::inkStrong.name()));
+                                  Theme::inkStrong.name(), QString::number(kCardRadius)));
     m_cards->setExclusive(true);
 
     auto *outer = new QVBoxLayout(this);

@@ -32,16 +32,12 @@ QString askForTarget(QWidget *parent, const QString &caption, const QString &pro
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setDefaultSuffix(QStringLiteral("pdf"));
     dialog->selectFile(proposal);
-    // What was chosen when it was chosen: a folder that is read late still changes the selection.
-    QString chosen;
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
-                     [&chosen](const QString &file) { chosen = file; });
-    dialog->exec();
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
     if (dialog == nullptr) {
         return {};
     }
     dialog->deleteLater();
-    return chosen;
+    return isAccepted ? dialog->selectedFiles().value(0) : QString();
 }
 
 } // namespace

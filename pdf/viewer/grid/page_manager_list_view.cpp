@@ -242,7 +242,7 @@ void PageManagerListView::selectionChanged(const QItemSelection &selected,
                                            const QItemSelection &deselected)
 {
     PageListView::selectionChanged(selected, deselected);
-    if (m_isMarking && !m_isShowingChosen) {
+    if (m_isMarking) {
         chooseMarkedPages();
     }
 }
@@ -262,7 +262,6 @@ void PageManagerListView::showChosenPages()
         chosen.select(model()->index(rows.at(first), 0), model()->index(rows.at(last), 0));
         first = last + 1;
     }
-    const QScopedValueRollback showing(m_isShowingChosen, true);
     selectionModel()->select(chosen, QItemSelectionModel::ClearAndSelect);
     keepMarks();
 }
@@ -303,9 +302,12 @@ int PageManagerListView::columnCount() const
     // As many as the list has put beside each other; it wraps a little earlier than a whole cell
     // would fit.
     const int count = model() != nullptr ? model()->rowCount() : 0;
+    if (count == 0) {
+        return 1;
+    }
+    const int first = visualRect(model()->index(0, 0)).left();
     int columns = 1;
-    while (columns < count && visualRect(model()->index(columns, 0)).left() >
-                                  visualRect(model()->index(0, 0)).left()) {
+    while (columns < count && visualRect(model()->index(columns, 0)).left() > first) {
         ++columns;
     }
     return columns;

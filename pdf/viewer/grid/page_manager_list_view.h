@@ -82,5 +82,4 @@ private:
     bool m_markPressed = false;
     QPersistentModelIndex m_rangeStart;
     bool m_isMarking = false; ///< The user changes which rows are marked.
-    bool m_isShowingChosen = false;
 };

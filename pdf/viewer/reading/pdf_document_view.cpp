@@ -145,28 +145,21 @@ std::optional<PdfDocumentView::ReadingPlace> PdfDocumentView::readingPlace() con
                         m_layout.pages.at(m_currentPage).top() - visible.top()};
 }
 
-void PdfDocumentView::restorePlace(int page, const ReadingPlace &place)
+void PdfDocumentView::restorePlace(int page, const ReadingPlace &place, PlaceFor whom)
 {
     if (page < 0 || page >= pageCount()) {
         return;
     }
     const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
-    prepareFor(page);
-    const double middle = placeOf(m_layout, page, place.middle).y();
-    verticalScrollBar()->setValue(qRound(middle - QRectF(viewport()->rect()).center().y()));
-    makeCurrent(page);
-    schedulePass();
-}
-
-void PdfDocumentView::restorePlaceOfGonePage(int page, const ReadingPlace &place)
-{
-    if (page < 0 || page >= pageCount()) {
-        return;
+    ensureLayout();
+    if (adoptFitZoom(page)) {
+        layoutPages(scrollFraction());
     }
-    const QScopedValueRollback scrolling(m_inProgrammaticScroll, true);
-    prepareFor(page);
-    verticalScrollBar()->setValue(m_layout.pages.at(page).top() -
-                                  std::max(place.top, kPageTopMargin));
+    const double middle = QRectF(viewport()->rect()).center().y();
+    verticalScrollBar()->setValue(whom == PlaceFor::SamePage
+                                      ? qRound(placeOf(m_layout, page, place.middle).y() - middle)
+                                      : m_layout.pages.at(page).top() -
+                                            std::max(place.top, kPageTopMargin));
     makeCurrent(page);
     schedulePass();
 }
@@ -567,14 +560,6 @@ void PdfDocumentView::scrollTo(QPoint offset)
 {
     horizontalScrollBar()->setValue(offset.x());
     verticalScrollBar()->setValue(offset.y());
-}
-
-void PdfDocumentView::prepareFor(int page)
-{
-    ensureLayout();
-    if (adoptFitZoom(page)) {
-        layoutPages(scrollFraction());
-    }
 }
 
 void PdfDocumentView::updateCurrentPage()

@@ -70,12 +70,13 @@ public:
     /// As it was last laid out; changes of the model that are not laid out yet do not count.
     /// Nothing without pages.
     [[nodiscard]] std::optional<ReadingPlace> readingPlace() const;
-    /// Brings a page to where another one was, or the same one of another size, and makes it
-    /// current. In a fit mode the fit is applied again.
-    void restorePlace(int page, const ReadingPlace &place);
-    /// The same for a page that takes the place of one that is gone: begins where that began, but
-    /// not above the viewport.
-    void restorePlaceOfGonePage(int page, const ReadingPlace &place);
+    enum class PlaceFor {
+        SamePage,  ///< Which may have another size or number now.
+        Neighbour, ///< Of a page that is gone: begins where that began, but not above the viewport.
+    };
+    /// Brings a page to where the current one was, and makes it current. In a fit mode the fit is
+    /// applied again. Ignored out of range.
+    void restorePlace(int page, const ReadingPlace &place, PlaceFor whom);
 
     /// Asks for the pages in view now, not at the end of this pass of the event loop. For a view on
     /// the screen whose size will not change in this pass.
@@ -142,8 +143,6 @@ private:
     void adoptZoom(double zoom);
 
     void scrollTo(QPoint offset);
-    /// Lays out for a page that is to be shown, in the zoom that fits it.
-    void prepareFor(int page);
     void updateCurrentPage();
     void setCurrentPage(int page);
 

@@ -26,8 +26,11 @@ ReadingPlaceKeeper::ReadingPlaceKeeper(PdfDocumentModel *model, PdfDocumentView 
 
 void ReadingPlaceKeeper::remember()
 {
+    if (m_before) {
+        return;
+    }
     const std::optional<PdfDocumentView::ReadingPlace> place = m_view->readingPlace();
-    if (m_before || !place) {
+    if (!place) {
         return;
     }
     Before before;
@@ -54,13 +57,13 @@ void ReadingPlaceKeeper::restore()
                                                       : -1;
     };
     if (const int row = rowOf(before->row); row >= 0) {
-        m_view->restorePlace(row, before->place);
+        m_view->restorePlace(row, before->place, PdfDocumentView::PlaceFor::SamePage);
         return;
     }
     for (qsizetype distance = 1; distance < before->pages.size(); ++distance) {
         for (const qsizetype neighbour : {before->row + distance, before->row - distance}) {
             if (const int row = rowOf(neighbour); row >= 0) {
-                m_view->restorePlaceOfGonePage(row, before->place);
+                m_view->restorePlace(row, before->place, PdfDocumentView::PlaceFor::Neighbour);
                 return;
             }
         }

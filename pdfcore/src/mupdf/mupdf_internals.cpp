@@ -261,15 +261,13 @@ fz_rect boundsOf(fz_context *ctx, pdf_page *page)
 #endif
 }
 
-pdf_obj *storeKeyOf(fz_context *ctx, pdf_obj *space)
+pdf_obj *storeKeyOf([[maybe_unused]] fz_context *ctx, pdf_obj *space)
 {
 #if QUILLORA_MUPDF_SINCE(28)
     pdf_obj *profile = pdf_array_get(ctx, space, 1);
     if ((pdf_is_indirect(ctx, space) == 0) && (pdf_is_indirect(ctx, profile) != 0)) {
         return profile;
     }
-#else
-    static_cast<void>(ctx);
 #endif
     return space;
 }
