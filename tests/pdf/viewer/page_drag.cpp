@@ -14,6 +14,13 @@ void moveMouse(QWidget *widget, QPoint to, Qt::MouseButtons buttons)
     QCoreApplication::sendEvent(widget, &move);
 }
 
+void pressAgain(QWidget *widget, QPoint point)
+{
+    QMouseEvent press(QEvent::MouseButtonDblClick, point, widget->mapToGlobal(point),
+                      Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &press);
+}
+
 void pressAndMoveMouse(QWidget *widget, QPoint from)
 {
     QTest::mousePress(widget, Qt::LeftButton, {}, from);

@@ -81,10 +81,10 @@ private slots:
     void panelScrollsWhileThePointerRests();
     void gridScrollsWhileThePointerRests();
     void scrollingMakesNoJumpAfterADelay();
+    void scrollingStopsAwayFromTheEdge_data();
     void scrollingStopsAwayFromTheEdge();
     void scrollingStopsWithTheDrag();
     void dragThatBeginsAtTheEdgeDoesNotScrollByItself();
-    void scrollingStopsWhenThePointerLeaves();
     void dragThatBeginsAtTheEdgeScrollsOnceItComesNearer();
     void dragThatBeginsAtTheEdgeScrollsOnceItHasBeenAway();
     void dragThatComesInAtTheEdgeScrollsOnceItComesNearer();
@@ -203,12 +203,21 @@ void TestPageDragScrolling::scrollingMakesNoJumpAfterADelay()
     QVERIFY(farthest <= 5 * viewport->height() * 4 * 16 / 1000 + 1);
 }
 
+void TestPageDragScrolling::scrollingStopsAwayFromTheEdge_data()
+{
+    QTest::addColumn<bool>("inside");
+    QTest::newRow("in the middle") << true;
+    QTest::newRow("outside") << false;
+}
+
 void TestPageDragScrolling::scrollingStopsAwayFromTheEdge()
 {
+    QFETCH(const bool, inside);
     ShownPanel shown(a4Pages(kPages), {210, 900});
     QWidget *viewport = shown.list->viewport();
     QScrollBar *bar = shown.list->verticalScrollBar();
     const QPoint middle = viewport->rect().center();
+    const QPoint away = inside ? middle : kOutside;
     bool hasScrolled = false;
     int atRest = -1;
     int later = -2;
@@ -217,13 +226,13 @@ void TestPageDragScrolling::scrollingStopsAwayFromTheEdge()
         [&] {
             holdAt(viewport, {middle.x(), viewport->height() - 5});
             hasScrolled = QTest::qWaitFor([&] { return bar->value() > 200; });
-            holdAt(viewport, middle);
+            holdAt(viewport, away);
             atRest = bar->value();
             QTest::qWait(100);
             later = bar->value();
             QTest::keyClick(viewport, Qt::Key_Escape);
         },
-        middle);
+        away);
     QVERIFY(hasScrolled);
     QCOMPARE(later, atRest);
 }
@@ -246,31 +255,6 @@ void TestPageDragScrolling::scrollingStopsWithTheDrag()
     const int atRest = bar->value();
     QTest::qWait(100);
     QCOMPARE(bar->value(), atRest);
-}
-
-void TestPageDragScrolling::scrollingStopsWhenThePointerLeaves()
-{
-    ShownPanel shown(a4Pages(kPages), {210, 900});
-    QWidget *viewport = shown.list->viewport();
-    QScrollBar *bar = shown.list->verticalScrollBar();
-    const QPoint middle = viewport->rect().center();
-    bool hasScrolled = false;
-    int atRest = -1;
-    int later = -2;
-    dragWhile(
-        viewport, handleAt(*shown.list, middle),
-        [&] {
-            holdAt(viewport, {middle.x(), viewport->height() - 5});
-            hasScrolled = QTest::qWaitFor([&] { return bar->value() > 200; });
-            holdAt(viewport, kOutside);
-            atRest = bar->value();
-            QTest::qWait(100);
-            later = bar->value();
-            QTest::keyClick(viewport, Qt::Key_Escape);
-        },
-        kOutside);
-    QVERIFY(hasScrolled);
-    QCOMPARE(later, atRest);
 }
 
 void TestPageDragScrolling::dragThatBeginsAtTheEdgeDoesNotScrollByItself()

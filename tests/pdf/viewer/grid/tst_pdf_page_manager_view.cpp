@@ -404,10 +404,7 @@ void TestPdfPageManagerView::doubleClickOnABinDeletesOnePage()
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
     QCoreApplication::processEvents();
     shown.moveTo(point);
-    QMouseEvent second(QEvent::MouseButtonDblClick, point,
-                       shown.list->viewport()->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton,
-                       Qt::NoModifier);
-    QCoreApplication::sendEvent(shown.list->viewport(), &second);
+    pressAgain(shown.list->viewport(), point);
     QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
     QCOMPARE(shown.model.rowCount(), 4);
     // A click of its own deletes the next one.
@@ -420,10 +417,7 @@ void TestPdfPageManagerView::secondPressOfADoubleClickActsAgain()
     ShownGrid shown(a4Pages(5));
     const QPoint point = shown.cell(1).selectionBox.center();
     shown.click(point);
-    QMouseEvent second(QEvent::MouseButtonDblClick, point,
-                       shown.list->viewport()->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton,
-                       Qt::NoModifier);
-    QCoreApplication::sendEvent(shown.list->viewport(), &second);
+    pressAgain(shown.list->viewport(), point);
     QVERIFY(shown.model.selectedRows().isEmpty());
 }
 

@@ -223,10 +223,7 @@ void TestPdfThumbnailPanel::doubleClickOnABinDeletesOnePage()
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
     QCoreApplication::processEvents();
     shown.moveTo(point);
-    QMouseEvent second(QEvent::MouseButtonDblClick, point,
-                       shown.list->viewport()->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton,
-                       Qt::NoModifier);
-    QCoreApplication::sendEvent(shown.list->viewport(), &second);
+    pressAgain(shown.list->viewport(), point);
     QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
     QCOMPARE(shown.model.rowCount(), 4);
     // A click of its own deletes the next one.
@@ -241,10 +238,7 @@ void TestPdfThumbnailPanel::secondPressOfADoubleClickActsAgain()
     const QPoint point = shown.stripPart(0, 1);
     shown.moveTo(point);
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
-    QMouseEvent second(QEvent::MouseButtonDblClick, point,
-                       shown.list->viewport()->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton,
-                       Qt::NoModifier);
-    QCoreApplication::sendEvent(shown.list->viewport(), &second);
+    pressAgain(shown.list->viewport(), point);
     QCOMPARE(rotate.size(), 2);
 }
 
