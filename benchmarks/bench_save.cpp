@@ -3,7 +3,9 @@
 //
 //     bench_save                          every figure
 //     bench_save --split FILE...          sizes of the parts when every page becomes a file
+//     bench_save --every-page FILE        makes every page of a file one of its own
 //     bench_save --work ORDER OUT FILES   saves once and prints the milliseconds that it took
+//     bench_save --parts FOLDER FILE      makes every page a file; prints the milliseconds
 //
 // The program that saves is running already and has shown a page; the peer is a command.
 
@@ -33,6 +35,7 @@ constexpr int kManyFiles = 10;
 const QString kMixed = QStringLiteral("mixed");      ///< In turn, each file from its end.
 const QString kReversed = QStringLiteral("reverse"); ///< All pages from the last to the first.
 const QString kJoined = QStringLiteral("joined");    ///< One file after the other.
+const QString kOnePage = QStringLiteral("one");      ///< The page in the middle alone.
 
 /// Page i of the mixed output: the files in turn, each from its end.
 PdfSourcePage mixedPage(const QStringList &files, int i)
@@ -75,6 +78,8 @@ QList<PdfSourcePage> pagesInOrder(const QString &order, const QStringList &files
     pages = pagesOfFiles(files);
     if (order == kReversed) {
         std::reverse(pages.begin(), pages.end());
+    } else if (order == kOnePage) {
+        pages = pages.mid(pages.size() / 2, 1);
     }
     return pages;
 }
@@ -97,19 +102,37 @@ int saveOnce(const QString &order, const QString &target, const QStringList &fil
     return 0;
 }
 
-/// Prints the time of one save as a ratio to that of all commands of the peer together.
-bool compare(const QString &what, const QString &order, const QStringList &files,
-             const QList<QStringList> &peer, const QTemporaryDir &folder, double limit)
+int saveParts(const QString &folder, const QString &file)
+{
+    QList<PdfOutputFile> parts;
+    for (const PdfSourcePage &page : pagesOfFiles({file})) {
+        parts.append({{page}, folder + QStringLiteral("/%1.pdf").arg(parts.size() + 1)});
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const QList<PdfSaveOutcome> outcomes = PdfEditorBackend::saveDocuments(parts);
+    const double ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    for (const PdfSaveOutcome &outcome : outcomes) {
+        if (outcome.error != PdfBackendError::None) {
+            QTextStream(stderr) << outcome.message << Qt::endl;
+            return 1;
+        }
+    }
+    QTextStream(stdout) << ms << Qt::endl;
+    return outcomes.isEmpty() ? 1 : 0;
+}
+
+/// Prints the time that a run of this program with the arguments `own` tells as a ratio to that of
+/// all commands of the peer together. Folders are emptied after each run.
+bool compareRun(const QString &what, const QStringList &own, const QList<QStringList> &peer,
+                const QStringList &folders, double limit)
 {
     QList<double> ours;
     QList<double> peers;
     QList<double> ratios;
     for (int run = 0; run < kRuns; ++run) {
         QProcess process;
-        process.start(
-            QCoreApplication::applicationFilePath(),
-            QStringList{QStringLiteral("--work"), order, folder.filePath(QStringLiteral("o.pdf"))} +
-                files);
+        process.start(QCoreApplication::applicationFilePath(), own);
         process.waitForFinished(-1);
         if (process.exitCode() != 0) {
             return false;
@@ -126,9 +149,24 @@ bool compare(const QString &what, const QString &order, const QStringList &files
         }
         peers.append(together);
         ratios.append(ours.constLast() / together);
+        for (const QString &path : folders) {
+            QDir(path).removeRecursively();
+            QDir().mkpath(path);
+        }
     }
     printRatio(what, {median(ours), median(peers), median(ratios), {}}, limit);
     return true;
+}
+
+/// The same for one save.
+bool compare(const QString &what, const QString &order, const QStringList &files,
+             const QList<QStringList> &peer, const QTemporaryDir &folder, double limit)
+{
+    return compareRun(
+        what,
+        QStringList{QStringLiteral("--work"), order, folder.filePath(QStringLiteral("o.pdf"))} +
+            files,
+        peer, {}, limit);
 }
 
 bool compareMixed(const QTemporaryDir &folder)
@@ -174,6 +212,43 @@ bool compareJoined(const QTemporaryDir &folder)
                    peer, folder, 2.0);
 }
 
+bool compareOnePage(const QTemporaryDir &folder)
+{
+    const QString file = folder.filePath(QStringLiteral("many.pdf"));
+    return compare(
+        QStringLiteral("one page of 10000 / qpdf --pages"), kOnePage, {file},
+        {{file, QStringLiteral("--pages"), QStringLiteral("."), QString::number(kManyPages / 2 + 1),
+          QStringLiteral("--"), folder.filePath(QStringLiteral("peer.pdf"))}},
+        folder, 5.0);
+}
+
+/// Every page of a file of its own.
+bool compareSplit(const QTemporaryDir &folder, const QString &what, const QString &file)
+{
+    const QStringList folders{folder.filePath(QStringLiteral("ours")),
+                              folder.filePath(QStringLiteral("peers"))};
+    for (const QString &path : folders) {
+        QDir().mkpath(path);
+    }
+    return compareRun(
+        what + QStringLiteral(" split into every page / qpdf --split-pages"),
+        {QStringLiteral("--parts"), folders.first(), file},
+        {{QStringLiteral("--split-pages"), file, folders.last() + QStringLiteral("/p.pdf")}},
+        folders, 5.0);
+}
+
+bool compareSplits(const QTemporaryDir &folder)
+{
+    for (const int pages : {300, 1000, 5000}) {
+        const QString file = folder.filePath(QStringLiteral("split.pdf"));
+        if (!SampleFiles::writeText(file, pages) ||
+            !compareSplit(folder, QStringLiteral("%1 pages").arg(pages), file)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 qint64 sizeOfFiles(const QString &folder)
 {
     qint64 bytes = 0;
@@ -216,10 +291,20 @@ int main(int argc, char *argv[])
     if (arguments.value(1) == QLatin1String("--work")) {
         return saveOnce(arguments.value(2), arguments.value(3), arguments.mid(4));
     }
+    if (arguments.value(1) == QLatin1String("--parts")) {
+        return saveParts(arguments.value(2), arguments.value(3));
+    }
     if (arguments.value(1) == QLatin1String("--split")) {
         return compareParts(arguments.mid(2));
     }
 
     const QTemporaryDir folder;
-    return compareMixed(folder) && compareReversed(folder) && compareJoined(folder) ? 0 : 1;
+    if (arguments.value(1) == QLatin1String("--every-page")) {
+        const QString file = arguments.value(2);
+        return compareSplit(folder, QFileInfo(file).fileName(), file) ? 0 : 1;
+    }
+    return compareMixed(folder) && compareReversed(folder) && compareOnePage(folder) &&
+                   compareJoined(folder) && compareSplits(folder)
+               ? 0
+               : 1;
 }

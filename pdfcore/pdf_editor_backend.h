@@ -60,6 +60,20 @@ struct PdfDocumentInfo
     PdfFileRevisionPtr revision;
 };
 
+/// One of several files that are written together.
+struct PdfOutputFile
+{
+    QList<PdfSourcePage> pages;
+    QString path;
+};
+
+/// What became of a file that was to be written.
+struct PdfSaveOutcome
+{
+    PdfBackendError error = PdfBackendError::None;
+    QString message; ///< The engine's reason on failure.
+};
+
 /// The PDF engine: reads, renders and writes PDF files.
 ///
 /// All operations are static, keep no state that a caller could notice and may be called from any
@@ -111,4 +125,13 @@ public:
     /// Errors: WriteFailed, or those of inspectDocument() for a source file.
     static bool saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
                              PdfBackendError *error, QString *message);
+
+    /// Writes each file as saveDocument() does, with the same content, in no certain order and on
+    /// several threads; returns when all are done. Element i is the outcome of file i; a file that
+    /// fails does not stop the others. The paths differ from each other.
+    ///
+    /// A file costs what its own pages cost, and not its whole source as with saveDocument(), which
+    /// tells where a long document is split into many. Files that are new are flushed to the disk
+    /// together at the end; those that replace others one by one before they do.
+    static QList<PdfSaveOutcome> saveDocuments(const QList<PdfOutputFile> &files);
 };

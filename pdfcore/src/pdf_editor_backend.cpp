@@ -3,6 +3,7 @@
 
 #include "pdfcore/src/base/engine_error.h"
 #include "pdfcore/src/save/document_writer.h"
+#include "pdfcore/src/save/parts_writer.h"
 #include "pdfcore/src/session/batch_renderer.h"
 #include "pdfcore/src/session/engine.h"
 
@@ -80,4 +81,13 @@ bool PdfEditorBackend::saveDocument(const QList<PdfSourcePage> &pages, const QSt
         guarded(PdfBackendError::WriteFailed, [&] { return pdfcore::writeDocument(pages, path); });
     pdfcore::report(outcome, error, message);
     return !outcome.isError();
+}
+
+QList<PdfSaveOutcome> PdfEditorBackend::saveDocuments(const QList<PdfOutputFile> &files)
+{
+    QList<PdfSaveOutcome> outcomes;
+    for (const EngineError &outcome : pdfcore::writeDocuments(files)) {
+        outcomes.append({outcome.code, outcome.message});
+    }
+    return outcomes;
 }

@@ -4,21 +4,26 @@
 #include <QDir>
 
 PageFilesResult writePageFiles(const QList<PageOutputFile> &plan, const QList<PdfSourcePage> &pages,
-                               const QString &directory, const PdfSaveFunction &write)
+                               const QString &directory, const PdfSaveAllFunction &write)
 {
-    PageFilesResult result;
-    for (const PageOutputFile &file : plan) {
-        QList<PdfSourcePage> part;
-        part.reserve(file.rows.size());
-        for (const int row : file.rows) {
-            part.append(pages.at(row));
+    QList<PdfOutputFile> files;
+    files.reserve(plan.size());
+    for (const PageOutputFile &planned : plan) {
+        PdfOutputFile file{{}, QDir(directory).filePath(planned.fileName)};
+        file.pages.reserve(planned.rows.size());
+        for (const int row : planned.rows) {
+            file.pages.append(pages.at(row));
         }
-        const QString path = QDir(directory).filePath(file.fileName);
-        QString message;
-        if (write(part, path, nullptr, &message)) {
-            result.written.append(path);
+        files.append(file);
+    }
+    const QList<PdfSaveOutcome> outcomes = write(files);
+    PageFilesResult result;
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        const PdfSaveOutcome &outcome = outcomes.at(i);
+        if (outcome.error == PdfBackendError::None) {
+            result.written.append(files.at(i).path);
         } else {
-            result.failures.append(message.isEmpty() ? path : message);
+            result.failures.append(outcome.message.isEmpty() ? files.at(i).path : outcome.message);
         }
     }
     return result;

@@ -36,8 +36,9 @@ QString resolvedTarget(const QString &path)
 
 } // namespace
 
-AtomicFile::AtomicFile(const QString &target)
+AtomicFile::AtomicFile(const QString &target, Flush flush)
     : m_target(resolvedTarget(target))
+    , m_flush(flush)
 {}
 
 AtomicFile::~AtomicFile()
@@ -61,6 +62,7 @@ bool AtomicFile::open(QString *reason)
         *reason = QStringLiteral("The target is not a file.");
         return false;
     }
+    m_flush = Flush::First;
     const QFileDevice::Permissions permissions = info.permissions();
     if (!(permissions & kAnyWrite) || !info.isWritable()) {
         *reason = QStringLiteral("The target is read-only.");
@@ -99,7 +101,8 @@ bool AtomicFile::createBeside(const QString &folder, QString *reason)
 
 bool AtomicFile::finishWriting(QString *reason)
 {
-    if (!syncToDisk(m_file) || m_file.error() != QFileDevice::NoError) {
+    const bool isWritten = isForCallerToFlush() ? m_file.flush() : syncToDisk(m_file);
+    if (!isWritten || m_file.error() != QFileDevice::NoError) {
         *reason = m_file.errorString();
         return false;
     }
@@ -113,7 +116,9 @@ bool AtomicFile::commit(QString *reason)
         return false;
     }
     m_pending = false;
-    syncFolder(QFileInfo(m_target).absolutePath());
+    if (!isForCallerToFlush()) {
+        syncFolder(QFileInfo(m_target).absolutePath());
+    }
     return true;
 }
 

@@ -17,7 +17,13 @@ namespace pdfcore {
 class AtomicFile final
 {
 public:
-    explicit AtomicFile(const QString &target);
+    /// When what was written is flushed to the disk.
+    enum class Flush {
+        First,  ///< Before it takes the target's place, and that place right after.
+        Caller, ///< By the caller with syncFiles(), unless it replaces a file.
+    };
+
+    explicit AtomicFile(const QString &target, Flush flush = Flush::First);
     ~AtomicFile();
     AtomicFile(const AtomicFile &) = delete;
     AtomicFile &operator=(const AtomicFile &) = delete;
@@ -26,10 +32,12 @@ public:
     bool open(QString *reason);
     /// What to write to.
     [[nodiscard]] QIODevice &device() { return m_file; }
-    /// Flushes to the disk and closes the temporary file. False with the reason on failure.
+    /// Closes the temporary file, flushed as asked for. False with the reason on failure.
     bool finishWriting(QString *reason);
     /// Path of the temporary file, for checking what was written.
     [[nodiscard]] QString temporaryPath() const { return m_file.fileName(); }
+    /// Whether the caller has to flush the file to the disk; known once it is open.
+    [[nodiscard]] bool isForCallerToFlush() const { return m_flush == Flush::Caller; }
     /// The file that is replaced, links resolved.
     [[nodiscard]] QString target() const { return m_target; }
     /// Puts the temporary file in the target's place. False with the reason on failure.
@@ -39,6 +47,7 @@ private:
     bool createBeside(const QString &folder, QString *reason);
 
     QString m_target;
+    Flush m_flush;
     QFile m_file;
     bool m_pending = false; ///< The temporary file exists.
 };

@@ -4,6 +4,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDevice>
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
 
 #include <filesystem>
 #include <system_error>
@@ -48,6 +52,53 @@ void syncFolder(const QString &path)
     fsync(handle);
     close(handle);
 #endif
+}
+
+namespace {
+
+bool syncFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadWrite) && syncToDisk(file);
+}
+
+/// Makes sure that everything on the file system of a folder has reached the disk. False where
+/// there is no such call.
+bool syncFileSystem(const QString &folder)
+{
+#ifdef Q_OS_LINUX
+    const int handle =
+        open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0) {
+        return false;
+    }
+    const bool isSynced = syncfs(handle) == 0;
+    close(handle);
+    return isSynced;
+#else
+    Q_UNUSED(folder)
+    return false;
+#endif
+}
+
+} // namespace
+
+bool syncFiles(const QStringList &paths)
+{
+    QSet<QString> folders;
+    for (const QString &path : paths) {
+        folders.insert(QFileInfo(path).absolutePath());
+    }
+    return std::all_of(folders.begin(), folders.end(), [&](const QString &folder) {
+        if (syncFileSystem(folder)) {
+            return true;
+        }
+        const bool areSynced = std::all_of(paths.begin(), paths.end(), [&](const QString &path) {
+            return QFileInfo(path).absolutePath() != folder || syncFile(path);
+        });
+        syncFolder(folder);
+        return areSynced;
+    });
 }
 
 QString extendedWindowsPath(const QString &path)

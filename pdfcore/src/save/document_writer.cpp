@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/save/document_writer.h"
 
-#include "pdfcore/src/base/atomic_file.h"
 #include "pdfcore/src/base/file_identity.h"
 #include "pdfcore/src/qpdf/qpdf_io.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/save/document_extract.h"
 #include "pdfcore/src/save/output_document.h"
 #include "pdfcore/src/session/document_session.h"
 #include "pdfcore/src/session/engine.h"
@@ -16,40 +16,31 @@ namespace pdfcore {
 
 namespace {
 
-/// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
-void prepareTrailer(QPDFObjectHandle trailer, bool isProtected)
-{
-    // The right value is written in its place, but only if there is one.
-    trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
-    QPDFObjectHandle identity = trailer.getKey("/ID");
-    if (!identity.isArray() || identity.getArrayNItems() != 2 ||
-        !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString()) {
-        trailer.removeKey("/ID");
-        if (isProtected) {
-            // What the key was made of, and is made of again; QPDF takes a missing one for empty.
-            const QPDFObjectHandle empty = QPDFObjectHandle::newString("");
-            trailer.replaceKey("/ID", QPDFObjectHandle::newArray({empty, empty}));
-        }
-    }
-}
-
 /// Assembles and writes the output to `file`, and tells the password that opens it. The source
 /// files are closed again when it returns.
-EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file, QString *password)
+EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &options,
+                    AtomicFile &file, QString *password)
 {
+    const DocumentExtract *extract = options.extract;
     QDeviceOutput pipeline(file.device());
     try {
-        OutputDocument output;
-        if (EngineError error = output.assemble(pages); error.isError()) {
+        OutputDocument output(extract != nullptr ? extract->open() : nullptr);
+        if (EngineError error =
+                output.assemble(extract != nullptr ? extract->located(pages) : pages);
+            error.isError()) {
             return error;
         }
-        const bool isProtected = output.isProtected();
+        const bool isProtected = output.isProtected() || options.protection != nullptr;
         *password = isProtected ? output.password() : QString();
         prepareTrailer(output.document().getTrailer(), isProtected);
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
         writer.setObjectStreamMode(qpdf_o_generate);
         writer.setPreserveEncryption(isProtected);
+        if (options.protection != nullptr) {
+            prepareTrailer(options.protection->getTrailer(), true);
+            writer.copyEncryptionParameters(*options.protection);
+        }
         writer.setMinimumPDFVersion(output.version());
         writer.write();
     } catch (const std::exception &exception) {
@@ -113,7 +104,8 @@ EngineError checkSources(const QList<PdfSourcePage> &pages)
 
 } // namespace
 
-EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path)
+EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path,
+                          const WriteOptions &options)
 {
     if (path.isEmpty()) {
         return {PdfBackendError::WriteFailed, QStringLiteral("There is no file name.")};
@@ -122,13 +114,13 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
         return {PdfBackendError::WriteFailed, QStringLiteral("There are no pages to write.")};
     }
 
-    AtomicFile file(path);
+    AtomicFile file(path, options.flush);
     QString reason;
     if (!file.open(&reason)) {
         return {PdfBackendError::WriteFailed, reason};
     }
     QString password;
-    if (EngineError error = writeTo(pages, file, &password); error.isError()) {
+    if (EngineError error = writeTo(pages, options, file, &password); error.isError()) {
         return error;
     }
     if (EngineError error = check(file.temporaryPath(), password, pages.size()); error.isError()) {
@@ -139,6 +131,9 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     }
     if (!Engine::instance().revisions().replaceTarget(file, &reason)) {
         return {PdfBackendError::WriteFailed, reason};
+    }
+    if (file.isForCallerToFlush() && options.unflushed != nullptr) {
+        options.unflushed->append(file.target());
     }
     return {};
 }

@@ -85,11 +85,13 @@ void installPageTree(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
 
 } // namespace
 
-OutputDocument::OutputDocument() = default;
+OutputDocument::OutputDocument(const std::shared_ptr<QPDF> &only)
+    : m_sources(only)
+{}
 
 OutputDocument::~OutputDocument() = default;
 
-EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
+EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages, Unlabelled unlabelled)
 {
     if (EngineError error = findPlaces(pages); error.isError()) {
         return error;
@@ -134,7 +136,7 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     form.install(pagesChanged);
     joinOutlines();
     if (pagesChanged) {
-        joinLabels();
+        joinLabels(unlabelled);
     }
     for (const auto &contribution : m_contributions) {
         if (contribution.get() != m_main) {
@@ -265,7 +267,7 @@ void OutputDocument::joinOutlines()
     }
 }
 
-void OutputDocument::joinLabels()
+void OutputDocument::joinLabels(Unlabelled unlabelled)
 {
     const bool haveNone =
         std::all_of(m_contributions.begin(), m_contributions.end(),
@@ -279,7 +281,23 @@ void OutputDocument::joinLabels()
                              ? place.contribution->labels().at(place.index)
                              : std::nullopt);
     }
-    installLabels(*m_output, labels);
+    installLabels(*m_output, labels, unlabelled);
+}
+
+void prepareTrailer(QPDFObjectHandle trailer, bool isProtected)
+{
+    // The right value is written in its place, but only if there is one.
+    trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
+    QPDFObjectHandle identity = trailer.getKey("/ID");
+    if (!identity.isArray() || identity.getArrayNItems() != 2 ||
+        !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString()) {
+        trailer.removeKey("/ID");
+        if (isProtected) {
+            // What the key was made of, and is made of again; QPDF takes a missing one for empty.
+            const QPDFObjectHandle empty = QPDFObjectHandle::newString("");
+            trailer.replaceKey("/ID", QPDFObjectHandle::newArray({empty, empty}));
+        }
+    }
 }
 
 } // namespace pdfcore

@@ -29,13 +29,17 @@ class OutputForm;
 class OutputDocument
 {
 public:
-    OutputDocument();
+    /// @param only  Where all pages come from, whatever file they name; null for their files.
+    explicit OutputDocument(const std::shared_ptr<QPDF> &only = {});
     ~OutputDocument();
     OutputDocument(const OutputDocument &) = delete;
     OutputDocument &operator=(const OutputDocument &) = delete;
 
     /// Puts `pages` together. QPDF's exceptions may come out of it.
-    EngineError assemble(const QList<PdfSourcePage> &pages);
+    ///
+    /// @param unlabelled  What becomes of pages without a label where others have one.
+    EngineError assemble(const QList<PdfSourcePage> &pages,
+                         Unlabelled unlabelled = Unlabelled::NumberByPlace);
 
     /// The result; it reads from the source documents until this object goes.
     [[nodiscard]] QPDF &document() const { return *m_output; }
@@ -63,7 +67,7 @@ private:
                                           bool sequenceChanged) const;
     std::vector<QPDFObjectHandle> newPages(const QList<PdfSourcePage> &pages, OutputForm &form);
     void joinOutlines();
-    void joinLabels();
+    void joinLabels(Unlabelled unlabelled);
 
     OutputSources m_sources;
     std::vector<std::unique_ptr<Contribution>> m_contributions; ///< By their first pages.
@@ -72,5 +76,8 @@ private:
     QString m_password;
     std::shared_ptr<QPDF> m_output;
 };
+
+/// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
+void prepareTrailer(QPDFObjectHandle trailer, bool isProtected);
 
 } // namespace pdfcore

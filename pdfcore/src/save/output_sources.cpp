@@ -74,12 +74,36 @@ std::shared_ptr<const PageTree> shownPages(const QString &path, const QString &p
 
 } // namespace
 
-OutputSources::OutputSources() = default;
+OutputSources::OutputSources(const std::shared_ptr<QPDF> &only)
+{
+    if (only) {
+        m_only = std::make_unique<OpenFile>();
+        m_only->document = std::make_unique<SourceDocument>(only);
+    }
+}
 
 OutputSources::~OutputSources() = default;
 
 SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outcome)
 {
+    const OpenFile *open = file(page, outcome);
+    if (open == nullptr) {
+        return nullptr;
+    }
+    SourceDocument *document = open->document.get();
+    if (page.pageIndex >= 0 && page.pageIndex < document->pageCount()) {
+        return document;
+    }
+    *outcome = {PdfBackendError::InvalidDocument,
+                QStringLiteral("The source has no page %1.").arg(qint64{page.pageIndex} + 1)};
+    return nullptr;
+}
+
+OutputSources::OpenFile *OutputSources::file(const PdfSourcePage &page, EngineError *outcome)
+{
+    if (m_only) {
+        return m_only.get();
+    }
     const QString path = Engine::instance().revisions().locate(page, outcome);
     if (outcome->isError()) {
         return nullptr;
@@ -87,27 +111,21 @@ SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outco
     const std::pair<QString, QString> key(path, page.password);
     auto found = m_files.find(key);
     if (found == m_files.end()) {
-        OpenFile file;
-        const EngineError opened = open(path, page.password, &file);
+        OpenFile opening;
+        const EngineError opened = open(path, page.password, &opening);
         // The revision may have been superseded before it was open; what is open stays what it is.
         EngineError moved;
         if (Engine::instance().revisions().locate(page, &moved) != path) {
             *outcome = moved;
-            return moved.isError() ? nullptr : get(page, outcome);
+            return moved.isError() ? nullptr : file(page, outcome);
         }
         if (opened.isError()) {
             *outcome = opened;
             return nullptr;
         }
-        found = m_files.emplace(key, std::move(file)).first;
+        found = m_files.emplace(key, std::move(opening)).first;
     }
-    SourceDocument *document = found->second.document.get();
-    if (page.pageIndex >= 0 && page.pageIndex < document->pageCount()) {
-        return document;
-    }
-    *outcome = {PdfBackendError::InvalidDocument,
-                QStringLiteral("The source has no page %1.").arg(qint64{page.pageIndex} + 1)};
-    return nullptr;
+    return &found->second;
 }
 
 EngineError OutputSources::open(const QString &path, const QString &password, OpenFile *file)
@@ -138,6 +156,9 @@ EngineError OutputSources::open(const QString &path, const QString &password, Op
 PDFVersion OutputSources::version() const
 {
     PDFVersion highest(1, 5);
+    if (m_only) {
+        highest.updateIfGreater(versionOf(m_only->document->document()));
+    }
     for (const auto &[key, file] : m_files) {
         highest.updateIfGreater(versionOf(file.document->document()));
     }

@@ -19,7 +19,8 @@ namespace pdfcore {
 class OutputSources
 {
 public:
-    OutputSources();
+    /// @param only  Where all pages come from, whatever file they name; null for their files.
+    explicit OutputSources(const std::shared_ptr<QPDF> &only = {});
     ~OutputSources();
     OutputSources(const OutputSources &) = delete;
     OutputSources &operator=(const OutputSources &) = delete;
@@ -40,7 +41,9 @@ private:
 
     /// Opens a file, by way of a repaired copy where that is needed to have all its pages.
     static EngineError open(const QString &path, const QString &password, OpenFile *file);
+    OpenFile *file(const PdfSourcePage &page, EngineError *outcome);
 
+    std::unique_ptr<OpenFile> m_only;
     std::map<std::pair<QString, QString>, OpenFile> m_files; ///< By path and password.
 };
 

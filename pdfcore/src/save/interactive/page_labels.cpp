@@ -46,14 +46,15 @@ bool follows(const PageLabel &label, const PageLabel &before)
 QPDFObjectHandle newEntry(const PageLabel &label)
 {
     QPDFObjectHandle entry = QPDFObjectHandle::newDictionary();
-    if (!label.style.empty()) {
-        entry.replaceKey("/S", QPDFObjectHandle::newName(label.style));
-    }
     if (const std::string prefix = prefixOf(label); !prefix.empty()) {
         entry.replaceKey("/P", QPDFObjectHandle::newString(prefix));
     }
-    if (label.number != 1) {
-        entry.replaceKey("/St", QPDFObjectHandle::newInteger(label.number));
+    // Without a style there is no number to start from.
+    if (!label.style.empty()) {
+        entry.replaceKey("/S", QPDFObjectHandle::newName(label.style));
+        if (label.number != 1) {
+            entry.replaceKey("/St", QPDFObjectHandle::newInteger(label.number));
+        }
     }
     return entry;
 }
@@ -85,19 +86,27 @@ std::optional<PageLabel> SourceLabels::at(int index) const
     return label;
 }
 
-void installLabels(QPDF &output, const std::vector<std::optional<PageLabel>> &labels)
+void installLabels(QPDF &output, const std::vector<std::optional<PageLabel>> &labels,
+                   Unlabelled unlabelled)
 {
     NumberEntries entries;
     PageLabel before;
     for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (unlabelled == Unlabelled::Leave && entries.empty() && !labels[i]) {
+            continue;
+        }
         PageLabel label{"/D", QPDFObjectHandle::newNull(), static_cast<long long>(i) + 1};
         if (labels[i]) {
             label = *labels[i];
         }
-        if (i == 0 || !follows(label, before)) {
+        if (entries.empty() || !follows(label, before)) {
             entries.emplace_back(static_cast<long long>(i), newEntry(label));
         }
         before = label;
+    }
+    if (entries.empty()) {
+        // That the document has labels, although of other pages, shows in one behind its pages.
+        entries.emplace_back(static_cast<long long>(labels.size()), newEntry(PageLabel()));
     }
     output.getRoot().replaceKey("/PageLabels", newNumberTree(output, entries));
 }

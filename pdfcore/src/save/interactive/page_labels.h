@@ -40,7 +40,14 @@ private:
     std::vector<Range> m_ranges; ///< By their first pages.
 };
 
-/// Writes the labels of all pages of the output. A page without one is numbered by its place.
-void installLabels(QPDF &output, const std::vector<std::optional<PageLabel>> &labels);
+/// What becomes of pages without a label.
+enum class Unlabelled {
+    NumberByPlace, ///< In the output.
+    Leave,         ///< Those before the first one with a label stay without.
+};
+
+/// Writes the labels of all pages of the output.
+void installLabels(QPDF &output, const std::vector<std::optional<PageLabel>> &labels,
+                   Unlabelled unlabelled);
 
 } // namespace pdfcore

@@ -152,18 +152,17 @@ void TestPageFilesWriter::failureWithoutAReasonNamesItsPath()
     QVERIFY(m_shown->openPages(3));
     QStringList tried;
     QList<qsizetype> pageCounts;
-    const PageFilesResult result =
-        writePageFiles({{u"a.pdf"_s, {0}}, {u"b.pdf"_s, {2, 1}}, {u"c.pdf"_s, {2}}},
-                       m_shown->model().sourcePages(), out(),
-                       [&](const QList<PdfSourcePage> &pages, const QString &path,
-                           PdfBackendError *, QString *message) {
-                           tried.append(path);
-                           pageCounts.append(pages.size());
-                           if (tried.size() == 3) {
-                               *message = u"the engine's words"_s;
-                           }
-                           return tried.size() == 1;
-                       });
+    const PageFilesResult result = writePageFiles(
+        {{u"a.pdf"_s, {0}}, {u"b.pdf"_s, {2, 1}}, {u"c.pdf"_s, {2}}},
+        m_shown->model().sourcePages(), out(), [&](const QList<PdfOutputFile> &files) {
+            for (const PdfOutputFile &file : files) {
+                tried.append(file.path);
+                pageCounts.append(file.pages.size());
+            }
+            return QList<PdfSaveOutcome>{{},
+                                         {PdfBackendError::WriteFailed, {}},
+                                         {PdfBackendError::WriteFailed, u"the engine's words"_s}};
+        });
     QCOMPARE(tried, (QStringList{out(u"a.pdf"_s), out(u"b.pdf"_s), out(u"c.pdf"_s)}));
     QCOMPARE(pageCounts, (QList<qsizetype>{1, 2, 1}));
     QCOMPARE(result.written, QStringList{out(u"a.pdf"_s)});
