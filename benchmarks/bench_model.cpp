@@ -124,8 +124,8 @@ public:
     }
 
 private:
-    static QList<QImage> whitePages(const QList<PdfSourcePage> &, const QList<QSize> &sizes,
-                                    QStringList *)
+    static QList<QImage> whitePages(const PdfCancelFlag &, const QList<PdfSourcePage> &,
+                                    const QList<QSize> &sizes, QStringList *)
     {
         QList<QImage> images;
         for (const QSize size : sizes) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/pdf_cancel_flag.h"
 #include "pdfcore/pdf_file_revision.h"
 
 #include <QImage>
@@ -108,8 +109,15 @@ public:
     ///
     /// A page that fails gives a null image and its reason in element i of `errors`; the others are
     /// rendered all the same. `errors` gets one element per page, empty where the page succeeded.
+    /// The call waits while as many threads of the process render as may (render_threads.h).
     static QList<QImage> renderPages(const QList<PdfSourcePage> &pages,
                                      const QList<QSize> &targetSizes, QStringList *errors);
+
+    /// The same until `cancel` is set, from any thread: what has not been rendered by then fails,
+    /// and the call returns soon, also in the middle of a page.
+    static QList<QImage> renderPagesUnless(const PdfCancelFlag &cancel,
+                                           const QList<PdfSourcePage> &pages,
+                                           const QList<QSize> &targetSizes, QStringList *errors);
 
     /// Writes a new PDF whose page i is element i of `pages`.
     ///

@@ -49,7 +49,8 @@ PageRenderJob::PageRenderJob(PageRenderBatch batch, PdfPageRenderFunction render
 void PageRenderJob::run()
 {
     PageRenderResult result;
-    result.images = m_render(m_batch.sources, m_batch.targetSizes, &result.messages);
+    result.images =
+        m_render(m_batch.cancel, m_batch.sources, m_batch.targetSizes, &result.messages);
     result.batch = std::move(m_batch);
     m_channel->post(std::move(result));
 }

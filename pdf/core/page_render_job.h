@@ -31,6 +31,7 @@ struct PageRenderBatch
     quint64 documentRevision = 0;
     /// The manager's generation when the batch was started.
     quint64 generation = 0;
+    PdfCancelFlag cancel; ///< Set when nobody wants the batch any more.
 };
 
 /// A batch with what the engine made of it; both lists may be shorter than the batch.

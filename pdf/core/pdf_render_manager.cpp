@@ -98,6 +98,7 @@ QList<quint64> PdfRenderManager::requestPages(const QList<PdfPageRecord> &pages,
         batch.purpose = purpose;
         batch.documentRevision = documentRevision;
         batch.generation = m_generation.load();
+        batch.cancel = m_cancel;
         if (m_headStart == HeadStart::Due) {
             m_favouredRequest = batch.requestIds.constFirst();
         }
@@ -124,6 +125,8 @@ void PdfRenderManager::favourNextBatch()
 void PdfRenderManager::cancelAll()
 {
     m_generation.fetch_add(1);
+    m_cancel.set();
+    m_cancel = {};
     m_queue->clear();
     m_pool->clear();
     m_withheld = 0;

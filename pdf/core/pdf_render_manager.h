@@ -37,7 +37,7 @@ public:
 
     /// `render` is called on the pool threads, several at a time; by default it is the engine.
     explicit PdfRenderManager(QObject *parent = nullptr,
-                              PdfPageRenderFunction render = PdfEditorBackend::renderPages);
+                              PdfPageRenderFunction render = PdfEditorBackend::renderPagesUnless);
     ~PdfRenderManager() override;
 
     /// Asks for page i at size i, in device pixels of the page as shown.
@@ -55,7 +55,7 @@ public:
     /// until its result has been delivered, but never longer than kHeadStartMs. For a reader who
     /// waits for one page while everything around it wants to be drawn as well.
     void favourNextBatch();
-    /// Drops the batches that wait and the results of those being rendered.
+    /// Drops the batches that wait, and ends those being rendered without results.
     void cancelAll();
     void clearCache();
 
@@ -83,4 +83,5 @@ private:
     PageImageCache m_cache;
     std::atomic<quint64> m_nextRequestId{1};
     std::atomic<quint64> m_generation{1};
+    PdfCancelFlag m_cancel; ///< Of all batches of this generation.
 };

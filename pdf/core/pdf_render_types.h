@@ -18,6 +18,7 @@ enum class PdfRenderPurpose : qint32 {
 };
 Q_DECLARE_METATYPE(PdfRenderPurpose)
 
-/// Renders page i at size i; has the contract of PdfEditorBackend::renderPages().
-using PdfPageRenderFunction = std::function<QList<QImage>(
-    const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes, QStringList *errors)>;
+/// Renders page i at size i; has the contract of PdfEditorBackend::renderPagesUnless().
+using PdfPageRenderFunction =
+    std::function<QList<QImage>(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &pages,
+                                const QList<QSize> &targetSizes, QStringList *errors)>;

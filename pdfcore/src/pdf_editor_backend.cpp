@@ -65,9 +65,17 @@ QImage PdfEditorBackend::renderPage(const PdfSourcePage &page, QSize targetSize,
 QList<QImage> PdfEditorBackend::renderPages(const QList<PdfSourcePage> &pages,
                                             const QList<QSize> &targetSizes, QStringList *errors)
 {
+    return renderPagesUnless(PdfCancelFlag(), pages, targetSizes, errors);
+}
+
+QList<QImage> PdfEditorBackend::renderPagesUnless(const PdfCancelFlag &cancel,
+                                                  const QList<PdfSourcePage> &pages,
+                                                  const QList<QSize> &targetSizes,
+                                                  QStringList *errors)
+{
     QList<QImage> images(pages.size());
     QStringList messages(pages.size());
-    pdfcore::renderBatch(pages, targetSizes, images, messages);
+    pdfcore::renderBatch(cancel, pages, targetSizes, images, messages);
     if (errors != nullptr) {
         *errors = messages;
     }

@@ -83,6 +83,7 @@ void MupdfContext::beginWork(const WorkBudget &budget)
     m_allocator.limit = m_allocator.inUse + budget.bytes;
     m_allocator.deadline = std::chrono::steady_clock::now() + budget.time;
     m_allocator.hasDeadline = true;
+    m_allocator.cancelled = budget.cancelled;
     m_allocator.callsUntilClock = 0;
 }
 
@@ -90,22 +91,29 @@ BudgetBreach MupdfContext::endWork()
 {
     m_allocator.limit = 0;
     m_allocator.hasDeadline = false;
+    m_allocator.cancelled = nullptr;
     settleRefusal(m_allocator, 0);
     return m_allocator.breach;
 }
 
 bool MupdfContext::isOutOfTime() noexcept
 {
-    if (!m_allocator.hasDeadline) {
-        return false;
-    }
-    if (m_allocator.breach == BudgetBreach::Time) {
+    return m_allocator.hasDeadline && isOver(m_allocator);
+}
+
+bool MupdfContext::isOver(Allocator &allocator)
+{
+    if (allocator.breach == BudgetBreach::Time || allocator.breach == BudgetBreach::Cancelled) {
         return true;
     }
-    if (std::chrono::steady_clock::now() < m_allocator.deadline) {
+    if (allocator.cancelled != nullptr && *allocator.cancelled) {
+        allocator.breach = BudgetBreach::Cancelled;
+        return true;
+    }
+    if (std::chrono::steady_clock::now() < allocator.deadline) {
         return false;
     }
-    m_allocator.breach = BudgetBreach::Time;
+    allocator.breach = BudgetBreach::Time;
     return true;
 }
 
@@ -120,7 +128,9 @@ void MupdfContext::settleRefusal(Allocator &allocator, std::size_t asked)
 
 bool MupdfContext::mayAllocate(Allocator &allocator, std::size_t grown)
 {
-    if (allocator.breach == BudgetBreach::Time && allocator.hasDeadline) {
+    const bool hasEnded =
+        allocator.breach == BudgetBreach::Time || allocator.breach == BudgetBreach::Cancelled;
+    if (hasEnded && allocator.hasDeadline) {
         return false;
     }
     if (allocator.limit != 0 &&
@@ -133,8 +143,7 @@ bool MupdfContext::mayAllocate(Allocator &allocator, std::size_t grown)
     if (allocator.hasDeadline) {
         if (allocator.callsUntilClock == 0) {
             allocator.callsUntilClock = kCallsPerClockCheck;
-            if (std::chrono::steady_clock::now() >= allocator.deadline) {
-                allocator.breach = BudgetBreach::Time;
+            if (isOver(allocator)) {
                 return false;
             }
         }

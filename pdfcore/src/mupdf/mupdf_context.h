@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <utility>
@@ -16,10 +17,12 @@ struct WorkBudget
 {
     std::chrono::milliseconds time;
     std::size_t bytes; ///< On top of what the context holds when the work starts.
+    /// Ends the work once it is set, from any thread; null: nothing does.
+    const std::atomic<bool> *cancelled = nullptr;
 };
 
-/// Which part of its budget a piece of work used up.
-enum class BudgetBreach { None, Time, Memory };
+/// Which part of its budget a piece of work used up, or that it was cancelled before.
+enum class BudgetBreach { None, Time, Memory, Cancelled };
 
 /// A MuPDF context of its own, with counted memory and limits on time and memory.
 ///
@@ -28,7 +31,8 @@ enum class BudgetBreach { None, Time, Memory };
 /// process-wide state, so the lock that guards them is one for all contexts; the others guard the
 /// context's own data and need not lock at all.
 ///
-/// When a budget is used up, every further allocation fails, which ends the work at the next one.
+/// When a budget is used up, or the work cancelled, every further allocation fails, which ends the
+/// work at the next one.
 class MupdfContext final
 {
 public:
@@ -47,7 +51,7 @@ public:
     void beginWork(const WorkBudget &budget);
     /// Lifts the limits and tells which of them was hit.
     BudgetBreach endWork();
-    /// True when the current work has used up its time; looked at by long loops.
+    /// True when the current work has used up its time or was cancelled; looked at by long loops.
     [[nodiscard]] bool isOutOfTime() noexcept;
 
     /// Runs `body`, which may throw MuPDF errors; false and the reason when it did.
@@ -80,6 +84,7 @@ private:
         std::size_t limit = 0; ///< 0: no limit.
         bool hasDeadline = false;
         std::chrono::steady_clock::time_point deadline;
+        const std::atomic<bool> *cancelled = nullptr;
         unsigned callsUntilClock = 0;
         BudgetBreach breach = BudgetBreach::None;
         /// What the last call asked for in vain; 0 when it was granted. MuPDF frees what it can and
@@ -92,6 +97,8 @@ private:
     static void release(void *user, void *block);
     /// Records that memory ran out unless what was refused last is what is asked for again now.
     static void settleRefusal(Allocator &allocator, std::size_t asked);
+    /// Whether the work is to end; notes why.
+    static bool isOver(Allocator &allocator);
     static bool mayAllocate(Allocator &allocator, std::size_t grown);
 
     [[nodiscard]] QString caughtReason() const;

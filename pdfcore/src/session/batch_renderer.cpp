@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace pdfcore {
@@ -18,6 +20,11 @@ namespace {
 
 /// Pixels of the largest image that is made: 2 GiB of memory, enough for A2 paper at 1200 dpi.
 constexpr qint64 kMaxPixels = qint64{1} << 29;
+
+QString cancelledMessage()
+{
+    return QStringLiteral("It was cancelled.");
+}
 
 QImage renderBlank(QSize size, EngineError *outcome)
 {
@@ -34,9 +41,17 @@ QImage renderBlank(QSize size, EngineError *outcome)
 class BatchRenderer
 {
 public:
+    explicit BatchRenderer(PdfCancelFlag cancel)
+        : m_cancel(std::move(cancel))
+    {}
+
     QImage render(const PdfSourcePage &page, QSize size, EngineError *outcome)
     {
         *outcome = {};
+        if (m_cancel.isSet()) {
+            *outcome = {PdfBackendError::RenderFailed, cancelledMessage()};
+            return {};
+        }
         if (size.isEmpty()) {
             *outcome = {PdfBackendError::RenderFailed,
                         QStringLiteral("The size to render at is empty.")};
@@ -55,7 +70,8 @@ public:
         if (!borrow(page, outcome)) {
             return {};
         }
-        QImage image = m_session->render(page.pageIndex, page.rotation, size, outcome);
+        QImage image =
+            m_session->render(page.pageIndex, page.rotation, size, outcome, &m_cancel.value());
         if (!m_session->isUsable()) {
             m_session = {};
         }
@@ -75,7 +91,8 @@ private:
             return true;
         }
         m_session = {};
-        m_session = Engine::instance().sessions().acquire(path, page.password, outcome);
+        m_session =
+            Engine::instance().sessions().acquire(path, page.password, outcome, &m_cancel.value());
         m_path = path;
         m_password = page.password;
         // The content may have moved before it could be borrowed; now it cannot any more.
@@ -91,42 +108,20 @@ private:
         return false;
     }
 
+    const PdfCancelFlag m_cancel;
     SessionPool::Lease m_session;
     QString m_path;
     QString m_password;
 };
 
-/// The threads that render now or are about to.
-std::atomic<int> &busyThreads()
-{
-    static std::atomic<int> count{0};
-    return count;
-}
-
-/// Takes as many as it can of `wanted` threads that may render besides those that do. Each is given
-/// back with --busyThreads().
-int reserveThreads(int wanted)
-{
-    int busy = busyThreads();
-    for (;;) {
-        const int granted = std::min(renderThreadLimit() - busy, wanted);
-        if (granted <= 0) {
-            return 0;
-        }
-        if (busyThreads().compare_exchange_weak(busy, busy + granted)) {
-            return granted;
-        }
-    }
-}
-
-/// Counts the calling thread among the busy ones for as long as it lives.
-class BusyThread
+/// Has a slot of the engine for as long as it lives.
+class SlotInUse
 {
 public:
-    BusyThread() { ++busyThreads(); }
-    ~BusyThread() { --busyThreads(); }
-    BusyThread(const BusyThread &) = delete;
-    BusyThread &operator=(const BusyThread &) = delete;
+    SlotInUse() = default;
+    ~SlotInUse() { Engine::instance().renderSlots().giveBack(); }
+    SlotInUse(const SlotInUse &) = delete;
+    SlotInUse &operator=(const SlotInUse &) = delete;
 };
 
 /// A batch that several threads work off together. The lists are large enough before they start,
@@ -134,30 +129,59 @@ public:
 class SharedBatch
 {
 public:
-    SharedBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &sizes, QList<QImage> &images,
-                QStringList &messages)
-        : m_pages(pages)
+    SharedBatch(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &pages,
+                const QList<QSize> &sizes, QList<QImage> &images, QStringList &messages)
+        : m_cancel(cancel)
+        , m_pages(pages)
         , m_sizes(sizes)
         , m_images(images.data())
         , m_messages(messages.data())
     {}
 
+    /// Renders what nobody has begun, to the end.
     void work()
     {
-        BatchRenderer renderer;
+        BatchRenderer renderer(m_cancel);
+        while (renderNext(renderer)) {
+        }
+    }
+
+    /// The same as long as nobody waits for the slot.
+    void help()
+    {
+        BatchRenderer renderer(m_cancel);
+        while (!Engine::instance().renderSlots().isAwaited() && renderNext(renderer)) {
+        }
+    }
+
+    /// Fails what nobody has begun.
+    void giveUp()
+    {
         for (qsizetype i = m_next++; i < m_pages.size(); i = m_next++) {
-            try {
-                EngineError outcome;
-                m_images[i] = renderer.render(m_pages.at(i), m_sizes.value(i), &outcome);
-                m_messages[i] = outcome.message;
-            } catch (const std::exception &exception) {
-                m_images[i] = {};
-                m_messages[i] = QString::fromUtf8(exception.what());
-            }
+            m_messages[i] = cancelledMessage();
         }
     }
 
 private:
+    /// False when everything has been begun.
+    bool renderNext(BatchRenderer &renderer)
+    {
+        const qsizetype i = m_next++;
+        if (i >= m_pages.size()) {
+            return false;
+        }
+        try {
+            EngineError outcome;
+            m_images[i] = renderer.render(m_pages.at(i), m_sizes.value(i), &outcome);
+            m_messages[i] = outcome.message;
+        } catch (const std::exception &exception) {
+            m_images[i] = {};
+            m_messages[i] = QString::fromUtf8(exception.what());
+        }
+        return true;
+    }
+
+    const PdfCancelFlag m_cancel;
     const QList<PdfSourcePage> &m_pages;
     const QList<QSize> &m_sizes;
     QImage *m_images;
@@ -167,25 +191,31 @@ private:
 
 } // namespace
 
-void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSizes,
-                 QList<QImage> &images, QStringList &messages)
+void renderBatch(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &pages,
+                 const QList<QSize> &targetSizes, QList<QImage> &images, QStringList &messages)
 {
-    const BusyThread busy;
-    SharedBatch batch(pages, targetSizes, images, messages);
+    SharedBatch batch(cancel, pages, targetSizes, images, messages);
+    RenderSlots &renderSlots = Engine::instance().renderSlots();
+    if (pages.isEmpty() || !renderSlots.take(cancel)) {
+        batch.giveUp();
+        return;
+    }
+    const SlotInUse slot;
     std::vector<std::thread> helpers;
-    int granted =
-        reserveThreads(static_cast<int>(std::min<qsizetype>(pages.size(), kMostRenderThreads)) - 1);
-    try {
-        helpers.reserve(static_cast<std::size_t>(granted));
-        for (; granted > 0; --granted) {
+    const auto most =
+        static_cast<std::size_t>(std::min<qsizetype>(pages.size(), kMostRenderThreads) - 1);
+    helpers.reserve(most);
+    while (helpers.size() < most && renderSlots.tryTake()) {
+        try {
             helpers.emplace_back([&batch] {
-                batch.work();
-                --busyThreads();
+                const SlotInUse own;
+                batch.help();
             });
+        } catch (const std::system_error &) {
+            // Without another thread the work takes longer.
+            renderSlots.giveBack();
+            break;
         }
-    } catch (const std::exception &) {
-        // Without another thread the work takes longer.
-        busyThreads() -= granted;
     }
     batch.work();
     for (std::thread &helper : helpers) {
@@ -195,8 +225,9 @@ void renderBatch(const QList<PdfSourcePage> &pages, const QList<QSize> &targetSi
 
 QImage renderOne(const PdfSourcePage &page, QSize size, EngineError *outcome)
 {
-    const BusyThread busy;
-    return BatchRenderer().render(page, size, outcome);
+    Engine::instance().renderSlots().force();
+    const SlotInUse slot;
+    return BatchRenderer(PdfCancelFlag()).render(page, size, outcome);
 }
 
 } // namespace pdfcore

@@ -275,7 +275,8 @@ std::vector<PageTreeKid> DocumentSession::readManyKids()
     return kids;
 }
 
-QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome)
+QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome,
+                               const std::atomic<bool> *cancelled)
 {
     if (pageIndex < 0 || pageIndex >= pageCount()) {
         *outcome = {PdfBackendError::RenderFailed,
@@ -295,6 +296,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
     QString reason;
     WorkBudget budget = m_budgets.page;
+    budget.cancelled = cancelled;
     budget.bytes += kGroupBytes * static_cast<std::size_t>(targetSize.width()) *
                     static_cast<std::size_t>(targetSize.height());
     m_context.beginWork(budget);
@@ -373,9 +375,14 @@ bool DocumentSession::writeRepaired(QIODevice &device)
 
 EngineError DocumentSession::budgetError(BudgetBreach breach, PdfBackendError code) const
 {
-    return {code, breach == BudgetBreach::Time
-                      ? QStringLiteral("It takes too long and was given up.")
-                      : QStringLiteral("It needs too much memory and was given up.")};
+    switch (breach) {
+    case BudgetBreach::Cancelled:
+        return {code, QStringLiteral("It was cancelled.")};
+    case BudgetBreach::Memory:
+        return {code, QStringLiteral("It needs too much memory and was given up.")};
+    default:
+        return {code, QStringLiteral("It takes too long and was given up.")};
+    }
 }
 
 } // namespace pdfcore

@@ -13,6 +13,7 @@
 #include <QSize>
 #include <QSizeF>
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -60,8 +61,10 @@ public:
 
     /// Renders a page, turned clockwise by `rotation` degrees, stretched to `targetSize` pixels.
     ///
-    /// Null on failure. A page that used up its budget leaves the session unfit for further use.
-    QImage render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome);
+    /// Null on failure. A page that used up its budget leaves the session unfit for further use,
+    /// and so does one that ended because `cancelled` was set.
+    QImage render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome,
+                  const std::atomic<bool> *cancelled = nullptr);
 
     /// Writes the document as it was opened, which may have taken a repair, unencrypted. False when
     /// that fails.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pdfcore/src/session/file_revisions.h"
+#include "pdfcore/src/session/render_slots.h"
 #include "pdfcore/src/session/session_pool.h"
 #include "pdfcore/src/session/superseded_folder.h"
 
@@ -28,11 +29,13 @@ public:
 
     [[nodiscard]] SessionPool &sessions() { return *m_sessions; }
     [[nodiscard]] FileRevisions &revisions() { return m_revisions; }
+    [[nodiscard]] RenderSlots &renderSlots() { return m_renderSlots; }
 
 private:
     std::shared_ptr<SessionPool> m_sessions; ///< Revisions can tell whether it is still there.
     SupersededFolder m_superseded;           ///< Has the sessions of what it removes closed.
     FileRevisions m_revisions;               ///< Has sessions closed and content kept.
+    RenderSlots m_renderSlots;
 };
 
 } // namespace pdfcore

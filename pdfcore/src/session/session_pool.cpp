@@ -74,7 +74,7 @@ SessionPool::~SessionPool()
 }
 
 SessionPool::Lease SessionPool::acquire(const QString &path, const QString &password,
-                                        EngineError *outcome)
+                                        EngineError *outcome, const std::atomic<bool> *cancelled)
 {
     *outcome = {};
     const QString key = comparablePath(path);
@@ -94,6 +94,7 @@ SessionPool::Lease SessionPool::acquire(const QString &path, const QString &pass
             return lease;
         }
         budgets = m_budgets;
+        budgets.open.cancelled = cancelled;
         pages = knownPages(key, file);
     }
     lease.m_session = DocumentSession::open(file, password, budgets, outcome, pages);
@@ -147,6 +148,12 @@ int SessionPool::idleCount() const
 {
     const std::lock_guard lock(m_mutex);
     return static_cast<int>(m_idle.size());
+}
+
+int SessionPool::lentCount() const
+{
+    const std::lock_guard lock(m_mutex);
+    return static_cast<int>(m_lent.size());
 }
 
 std::size_t SessionPool::idleBytes() const

@@ -3,6 +3,7 @@
 
 #include "pdfcore/src/session/document_session.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <list>
@@ -79,7 +80,10 @@ public:
     SessionPool &operator=(const SessionPool &) = delete;
 
     /// Borrows a session for the file. An empty lease on failure, with the error in `outcome`.
-    Lease acquire(const QString &path, const QString &password, EngineError *outcome);
+    ///
+    /// @param cancelled  Ends opening the file once it is set; null: nothing does.
+    Lease acquire(const QString &path, const QString &password, EngineError *outcome,
+                  const std::atomic<bool> *cancelled = nullptr);
 
     /// Sets what the work of sessions that are opened from now on may cost.
     void setBudgets(const SessionBudgets &budgets);
@@ -89,6 +93,8 @@ public:
 
     /// Sessions that are open and idle now.
     [[nodiscard]] int idleCount() const;
+    /// Sessions that are in use now or being closed.
+    [[nodiscard]] int lentCount() const;
     /// Memory that the idle sessions hold, in bytes.
     [[nodiscard]] std::size_t idleBytes() const;
     /// Closes every idle session.

@@ -34,14 +34,16 @@ public:
         QList<PdfSourcePage> sources;
         QList<QSize> sizes;
         std::thread::id thread;
+        PdfCancelFlag cancel;
     };
 
     ~FakeEngine() { Q_ASSERT(m_running == 0); }
 
     PdfPageRenderFunction function()
     {
-        return [this](const QList<PdfSourcePage> &sources, const QList<QSize> &sizes,
-                      QStringList *errors) { return render(sources, sizes, errors); };
+        return [this](const PdfCancelFlag &cancel, const QList<PdfSourcePage> &sources,
+                      const QList<QSize> &sizes,
+                      QStringList *errors) { return render(cancel, sources, sizes, errors); };
     }
 
     /// From now on calls wait for letGo().
@@ -79,8 +81,8 @@ public:
     }
 
 private:
-    QList<QImage> render(const QList<PdfSourcePage> &sources, const QList<QSize> &sizes,
-                         QStringList *errors)
+    QList<QImage> render(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &sources,
+                         const QList<QSize> &sizes, QStringList *errors)
     {
         const int running = ++m_running;
         int most = m_mostAtOnce;
@@ -88,7 +90,7 @@ private:
         }
         {
             const std::lock_guard lock(m_mutex);
-            m_calls.push_back({sources, sizes, std::this_thread::get_id()});
+            m_calls.push_back({sources, sizes, std::this_thread::get_id(), cancel});
         }
         m_begun.release();
         if (m_holding) {
@@ -221,8 +223,9 @@ public:
     std::shared_ptr<int> token = std::make_shared<int>(0);
     std::unique_ptr<PdfRenderManager> manager = std::make_unique<PdfRenderManager>(
         nullptr, [held = token, render = engine.function()](
-                     const QList<PdfSourcePage> &sources, const QList<QSize> &sizes,
-                     QStringList *errors) { return render(sources, sizes, errors); });
+                     const PdfCancelFlag &cancel, const QList<PdfSourcePage> &sources,
+                     const QList<QSize> &sizes,
+                     QStringList *errors) { return render(cancel, sources, sizes, errors); });
 };
 
 } // namespace RenderBench

@@ -30,6 +30,9 @@ private slots:
     void cancellingInASlotStopsTheRestOfTheBatch();
 
     // Destruction.
+    void cancellingReachesTheEngine();
+    void cancellingLeavesLaterRequestsAlone();
+    void destructorReachesTheEngine();
     void destructorWaitsForRunningJobs();
     void destructorDropsWaitingJobs();
     void nothingIsDeliveredAfterDestruction();
@@ -232,6 +235,50 @@ void TestPdfRenderManagerOrder::cancellingInASlotStopsTheRestOfTheBatch()
                                 Purpose::PageView, 0, 0);
     bench.finish();
     QCOMPARE(bench.deliveredRequests(), QList<quint64>{1});
+}
+
+void TestPdfRenderManagerOrder::cancellingReachesTheEngine()
+{
+    Bench bench;
+    bench.engine.holdCalls();
+    bench.manager->requestPage(page(1), QSize(10, 10), Purpose::PageView, 0);
+    bench.engine.waitForCall();
+    const PdfCancelFlag cancel = bench.engine.calls().front().cancel;
+    QVERIFY(!cancel.isSet());
+    bench.manager->cancelAll();
+    QVERIFY(cancel.isSet());
+    bench.engine.letGo();
+    bench.finish();
+}
+
+void TestPdfRenderManagerOrder::cancellingLeavesLaterRequestsAlone()
+{
+    Bench bench;
+    bench.manager->cancelAll();
+    bench.manager->requestPage(page(1), QSize(10, 10), Purpose::PageView, 0);
+    bench.finish();
+    QVERIFY(!bench.engine.calls().front().cancel.isSet());
+    QCOMPARE(bench.deliveries.size(), 1);
+}
+
+void TestPdfRenderManagerOrder::destructorReachesTheEngine()
+{
+    FakeEngine engine;
+    engine.holdCalls();
+    auto manager = std::make_unique<PdfRenderManager>(nullptr, engine.function());
+    manager->requestPage(page(1), QSize(10, 10), Purpose::PageView, 0);
+    engine.waitForCall();
+    const PdfCancelFlag cancel = engine.calls().front().cancel;
+    engine.paint = [&](const QList<PdfSourcePage> &, const QList<QSize> &, QStringList *) {
+        // What the engine does with a page that takes long.
+        while (!cancel.isSet()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return QList<QImage>();
+    };
+    engine.letGo();
+    manager.reset();
+    QVERIFY(cancel.isSet());
 }
 
 void TestPdfRenderManagerOrder::destructorWaitsForRunningJobs()

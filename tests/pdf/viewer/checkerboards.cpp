@@ -17,8 +17,8 @@ QRgb pixelAt(QPoint point)
 
 } // namespace
 
-QList<QImage> render(const QList<PdfSourcePage> & /*pages*/, const QList<QSize> &sizes,
-                     QStringList * /*errors*/)
+QList<QImage> render(const PdfCancelFlag & /*cancel*/, const QList<PdfSourcePage> & /*pages*/,
+                     const QList<QSize> &sizes, QStringList * /*errors*/)
 {
     QList<QImage> images;
     for (const QSize &size : sizes) {

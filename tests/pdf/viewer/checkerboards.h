@@ -14,8 +14,8 @@
 namespace Checkerboards {
 
 /// Stands in for the engine. The upper left pixel of each page is white.
-[[nodiscard]] QList<QImage> render(const QList<PdfSourcePage> &pages, const QList<QSize> &sizes,
-                                   QStringList *errors);
+[[nodiscard]] QList<QImage> render(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &pages,
+                                   const QList<QSize> &sizes, QStringList *errors);
 
 /// The number of pixels in `area` that differ from a checkerboard whose pixel at `origin` is white.
 [[nodiscard]] int wrongPixels(const QImage &image, const QRect &area, QPoint origin);

@@ -5,17 +5,17 @@
 
 PdfPageRenderFunction RenderProbe::function()
 {
-    return
-        [this](const QList<PdfSourcePage> &pages, const QList<QSize> &sizes, QStringList *errors) {
-            QList<QImage> images;
-            for (qsizetype i = 0; i < pages.size(); ++i) {
-                images.append(render(pages.at(i), sizes.at(i)));
-                if (errors) {
-                    errors->append(images.last().isNull() ? QStringLiteral("broken") : QString());
-                }
+    return [this](const PdfCancelFlag &, const QList<PdfSourcePage> &pages,
+                  const QList<QSize> &sizes, QStringList *errors) {
+        QList<QImage> images;
+        for (qsizetype i = 0; i < pages.size(); ++i) {
+            images.append(render(pages.at(i), sizes.at(i)));
+            if (errors) {
+                errors->append(images.last().isNull() ? QStringLiteral("broken") : QString());
             }
-            return images;
-        };
+        }
+        return images;
+    };
 }
 
 QColor RenderProbe::colorOf(int pageIndex)

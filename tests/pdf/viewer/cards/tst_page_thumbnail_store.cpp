@@ -330,7 +330,8 @@ void TestPageThumbnailStore::callsTakeSeveralPages()
 {
     QList<qsizetype> calls;
     std::mutex mutex;
-    PdfRenderManager manager(nullptr, [&](const QList<PdfSourcePage> &pages,
+    PdfRenderManager manager(nullptr, [&](const PdfCancelFlag & /*cancel*/,
+                                          const QList<PdfSourcePage> &pages,
                                           const QList<QSize> &sizes, QStringList * /*errors*/) {
         const std::lock_guard lock(mutex);
         calls.append(pages.size());
