@@ -2,6 +2,7 @@
 #include "tools/file_location_selector.h"
 
 #include "widgets/icon_paths.h"
+#include "widgets/popup_hover.h"
 #include "widgets/rounded_window.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
@@ -326,6 +327,7 @@ void FileLocationSelector::openMenu()
     // The menu belongs to the selector, which may be deleted while it is open.
     const QPointer<FileLocationSelector> self(this);
     const QPointer<QMenu> menu(new LocationMenu(this));
+    endHoverWithPopup(*menu, *this);
     for (const Entry &entry : entries) {
         QAction *action = menu->addAction(icon, entry.text);
         action->setCheckable(true);

@@ -4,6 +4,7 @@
 #include "pdf/viewer/bars/bar_metrics.h"
 #include "pdf/viewer/bars/page_number_validator.h"
 #include "pdf/viewer/common/zoom_limits.h"
+#include "widgets/popup_hover.h"
 #include "widgets/rounded_window.h"
 #include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
@@ -297,6 +298,7 @@ void PdfBottomControlBar::createZoomCombo()
     m_zoomCombo->setView(list);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     letCornersBeSeenThrough(*list->window(), {.radius = kZoomPopupRadius, .edge = kZoomBorder});
+    endHoverWithPopup(*list->window(), *m_zoomCombo);
     // The combo box's own delegate does not know the rules for items of a style sheet.
     m_zoomCombo->setItemDelegate(new QStyledItemDelegate(m_zoomCombo));
     for (const int percent : kZoomPresets) {
