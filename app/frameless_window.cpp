@@ -188,5 +188,5 @@ void FramelessWindow::updateMask()
         return;
     }
     // It reaches to the very edges of the window.
-    setMask(roundedRegion(rect(), WindowShape::kCornerRadius));
+    setMask(roundedPolygonRegion(rect(), WindowShape::kCornerRadius));
 }

@@ -8,6 +8,8 @@
 #include <QPainterPath>
 #include <QWidget>
 
+#include <cmath>
+
 namespace {
 
 /// Cuts a window to its shape while the desktop shows no translucency.
@@ -64,7 +66,20 @@ private:
 
 } // namespace
 
-QRegion roundedRegion(const QRectF &rect, qreal radius)
+QRegion roundedRegion(const QRect &rect, int radius)
+{
+    QRegion region(rect.adjusted(0, radius, 0, -radius));
+    for (int row = 0; row < radius; ++row) {
+        const double rise = radius - row - 0.5;
+        const int inset = qRound(radius - std::sqrt(radius * radius - rise * rise));
+        const QRect line(rect.left() + inset, rect.top() + row, rect.width() - 2 * inset, 1);
+        region += line;
+        region += line.translated(0, rect.height() - 1 - 2 * row);
+    }
+    return region;
+}
+
+QRegion roundedPolygonRegion(const QRectF &rect, qreal radius)
 {
     QPainterPath outline;
     outline.addRoundedRect(rect, radius, radius);

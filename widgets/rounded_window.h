@@ -18,8 +18,11 @@ struct SeenShape
     QColor edge;
 };
 
-/// The pixels of a rectangle with round corners.
-[[nodiscard]] QRegion roundedRegion(const QRectF &rect, qreal radius);
+/// The pixels whose centres lie in a rectangle with round corners. All corners are alike.
+[[nodiscard]] QRegion roundedRegion(const QRect &rect, int radius);
+
+/// The region of the polygon of a rectangle with round corners, whose points are whole pixels.
+[[nodiscard]] QRegion roundedPolygonRegion(const QRectF &rect, qreal radius);
 
 /// Makes a window transparent where it paints nothing. Where the desktop would show that as black,
 /// the window is cut to its shape instead, without shadow and smooth corners; which of both is

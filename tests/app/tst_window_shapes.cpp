@@ -18,6 +18,7 @@
 #include <QTimer>
 #include <QToolTip>
 
+#include <cmath>
 #include <functional>
 
 namespace {
@@ -160,6 +161,7 @@ private slots:
     void withTranslucencyCornersAndShadowStay();
     void shapeIsChosenAtEachShow();
     void shapeFollowsTheSize();
+    void cornersOfTheShapeAreAlike();
     void toolTipIsAsLargeAsItsTextAndPadding();
 
 private:
@@ -242,6 +244,25 @@ void TestWindowShapes::shapeFollowsTheSize()
     box.show();
     box.resize(box.size() + QSize(40, 30));
     QCOMPARE(box.mask().boundingRect(), box.rect().adjusted(20, 20, -20, -20));
+}
+
+void TestWindowShapes::cornersOfTheShapeAreAlike()
+{
+    DesktopTranslucency::pretend(false);
+    ModernMessageBox box(someOptions());
+    box.show();
+    constexpr int kRadius = 18;
+    const QRect shape = box.mask().boundingRect();
+    for (int y = 0; y < kRadius; ++y) {
+        for (int x = 0; x < kRadius; ++x) {
+            const bool isSeen = box.mask().contains(shape.topLeft() + QPoint(x, y));
+            QCOMPARE(box.mask().contains(shape.topRight() + QPoint(-x, y)), isSeen);
+            QCOMPARE(box.mask().contains(shape.bottomLeft() + QPoint(x, -y)), isSeen);
+            QCOMPARE(box.mask().contains(shape.bottomRight() - QPoint(x, y)), isSeen);
+            const double distance = std::hypot(kRadius - x - 0.5, kRadius - y - 0.5);
+            QVERIFY(distance < kRadius + 0.8 ? isSeen || distance > kRadius - 0.8 : !isSeen);
+        }
+    }
 }
 
 void TestWindowShapes::toolTipIsAsLargeAsItsTextAndPadding()

@@ -29,5 +29,5 @@ void RoundedPopupMenu::updateMask()
     if (width() <= 0 || height() <= 0) {
         return;
     }
-    setMask(roundedRegion(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kCornerRadius));
+    setMask(roundedPolygonRegion(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kCornerRadius));
 }
