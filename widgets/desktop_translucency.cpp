@@ -3,7 +3,7 @@
 
 #include <QGuiApplication>
 
-#ifdef QUILLORA_HAS_XCB
+#if defined(QUILLORA_HAS_XCB) && QT_CONFIG(xcb)
 #include <QByteArray>
 
 #include <xcb/xcb.h>
@@ -26,7 +26,7 @@ Answers &answers()
     return answers;
 }
 
-#ifdef QUILLORA_HAS_XCB
+#if defined(QUILLORA_HAS_XCB) && QT_CONFIG(xcb)
 
 struct Free
 {
@@ -66,7 +66,7 @@ bool isComposited(xcb_connection_t *connection)
 
 bool askDesktop()
 {
-#ifdef QUILLORA_HAS_XCB
+#if defined(QUILLORA_HAS_XCB) && QT_CONFIG(xcb)
     // The platform without a screen has this interface too, but nothing behind it.
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (x11 != nullptr && x11->connection() != nullptr) {

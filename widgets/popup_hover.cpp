@@ -53,5 +53,5 @@ private:
 void endHoverWithPopup(QWidget &popup, QWidget &opener)
 {
     // It belongs to the pop-up.
-    new PopupWatcher(popup, opener); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+    new PopupWatcher(popup, opener);
 }

@@ -90,7 +90,7 @@ void showAsShape(QWidget &window, const SeenShape &shape)
 {
     window.setAttribute(Qt::WA_TranslucentBackground);
     // It belongs to the window.
-    new ShapeKeeper(window, shape); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+    new ShapeKeeper(window, shape);
 }
 
 void letCornersBeSeenThrough(QWidget &window, const SeenShape &shape)

@@ -65,6 +65,6 @@ void offerWhatIsPrinted(QPrintDialog &dialog)
     dialog.setStyleSheet(QString(kStyleSheet).arg(Theme::textMuted.name()));
     if (auto *leader = dialog.findChild<QWidget *>(kServerOnlyControl)) {
         // It belongs to that control.
-        new ServerControls(dialog, *leader); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+        new ServerControls(dialog, *leader);
     }
 }
