@@ -6,6 +6,8 @@
 #include "app/title_bar.h"
 #include "app/window_corner.h"
 #include "app/window_shape.h"
+#include "widgets/desktop_translucency.h"
+#include "widgets/rounded_window.h"
 #include "widgets/theme.h"
 
 #include <QApplication>
@@ -13,7 +15,6 @@
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QRegion>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -111,10 +112,20 @@ void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
     QWidget::mouseReleaseEvent(event);
 }
 
+void FramelessWindow::showEvent(QShowEvent *event)
+{
+    DesktopTranslucency::ask();
+    QWidget::showEvent(event);
+}
+
 void FramelessWindow::paintEvent(QPaintEvent *)
 {
     const qreal radius = isMaximized() ? 0 : WindowShape::kCornerRadius;
     QPainter painter(this);
+    if (!DesktopTranslucency::isShown()) {
+        // The pixels that the border covers in part are seen whole.
+        painter.fillRect(rect(), Theme::borderStrong);
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(WindowShape::outline(rect(), radius), Theme::borderStrong);
     painter.fillPath(WindowShape::interior(rect(), radius), Theme::windowBackground);
@@ -176,6 +187,6 @@ void FramelessWindow::updateMask()
         clearMask();
         return;
     }
-    const QPainterPath path = WindowShape::mask(rect(), WindowShape::kCornerRadius);
-    setMask(QRegion(path.toFillPolygon().toPolygon()));
+    // It reaches to the very edges of the window.
+    setMask(roundedPolygonRegion(rect(), WindowShape::kCornerRadius));
 }

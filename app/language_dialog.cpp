@@ -4,6 +4,7 @@
 #include "app/language_manager.h"
 #include "app/language_table.h"
 #include "widgets/modern_message_box.h"
+#include "widgets/rounded_window.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 
@@ -12,10 +13,8 @@
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPainterPath>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QRegion>
 #include <QVBoxLayout>
 
 namespace {
@@ -26,6 +25,7 @@ constexpr int kShadowBlur = 36;
 constexpr int kShadowOffset = 10;
 constexpr QColor kShadowColor = Theme::shadow(55);
 constexpr int kCardRadius = 16;
+constexpr QColor kCardBorder{0xDD, 0xE2, 0xEA};
 constexpr int kCardColumns = 2;
 constexpr int kCardSpacing = 10;
 constexpr int kCardHeight = 58;
@@ -33,9 +33,10 @@ constexpr QSize kButtonSize(88, 40);
 constexpr char kCodeProperty[] = "languageCode";
 
 // For what is on the card: the boxes that the dialog opens have a style of their own.
-// %1 muted text, %2 hovered, %3 to %5 accent, hovered, pressed, %6 white, %7 title, %8 radius
+// %1 muted text, %2 hovered, %3 to %5 accent, hovered, pressed, %6 white, %7 title, %8 radius,
+// %9 border of the card
 constexpr QLatin1String kStyleSheet(
-    "QFrame#languageCard { background: %6; border: 1px solid #DDE2EA; border-radius: %8px; }"
+    "QFrame#languageCard { background: %6; border: 1px solid %9; border-radius: %8px; }"
     "QLabel#languageTitle { color: %7; background: transparent; font-size: 21px;"
     " font-weight: 600; }"
     "QLabel#languageDescription { color: %1; background: transparent; font-size: 13px; }"
@@ -63,12 +64,12 @@ LanguageDialog::LanguageDialog(QWidget *parent)
 {
     setModal(true);
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground);
+    showAsShape(*this, {.margin = kShadowMargin, .radius = kCardRadius, .edge = kCardBorder});
     setFixedWidth(kWidth);
-    setStyleSheet(kStyleSheet.arg(Theme::textMuted.name(), Theme::accentTintLight.name(),
-                                  Theme::accent.name(), Theme::accentHover.name(),
-                                  Theme::accentPressed.name(), Theme::white.name(),
-                                  Theme::inkStrong.name(), QString::number(kCardRadius)));
+    setStyleSheet(kStyleSheet.arg(
+        Theme::textMuted.name(), Theme::accentTintLight.name(), Theme::accent.name(),
+        Theme::accentHover.name(), Theme::accentPressed.name(), Theme::white.name(),
+        Theme::inkStrong.name(), QString::number(kCardRadius), kCardBorder.name()));
     m_cards->setExclusive(true);
 
     auto *outer = new QVBoxLayout(this);
@@ -93,10 +94,8 @@ void LanguageDialog::resizeEvent(QResizeEvent *event)
     // Around the card the dialog is seen through.
     const QRect card =
         rect().marginsRemoved({kShadowMargin, kShadowMargin, kShadowMargin, kShadowMargin});
-    QPainterPath path;
-    path.addRoundedRect(card, kCardRadius, kCardRadius);
     setProperty(ModernMessageBox::kBackdropShapeProperty,
-                QVariant::fromValue(QRegion(path.toFillPolygon().toPolygon())));
+                QVariant::fromValue(roundedRegion(card, kCardRadius)));
 }
 
 QFrame *LanguageDialog::createFrame()

@@ -9,6 +9,7 @@
 #include "pdfcore/pdf_file_revision.h"
 #include "res/resources.h"
 #include "widgets/theme.h"
+#include "widgets/tool_tip_shape.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -27,10 +28,13 @@ constexpr auto kUseHighDpiPixmaps = static_cast<Qt::ApplicationAttribute>(13);
 
 constexpr QLatin1String kFontFamily("Microsoft YaHei UI");
 
-// %1 white, %2 border
+constexpr QColor kToolTipColor{0x1D, 0x21, 0x29};
+constexpr int kToolTipRadius = 4;
+
+// %1 white, %2 border, %3 background and %4 radius of tool tips
 constexpr QLatin1String kApplicationStyleSheet(
-    "QToolTip { background-color: #1D2129; color: %1; border: none; padding: 6px 10px;"
-    " border-radius: 4px; }"
+    "QToolTip { background-color: %3; color: %1; border: none; padding: 6px 10px;"
+    " border-radius: %4px; }"
     "QMenu { background-color: %1; border: 1px solid %2; border-radius: 8px;"
     " padding: 6px; }"
     "QMenu::item { background-color: transparent; border-radius: 4px; color: #4E5969;"
@@ -85,8 +89,12 @@ void Startup::setAppearance()
 {
     setFont();
     setPalette();
-    qApp->setStyleSheet(kApplicationStyleSheet.arg(Theme::white.name().toUpper(),
-                                                   Theme::borderNeutral.name().toUpper()));
+    qApp->setStyleSheet(kApplicationStyleSheet.arg(
+        Theme::white.name().toUpper(), Theme::borderNeutral.name().toUpper(),
+        kToolTipColor.name().toUpper(), QString::number(kToolTipRadius)));
+    if (qApp->findChild<ToolTipShape *>() == nullptr) {
+        new ToolTipShape({.radius = kToolTipRadius, .edge = kToolTipColor}, qApp);
+    }
 }
 
 std::unique_ptr<FramelessWindow> Startup::showMainWindow()

@@ -2,6 +2,7 @@
 #include "app/window_corner.h"
 
 #include "app/window_shape.h"
+#include "widgets/desktop_translucency.h"
 #include "widgets/theme.h"
 
 #include <QPainter>
@@ -32,8 +33,12 @@ void WindowCorner::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(-pos());
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.fillPath(outside.subtracted(outline), Qt::black);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    if (DesktopTranslucency::isShown()) {
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        painter.fillPath(outside.subtracted(outline), Qt::black);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    } else {
+        painter.fillPath(outside.subtracted(outline), Theme::borderStrong);
+    }
     painter.fillPath(outline.subtracted(interior), Theme::borderStrong);
 }

@@ -26,8 +26,3 @@ QPainterPath WindowShape::interior(const QRect &window, qreal radius)
 {
     return roundedPath(QRectF(window), kOutlineInset + kBorderWidth, std::max(radius - 1, 0.0));
 }
-
-QPainterPath WindowShape::mask(const QRect &window, qreal radius)
-{
-    return roundedPath(QRectF(window), 0, radius);
-}

@@ -18,7 +18,5 @@ inline constexpr int kInnerCornerRadius = kCornerRadius - 1;
 [[nodiscard]] QPainterPath outline(const QRect &window, qreal radius);
 /// The inner edge of the border.
 [[nodiscard]] QPainterPath interior(const QRect &window, qreal radius);
-/// What the window system shows of the window at all: reaches to the very edges of `window`.
-[[nodiscard]] QPainterPath mask(const QRect &window, qreal radius);
 
 } // namespace WindowShape

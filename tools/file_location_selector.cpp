@@ -2,6 +2,7 @@
 #include "tools/file_location_selector.h"
 
 #include "widgets/icon_paths.h"
+#include "widgets/popup_hover.h"
 #include "widgets/rounded_window.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
@@ -25,6 +26,7 @@ constexpr int kHeight = 62;
 constexpr int kPreferredWidth = 280;
 constexpr int kMinimumWidth = 144;
 constexpr int kMenuGap = 4;
+constexpr int kMenuRadius = 7;
 
 constexpr int kRadius = 8;
 constexpr int kPadding = 12;
@@ -39,10 +41,10 @@ constexpr int kPathPixelSize = 12;
 
 constexpr QLatin1String kChevronIcon{":/res/icons/modern/chevron-down.png"};
 
-// %1 background, %2 text, %3 border, %4 and %6 chosen entry and its text, %5 separator
+// %1 background, %2 text, %3 border, %4 and %6 chosen entry and its text, %5 separator, %7 radius
 constexpr QLatin1String kMenuStyleSheet{R"(
 QMenu#fileLocationMenu {
-    color: %2; background: %1; border: 1px solid %3; border-radius: 7px; padding: 6px;
+    color: %2; background: %1; border: 1px solid %3; border-radius: %7px; padding: 6px;
     font-size: 13px;
 }
 QMenu#fileLocationMenu::item {
@@ -66,11 +68,11 @@ public:
         : QMenu(parent)
     {
         setObjectName(QStringLiteral("fileLocationMenu"));
-        letCornersBeSeenThrough(*this);
+        letCornersBeSeenThrough(*this, {.radius = kMenuRadius, .edge = Theme::border});
         setStyleSheet(QString(kMenuStyleSheet)
                           .arg(Theme::white.name(), Theme::ink.name(), Theme::border.name(),
                                Theme::accentTint.name(), Theme::borderSubtle.name(),
-                               Theme::chosen.name()));
+                               Theme::chosen.name(), QString::number(kMenuRadius)));
     }
 
 protected:
@@ -325,6 +327,7 @@ void FileLocationSelector::openMenu()
     // The menu belongs to the selector, which may be deleted while it is open.
     const QPointer<FileLocationSelector> self(this);
     const QPointer<QMenu> menu(new LocationMenu(this));
+    endHoverWithPopup(*menu, *this);
     for (const Entry &entry : entries) {
         QAction *action = menu->addAction(icon, entry.text);
         action->setCheckable(true);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "widgets/modern_message_box.h"
 
+#include "widgets/rounded_window.h"
 #include "widgets/scroll_bar_style.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
@@ -25,6 +26,8 @@ namespace {
 constexpr int kMinimumWidth = 560;
 constexpr int kMaximumWidth = 680;
 constexpr int kShadowMargin = 20;
+constexpr int kCardRadius = 18;
+constexpr QColor kCardBorder{0xD9, 0xDE, 0xE7};
 constexpr QMargins kCardMargins{32, 28, 32, 28};
 constexpr QSize kAccentSize{34, 4};
 constexpr int kAccentSpacing = 18;
@@ -38,9 +41,10 @@ constexpr QSize kButtonSize{92, 42};
 // Least distance of the box from the upper and lower edges of the screen.
 constexpr int kScreenMargin = 20;
 
-// %1 accent of the kind, %2 white, %3 to %5 accent, hovered, pressed, %6 strong ink
+// %1 accent of the kind, %2 white, %3 to %5 accent, hovered, pressed, %6 strong ink,
+// %7 border and %8 radius of the card
 constexpr QLatin1String kStyleSheet{R"(
-QFrame#messageBoxCard { background: %2; border: 1px solid #D9DEE7; border-radius: 18px; }
+QFrame#messageBoxCard { background: %2; border: 1px solid %7; border-radius: %8px; }
 QFrame#messageBoxAccent { background: %1; border: none; border-radius: 2px; }
 QLabel#messageBoxTitle {
     color: %6; background: transparent; font-size: 24px; font-weight: 600;
@@ -193,7 +197,7 @@ ModernMessageBox::ModernMessageBox(const MessageBoxOptions &options, QWidget *pa
     , m_texts(new QVBoxLayout)
 {
     setModal(true);
-    setAttribute(Qt::WA_TranslucentBackground);
+    showAsShape(*this, {.margin = kShadowMargin, .radius = kCardRadius, .edge = kCardBorder});
     setWindowTitle(m_options.title);
     setMinimumWidth(kMinimumWidth);
     setMaximumWidth(kMaximumWidth);
@@ -205,7 +209,8 @@ ModernMessageBox::ModernMessageBox(const MessageBoxOptions &options, QWidget *pa
     setStyleSheet(QString(kStyleSheet)
                       .arg(accentOf(m_options.kind).name(), Theme::white.name(),
                            Theme::accent.name(), Theme::accentHover.name(),
-                           Theme::accentPressed.name(), Theme::inkStrong.name()) %
+                           Theme::accentPressed.name(), Theme::inkStrong.name(), kCardBorder.name(),
+                           QString::number(kCardRadius)) %
                   scrollBarStyleSheet({.hoveredHandle = Theme::borderStrong}));
     fitSize();
 }

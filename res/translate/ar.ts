@@ -416,6 +416,10 @@
         <source>正在渲染第 %1 页…</source>
         <translation>‫جارٍ عرض الصفحة %1…‬</translation>
     </message>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>يتعذر عرض هذه الصفحة</translation>
+    </message>
 </context>
 <context>
     <name>PdfEncryPage</name>

@@ -416,6 +416,10 @@
         <source>正在渲染第 %1 页…</source>
         <translation>Seite %1 wird dargestellt…</translation>
     </message>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>Diese Seite kann nicht angezeigt werden</translation>
+    </message>
 </context>
 <context>
     <name>PdfEncryPage</name>

@@ -416,6 +416,10 @@
         <source>正在渲染第 %1 页…</source>
         <translation>%1 ページ目を描画しています…</translation>
     </message>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>このページは表示できません</translation>
+    </message>
 </context>
 <context>
     <name>PdfEncryPage</name>

@@ -416,6 +416,10 @@
         <source>正在渲染第 %1 页…</source>
         <translation>Rendering page %1…</translation>
     </message>
+    <message>
+        <source>无法显示此页面</source>
+        <translation>This page cannot be shown</translation>
+    </message>
 </context>
 <context>
     <name>PdfEncryPage</name>

@@ -4,6 +4,7 @@
 #include "pdf/viewer/bars/bar_metrics.h"
 #include "pdf/viewer/bars/page_number_validator.h"
 #include "pdf/viewer/common/zoom_limits.h"
+#include "widgets/popup_hover.h"
 #include "widgets/rounded_window.h"
 #include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
@@ -33,6 +34,8 @@ constexpr QSize kButtonSize{38, 38};
 constexpr QSize kPageNumberSize{54, 38};
 constexpr QSize kPageCountSize{48, 38};
 constexpr QSize kZoomComboSize{110, 36};
+constexpr int kZoomPopupRadius = 6;
+constexpr QColor kZoomBorder{0xC9, 0xCB, 0xD1};
 
 constexpr std::array kZoomPresets{25, 50, 75, 100, 125, 150, 200, 300, 400};
 constexpr int kInitialZoom = 100;
@@ -42,7 +45,8 @@ constexpr int kCustomRole = Qt::UserRole + 1;
 
 constexpr char kFitWidthProperty[] = "fitWidth";
 
-// %1 white, %2 hovered, %3 and %4 chosen entry and its text, %5 ink
+// %1 white, %2 hovered, %3 and %4 chosen entry and its text, %5 ink, %6 border of the zoom box and
+// its list, %7 radius of the list
 constexpr QLatin1String kStyleSheet{R"(
 #pdfBottomControlBar { background: #18191C; border: 1px solid #303136; border-radius: 8px; }
 #pdfPageNavigation { background: #4A4C50; border-radius: 5px; }
@@ -70,7 +74,7 @@ QLineEdit#pdfPageNumberEdit:disabled { color: #8C8E93; }
 QLabel#pdfPageCountLabel { color: %1; background: transparent; font-size: 16px; }
 #pdfBottomSeparator { background: #3A3B40; }
 QComboBox#pdfZoomCombo {
-    color: %5; background: %1; border: 1px solid #C9CBD1; border-radius: 6px;
+    color: %5; background: %1; border: 1px solid %6; border-radius: 6px;
     padding: 0 26px 0 10px; font-size: 15px; combobox-popup: 0;
 }
 QComboBox#pdfZoomCombo:hover { background: %2; }
@@ -81,7 +85,7 @@ QComboBox#pdfZoomCombo::down-arrow {
     image: url(:/res/icons/modern/chevron-down.png); width: 14px; height: 14px;
 }
 QListView#pdfZoomPopup {
-    color: %5; background: %1; border: 1px solid #C9CBD1; border-radius: 6px; padding: 4px;
+    color: %5; background: %1; border: 1px solid %6; border-radius: %7px; padding: 4px;
     outline: none; font-size: 15px;
 }
 QListView#pdfZoomPopup::item { min-height: 30px; padding: 0 8px; border-radius: 4px; }
@@ -138,7 +142,8 @@ PdfBottomControlBar::PdfBottomControlBar(QWidget *parent)
     setStyleSheet(
         QString(kStyleSheet)
             .arg(Theme::white.name(), Theme::hover.name(), Theme::accentTint.name(),
-                 Theme::chosen.name(), Theme::inkNeutral.name()) %
+                 Theme::chosen.name(), Theme::inkNeutral.name(), kZoomBorder.name(),
+                 QString::number(kZoomPopupRadius)) %
         scrollBarStyleSheet(
             {.margins = {4, 2, 0, 2}, .hoveredHandle = Theme::borderStrong, .minimumLength = 24}));
 
@@ -292,7 +297,8 @@ void PdfBottomControlBar::createZoomCombo()
     list->setMinimumWidth(kZoomComboSize.width());
     m_zoomCombo->setView(list);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    letCornersBeSeenThrough(*list->window());
+    letCornersBeSeenThrough(*list->window(), {.radius = kZoomPopupRadius, .edge = kZoomBorder});
+    endHoverWithPopup(*list->window(), *m_zoomCombo);
     // The combo box's own delegate does not know the rules for items of a style sheet.
     m_zoomCombo->setItemDelegate(new QStyledItemDelegate(m_zoomCombo));
     for (const int percent : kZoomPresets) {

@@ -6,6 +6,7 @@
 #include "pdf/viewer/bars/tool_bar_button.h"
 #include "pdf/viewer/common/rounded_popup_menu.h"
 #include "widgets/icon_paths.h"
+#include "widgets/popup_hover.h"
 #include "widgets/theme.h"
 
 #include <QAction>
@@ -394,6 +395,7 @@ void PdfTopToolBar::createMenus()
         addEntry(m_toolsMenu, entry);
     }
     m_toolsButton->setMenu(m_toolsMenu);
+    endHoverWithPopup(*m_toolsMenu, *m_toolsButton);
 
     m_moreMenu = new RoundedPopupMenu(this);
     m_moreMenu->setObjectName(QStringLiteral("pdfMoreMenu"));
@@ -401,6 +403,7 @@ void PdfTopToolBar::createMenus()
         addEntry(m_moreMenu, entry);
     }
     connect(m_moreButton, &QPushButton::clicked, this, &PdfTopToolBar::popUpMoreMenu);
+    endHoverWithPopup(*m_moreMenu, *m_moreButton);
 }
 
 void PdfTopToolBar::connectToggles()

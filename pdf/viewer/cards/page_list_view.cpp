@@ -108,6 +108,7 @@ void PageListView::startDrag(Qt::DropActions supportedActions)
         // A drag that was given up may end over this view without leaving it.
         forgetDrag();
         viewport()->update();
+        emit dragEnded();
     }
 }
 

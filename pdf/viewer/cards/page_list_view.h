@@ -43,6 +43,8 @@ signals:
     void laidOut();
     /// A page starts to be dragged out of this view.
     void dragStarted();
+    /// That drag is over, wherever the page was dropped, if at all.
+    void dragEnded();
     /// The current row was changed with the keyboard.
     void rowChosenByKey(int row);
 

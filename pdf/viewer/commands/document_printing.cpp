@@ -3,6 +3,7 @@
 
 #include "pdf/core/pdf_document_model.h"
 #include "pdf/viewer/commands/page_printer.h"
+#include "pdf/viewer/commands/print_dialog_options.h"
 #include "pdf/viewer/commands/wait_cursor.h"
 #include "widgets/modern_message_box.h"
 
@@ -34,6 +35,7 @@ public:
         const QPointer<QPrintDialog> dialog(new QPrintDialog(&printer, parent));
         dialog->setWindowTitle(tr("打印 PDF"));
         dialog->setMinMax(1, pageCount);
+        offerWhatIsPrinted(*dialog);
         const bool accepted = dialog->exec() == QDialog::Accepted && dialog != nullptr;
         delete dialog;
         return accepted && owner != nullptr;

@@ -2,14 +2,12 @@
 #include "pdf/viewer/common/rounded_popup_menu.h"
 
 #include "widgets/rounded_window.h"
-
-#include <QPainterPath>
-#include <QRegion>
+#include "widgets/theme.h"
 
 RoundedPopupMenu::RoundedPopupMenu(QWidget *parent)
     : QMenu(parent)
 {
-    letCornersBeSeenThrough(*this);
+    letCornersBeSeenThrough(*this, {.radius = kCornerRadius, .edge = Theme::border});
 }
 
 RoundedPopupMenu::~RoundedPopupMenu() = default;
@@ -31,7 +29,5 @@ void RoundedPopupMenu::updateMask()
     if (width() <= 0 || height() <= 0) {
         return;
     }
-    QPainterPath outline;
-    outline.addRoundedRect(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kCornerRadius, kCornerRadius);
-    setMask(QRegion(outline.toFillPolygon().toPolygon()));
+    setMask(roundedPolygonRegion(QRectF(rect()).adjusted(0, 0, -0.5, -0.5), kCornerRadius));
 }

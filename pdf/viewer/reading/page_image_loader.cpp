@@ -7,6 +7,7 @@ PageImageLoader::PageImageLoader(QObject *parent)
     : QObject(parent)
 {
     connect(&m_requests, &PageImageRequests::imageArrived, this, &PageImageLoader::acceptImage);
+    connect(&m_requests, &PageImageRequests::imageFailed, this, &PageImageLoader::acceptFailure);
     connect(&m_requests, &PageImageRequests::roomAvailable, this, &PageImageLoader::roomAvailable);
 }
 
@@ -39,12 +40,14 @@ void PageImageLoader::request(const Demand &demand)
 void PageImageLoader::forget(PdfPageId id)
 {
     m_images.remove(id);
+    m_failed.remove(id);
     m_requests.withdraw(id);
 }
 
 void PageImageLoader::clear()
 {
     m_images.clear();
+    m_failed.clear();
     forgetRequests();
 }
 
@@ -61,16 +64,24 @@ void PageImageLoader::forgetFailures()
 void PageImageLoader::acceptImage(PdfPageId id, const QImage &image, QSize size)
 {
     m_images.insert(id, {image, size});
+    m_failed.remove(id);
     emit imageArrived(id);
     if (!m_kept.contains(id)) {
         emit unkeptImageArrived();
     }
 }
 
+void PageImageLoader::acceptFailure(PdfPageId id)
+{
+    m_failed.insert(id);
+    emit imageFailed(id);
+}
+
 void PageImageLoader::dropImagesExcept(const QSet<PdfPageId> &kept)
 {
     m_kept = kept;
     m_images.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
+    m_failed.intersect(kept);
 }
 
 bool PageImageLoader::isHeld(const WantedPage &page) const

@@ -53,6 +53,9 @@ public:
 
     /// The image held for a page, null if there is none. Valid until the loader's next change.
     [[nodiscard]] const HeldImage *image(PdfPageId id) const;
+    /// Whether the last result of a page was that none can be made, even if it is being requested
+    /// again. Forgotten with the page's image.
+    [[nodiscard]] bool hasFailed(PdfPageId id) const { return m_failed.contains(id); }
 
     /// Asks `manager` from now on; null for no one. What was asked of another is forgotten.
     void setRenderManager(PdfRenderManager *manager);
@@ -71,6 +74,8 @@ public:
 signals:
     /// A new image is held for the page.
     void imageArrived(PdfPageId id);
+    /// No image could be made of the page.
+    void imageFailed(PdfPageId id);
     /// The new image is of a page the last demand did not keep; the next demand decides about it.
     void unkeptImageArrived();
     /// Requests that had to wait may be made now.
@@ -78,11 +83,13 @@ signals:
 
 private:
     void acceptImage(PdfPageId id, const QImage &image, QSize size);
+    void acceptFailure(PdfPageId id);
     void dropImagesExcept(const QSet<PdfPageId> &kept);
     [[nodiscard]] bool isHeld(const WantedPage &page) const;
     void requestMissing(const QList<WantedPage> &pages, quint64 documentRevision, bool hasRoom);
 
     PageImageRequests m_requests{PdfRenderPurpose::PageView};
     QHash<PdfPageId, HeldImage> m_images;
+    QSet<PdfPageId> m_failed;
     QSet<PdfPageId> m_kept;
 };

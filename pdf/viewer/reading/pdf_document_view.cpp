@@ -52,6 +52,26 @@ void drawPageFrame(QPainter &painter, const QRect &page)
     drawInnerBorder(painter, page, Theme::border);
 }
 
+/// Draws a text where it is seen, however large the page is.
+void drawPlaceholder(QPainter &painter, const QRect &page, const QRect &viewport,
+                     const QString &text)
+{
+    constexpr int kFlags = Qt::AlignCenter | Qt::TextWordWrap;
+    QRect area = page.intersected(viewport);
+    const int textHeight =
+        std::min(painter.boundingRect(area, kFlags, text).height(), page.height());
+    if (area.height() < textHeight) {
+        // It comes into view with the page rather than being squeezed into what is seen of that.
+        const bool isUpperPartSeen = area.top() == page.top();
+        area.setHeight(textHeight);
+        if (!isUpperPartSeen) {
+            area.moveBottom(page.bottom());
+        }
+    }
+    painter.setPen(Theme::textMuted);
+    painter.drawText(area, kFlags, text);
+}
+
 /// Draws into a rectangle of the viewport. The painter must not be transformed.
 void drawPageImage(QPainter &painter, const QRect &page, const QImage &image)
 {
@@ -85,6 +105,7 @@ PdfDocumentView::PdfDocumentView(QWidget *parent)
     setLayoutDirection(Qt::LeftToRight);
 
     connect(&m_images, &PageImageLoader::imageArrived, this, &PdfDocumentView::updatePage);
+    connect(&m_images, &PageImageLoader::imageFailed, this, &PdfDocumentView::updatePage);
     connect(&m_images, &PageImageLoader::unkeptImageArrived, this, &PdfDocumentView::postPass);
     connect(&m_images, &PageImageLoader::roomAvailable, this, &PdfDocumentView::postPass);
 }
@@ -687,9 +708,9 @@ void PdfDocumentView::drawPage(QPainter &painter, int row) const
         drawPageImage(painter, page, held->image);
         return;
     }
-    painter.setPen(Theme::textMuted);
-    painter.drawText(page, Qt::AlignCenter | Qt::TextWordWrap,
-                     tr("正在渲染第 %1 页…").arg(row + 1));
+    const bool hasFailed = record != nullptr && m_images.hasFailed(record->id);
+    drawPlaceholder(painter, page, viewport()->rect(),
+                    hasFailed ? tr("无法显示此页面") : tr("正在渲染第 %1 页…").arg(row + 1));
 }
 
 bool PdfDocumentView::startsPanning(const QMouseEvent &event) const

@@ -195,6 +195,7 @@ void PdfThumbnailPanel::connectParts()
     connect(m_list, &QAbstractItemView::clicked, this,
             [this](const QModelIndex &index) { emit pageActivated(index.row()); });
     connect(m_list, &PageListView::rowChosenByKey, this, &PdfThumbnailPanel::pageActivated);
+    connect(m_list, &PageListView::dragEnded, this, &PdfThumbnailPanel::markCurrentPage);
     connect(m_list, &PageListView::laidOut, this, &PdfThumbnailPanel::schedulePass);
     connect(m_list->verticalScrollBar(), &QScrollBar::valueChanged, this,
             &PdfThumbnailPanel::schedulePass);
@@ -227,6 +228,20 @@ void PdfThumbnailPanel::restoreCurrentRow()
         setCurrentPage(0);
         return;
     }
+    markRow(row);
+}
+
+void PdfThumbnailPanel::markCurrentPage()
+{
+    // The press that began a drag has marked the page that was dragged.
+    const int row = documentModel() != nullptr ? documentModel()->rowForPageId(m_currentPage) : -1;
+    if (row >= 0) {
+        markRow(row);
+    }
+}
+
+void PdfThumbnailPanel::markRow(int row)
+{
     // The reader may have scrolled away from the current page; it need not come back into view.
     m_list->setAutoScroll(false);
     m_list->setCurrentIndex(documentModel()->index(row));

@@ -60,9 +60,14 @@ private:
     void buildInterface();
     void connectParts();
 
+    // Mark.
+    void restoreCurrentRow();
+    void markCurrentPage();
+    /// Marks a row without bringing it into view.
+    void markRow(int row);
+
     // Thumbnails.
     [[nodiscard]] bool canRequest() const;
-    void restoreCurrentRow();
     [[nodiscard]] int rowAtHeight(int y, int towards) const;
     [[nodiscard]] RowRange visibleRows() const;
     void requestVisibleRows();

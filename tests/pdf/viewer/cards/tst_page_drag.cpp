@@ -7,6 +7,7 @@
 #include "widgets/theme.h"
 
 #include <QApplication>
+#include <QItemSelectionModel>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -22,6 +23,31 @@ QList<PdfPageId> idsOf(const PdfDocumentModel &model)
     return ids;
 }
 
+/// Drags a page of the panel downwards and gives that up with the Escape key.
+void dragAndGiveUp(ShownPanel &shown, int row)
+{
+    QWidget *viewport = shown.list->viewport();
+    QTimer::singleShot(0, viewport, [viewport] {
+        QTest::keyClick(viewport, Qt::Key_Escape);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, {2000, 2000});
+    });
+    QTest::mousePress(viewport, Qt::LeftButton, {}, shown.cardCentre(row));
+    for (const int distance : {30, 60}) {
+        moveMouse(viewport, shown.cardCentre(row) + QPoint(0, distance), Qt::LeftButton);
+    }
+}
+
+/// The identifiers of the pages that the panel marks.
+QList<PdfPageId> markedPages(const ShownPanel &shown)
+{
+    QList<PdfPageId> ids;
+    const QModelIndexList marked = shown.list->selectionModel()->selectedIndexes();
+    for (const QModelIndex &index : marked) {
+        ids.append(shown.model.pageAt(index.row())->id);
+    }
+    return ids;
+}
+
 } // namespace
 
 /// Pages dragged with the mouse.
@@ -32,6 +58,8 @@ class TestPageDrag final : public QObject
 private slots:
     void pageDraggedInThePanelIsMoved_data();
     void pageDraggedInThePanelIsMoved();
+    void markStaysOnTheCurrentPageWhenAnotherIsDropped();
+    void markStaysOnTheCurrentPageWhenADragIsGivenUp();
     void panelShowsWhereThePageWouldGo();
     void dragAfterAMoveOnThePressedStripMovesThePage();
     void panelRefusesPagesOfAnotherDocument();
@@ -73,6 +101,29 @@ void TestPageDrag::pageDraggedInThePanelIsMoved()
     QTEST(idsOf(shown.model), "order");
     QVERIFY(moved.size() <= 1);
     QCOMPARE(shown.list->draggedPage(), PdfPageId(0));
+}
+
+void TestPageDrag::markStaysOnTheCurrentPageWhenAnotherIsDropped()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    shown.panel.setCurrentPage(0);
+    QSignalSpy activated(&shown.panel, &PdfThumbnailPanel::pageActivated);
+    dragWithMouse(shown.list->viewport(), shown.cardCentre(2), shown.list->viewport(),
+                  shown.itemAt(1).center() - QPoint(0, 60));
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 3, 2}));
+    QCOMPARE(markedPages(shown), QList<PdfPageId>{1});
+    QCOMPARE(shown.list->currentIndex().row(), 0);
+    QVERIFY(activated.isEmpty());
+}
+
+void TestPageDrag::markStaysOnTheCurrentPageWhenADragIsGivenUp()
+{
+    ShownPanel shown(a4Pages(3), {210, 900});
+    shown.panel.setCurrentPage(1);
+    dragAndGiveUp(shown, 0);
+    QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3}));
+    QCOMPARE(markedPages(shown), QList<PdfPageId>{2});
+    QCOMPARE(shown.list->currentIndex().row(), 1);
 }
 
 void TestPageDrag::panelShowsWhereThePageWouldGo()
