@@ -5,6 +5,6 @@
 #include <QString>
 
 /// What a file says, spelled in one way: all objects that can be reached, numbered as they are met,
-/// with the decoded data of their streams. The identity of the file is left out, and so is how it is
-/// packed. A file that cannot be read is a sentence about that.
+/// with the decoded data of their streams. The identity of the file is left out, and so is how it
+/// is packed. A file that cannot be read is a sentence about that.
 [[nodiscard]] QByteArray canonicalForm(const QString &path, const QString &password = {});

@@ -8,6 +8,7 @@ PageImageLoader::PageImageLoader(QObject *parent)
 {
     connect(&m_requests, &PageImageRequests::imageArrived, this, &PageImageLoader::acceptImage);
     connect(&m_requests, &PageImageRequests::imageFailed, this, &PageImageLoader::acceptFailure);
+    connect(&m_fitter, &PageImageFitter::fitted, this, &PageImageLoader::acceptFitted);
     connect(&m_requests, &PageImageRequests::roomAvailable, this, &PageImageLoader::roomAvailable);
 }
 
@@ -27,6 +28,14 @@ void PageImageLoader::setRenderManager(PdfRenderManager *manager)
 void PageImageLoader::request(const Demand &demand)
 {
     dropImagesExcept(demand.kept);
+    m_shownSizes = demand.shown;
+    m_wantedSizes.clear();
+    for (const QList<WantedPage> *pages : {&demand.visible, &demand.nearby}) {
+        for (const WantedPage &page : *pages) {
+            m_wantedSizes.insert(page.record.id, page.size);
+            fitImage(page.record.id);
+        }
+    }
     m_requests.setWaiting(false);
     if (m_requests.renderManager() == nullptr) {
         return;
@@ -66,8 +75,35 @@ void PageImageLoader::acceptImage(PdfPageId id, const QImage &image, QSize size)
     m_images.insert(id, {image, size});
     m_failed.remove(id);
     emit imageArrived(id);
+    fitImage(id);
     if (!m_kept.contains(id)) {
         emit unkeptImageArrived();
+    }
+}
+
+/// Has an image brought into its form, unless one of another size is about to take its place.
+void PageImageLoader::fitImage(PdfPageId id)
+{
+    const HeldImage *held = image(id);
+    const QSize shown = m_shownSizes.value(id);
+    if (held == nullptr || shown.isEmpty() || held->size != m_wantedSizes.value(id) ||
+        PageImageFitter::isFitted(held->image, shown) ||
+        m_beingFitted.value(id) == held->image.cacheKey()) {
+        return;
+    }
+    m_beingFitted.insert(id, held->image.cacheKey());
+    m_fitter.fit(id, held->image, shown);
+}
+
+void PageImageLoader::acceptFitted(PdfPageId id, qint64 originalKey, const QImage &image)
+{
+    if (m_beingFitted.value(id) == originalKey) {
+        m_beingFitted.remove(id);
+    }
+    const auto held = m_images.find(id);
+    if (held != m_images.end() && held->image.cacheKey() == originalKey) {
+        held->image = image;
+        emit imageArrived(id);
     }
 }
 
@@ -82,6 +118,7 @@ void PageImageLoader::dropImagesExcept(const QSet<PdfPageId> &kept)
     m_kept = kept;
     m_images.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
     m_failed.intersect(kept);
+    m_beingFitted.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
 }
 
 bool PageImageLoader::isHeld(const WantedPage &page) const

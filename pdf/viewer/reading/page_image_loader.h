@@ -3,6 +3,7 @@
 
 #include "pdf/core/page_image_requests.h"
 #include "pdf/core/pdf_page_record.h"
+#include "pdf/viewer/reading/page_image_fitter.h"
 
 #include <QHash>
 #include <QImage>
@@ -26,7 +27,8 @@ public:
     /// With more results outstanding that nobody wants any more, even visible pages wait.
     static constexpr int kMaximumStaleRequests = 6;
 
-    /// A finished image and the size in device pixels it was asked for.
+    /// A finished image and the size in device pixels it was asked for. Soon after it came the
+    /// image is the one that PageImageFitter makes of it.
     struct HeldImage
     {
         QImage image;
@@ -45,6 +47,9 @@ public:
         QList<WantedPage> nearby;
         /// Pages whose images may stay; every other image is dropped.
         QSet<PdfPageId> kept;
+        /// The sizes in device pixels in which pages are shown, to which their images are brought;
+        /// pages that are not among them are left as they come.
+        QHash<PdfPageId, QSize> shown;
         quint64 documentRevision = 0;
     };
 
@@ -84,12 +89,18 @@ signals:
 private:
     void acceptImage(PdfPageId id, const QImage &image, QSize size);
     void acceptFailure(PdfPageId id);
+    void acceptFitted(PdfPageId id, qint64 originalKey, const QImage &image);
+    void fitImage(PdfPageId id);
     void dropImagesExcept(const QSet<PdfPageId> &kept);
     [[nodiscard]] bool isHeld(const WantedPage &page) const;
     void requestMissing(const QList<WantedPage> &pages, quint64 documentRevision, bool hasRoom);
 
     PageImageRequests m_requests{PdfRenderPurpose::PageView};
+    PageImageFitter m_fitter;
     QHash<PdfPageId, HeldImage> m_images;
     QSet<PdfPageId> m_failed;
     QSet<PdfPageId> m_kept;
+    QHash<PdfPageId, QSize> m_wantedSizes; ///< What was asked for last.
+    QHash<PdfPageId, QSize> m_shownSizes;
+    QHash<PdfPageId, qint64> m_beingFitted; ///< Keys of the images.
 };

@@ -45,11 +45,24 @@ void drawInnerBorder(QPainter &painter, const QRect &rect, const QColor &color)
     painter.fillRect(QRect(rect.right(), rect.top(), 1, rect.height()), color);
 }
 
-void drawPageFrame(QPainter &painter, const QRect &page)
+void drawSheet(QPainter &painter, const QRect &page)
 {
-    painter.fillRect(page.translated(0, kShadowOffset), kShadowColor);
     painter.fillRect(page, Theme::white);
     drawInnerBorder(painter, page, Theme::border);
+}
+
+/// Draws what is seen of the shadow that a page casts downwards.
+void drawPageShadow(QPainter &painter, const QRect &page)
+{
+    painter.fillRect(QRect(page.left(), page.bottom() + 1, page.width(), kShadowOffset),
+                     kShadowColor);
+}
+
+/// Whether the image of a page leaves nothing to be seen of what is below. Where a logical pixel is
+/// not a whole number of pixels of the screen, edges may stay.
+bool coversPage(const QImage &image, double ratio)
+{
+    return !image.hasAlphaChannel() && ratio == std::floor(ratio);
 }
 
 /// Draws a text where it is seen, however large the page is.
@@ -72,11 +85,17 @@ void drawPlaceholder(QPainter &painter, const QRect &page, const QRect &viewport
     painter.drawText(area, kFlags, text);
 }
 
+/// The pixels of the screen that a page takes, `ratio` for each logical one.
+QSize shownSize(const QRect &page, double ratio)
+{
+    return {qCeil(page.width() * ratio), qCeil(page.height() * ratio)};
+}
+
 /// Draws into a rectangle of the viewport. The painter must not be transformed.
 void drawPageImage(QPainter &painter, const QRect &page, const QImage &image)
 {
     const double ratio = painter.device()->devicePixelRatioF();
-    if (image.size() != QSize(qCeil(page.width() * ratio), qCeil(page.height() * ratio))) {
+    if (image.size() != shownSize(page, ratio)) {
         painter.drawImage(page, image);
         return;
     }
@@ -302,10 +321,19 @@ void PdfDocumentView::paintEvent(QPaintEvent * /*event*/)
 {
     ensureLayout();
     QPainter painter(viewport());
-    painter.fillRect(viewport()->rect(), Theme::canvas);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const QRect region = visibleRegion();
     const auto [first, end] = pagesMeeting(m_layout, region.adjusted(0, -kShadowOffset, 0, 0));
+    // No pixel is painted twice while the reader scrolls: a large window has millions of them.
+    QRegion canvas = viewport()->rect();
+    for (int row = first; row < end; ++row) {
+        if (isCovered(row)) {
+            canvas -= pageOnViewport(row);
+        }
+    }
+    for (const QRect &part : canvas) {
+        painter.fillRect(part, Theme::canvas);
+    }
     for (int row = first; row < end; ++row) {
         drawPage(painter, row);
     }
@@ -661,6 +689,7 @@ PageImageLoader::Demand PdfDocumentView::demand() const
         }
         demand.kept.insert(record->id);
         const QRect &page = m_layout.pages.at(row);
+        demand.shown.insert(record->id, shownSize(page, viewport()->devicePixelRatioF()));
         if (page.intersects(visible)) {
             visibleRows.append(row);
         } else if (page.intersects(wanted)) {
@@ -697,17 +726,35 @@ void PdfDocumentView::updatePage(PdfPageId id)
     }
 }
 
+QRect PdfDocumentView::pageOnViewport(int row) const
+{
+    return m_layout.pages.at(row).translated(-scrollOffset());
+}
+
+const PageImageLoader::HeldImage *PdfDocumentView::heldImage(int row) const
+{
+    const PdfPageRecord *record = recordAt(row);
+    return record != nullptr ? m_images.image(record->id) : nullptr;
+}
+
+bool PdfDocumentView::isCovered(int row) const
+{
+    const PageImageLoader::HeldImage *held = heldImage(row);
+    return held != nullptr && coversPage(held->image, viewport()->devicePixelRatioF());
+}
+
 void PdfDocumentView::drawPage(QPainter &painter, int row) const
 {
-    const QRect page = m_layout.pages.at(row).translated(-scrollOffset());
-    drawPageFrame(painter, page);
-    const PdfPageRecord *record = recordAt(row);
-    const PageImageLoader::HeldImage *held =
-        record != nullptr ? m_images.image(record->id) : nullptr;
-    if (held != nullptr) {
+    const QRect page = pageOnViewport(row);
+    drawPageShadow(painter, page);
+    if (!isCovered(row)) {
+        drawSheet(painter, page);
+    }
+    if (const PageImageLoader::HeldImage *held = heldImage(row)) {
         drawPageImage(painter, page, held->image);
         return;
     }
+    const PdfPageRecord *record = recordAt(row);
     const bool hasFailed = record != nullptr && m_images.hasFailed(record->id);
     drawPlaceholder(painter, page, viewport()->rect(),
                     hasFailed ? tr("无法显示此页面") : tr("正在渲染第 %1 页…").arg(row + 1));

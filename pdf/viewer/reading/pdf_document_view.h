@@ -154,6 +154,10 @@ private:
     [[nodiscard]] PageImageLoader::Demand demand() const;
     void updatePage(PdfPageId id);
 
+    [[nodiscard]] QRect pageOnViewport(int row) const;
+    [[nodiscard]] const PageImageLoader::HeldImage *heldImage(int row) const;
+    /// Whether nothing but the image is seen where the page is.
+    [[nodiscard]] bool isCovered(int row) const;
     void drawPage(QPainter &painter, int row) const;
 
     [[nodiscard]] bool startsPanning(const QMouseEvent &event) const;
