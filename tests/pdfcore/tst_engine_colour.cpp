@@ -153,6 +153,7 @@ private slots:
     void profiles();
     void shadings_data();
     void shadings();
+    void wideShadingIsTransparentWhereItPaintsNothing();
     void transparency_data();
     void transparency();
     void defaultSpaces_data();
@@ -563,6 +564,19 @@ void TestEngineColour::shadings()
     check();
 }
 
+void TestEngineColour::wideShadingIsTransparentWhereItPaintsNothing()
+{
+    Folder folder;
+    const QString path = folder.add(
+        u"wide.pdf"_s, PdfFixture::onePage("0 1 0 rg" + kAll + "/S sh",
+                                           "/Shading << /S " + axial("100 0 150 0") + " >>"));
+    const QImage image = render(filePage(path), {800, 800}).image;
+    COMPARE_COLOUR(image.pixelColor(200, 400), Qt::green, kTolerance);
+    COMPARE_COLOUR(image.pixelColor(401, 400), kCyan, kTolerance);
+    COMPARE_COLOUR(image.pixelColor(500, 400), kHalfCyanMagenta, kTolerance);
+    COMPARE_COLOUR(image.pixelColor(700, 400), Qt::green, kTolerance);
+}
+
 void TestEngineColour::transparency_data()
 {
     QTest::addColumn<Case>("spec");
@@ -640,6 +654,12 @@ void TestEngineColour::defaultSpaces_data()
                          "/Shading << /S " + axial("0 0 200 0") + " >> " + inkDefault,
                          {"null", ink},
                          {{2, 100, kSwappedCyan}}});
+    add("CMYK image, once more in a form with a default of its own",
+        {"q 100 0 0 200 0 0 cm /X Do Q /F Do",
+         "/XObject << /X 5 0 R /F 7 0 R >>",
+         {image("/DeviceCMYK", kBytesCyan), ink,
+          form("q 100 0 0 200 100 0 cm /X Do Q", "/Resources << " + kUsesX + inkDefault + " >>")},
+         {{50, 100, kCyan}, {150, 100, kSwappedCyan}}});
     add("RGB fill", {"1 0 0 rg" + kAll, rgbDefault, {"null", rgb}, {{100, 100, kSwappedRed}}});
     add("RGB image", {kImage,
                       kUsesX + rgbDefault,

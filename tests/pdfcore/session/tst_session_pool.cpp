@@ -75,11 +75,13 @@ private slots:
     void failedOpeningDoesNotBlockAClosure();
     void numberOfIdleSessionsIsBounded();
     void memoryOfIdleSessionsIsBounded();
+    void renderingAgainTakesNoMoreMemory();
     void idleSessionsCloseByThemselves();
     void usedSessionsDoNotExpire();
     void sessionsOfAFileShareItsPages();
     void pagesOfAChangedFileAreReadAnew();
     void pagesThatHadToBeMendedAreNotShared();
+    void pagesThatInheritWhereTheyStandAreNotShared();
     void closeIdleClosesAllButLentOnes();
     void sessionInDoubtIsNotKept();
     void closureClosesTheIdleSessionsOfItsFileOnly();
@@ -298,6 +300,28 @@ void TestSessionPool::memoryOfIdleSessionsIsBounded()
     QCOMPARE(pool.idleCount(), 1);
 }
 
+void TestSessionPool::renderingAgainTakesNoMoreMemory()
+{
+    // A path that grows to many lines, for which memory grows with it.
+    constexpr int kLines = 5000;
+    SessionPool pool;
+    EngineError outcome;
+    const QString path = m_folder->add(
+        u"long.pdf"_s,
+        PdfFixture::onePage("0 0 m " + QByteArray("9 9 l 0 9 l ").repeated(kLines) + " f"));
+    const SessionPool::Lease lease = pool.acquire(path, {}, &outcome);
+    QVERIFY(lease);
+    const auto bytesAfter = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            lease->render(0, 0, {20, 20}, &outcome);
+        }
+        return lease->bytesInUse();
+    };
+    constexpr std::size_t kSlack = std::size_t{64} << 10;
+    const std::size_t before = bytesAfter(2);
+    QVERIFY(bytesAfter(20) <= before + kSlack);
+}
+
 void TestSessionPool::idleSessionsCloseByThemselves()
 {
     PoolLimits limits;
@@ -363,6 +387,25 @@ void TestSessionPool::pagesThatHadToBeMendedAreNotShared()
     QVERIFY(first && second);
     QVERIFY(first->pages() != second->pages());
     QVERIFY(!second->render(0, 0, {10, 10}, &outcome).isNull());
+}
+
+void TestSessionPool::pagesThatInheritWhereTheyStandAreNotShared()
+{
+    // What a page without a way up inherits is written into it, in the memory of one session only.
+    SessionPool pool;
+    EngineError outcome;
+    const QString path = m_folder->add(
+        u"orphan.pdf"_s,
+        PdfFixture::fromObjects({"<< /Type /Catalog /Pages 2 0 R >>",
+                                 "<< /Type /Pages /Count 1 /Kids [3 0 R] /MediaBox [0 0 10 10] >>",
+                                 "<< /Type /Page /Contents 4 0 R >>",
+                                 PdfFixture::streamBody({}, "1 0 0 rg 0 0 10 10 re f")}));
+    const SessionPool::Lease first = pool.acquire(path, {}, &outcome);
+    const SessionPool::Lease second = pool.acquire(path, {}, &outcome);
+    for (const SessionPool::Lease *lease : {&first, &second}) {
+        QVERIFY(*lease);
+        COMPARE_COLOUR(middle((*lease)->render(0, 0, {20, 20}, &outcome)), Qt::red, 0);
+    }
 }
 
 void TestSessionPool::closeIdleClosesAllButLentOnes()

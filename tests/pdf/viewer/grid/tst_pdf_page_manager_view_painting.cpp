@@ -6,6 +6,7 @@
 #include "tests/pdf/viewer/shown_view.h"
 #include "widgets/theme.h"
 
+#include <QScrollBar>
 #include <QSlider>
 #include <QTest>
 #include <QToolButton>
@@ -67,6 +68,7 @@ private slots:
     void paintsInsertMarksOnlyInInsertMode();
     void marksOutOfViewAreNotPainted();
     void paintsSplitLines();
+    void firstPageInViewHasItsSplitLine();
     void disabledGridIsPaler();
     void pointerMovesOnTheSamePlaceRepaintNothing();
 };
@@ -229,6 +231,18 @@ void TestPdfPageManagerViewPainting::paintsSplitLines()
     shown.moveTo(shown.cell(2).splitZone.center());
     QVERIFY(!holdsColor(shown.picture(), shown.cell(2).splitZone, Theme::accentHover));
     QCOMPARE(shown.list->viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
+void TestPdfPageManagerViewPainting::firstPageInViewHasItsSplitLine()
+{
+    ShownGrid shown(a4Pages(40));
+    shown.view.setWorkspaceMode(kSplitMode);
+    shown.list->verticalScrollBar()->setValue(shown.cell(4).cell.top());
+    QCOMPARE(shown.list->indexAt({0, 0}).row(), 4);
+    QVERIFY(holdsColor(shown.picture(), shown.cell(4).splitZone, Theme::textMuted));
+    shown.click(shown.cell(4).splitZone.center());
+    shown.moveTo({1080, 700});
+    QVERIFY(holdsColor(shown.picture(), shown.cell(4).splitZone, Theme::accent));
 }
 
 void TestPdfPageManagerViewPainting::disabledGridIsPaler()

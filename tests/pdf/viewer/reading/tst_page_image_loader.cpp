@@ -291,7 +291,7 @@ void TestPageImageLoader::nearbyPagesWaitForAllStaleRequests()
     QCOMPARE(m_probe->renderCount(2), 0);
     m_probe->release();
     QTRY_VERIFY(m_loader->image(idOf(2)));
-    QVERIFY(m_loader->image(idOf(1)));
+    QTRY_VERIFY(m_loader->image(idOf(1)));
 }
 
 void TestPageImageLoader::failedPageIsNotRequestedUntilFailuresAreForgotten()

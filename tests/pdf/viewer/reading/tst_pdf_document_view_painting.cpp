@@ -2,6 +2,7 @@
 #include "tests/pdf/viewer/shown_view.h"
 #include "widgets/theme.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -37,6 +38,30 @@ int countPixels(const QImage &image, const QRect &rect, const QColor &color)
     return count;
 }
 
+/// What of a widget is painted.
+class PaintedRegion final : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget *widget)
+        : QObject(widget)
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            m_region += static_cast<QPaintEvent *>(event)->region();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+    [[nodiscard]] const QRegion &region() const { return m_region; }
+
+private:
+    QRegion m_region;
+};
+
 } // namespace
 
 /// What the document view paints.
@@ -50,6 +75,7 @@ private slots:
     void textNamesThePageByItsNumber();
     void finishedPageCoversItsWholeRectangle();
     void scrolledPagesAreTranslated();
+    void arrivedImageIsPaintedWhereItsPageIs();
     void shadowOfAPageAboveTheViewportIsSeen();
     void scrollBarsAreThinRoundedHandlesOnTheBackground();
     void scrollBarsLightUpUnderThePointer();
@@ -138,6 +164,19 @@ void TestPdfDocumentViewPainting::scrolledPagesAreTranslated()
     QVERIFY(page.left() < 0);
     QTRY_COMPARE(picture(shown).pixelColor(0, page.top()), RenderProbe::colorOf(2));
     QCOMPARE(picture(shown).pixelColor(0, page.top() - 1), Theme::canvas);
+}
+
+void TestPdfDocumentViewPainting::arrivedImageIsPaintedWhereItsPageIs()
+{
+    ShownView shown(a4Pages(5));
+    QVERIFY(shown.waitForVisiblePages());
+    shown.probe.hold();
+    shown.view.goToPage(4);
+    QTest::qWait(50);
+    const PaintedRegion painted(shown.view.viewport());
+    shown.probe.release();
+    const QRect page = shown.pageInViewport(4).intersected(shown.view.viewport()->rect());
+    QTRY_VERIFY(QRegion(page).subtracted(painted.region()).isEmpty());
 }
 
 void TestPdfDocumentViewPainting::shadowOfAPageAboveTheViewportIsSeen()
