@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 namespace pdfcore {
 
@@ -27,20 +28,28 @@ constexpr double kMaxTilePixels = 5e9;
 /// Pixels for which placing a tile counts, however small it is.
 constexpr double kPixelsPerTile = 20;
 
-/// Images whose converted form is kept while a page is painted.
-constexpr std::size_t kKeptImages = 16;
+/// Images whose derived form is kept while a page is painted.
+constexpr std::size_t kKeptImages = 64;
 
-struct ConvertedImage
+/// Bytes of decoded pixels that are kept for the next pass over a page.
+constexpr std::size_t kKeptBytes = std::size_t{96} << 20;
+
+struct ColourDevice;
+
+/// An image in RGB (with a transform), or one whose pixels are kept (with a device), or both.
+struct PageImage
 {
     DerivedImage super;
     const ColourTransform *transform;
+    ColourDevice *keeper; ///< Null in a single pass.
+    int keptFactor;       ///< By which power of two what is kept is smaller than the image.
 };
 
 struct KeptImage
 {
     fz_image *original;
     const ColourTransform *transform;
-    fz_image *converted;
+    PageImage *derived;
 };
 
 struct ColourDevice
@@ -54,6 +63,7 @@ struct ColourDevice
     fz_rect area;
     unsigned callsUntilClock;
     unsigned maskDepth; ///< Masks that are being made, from the first by luminosity on.
+    PaintPasses passes;
     std::array<KeptImage, kKeptImages> images;
     std::size_t nextImage;
 };
@@ -210,11 +220,11 @@ fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTr
     return rgb;
 }
 
-fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subarea, int width,
-                              int height, int *l2factor)
+/// New pixels in RGB, made of those of an image's original.
+fz_pixmap *convertedPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int width,
+                           int height, int *l2factor)
 {
-    auto &own = *reinterpret_cast<ConvertedImage *>(image);
-    fz_pixmap *decoded = originalPixels(ctx, &own.super, subarea, width, height, l2factor);
+    fz_pixmap *decoded = originalPixels(ctx, &image.super, subarea, width, height, l2factor);
     fz_pixmap *base = nullptr;
     fz_pixmap *rgb = nullptr;
     fz_var(base);
@@ -228,8 +238,8 @@ fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subare
                                      fz_default_color_params, 1);
             source = base;
         }
-        if (own.transform->components() == fz_pixmap_colorants(ctx, source)) {
-            rgb = newRgbPixmap(ctx, source, *own.transform);
+        if (image.transform->components() == fz_pixmap_colorants(ctx, source)) {
+            rgb = newRgbPixmap(ctx, source, *image.transform);
         } else {
             rgb = fz_convert_pixmap(ctx, source, fz_device_rgb(ctx), nullptr, nullptr,
                                     fz_default_color_params, 1);
@@ -247,33 +257,142 @@ fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subare
     return rgb;
 }
 
-fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourTransform *transform)
+fz_pixmap *newPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int width, int height,
+                     int *l2factor)
 {
-    DerivedImage *created =
-        newDerivedImage(ctx, original, sizeof(ConvertedImage), &getConvertedPixmap);
-    reinterpret_cast<ConvertedImage *>(created)->transform = transform;
-    return &created->super;
+    return image.transform != nullptr
+               ? convertedPixels(ctx, image, subarea, width, height, l2factor)
+               : originalPixels(ctx, &image.super, subarea, width, height, l2factor);
 }
 
-/// The image to hand on for `image`: borrowed, itself where no conversion is needed.
-fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image)
+/// Bytes of the whole image, smaller by a power of two.
+std::size_t decodedBytes(fz_context *ctx, const PageImage &image, int l2factor)
 {
-    const ColourTransform *transform = transformFor(ctx, device, colourSpaceOf(image));
-    if (transform == nullptr) {
+    fz_image *original = image.super.original;
+    const fz_irect whole = wholeOf(original);
+    int components = 3;
+    if (image.transform == nullptr) {
+        fz_colorspace *space = colourSpaceOf(original);
+        components = space == nullptr ? 1
+                                      : std::max(fz_colorspace_n(ctx, space),
+                                                 fz_colorspace_n(ctx, baseOf(space)));
+    }
+    const auto smaller = [&](int length) {
+        return (static_cast<std::size_t>(length) >> l2factor) + 1;
+    };
+    constexpr std::size_t kAlpha = 1;
+    return smaller(whole.x1) * smaller(whole.y1) * (static_cast<std::size_t>(components) + kAlpha);
+}
+
+std::size_t bytesOf(fz_context *ctx, fz_pixmap *pixmap)
+{
+    return static_cast<std::size_t>(fz_pixmap_stride(ctx, pixmap)) *
+           static_cast<std::size_t>(fz_pixmap_height(ctx, pixmap));
+}
+
+/// Lets go of all pixels that are kept when `more` bytes would make them too many.
+void makeRoom(fz_context *ctx, ColourDevice &device, std::size_t more)
+{
+    std::size_t bytes = more;
+    for (const KeptImage &image : device.images) {
+        if (image.derived != nullptr && image.derived->super.kept != nullptr) {
+            bytes += bytesOf(ctx, image.derived->super.kept);
+        }
+    }
+    if (bytes <= kKeptBytes) {
+        return;
+    }
+    for (const KeptImage &image : device.images) {
+        if (image.derived != nullptr) {
+            fz_drop_pixmap(ctx, image.derived->super.kept);
+            image.derived->super.kept = nullptr;
+        }
+    }
+}
+
+/// The whole image instead of the part that was asked for, from what is kept if it is there.
+///
+/// An image of which each pass gets another part would be decoded anew for every one of them, and
+/// MuPDF fits each part to the pixels of the page by itself, which shows where they meet.
+fz_pixmap *keptPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int width, int height,
+                      int *l2factor)
+{
+    const int wanted = l2factor != nullptr ? *l2factor : 0;
+    fz_irect whole = wholeOf(image.super.original);
+    if (image.super.kept == nullptr || image.keptFactor != wanted) {
+        fz_drop_pixmap(ctx, image.super.kept);
+        image.super.kept = nullptr;
+        makeRoom(ctx, *image.keeper, decodedBytes(ctx, image, wanted));
+        fz_pixmap *pixels = newPixels(ctx, image, &whole, width, height, l2factor);
+        if (subarea != nullptr) {
+            *subarea = whole;
+        }
+        if (l2factor != nullptr && *l2factor > 0) {
+            // MuPDF makes them smaller in their own memory.
+            return pixels;
+        }
+        image.super.kept = pixels;
+        image.keptFactor = wanted;
+    }
+    if (l2factor != nullptr) {
+        *l2factor = 0;
+    }
+    if (subarea != nullptr) {
+        *subarea = whole;
+    }
+    return fz_keep_pixmap(ctx, image.super.kept);
+}
+
+fz_pixmap *getPagePixmap(fz_context *ctx, fz_image *given, fz_irect *subarea, int width, int height,
+                         int *l2factor)
+{
+    auto &image = *reinterpret_cast<PageImage *>(given);
+    const bool keeps = image.keeper != nullptr &&
+                       decodedBytes(ctx, image, l2factor != nullptr ? *l2factor : 0) <= kKeptBytes;
+    return keeps ? keptPixels(ctx, image, subarea, width, height, l2factor)
+                 : newPixels(ctx, image, subarea, width, height, l2factor);
+}
+
+PageImage *newPageImage(fz_context *ctx, ColourDevice &device, fz_image *original,
+                        const ColourTransform *transform)
+{
+    DerivedImage *created =
+        newDerivedImage(ctx, original, transform != nullptr, sizeof(PageImage), &getPagePixmap);
+    auto *image = reinterpret_cast<PageImage *>(created);
+    image->transform = transform;
+    image->keeper = device.passes == PaintPasses::Several ? &device : nullptr;
+    return image;
+}
+
+void dropImage(fz_context *ctx, const KeptImage &image)
+{
+    fz_drop_image(ctx, image.original);
+    if (image.derived != nullptr) {
+        // The store may hold it for longer than the device lives.
+        image.derived->keeper = nullptr;
+        fz_drop_image(ctx, &image.derived->super.super);
+    }
+}
+
+/// The image to hand on for `image` when its colours need `transform`: borrowed, itself where
+/// nothing has to be done about it.
+fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image,
+                   const ColourTransform *transform)
+{
+    if (transform == nullptr && (device.passes == PaintPasses::One || isDecoded(image))) {
         return image;
     }
     for (const KeptImage &kept : device.images) {
         if (kept.original == image && kept.transform == transform) {
-            return kept.converted;
+            return &kept.derived->super.super;
         }
     }
-    fz_image *converted = newConvertedImage(ctx, image, transform);
+    PageImage *derived = newPageImage(ctx, device, image, transform);
     KeptImage &slot = device.images[device.nextImage];
-    fz_drop_image(ctx, slot.original);
-    fz_drop_image(ctx, slot.converted);
-    slot = {fz_keep_image(ctx, image), transform, converted};
+    dropImage(ctx, slot);
+    slot = {fz_keep_image(ctx, image), transform, derived};
     device.nextImage = (device.nextImage + 1) % kKeptImages;
-    return converted;
+    return &derived->super.super;
 }
 
 void fillPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd, fz_matrix ctm,
@@ -404,19 +523,23 @@ void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    fz_fill_image(ctx, next, imageFor(ctx, self(dev), image), ctm, alpha, params);
+    const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
+    fz_fill_image(ctx, next, imageFor(ctx, self(dev), image, transform), ctm, alpha, params);
 }
 
 void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm,
                    fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_fill_image_mask(ctx, target(dev), image, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    fz_fill_image_mask(ctx, next, imageFor(ctx, self(dev), image, nullptr), ctm, paint.space,
+                       paint.values, alpha, params);
 }
 
 void clipImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, fz_rect scissor)
 {
-    fz_clip_image_mask(ctx, target(dev), image, ctm, scissor);
+    fz_device *next = target(dev);
+    fz_clip_image_mask(ctx, next, imageFor(ctx, self(dev), image, nullptr), ctm, scissor);
 }
 
 void popClip(fz_context *ctx, fz_device *dev)
@@ -550,8 +673,7 @@ void dropDevice(fz_context *ctx, fz_device *dev)
 {
     ColourDevice &own = self(dev);
     for (const KeptImage &kept : own.images) {
-        fz_drop_image(ctx, kept.original);
-        fz_drop_image(ctx, kept.converted);
+        dropImage(ctx, kept);
     }
     fz_drop_default_colorspaces(ctx, own.defaults);
     fz_drop_device(ctx, own.target);
@@ -560,11 +682,13 @@ void dropDevice(fz_context *ctx, fz_device *dev)
 } // namespace
 
 fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
-                           const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie)
+                           const ColourSpaces &spaces, PaintPasses passes, MupdfContext &context,
+                           fz_cookie &cookie)
 {
     auto *device = fz_new_derived_device(ctx, ColourDevice);
     device->target = fz_keep_device(ctx, target);
     device->area = fz_rect_from_irect(area);
+    device->passes = passes;
     device->spaces = &spaces;
     device->context = &context;
     device->cookie = &cookie;
@@ -598,6 +722,19 @@ fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
     calls.begin_layer = &beginLayer;
     calls.end_layer = &endLayer;
     return &calls;
+}
+
+void takeImages(fz_device *device, fz_device *from)
+{
+    ColourDevice &own = self(device);
+    ColourDevice &before = self(from);
+    std::swap(own.images, before.images);
+    std::swap(own.nextImage, before.nextImage);
+    for (const KeptImage &image : own.images) {
+        if (image.derived != nullptr && image.derived->keeper != nullptr) {
+            image.derived->keeper = &own;
+        }
+    }
 }
 
 } // namespace pdfcore

@@ -8,6 +8,12 @@ namespace pdfcore {
 class ColourSpaces;
 class MupdfContext;
 
+/// How often a page goes through the device.
+enum class PaintPasses {
+    One,
+    Several, ///< Once for each part: images are decoded whole, as far as a limit allows, and kept.
+};
+
 /// Makes a device that hands every call on to `target` after turning CMYK and ICC-based colours,
 /// images, shadings and groups into RGB. `area` is what the target covers, in device pixels.
 ///
@@ -15,6 +21,11 @@ class MupdfContext;
 /// `context` and `cookie` must outlive the device; `target` is kept. Throws MuPDF errors. Close
 /// and drop it like any device; closing closes the target too.
 fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
-                           const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie);
+                           const ColourSpaces &spaces, PaintPasses passes, MupdfContext &context,
+                           fz_cookie &cookie);
+
+/// Hands the images that a device of newColourDevice() keeps to `device`, a new one for the next
+/// pass of the same page. Does not throw.
+void takeImages(fz_device *device, fz_device *from);
 
 } // namespace pdfcore

@@ -20,6 +20,10 @@ inline constexpr QImage::Format kPageImageFormat = QImage::Format_RGB888;
 /// memory.
 void keepSignatureAppearances(fz_context *ctx, pdf_obj *page);
 
+/// Maps the space of a page with these bounds, turned clockwise by `rotation` degrees, to an image
+/// of `width` × `height` pixels.
+fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height);
+
 /// Paints `page` with annotations and form fields over the whole of `image`, straight into its
 /// memory.
 ///
