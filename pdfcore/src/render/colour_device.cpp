@@ -42,7 +42,9 @@ struct PageImage
     DerivedImage super;
     const ColourTransform *transform;
     ColourDevice *keeper; ///< Null in a single pass.
-    int keptFactor;       ///< By which power of two what is kept is smaller than the image.
+    fz_irect keptArea;    ///< Which of the image's pixels are kept, ...
+    int keptFactor;       ///< ... and by which power of two they are smaller.
+    fz_irect lastArea;    ///< What was asked for before.
 };
 
 struct KeptImage
@@ -265,23 +267,64 @@ fz_pixmap *newPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int w
                : originalPixels(ctx, &image.super, subarea, width, height, l2factor);
 }
 
-/// Bytes of the whole image, smaller by a power of two.
-std::size_t decodedBytes(fz_context *ctx, const PageImage &image, int l2factor)
+/// Bytes of a pixel of the image once it is decoded, at most.
+std::size_t bytesPerPixel(fz_context *ctx, const PageImage &image)
 {
-    fz_image *original = image.super.original;
-    const fz_irect whole = wholeOf(original);
+    constexpr int kAlpha = 1;
     int components = 3;
     if (image.transform == nullptr) {
-        fz_colorspace *space = colourSpaceOf(original);
+        fz_colorspace *space = colourSpaceOf(image.super.original);
         components = space == nullptr ? 1
                                       : std::max(fz_colorspace_n(ctx, space),
                                                  fz_colorspace_n(ctx, baseOf(space)));
     }
+    return static_cast<std::size_t>(components + kAlpha);
+}
+
+/// Bytes of an area of the image, smaller by a power of two.
+std::size_t decodedBytes(fz_context *ctx, const PageImage &image, fz_irect area, int l2factor)
+{
     const auto smaller = [&](int length) {
-        return (static_cast<std::size_t>(length) >> l2factor) + 1;
+        return (static_cast<std::size_t>(std::max(length, 0)) >> l2factor) + 1;
     };
-    constexpr std::size_t kAlpha = 1;
-    return smaller(whole.x1) * smaller(whole.y1) * (static_cast<std::size_t>(components) + kAlpha);
+    return smaller(area.x1 - area.x0) * smaller(area.y1 - area.y0) * bytesPerPixel(ctx, image);
+}
+
+bool contains(fz_irect outer, fz_irect inner)
+{
+    return outer.x0 <= inner.x0 && outer.y0 <= inner.y0 && outer.x1 >= inner.x1 &&
+           outer.y1 >= inner.y1;
+}
+
+/// Makes a range of a line from 0 to `whole` as many times as long as `factor` says, away from
+/// where it was before.
+void growRange(int &from, int &to, int lastFrom, int whole, std::size_t factor)
+{
+    const auto length = static_cast<int>(
+        std::min(static_cast<std::size_t>(to - from) * factor, static_cast<std::size_t>(whole)));
+    if (from >= lastFrom) {
+        to = std::min(from + length, whole);
+    } else {
+        from = std::max(to - length, 0);
+    }
+}
+
+/// The pixels to decode when those of `asked` are asked for: all of them, or as many more as may be
+/// kept in the direction in which the parts of the page go.
+fz_irect areaToKeep(fz_context *ctx, const PageImage &image, fz_irect asked, int l2factor)
+{
+    const fz_irect whole = wholeOf(image.super.original);
+    if (decodedBytes(ctx, image, whole, l2factor) <= kKeptBytes) {
+        return whole;
+    }
+    fz_irect area = asked;
+    const std::size_t factor = kKeptBytes / decodedBytes(ctx, image, asked, l2factor);
+    if (factor > 1 && asked.y0 == whole.y0 && asked.y1 == whole.y1) {
+        growRange(area.x0, area.x1, image.lastArea.x0, whole.x1, factor);
+    } else if (factor > 1) {
+        growRange(area.y0, area.y1, image.lastArea.y0, whole.y1, factor);
+    }
+    return area;
 }
 
 std::size_t bytesOf(fz_context *ctx, fz_pixmap *pixmap)
@@ -310,36 +353,33 @@ void makeRoom(fz_context *ctx, ColourDevice &device, std::size_t more)
     }
 }
 
-/// The whole image instead of the part that was asked for, from what is kept if it is there.
+/// More of the image than the part that was asked for, from what is kept if that is enough.
 ///
 /// An image of which each pass gets another part would be decoded anew for every one of them, and
 /// MuPDF fits each part to the pixels of the page by itself, which shows where they meet.
-fz_pixmap *keptPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int width, int height,
-                      int *l2factor)
+fz_pixmap *keptPixels(fz_context *ctx, PageImage &image, fz_irect &subarea, int width, int height,
+                      int &l2factor)
 {
-    const int wanted = l2factor != nullptr ? *l2factor : 0;
-    fz_irect whole = wholeOf(image.super.original);
-    if (image.super.kept == nullptr || image.keptFactor != wanted) {
+    const int wanted = l2factor;
+    if (image.super.kept == nullptr || image.keptFactor != wanted ||
+        !contains(image.keptArea, subarea)) {
         fz_drop_pixmap(ctx, image.super.kept);
         image.super.kept = nullptr;
-        makeRoom(ctx, *image.keeper, decodedBytes(ctx, image, wanted));
-        fz_pixmap *pixels = newPixels(ctx, image, &whole, width, height, l2factor);
-        if (subarea != nullptr) {
-            *subarea = whole;
-        }
-        if (l2factor != nullptr && *l2factor > 0) {
+        fz_irect area = areaToKeep(ctx, image, subarea, wanted);
+        image.lastArea = subarea;
+        makeRoom(ctx, *image.keeper, decodedBytes(ctx, image, area, wanted));
+        fz_pixmap *pixels = newPixels(ctx, image, &area, width, height, &l2factor);
+        subarea = area;
+        if (l2factor > 0) {
             // MuPDF makes them smaller in their own memory.
             return pixels;
         }
         image.super.kept = pixels;
+        image.keptArea = area;
         image.keptFactor = wanted;
     }
-    if (l2factor != nullptr) {
-        *l2factor = 0;
-    }
-    if (subarea != nullptr) {
-        *subarea = whole;
-    }
+    l2factor = 0;
+    subarea = image.keptArea;
     return fz_keep_pixmap(ctx, image.super.kept);
 }
 
@@ -347,10 +387,10 @@ fz_pixmap *getPagePixmap(fz_context *ctx, fz_image *given, fz_irect *subarea, in
                          int *l2factor)
 {
     auto &image = *reinterpret_cast<PageImage *>(given);
-    const bool keeps = image.keeper != nullptr &&
-                       decodedBytes(ctx, image, l2factor != nullptr ? *l2factor : 0) <= kKeptBytes;
-    return keeps ? keptPixels(ctx, image, subarea, width, height, l2factor)
-                 : newPixels(ctx, image, subarea, width, height, l2factor);
+    if (image.keeper == nullptr || subarea == nullptr || l2factor == nullptr) {
+        return newPixels(ctx, image, subarea, width, height, l2factor);
+    }
+    return keptPixels(ctx, image, *subarea, width, height, *l2factor);
 }
 
 PageImage *newPageImage(fz_context *ctx, ColourDevice &device, fz_image *original,
@@ -422,11 +462,62 @@ void clipStrokePath(fz_context *ctx, fz_device *dev, const fz_path *path,
     fz_clip_stroke_path(ctx, target(dev), path, stroke, ctm, scissor);
 }
 
+/// Adds the glyphs of `text` that may be seen in `seen` to `part`.
+void addGlyphs(fz_context *ctx, fz_text *part, const fz_text *text, fz_matrix ctm, fz_rect seen)
+{
+    for (const fz_text_span *span = text->head; span != nullptr; span = span->next) {
+        fz_matrix place = span->trm;
+        for (int i = 0; i < span->len; ++i) {
+            const fz_text_item &item = span->items[i];
+            place.e = item.x;
+            place.f = item.y;
+            if (item.gid < 0) {
+                continue;
+            }
+            const fz_rect bounds = fz_bound_glyph(ctx, span->font, item.gid, fz_concat(place, ctm));
+            if (fz_is_empty_rect(fz_intersect_rect(bounds, seen)) == 0) {
+                fz_show_glyph(ctx, part, span->font, place, item.gid, item.ucs,
+                              static_cast<int>(span->wmode), static_cast<int>(span->bidi_level),
+                              static_cast<fz_bidi_direction>(span->markup_dir),
+                              static_cast<fz_text_language>(span->language));
+            }
+        }
+    }
+}
+
+/// Fills the glyphs of a text that the current part of a page shows. The whole text of a page may
+/// be a single one, and going through all large glyphs takes longer than painting some of them.
+void fillTextInPart(fz_context *ctx, ColourDevice &device, fz_device *next, const fz_text *text,
+                    fz_matrix ctm, const PaintColour &paint, float alpha, fz_color_params params)
+{
+    fz_text *part = fz_new_text(ctx);
+    fz_try(ctx)
+    {
+        addGlyphs(ctx, part, text, ctm, fz_expand_rect(device.area, kPartReach));
+        if (part->head != nullptr) {
+            fz_fill_text(ctx, next, part, ctm, paint.space, paint.values, alpha, params);
+        }
+    }
+    fz_always(ctx)
+    {
+        fz_drop_text(ctx, part);
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+}
+
 void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ctm,
               fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_fill_text(ctx, target(dev), text, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    if (self(dev).passes == PaintPasses::Several) {
+        fillTextInPart(ctx, self(dev), next, text, ctm, paint, alpha, params);
+    } else {
+        fz_fill_text(ctx, next, text, ctm, paint.space, paint.values, alpha, params);
+    }
 }
 
 void strokeText(fz_context *ctx, fz_device *dev, const fz_text *text, const fz_stroke_state *stroke,

@@ -14,6 +14,10 @@ enum class PaintPasses {
     Several, ///< Once for each part: images are decoded whole, as far as a limit allows, and kept.
 };
 
+/// Pixels around a part of a page within which things are painted too: the bounds that a font claims
+/// for its letters may be too small.
+inline constexpr float kPartReach = 64;
+
 /// Makes a device that hands every call on to `target` after turning CMYK and ICC-based colours,
 /// images, shadings and groups into RGB. `area` is what the target covers, in device pixels.
 ///

@@ -8,14 +8,6 @@
 
 namespace pdfcore {
 
-namespace {
-
-/// Pixels around the rows within which things are painted too: the bounds that a font claims for
-/// its letters may be too small.
-constexpr float kReach = 64;
-
-} // namespace
-
 RecordedPage::RecordedPage(MupdfContext &context, const ColourSpaces &spaces)
     : m_context(context)
     , m_spaces(spaces)
@@ -74,7 +66,7 @@ void RecordedPage::paint(fz_context *ctx, int top, QImage &rows)
             takeImages(colours, m_keeper);
         }
         fz_run_display_list(ctx, m_list, colours, fz_identity,
-                            fz_expand_rect(fz_rect_from_irect(area), kReach), &m_cookie);
+                            fz_expand_rect(fz_rect_from_irect(area), kPartReach), &m_cookie);
         fz_close_device(ctx, colours);
     }
     fz_always(ctx)
