@@ -136,6 +136,37 @@ QImage joined(const QString &path, int rotation, QSize size, int bandRows, int o
 }
 
 /// Whether a pixel is as expected there or beside it.
+/// How a page that was handed over in bands came out.
+struct Handover : Outcome
+{
+    int bands = 0;
+    int end = 0;   ///< The first row that is missing.
+    QColor colour; ///< In the middle of the last band.
+};
+
+/// Renders a page in bands, of which `wanted` are taken; all by default.
+Handover renderInBands(const PdfSourcePage &page, QSize size, int overlap = 0, int wanted = -1)
+{
+    Handover handover;
+    handover.ok = PdfEditorBackend::renderPageInBands(
+        page, size, overlap,
+        [&](const QImage &band, int top) {
+            handover.end = top + band.height();
+            handover.colour = middle(band);
+            return ++handover.bands != wanted;
+        },
+        &handover.error, &handover.message);
+    return handover;
+}
+
+/// A page that is filled again and again, in half transparent colours.
+QByteArray filledManyTimes(int count)
+{
+    return PdfFixture::onePage(
+        "/G gs " + QByteArray("1 0 0 rg 3 3 m 197 3 l 100 197 l f ").repeated(count),
+        "/ExtGState << /G << /ca 0.5 >> >>");
+}
+
 bool isNear(const QColor &colour, const QImage &expected, QPoint place, const Slack &slack)
 {
     const QRect seen =
@@ -175,9 +206,27 @@ class TestEngineBands : public QObject
     Q_OBJECT
 
 private slots:
+    void cleanup();
     void bandsJoinToTheWholePage_data();
     void bandsJoinToTheWholePage();
+    void bandsOfABlankPageAreWhite();
+    void pagesOfAnySizeAreRendered();
+    void theSinkEndsThePage();
+    void pagesThatCannotBeRenderedFail_data();
+    void pagesThatCannotBeRenderedFail();
+    void whatTheSinkThrowsFailsThePage();
+    void theRevisionThatWasOpenedIsRendered();
+    void theTimeGrowsWithThePixels_data();
+    void theTimeGrowsWithThePixels();
+    void slowPagesAreGivenUp();
+    void whatTheSinkTakesDoesNotCount();
 };
+
+void TestEngineBands::cleanup()
+{
+    Engine::instance().sessions().setBudgets({});
+    Engine::instance().sessions().closeIdle();
+}
 
 void TestEngineBands::bandsJoinToTheWholePage_data()
 {
@@ -262,6 +311,189 @@ void TestEngineBands::bandsJoinToTheWholePage()
                                 .arg(off.value(0).x())
                                 .arg(off.value(0).y())));
     }
+}
+
+void TestEngineBands::bandsOfABlankPageAreWhite()
+{
+    const Handover handover = renderInBands(blankPage({100, 200}), {4000, 8000}, 10);
+    QVERIFY(handover.ok);
+    QVERIFY(handover.bands > 2);
+    QCOMPARE(handover.end, 8000);
+    QCOMPARE(handover.colour, QColor(Qt::white));
+}
+
+void TestEngineBands::pagesOfAnySizeAreRendered()
+{
+    // More pixels than one image may have.
+    constexpr QSize kLarge(30'000, 20'000);
+    Folder folder;
+    const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(3));
+    QVERIFY(!render(filePage(path, 2), kLarge).ok);
+    const Handover handover = renderInBands(filePage(path, 2), kLarge, 25);
+    QVERIFY2(handover.ok, qPrintable(handover.message));
+    QCOMPARE(handover.end, kLarge.height());
+    COMPARE_COLOUR(handover.colour, PdfFixture::numberColour(2), 1);
+    // Rows that are wider than a band is to be come one by one.
+    const Handover wide = renderInBands(filePage(path, 1), {20'000'000, 3}, 25);
+    QVERIFY2(wide.ok, qPrintable(wide.message));
+    QCOMPARE(wide.bands, 3);
+}
+
+void TestEngineBands::theSinkEndsThePage()
+{
+    Folder folder;
+    const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(3));
+    for (const PdfSourcePage &page : {filePage(path, 2), blankPage({100, 200})}) {
+        const Handover handover = renderInBands(page, {6000, 9000}, 0, 2);
+        QVERIFY(!handover.ok);
+        QCOMPARE(handover.bands, 2);
+        QCOMPARE(handover.error, PdfBackendError::None);
+        QCOMPARE(handover.message, QString());
+    }
+    // The document is as good as before.
+    QVERIFY(renderInBands(filePage(path, 1), {60, 90}).ok);
+    QVERIFY(render(filePage(path, 1)).ok);
+}
+
+void TestEngineBands::pagesThatCannotBeRenderedFail_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<PdfBackendError>("error");
+    const QString good = u"pages.pdf"_s;
+    QTest::newRow("no file") << u"absent.pdf"_s << 0 << QSize(9, 9)
+                             << PdfBackendError::FileNotFound;
+    QTest::newRow("no document") << u"text.pdf"_s << 0 << QSize(9, 9)
+                                 << PdfBackendError::InvalidDocument;
+    QTest::newRow("no password") << u"locked.pdf"_s << 0 << QSize(9, 9)
+                                 << PdfBackendError::PasswordRequired;
+    QTest::newRow("page behind the last")
+        << good << 3 << QSize(9, 9) << PdfBackendError::RenderFailed;
+    QTest::newRow("page before the first")
+        << good << -1 << QSize(9, 9) << PdfBackendError::RenderFailed;
+    QTest::newRow("no size") << good << 0 << QSize() << PdfBackendError::RenderFailed;
+    QTest::newRow("no height") << good << 0 << QSize(9, 0) << PdfBackendError::RenderFailed;
+}
+
+void TestEngineBands::pagesThatCannotBeRenderedFail()
+{
+    QFETCH(const QString, name);
+    QFETCH(const int, index);
+    QFETCH(const QSize, size);
+    QFETCH(const PdfBackendError, error);
+    Folder folder;
+    const QByteArray document = PdfFixture::pagesByNumber(3);
+    folder.add(u"pages.pdf"_s, document);
+    folder.add(u"text.pdf"_s, "no document");
+    folder.add(u"locked.pdf"_s, PdfFixture::encrypted(document, {"user", "owner", 6}));
+    const Handover handover = renderInBands(filePage(folder.path(name), index), size);
+    QVERIFY(!handover.ok);
+    QCOMPARE(handover.bands, 0);
+    QCOMPARE(handover.error, error);
+    QVERIFY(!handover.message.isEmpty());
+}
+
+void TestEngineBands::whatTheSinkThrowsFailsThePage()
+{
+    Folder folder;
+    const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(1));
+    PdfBackendError error = PdfBackendError::None;
+    QString message;
+    QVERIFY(!PdfEditorBackend::renderPageInBands(
+        filePage(path), {20, 30}, 0,
+        [](const QImage &, int) -> bool { throw std::runtime_error("no paper"); }, &error,
+        &message));
+    QCOMPARE(error, PdfBackendError::RenderFailed);
+    QCOMPARE(message, u"no paper"_s);
+    QVERIFY(renderInBands(filePage(path), {20, 30}).ok);
+}
+
+void TestEngineBands::theRevisionThatWasOpenedIsRendered()
+{
+    Folder folder;
+    const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(3));
+    PdfDocumentInfo info;
+    QVERIFY(PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr));
+    PdfSourcePage page = filePage(path, 1);
+    page.revision = info.revision;
+    QVERIFY(save({filePage(path, 2)}, path).ok);
+    COMPARE_COLOUR(renderInBands(page, {60, 90}).colour, PdfFixture::numberColour(1), 1);
+    COMPARE_COLOUR(renderInBands(filePage(path), {60, 90}).colour, PdfFixture::numberColour(2), 1);
+    // Another program's content does not pass for it.
+    folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(5));
+    COMPARE_COLOUR(renderInBands(page, {60, 90}).colour, PdfFixture::numberColour(1), 1);
+    QVERIFY(PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr));
+    page.revision = info.revision;
+    folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(7));
+    QCOMPARE(renderInBands(page, {60, 90}).error, PdfBackendError::FileNotFound);
+}
+
+void TestEngineBands::theTimeGrowsWithThePixels_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("seconds");
+    QTest::newRow("on a screen") << QSize(1240, 1754) << 10;
+    QTest::newRow("A4 at 300 dpi") << QSize(2480, 3508) << 10;
+    QTest::newRow("A4 at 600 dpi") << QSize(4960, 7016) << 40;
+    QTest::newRow("A4 at 1200 dpi") << QSize(9920, 14032) << 160;
+    QTest::newRow("A0 at 1200 dpi") << QSize(39'680, 56'128) << 2560;
+}
+
+void TestEngineBands::theTimeGrowsWithThePixels()
+{
+    QFETCH(const QSize, size);
+    QFETCH(const int, seconds);
+    SessionBudgets budgets;
+    budgets.page = {10s, 1000};
+    const pdfcore::WorkBudget whole = DocumentSession::pageBudget(budgets, size, size);
+    QCOMPARE(whole.time, std::chrono::milliseconds(std::chrono::seconds(seconds)));
+    // Memory goes by what there is of the page at a time.
+    const pdfcore::WorkBudget band = DocumentSession::pageBudget(budgets, size, {100, 10});
+    QCOMPARE(band.time, whole.time);
+    QCOMPARE(band.bytes, std::size_t{1000 + 16 * 1000});
+}
+
+void TestEngineBands::slowPagesAreGivenUp()
+{
+    Folder folder;
+    const QString path = folder.add(u"slow.pdf"_s, filledManyTimes(20'000));
+    SessionBudgets budgets;
+    budgets.page.time = 100ms;
+    Engine::instance().sessions().setBudgets(budgets);
+    QElapsedTimer timer;
+    timer.start();
+    const Handover handover = renderInBands(filePage(path), {2400, 3500});
+    QVERIFY2(timer.elapsed() < 15'000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(!handover.ok);
+    QCOMPARE(handover.error, PdfBackendError::RenderFailed);
+    QVERIFY2(handover.message.contains(u"too long"_s), qPrintable(handover.message));
+    // The session may not be used again.
+    QCOMPARE(Engine::instance().sessions().idleCount(), 0);
+}
+
+void TestEngineBands::whatTheSinkTakesDoesNotCount()
+{
+    constexpr int kBands = 4;
+    Folder folder;
+    const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(1));
+    SessionBudgets budgets;
+    budgets.page.time = 600ms;
+    EngineError outcome;
+    const auto session = DocumentSession::open(FileIdentity::of(path), {}, budgets, &outcome);
+    QVERIFY(session);
+    PageBands bands({60, 4 * kBands}, 0, qsizetype{3} * 60 * 4);
+    int seen = 0;
+    QVERIFY2(session->renderBands(
+                 0, 0, bands,
+                 [&](const QImage &, int) {
+                     QTest::qSleep(300);
+                     ++seen;
+                     return true;
+                 },
+                 &outcome),
+             qPrintable(outcome.message));
+    QCOMPARE(seen, kBands);
 }
 
 QTEST_GUILESS_MAIN(TestEngineBands)
