@@ -102,10 +102,10 @@ QByteArray letters()
 
 /// The bands of a page put together, each in a place of its own; null when the page failed.
 QImage joined(const QString &path, int rotation, QSize size, int bandRows, int overlap,
-              QString *reason)
+              QString *reason, const SessionBudgets &budgets = {})
 {
     EngineError outcome;
-    const auto session = DocumentSession::open(FileIdentity::of(path), {}, {}, &outcome);
+    const auto session = DocumentSession::open(FileIdentity::of(path), {}, budgets, &outcome);
     if (!session) {
         return {};
     }
@@ -209,6 +209,8 @@ private slots:
     void cleanup();
     void bandsJoinToTheWholePage_data();
     void bandsJoinToTheWholePage();
+    void largePicturesComeInPieces_data();
+    void largePicturesComeInPieces();
     void bandsOfABlankPageAreWhite();
     void pagesOfAnySizeAreRendered();
     void theSinkEndsThePage();
@@ -310,6 +312,38 @@ void TestEngineBands::bandsJoinToTheWholePage()
                                 .arg(off.size())
                                 .arg(off.value(0).x())
                                 .arg(off.value(0).y())));
+    }
+}
+
+void TestEngineBands::largePicturesComeInPieces_data()
+{
+    QTest::addColumn<QByteArray>("matrix");
+    QTest::newRow("upright") << QByteArray("200 0 0 200 0 0");
+    QTest::newRow("mirrored") << QByteArray("200 0 0 -200 0 200");
+    QTest::newRow("on its side") << QByteArray("0 200 200 0 0 0");
+    QTest::newRow("larger than the page") << QByteArray("300 0 0 420 -50 -90");
+}
+
+void TestEngineBands::largePicturesComeInPieces()
+{
+    QFETCH(const QByteArray, matrix);
+    constexpr int kSide = 200;
+    Folder folder;
+    const QString path =
+        folder.add(u"page.pdf"_s, PdfFixture::onePage("q " + matrix + " cm /X Do Q", kUsesX,
+                                                      {noisyImage(kSide, "/DeviceRGB", 3)}));
+    for (const int rotation : {0, 90, 180, 270}) {
+        const QImage whole = render(filePage(path, 0, rotation), kSize).image;
+        // Less than a band needs, a few bands, and more than a half of the picture.
+        for (const std::size_t kept : {1, kSide * 4 * 60, kSide * 4 * 130}) {
+            SessionBudgets budgets;
+            budgets.keptImages = kept;
+            QString reason;
+            const QImage bands =
+                joined(path, rotation, kSize, kBandRows, kOverlap, &reason, budgets);
+            QVERIFY2(!bands.isNull(), qPrintable(reason));
+            QCOMPARE(differences(bands, whole, kAddedUp), QList<QPoint>());
+        }
     }
 }
 

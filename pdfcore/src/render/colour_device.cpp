@@ -31,9 +31,6 @@ constexpr double kPixelsPerTile = 20;
 /// Images whose derived form is kept while a page is painted.
 constexpr std::size_t kKeptImages = 64;
 
-/// Bytes of decoded pixels that are kept for the next pass over a page.
-constexpr std::size_t kKeptBytes = std::size_t{96} << 20;
-
 struct ColourDevice;
 
 /// An image in RGB (with a transform), or one whose pixels are kept (with a device), or both.
@@ -64,8 +61,8 @@ struct ColourDevice
     fz_default_colorspaces *defaults;
     fz_rect area;
     unsigned callsUntilClock;
-    unsigned maskDepth; ///< Masks that are being made, from the first by luminosity on.
-    PaintPasses passes;
+    unsigned maskDepth;        ///< Masks that are being made, from the first by luminosity on.
+    std::size_t mostKeptBytes; ///< 0: the page goes through once.
     std::array<KeptImage, kKeptImages> images;
     std::size_t nextImage;
 };
@@ -314,11 +311,12 @@ void growRange(int &from, int &to, int lastFrom, int whole, std::size_t factor)
 fz_irect areaToKeep(fz_context *ctx, const PageImage &image, fz_irect asked, int l2factor)
 {
     const fz_irect whole = wholeOf(image.super.original);
-    if (decodedBytes(ctx, image, whole, l2factor) <= kKeptBytes) {
+    const std::size_t most = image.keeper->mostKeptBytes;
+    if (decodedBytes(ctx, image, whole, l2factor) <= most) {
         return whole;
     }
     fz_irect area = asked;
-    const std::size_t factor = kKeptBytes / decodedBytes(ctx, image, asked, l2factor);
+    const std::size_t factor = most / decodedBytes(ctx, image, asked, l2factor);
     if (factor > 1 && asked.y0 == whole.y0 && asked.y1 == whole.y1) {
         growRange(area.x0, area.x1, image.lastArea.x0, whole.x1, factor);
     } else if (factor > 1) {
@@ -342,7 +340,7 @@ void makeRoom(fz_context *ctx, ColourDevice &device, std::size_t more)
             bytes += bytesOf(ctx, image.derived->super.kept);
         }
     }
-    if (bytes <= kKeptBytes) {
+    if (bytes <= device.mostKeptBytes) {
         return;
     }
     for (const KeptImage &image : device.images) {
@@ -400,7 +398,7 @@ PageImage *newPageImage(fz_context *ctx, ColourDevice &device, fz_image *origina
         newDerivedImage(ctx, original, transform != nullptr, sizeof(PageImage), &getPagePixmap);
     auto *image = reinterpret_cast<PageImage *>(created);
     image->transform = transform;
-    image->keeper = device.passes == PaintPasses::Several ? &device : nullptr;
+    image->keeper = device.mostKeptBytes > 0 ? &device : nullptr;
     return image;
 }
 
@@ -419,7 +417,7 @@ void dropImage(fz_context *ctx, const KeptImage &image)
 fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image,
                    const ColourTransform *transform)
 {
-    if (transform == nullptr && (device.passes == PaintPasses::One || isDecoded(image))) {
+    if (transform == nullptr && (device.mostKeptBytes == 0 || isDecoded(image))) {
         return image;
     }
     for (const KeptImage &kept : device.images) {
@@ -513,7 +511,7 @@ void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ct
 {
     const PaintColour paint(ctx, self(dev), space, colour);
     fz_device *next = target(dev);
-    if (self(dev).passes == PaintPasses::Several) {
+    if (self(dev).mostKeptBytes > 0) {
         fillTextInPart(ctx, self(dev), next, text, ctm, paint, alpha, params);
     } else {
         fz_fill_text(ctx, next, text, ctm, paint.space, paint.values, alpha, params);
@@ -773,13 +771,13 @@ void dropDevice(fz_context *ctx, fz_device *dev)
 } // namespace
 
 fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
-                           const ColourSpaces &spaces, PaintPasses passes, MupdfContext &context,
+                           const ColourSpaces &spaces, std::size_t keptBytes, MupdfContext &context,
                            fz_cookie &cookie)
 {
     auto *device = fz_new_derived_device(ctx, ColourDevice);
     device->target = fz_keep_device(ctx, target);
     device->area = fz_rect_from_irect(area);
-    device->passes = passes;
+    device->mostKeptBytes = keptBytes;
     device->spaces = &spaces;
     device->context = &context;
     device->cookie = &cookie;

@@ -8,9 +8,10 @@
 
 namespace pdfcore {
 
-RecordedPage::RecordedPage(MupdfContext &context, const ColourSpaces &spaces)
+RecordedPage::RecordedPage(MupdfContext &context, const ColourSpaces &spaces, std::size_t keptBytes)
     : m_context(context)
     , m_spaces(spaces)
+    , m_keptBytes(keptBytes)
 {}
 
 RecordedPage::~RecordedPage()
@@ -60,8 +61,7 @@ void RecordedPage::paint(fz_context *ctx, int top, QImage &rows)
         moveDown(pixmap, top);
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
         draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours =
-            newColourDevice(ctx, draw, area, m_spaces, PaintPasses::Several, m_context, m_cookie);
+        colours = newColourDevice(ctx, draw, area, m_spaces, m_keptBytes, m_context, m_cookie);
         if (m_keeper != nullptr) {
             takeImages(colours, m_keeper);
         }

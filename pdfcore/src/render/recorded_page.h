@@ -20,7 +20,8 @@ class MupdfContext;
 class RecordedPage final
 {
 public:
-    RecordedPage(MupdfContext &context, const ColourSpaces &spaces);
+    /// @param keptBytes  What may be taken for the decoded images of the page; more than 0.
+    RecordedPage(MupdfContext &context, const ColourSpaces &spaces, std::size_t keptBytes);
     ~RecordedPage();
     RecordedPage(const RecordedPage &) = delete;
     RecordedPage &operator=(const RecordedPage &) = delete;
@@ -39,6 +40,7 @@ public:
 private:
     MupdfContext &m_context;
     const ColourSpaces &m_spaces;
+    std::size_t m_keptBytes;
     fz_cookie m_cookie{};
     fz_display_list *m_list = nullptr;
     fz_device *m_keeper = nullptr; ///< Painted the last rows and keeps the images for the next.

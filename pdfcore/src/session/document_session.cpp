@@ -395,7 +395,7 @@ bool DocumentSession::renderBands(int pageIndex, int rotation, PageBands &bands,
         return false;
     }
     WorkBudget budget = pageBudget(m_budgets, bands.pageSize(), bands.bandSize());
-    RecordedPage recorded(m_context, *m_colourSpaces);
+    RecordedPage recorded(m_context, *m_colourSpaces, m_budgets.keptImages);
     // What the sink does with a band does not count.
     const auto workTimed = [&](auto &&body) {
         const auto start = std::chrono::steady_clock::now();

@@ -31,6 +31,8 @@ struct SessionBudgets
     /// Rendering one page. An image gets a multiple of its own size in memory on top, and a page of
     /// more pixels than one of A4 at 300 dpi as many times as much time.
     WorkBudget page{std::chrono::seconds{20}, std::size_t{512} << 20};
+    /// Bytes of decoded images that a page which is rendered in bands keeps from one to the next.
+    std::size_t keptImages = std::size_t{96} << 20;
 };
 
 /// One open PDF document with a MuPDF context of its own, for reading and rendering.
