@@ -4,13 +4,13 @@
 #include "pdfcore/src/mupdf/mupdf_context.h"
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/render/colour_spaces.h"
+#include "pdfcore/src/render/page_images.h"
+#include "pdfcore/src/render/rgb_pixmap.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
-#include <utility>
 
 namespace pdfcore {
 
@@ -28,29 +28,6 @@ constexpr double kMaxTilePixels = 5e9;
 /// Pixels for which placing a tile counts, however small it is.
 constexpr double kPixelsPerTile = 20;
 
-/// Images whose derived form is kept while a page is painted.
-constexpr std::size_t kKeptImages = 64;
-
-struct ColourDevice;
-
-/// An image in RGB (with a transform), or one whose pixels are kept (with a device), or both.
-struct PageImage
-{
-    DerivedImage super;
-    const ColourTransform *transform;
-    ColourDevice *keeper; ///< Null in a single pass.
-    fz_irect keptArea;    ///< Which of the image's pixels are kept, ...
-    int keptFactor;       ///< ... and by which power of two they are smaller.
-    fz_irect lastArea;    ///< What was asked for before.
-};
-
-struct KeptImage
-{
-    fz_image *original;
-    const ColourTransform *transform;
-    PageImage *derived;
-};
-
 struct ColourDevice
 {
     fz_device super;
@@ -61,10 +38,8 @@ struct ColourDevice
     fz_default_colorspaces *defaults;
     fz_rect area;
     unsigned callsUntilClock;
-    unsigned maskDepth;        ///< Masks that are being made, from the first by luminosity on.
-    std::size_t mostKeptBytes; ///< 0: the page goes through once.
-    std::array<KeptImage, kKeptImages> images;
-    std::size_t nextImage;
+    unsigned maskDepth; ///< Masks that are being made, from the first by luminosity on.
+    PageImages *images;
 };
 
 ColourDevice &self(fz_device *device)
@@ -154,285 +129,6 @@ struct PaintColour
     }
 };
 
-/// Where component `component` of pixel `pixel` stands in packed pixels of `components` each.
-constexpr std::size_t indexOf(int pixel, int components, int component)
-{
-    return static_cast<std::size_t>(pixel) * static_cast<std::size_t>(components) +
-           static_cast<std::size_t>(component);
-}
-
-/// Converts `source`, whose colorants are those of `transform`, to a new RGB pixmap.
-fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTransform &transform)
-{
-    auto *mutableSource = const_cast<fz_pixmap *>(source);
-    const fz_irect box = fz_pixmap_bbox(ctx, source);
-    const int alpha = fz_pixmap_alpha(ctx, source);
-    fz_pixmap *rgb = fz_new_pixmap_with_bbox(ctx, fz_device_rgb(ctx), box, nullptr, alpha);
-
-    const int width = fz_pixmap_width(ctx, mutableSource);
-    const int height = fz_pixmap_height(ctx, mutableSource);
-    const int sourceComponents = fz_pixmap_components(ctx, mutableSource);
-    const unsigned char *from = fz_pixmap_samples(ctx, mutableSource);
-    const std::ptrdiff_t fromStride = fz_pixmap_stride(ctx, mutableSource);
-    unsigned char *to = fz_pixmap_samples(ctx, rgb);
-    const std::ptrdiff_t toStride = fz_pixmap_stride(ctx, rgb);
-
-    if (alpha == 0) {
-        for (int y = 0; y < height; ++y) {
-            transform.convertPixels(from + y * fromStride, to + y * toStride,
-                                    static_cast<std::size_t>(width));
-        }
-        return rgb;
-    }
-    // Colours are premultiplied: undo that, convert and multiply again.
-    constexpr int kStrip = 256;
-    const int colorants = sourceComponents - 1;
-    std::array<unsigned char, std::size_t{kStrip} * 4> plain{};
-    std::array<unsigned char, std::size_t{kStrip} * 3> converted{};
-    for (int y = 0; y < height; ++y) {
-        const unsigned char *row = from + y * fromStride;
-        unsigned char *out = to + y * toStride;
-        for (int x = 0; x < width; x += kStrip) {
-            const int count = std::min(kStrip, width - x);
-            for (int i = 0; i < count; ++i) {
-                const unsigned char *pixel =
-                    row + static_cast<std::ptrdiff_t>(x + i) * sourceComponents;
-                const int a = pixel[colorants];
-                for (int c = 0; c < colorants; ++c) {
-                    plain[indexOf(i, colorants, c)] =
-                        static_cast<unsigned char>(a == 0 ? 0 : std::min(255, pixel[c] * 255 / a));
-                }
-            }
-            transform.convertPixels(plain.data(), converted.data(),
-                                    static_cast<std::size_t>(count));
-            for (int i = 0; i < count; ++i) {
-                const int a =
-                    row[static_cast<std::ptrdiff_t>(x + i) * sourceComponents + colorants];
-                unsigned char *pixel = out + static_cast<std::ptrdiff_t>(x + i) * 4;
-                for (int c = 0; c < 3; ++c) {
-                    pixel[c] = static_cast<unsigned char>(converted[indexOf(i, 3, c)] * a / 255);
-                }
-                pixel[3] = static_cast<unsigned char>(a);
-            }
-        }
-    }
-    return rgb;
-}
-
-/// New pixels in RGB, made of those of an image's original.
-fz_pixmap *convertedPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int width,
-                           int height, int *l2factor)
-{
-    fz_pixmap *decoded = originalPixels(ctx, &image.super, subarea, width, height, l2factor);
-    fz_pixmap *base = nullptr;
-    fz_pixmap *rgb = nullptr;
-    fz_var(base);
-    fz_var(rgb);
-    fz_try(ctx)
-    {
-        fz_colorspace *space = fz_pixmap_colorspace(ctx, decoded);
-        fz_pixmap *source = decoded;
-        if (baseOf(space) != space) {
-            base = fz_convert_pixmap(ctx, decoded, baseOf(space), nullptr, nullptr,
-                                     fz_default_color_params, 1);
-            source = base;
-        }
-        if (image.transform->components() == fz_pixmap_colorants(ctx, source)) {
-            rgb = newRgbPixmap(ctx, source, *image.transform);
-        } else {
-            rgb = fz_convert_pixmap(ctx, source, fz_device_rgb(ctx), nullptr, nullptr,
-                                    fz_default_color_params, 1);
-        }
-    }
-    fz_always(ctx)
-    {
-        fz_drop_pixmap(ctx, base);
-        fz_drop_pixmap(ctx, decoded);
-    }
-    fz_catch(ctx)
-    {
-        fz_rethrow(ctx);
-    }
-    return rgb;
-}
-
-fz_pixmap *newPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int width, int height,
-                     int *l2factor)
-{
-    return image.transform != nullptr
-               ? convertedPixels(ctx, image, subarea, width, height, l2factor)
-               : originalPixels(ctx, &image.super, subarea, width, height, l2factor);
-}
-
-/// Bytes of a pixel of the image once it is decoded, at most.
-std::size_t bytesPerPixel(fz_context *ctx, const PageImage &image)
-{
-    constexpr int kAlpha = 1;
-    int components = 3;
-    if (image.transform == nullptr) {
-        fz_colorspace *space = colourSpaceOf(image.super.original);
-        components = space == nullptr ? 1
-                                      : std::max(fz_colorspace_n(ctx, space),
-                                                 fz_colorspace_n(ctx, baseOf(space)));
-    }
-    return static_cast<std::size_t>(components + kAlpha);
-}
-
-/// Bytes of an area of the image, smaller by a power of two.
-std::size_t decodedBytes(fz_context *ctx, const PageImage &image, fz_irect area, int l2factor)
-{
-    const auto smaller = [&](int length) {
-        return (static_cast<std::size_t>(std::max(length, 0)) >> l2factor) + 1;
-    };
-    return smaller(area.x1 - area.x0) * smaller(area.y1 - area.y0) * bytesPerPixel(ctx, image);
-}
-
-bool contains(fz_irect outer, fz_irect inner)
-{
-    return outer.x0 <= inner.x0 && outer.y0 <= inner.y0 && outer.x1 >= inner.x1 &&
-           outer.y1 >= inner.y1;
-}
-
-/// Makes a range of a line from 0 to `whole` as many times as long as `factor` says, away from
-/// where it was before.
-void growRange(int &from, int &to, int lastFrom, int whole, std::size_t factor)
-{
-    const auto length = static_cast<int>(
-        std::min(static_cast<std::size_t>(to - from) * factor, static_cast<std::size_t>(whole)));
-    if (from >= lastFrom) {
-        to = std::min(from + length, whole);
-    } else {
-        from = std::max(to - length, 0);
-    }
-}
-
-/// The pixels to decode when those of `asked` are asked for: all of them, or as many more as may be
-/// kept in the direction in which the parts of the page go.
-fz_irect areaToKeep(fz_context *ctx, const PageImage &image, fz_irect asked, int l2factor)
-{
-    const fz_irect whole = wholeOf(image.super.original);
-    const std::size_t most = image.keeper->mostKeptBytes;
-    if (decodedBytes(ctx, image, whole, l2factor) <= most) {
-        return whole;
-    }
-    fz_irect area = asked;
-    const std::size_t factor = most / decodedBytes(ctx, image, asked, l2factor);
-    if (factor > 1 && asked.y0 == whole.y0 && asked.y1 == whole.y1) {
-        growRange(area.x0, area.x1, image.lastArea.x0, whole.x1, factor);
-    } else if (factor > 1) {
-        growRange(area.y0, area.y1, image.lastArea.y0, whole.y1, factor);
-    }
-    return area;
-}
-
-std::size_t bytesOf(fz_context *ctx, fz_pixmap *pixmap)
-{
-    return static_cast<std::size_t>(fz_pixmap_stride(ctx, pixmap)) *
-           static_cast<std::size_t>(fz_pixmap_height(ctx, pixmap));
-}
-
-/// Lets go of all pixels that are kept when `more` bytes would make them too many.
-void makeRoom(fz_context *ctx, ColourDevice &device, std::size_t more)
-{
-    std::size_t bytes = more;
-    for (const KeptImage &image : device.images) {
-        if (image.derived != nullptr && image.derived->super.kept != nullptr) {
-            bytes += bytesOf(ctx, image.derived->super.kept);
-        }
-    }
-    if (bytes <= device.mostKeptBytes) {
-        return;
-    }
-    for (const KeptImage &image : device.images) {
-        if (image.derived != nullptr) {
-            fz_drop_pixmap(ctx, image.derived->super.kept);
-            image.derived->super.kept = nullptr;
-        }
-    }
-}
-
-/// More of the image than the part that was asked for, from what is kept if that is enough.
-///
-/// An image of which each pass gets another part would be decoded anew for every one of them, and
-/// MuPDF fits each part to the pixels of the page by itself, which shows where they meet.
-fz_pixmap *keptPixels(fz_context *ctx, PageImage &image, fz_irect &subarea, int width, int height,
-                      int &l2factor)
-{
-    const int wanted = l2factor;
-    if (image.super.kept == nullptr || image.keptFactor != wanted ||
-        !contains(image.keptArea, subarea)) {
-        fz_drop_pixmap(ctx, image.super.kept);
-        image.super.kept = nullptr;
-        fz_irect area = areaToKeep(ctx, image, subarea, wanted);
-        image.lastArea = subarea;
-        makeRoom(ctx, *image.keeper, decodedBytes(ctx, image, area, wanted));
-        fz_pixmap *pixels = newPixels(ctx, image, &area, width, height, &l2factor);
-        subarea = area;
-        if (l2factor > 0) {
-            // MuPDF makes them smaller in their own memory.
-            return pixels;
-        }
-        image.super.kept = pixels;
-        image.keptArea = area;
-        image.keptFactor = wanted;
-    }
-    l2factor = 0;
-    subarea = image.keptArea;
-    return fz_keep_pixmap(ctx, image.super.kept);
-}
-
-fz_pixmap *getPagePixmap(fz_context *ctx, fz_image *given, fz_irect *subarea, int width, int height,
-                         int *l2factor)
-{
-    auto &image = *reinterpret_cast<PageImage *>(given);
-    if (image.keeper == nullptr || subarea == nullptr || l2factor == nullptr) {
-        return newPixels(ctx, image, subarea, width, height, l2factor);
-    }
-    return keptPixels(ctx, image, *subarea, width, height, *l2factor);
-}
-
-PageImage *newPageImage(fz_context *ctx, ColourDevice &device, fz_image *original,
-                        const ColourTransform *transform)
-{
-    DerivedImage *created =
-        newDerivedImage(ctx, original, transform != nullptr, sizeof(PageImage), &getPagePixmap);
-    auto *image = reinterpret_cast<PageImage *>(created);
-    image->transform = transform;
-    image->keeper = device.mostKeptBytes > 0 ? &device : nullptr;
-    return image;
-}
-
-void dropImage(fz_context *ctx, const KeptImage &image)
-{
-    fz_drop_image(ctx, image.original);
-    if (image.derived != nullptr) {
-        // The store may hold it for longer than the device lives.
-        image.derived->keeper = nullptr;
-        fz_drop_image(ctx, &image.derived->super.super);
-    }
-}
-
-/// The image to hand on for `image` when its colours need `transform`: borrowed, itself where
-/// nothing has to be done about it.
-fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image,
-                   const ColourTransform *transform)
-{
-    if (transform == nullptr && (device.mostKeptBytes == 0 || isDecoded(image))) {
-        return image;
-    }
-    for (const KeptImage &kept : device.images) {
-        if (kept.original == image && kept.transform == transform) {
-            return &kept.derived->super.super;
-        }
-    }
-    PageImage *derived = newPageImage(ctx, device, image, transform);
-    KeptImage &slot = device.images[device.nextImage];
-    dropImage(ctx, slot);
-    slot = {fz_keep_image(ctx, image), transform, derived};
-    device.nextImage = (device.nextImage + 1) % kKeptImages;
-    return &derived->super.super;
-}
-
 void fillPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd, fz_matrix ctm,
               fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
@@ -511,7 +207,7 @@ void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ct
 {
     const PaintColour paint(ctx, self(dev), space, colour);
     fz_device *next = target(dev);
-    if (self(dev).mostKeptBytes > 0) {
+    if (self(dev).images->comeAgain()) {
         fillTextInPart(ctx, self(dev), next, text, ctm, paint, alpha, params);
     } else {
         fz_fill_text(ctx, next, text, ctm, paint.space, paint.values, alpha, params);
@@ -613,7 +309,7 @@ void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, 
 {
     fz_device *next = target(dev);
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
-    fz_fill_image(ctx, next, imageFor(ctx, self(dev), image, transform), ctm, alpha, params);
+    fz_fill_image(ctx, next, self(dev).images->imageFor(ctx, image, transform), ctm, alpha, params);
 }
 
 void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm,
@@ -621,14 +317,14 @@ void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix c
 {
     const PaintColour paint(ctx, self(dev), space, colour);
     fz_device *next = target(dev);
-    fz_fill_image_mask(ctx, next, imageFor(ctx, self(dev), image, nullptr), ctm, paint.space,
+    fz_fill_image_mask(ctx, next, self(dev).images->imageFor(ctx, image, nullptr), ctm, paint.space,
                        paint.values, alpha, params);
 }
 
 void clipImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, fz_rect scissor)
 {
     fz_device *next = target(dev);
-    fz_clip_image_mask(ctx, next, imageFor(ctx, self(dev), image, nullptr), ctm, scissor);
+    fz_clip_image_mask(ctx, next, self(dev).images->imageFor(ctx, image, nullptr), ctm, scissor);
 }
 
 void popClip(fz_context *ctx, fz_device *dev)
@@ -761,9 +457,6 @@ void closeDevice(fz_context *ctx, fz_device *dev)
 void dropDevice(fz_context *ctx, fz_device *dev)
 {
     ColourDevice &own = self(dev);
-    for (const KeptImage &kept : own.images) {
-        dropImage(ctx, kept);
-    }
     fz_drop_default_colorspaces(ctx, own.defaults);
     fz_drop_device(ctx, own.target);
 }
@@ -771,13 +464,13 @@ void dropDevice(fz_context *ctx, fz_device *dev)
 } // namespace
 
 fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
-                           const ColourSpaces &spaces, std::size_t keptBytes, MupdfContext &context,
+                           const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
                            fz_cookie &cookie)
 {
     auto *device = fz_new_derived_device(ctx, ColourDevice);
     device->target = fz_keep_device(ctx, target);
     device->area = fz_rect_from_irect(area);
-    device->mostKeptBytes = keptBytes;
+    device->images = &images;
     device->spaces = &spaces;
     device->context = &context;
     device->cookie = &cookie;
@@ -811,19 +504,6 @@ fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
     calls.begin_layer = &beginLayer;
     calls.end_layer = &endLayer;
     return &calls;
-}
-
-void takeImages(fz_device *device, fz_device *from)
-{
-    ColourDevice &own = self(device);
-    ColourDevice &before = self(from);
-    std::swap(own.images, before.images);
-    std::swap(own.nextImage, before.nextImage);
-    for (const KeptImage &image : own.images) {
-        if (image.derived != nullptr && image.derived->keeper != nullptr) {
-            image.derived->keeper = &own;
-        }
-    }
 }
 
 } // namespace pdfcore

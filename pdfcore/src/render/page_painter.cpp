@@ -40,7 +40,8 @@ void keepSignatureAppearances(fz_context *ctx, pdf_obj *page)
 }
 
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
-               const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie)
+               const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
+               fz_cookie &cookie)
 {
     const int width = image.width();
     const int height = image.height();
@@ -59,8 +60,8 @@ void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
                                          image.bits());
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
         draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours = newColourDevice(ctx, draw, fz_make_irect(0, 0, width, height), spaces, 0, context,
-                                  cookie);
+        colours = newColourDevice(ctx, draw, fz_make_irect(0, 0, width, height), spaces, images,
+                                  context, cookie);
         pdf_run_page(ctx, page, colours, ctm, &cookie);
         fz_close_device(ctx, colours);
     }

@@ -10,6 +10,7 @@ namespace pdfcore {
 
 class ColourSpaces;
 class MupdfContext;
+class PageImages;
 
 /// The format of the images that pages are painted to. Without an alpha channel MuPDF paints
 /// faster, and an image takes a quarter less memory.
@@ -31,6 +32,7 @@ fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height);
 /// stretched to fill it. Throws MuPDF errors; `cookie->abort` is set when the time ran
 /// out.
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
-               const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie);
+               const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
+               fz_cookie &cookie);
 
 } // namespace pdfcore

@@ -11,12 +11,11 @@ namespace pdfcore {
 RecordedPage::RecordedPage(MupdfContext &context, const ColourSpaces &spaces, std::size_t keptBytes)
     : m_context(context)
     , m_spaces(spaces)
-    , m_keptBytes(keptBytes)
+    , m_images(context, keptBytes)
 {}
 
 RecordedPage::~RecordedPage()
 {
-    fz_drop_device(m_context.get(), m_keeper);
     fz_drop_display_list(m_context.get(), m_list);
 }
 
@@ -61,18 +60,14 @@ void RecordedPage::paint(fz_context *ctx, int top, QImage &rows)
         moveDown(pixmap, top);
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
         draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours = newColourDevice(ctx, draw, area, m_spaces, m_keptBytes, m_context, m_cookie);
-        if (m_keeper != nullptr) {
-            takeImages(colours, m_keeper);
-        }
+        colours = newColourDevice(ctx, draw, area, m_spaces, m_images, m_context, m_cookie);
         fz_run_display_list(ctx, m_list, colours, fz_identity,
                             fz_expand_rect(fz_rect_from_irect(area), kPartReach), &m_cookie);
         fz_close_device(ctx, colours);
     }
     fz_always(ctx)
     {
-        fz_drop_device(ctx, m_keeper);
-        m_keeper = colours;
+        fz_drop_device(ctx, colours);
         fz_drop_device(ctx, draw);
         fz_drop_pixmap(ctx, pixmap);
     }

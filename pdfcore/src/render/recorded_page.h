@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/src/render/page_images.h"
+
 #include <QImage>
 #include <QSize>
 
@@ -40,10 +42,9 @@ public:
 private:
     MupdfContext &m_context;
     const ColourSpaces &m_spaces;
-    std::size_t m_keptBytes;
+    PageImages m_images;
     fz_cookie m_cookie{};
     fz_display_list *m_list = nullptr;
-    fz_device *m_keeper = nullptr; ///< Painted the last rows and keeps the images for the next.
 };
 
 } // namespace pdfcore

@@ -6,6 +6,7 @@
 #include "pdfcore/src/qpdf/password_candidates.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/render/page_bands.h"
+#include "pdfcore/src/render/page_images.h"
 #include "pdfcore/src/render/page_painter.h"
 #include "pdfcore/src/render/recorded_page.h"
 
@@ -373,11 +374,12 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
         return {};
     }
     fz_cookie cookie{};
+    PageImages images(m_context);
     const bool painted = work(
         pageBudget(m_budgets, targetSize, targetSize), cookie,
         [&](fz_context *ctx) {
             withPage(ctx, pageIndex, [&](pdf_page *page) {
-                paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);
+                paintPage(ctx, page, rotation, image, *m_colourSpaces, images, m_context, cookie);
             });
         },
         outcome);
