@@ -28,7 +28,7 @@ namespace {
 
 constexpr int kRuns = 3;
 constexpr double kMemoryLimitMiB = 300;
-constexpr double kTimeLimit = 4;
+constexpr double kTimeLimit = 3;
 constexpr int kTimeout = 600'000;
 
 struct Sheet

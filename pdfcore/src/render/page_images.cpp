@@ -71,7 +71,7 @@ fz_pixmap *newPixels(fz_context *ctx, PageImage &image, fz_irect *subarea, int w
 /// Bytes of a pixel of the image once it is decoded, at most.
 std::size_t bytesPerPixel(fz_context *ctx, const PageImage &image)
 {
-    constexpr int kAlpha = 1;
+    constexpr std::size_t kAlpha = 1;
     int components = 3;
     if (image.transform == nullptr) {
         fz_colorspace *space = colourSpaceOf(image.super.original);
@@ -79,7 +79,7 @@ std::size_t bytesPerPixel(fz_context *ctx, const PageImage &image)
                                       : std::max(fz_colorspace_n(ctx, space),
                                                  fz_colorspace_n(ctx, baseOf(space)));
     }
-    return static_cast<std::size_t>(components + kAlpha);
+    return static_cast<std::size_t>(components) + kAlpha;
 }
 
 /// Bytes of an area of the image, smaller by a power of two.

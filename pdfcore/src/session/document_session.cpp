@@ -29,7 +29,7 @@ namespace {
 constexpr std::size_t kGroupBytes = 16;
 
 /// Pixels up to which a page has the usual time: A4 paper at 300 dpi.
-constexpr qint64 kUsualPixels = 2480 * 3508;
+constexpr qint64 kUsualPixels = qint64{2480} * 3508;
 
 /// Kids of one node from which reading them is shared between two threads.
 constexpr std::size_t kManyKids = 2000;
