@@ -12,6 +12,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// Why an operation of the engine failed. The values are stable.
 enum class PdfBackendError : qint32 {
     None = 0,             ///< No error.
@@ -75,6 +77,11 @@ struct PdfSaveOutcome
     QString message; ///< The engine's reason on failure.
 };
 
+/// Takes a band of a page: `band` has the width of the page, and its first row is row `top` of it.
+/// The pixels are there during the call only; what is to be kept is to be copied (QImage::copy()).
+/// Returns whether the next band is wanted.
+using PdfPageBandSink = std::function<bool(const QImage &band, int top)>;
+
 /// The PDF engine: reads, renders and writes PDF files.
 ///
 /// All operations are static, keep no state that a caller could notice and may be called from any
@@ -104,6 +111,24 @@ public:
     /// FileNotFound also when it does not hold the revision that the page names.
     static QImage renderPage(const PdfSourcePage &page, QSize targetSize, PdfBackendError *error,
                              QString *message);
+
+    /// Renders one page as renderPage() does, but hands it over in bands from the top to the
+    /// bottom, so that a page of any size takes little memory: for sheets of paper at the
+    /// resolution of a printer, of which there is never the whole in memory.
+    ///
+    /// A band begins with the last `overlap` rows of the one before, fewer where the bands are as
+    /// low as that, so that what is drawn smaller or with smooth edges shows no line between them.
+    /// `sink` is called on the calling thread, as long as it returns true; this is where to stop a
+    /// page that is not wanted any more. It must not wait for a save of the file that the page is
+    /// in, which waits for the page.
+    ///
+    /// Returns whether the page was handed over to its end: false on failure, after which some
+    /// bands may have been handed over, and without an error when the sink returned false. The page
+    /// is interpreted once. A page that takes too long or too much memory fails; the more pixels,
+    /// the more time it has, and what the sink takes does not count. Errors: those of renderPage().
+    static bool renderPageInBands(const PdfSourcePage &page, QSize targetSize, int overlap,
+                                  const PdfPageBandSink &sink, PdfBackendError *error,
+                                  QString *message);
 
     /// Renders page i at size i, in order. Both lists have the same length.
     ///

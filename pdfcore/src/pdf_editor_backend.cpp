@@ -4,6 +4,7 @@
 #include "pdfcore/src/base/engine_error.h"
 #include "pdfcore/src/save/document_writer.h"
 #include "pdfcore/src/save/parts_writer.h"
+#include "pdfcore/src/session/band_renderer.h"
 #include "pdfcore/src/session/batch_renderer.h"
 #include "pdfcore/src/session/engine.h"
 
@@ -60,6 +61,20 @@ QImage PdfEditorBackend::renderPage(const PdfSourcePage &page, QSize targetSize,
     });
     pdfcore::report(outcome, error, message);
     return outcome.isError() ? QImage() : image;
+}
+
+bool PdfEditorBackend::renderPageInBands(const PdfSourcePage &page, QSize targetSize, int overlap,
+                                         const PdfPageBandSink &sink, PdfBackendError *error,
+                                         QString *message)
+{
+    bool complete = false;
+    const EngineError outcome = guarded(PdfBackendError::RenderFailed, [&] {
+        EngineError step;
+        complete = pdfcore::renderBands(page, targetSize, overlap, sink, &step);
+        return step;
+    });
+    pdfcore::report(outcome, error, message);
+    return complete && !outcome.isError();
 }
 
 QList<QImage> PdfEditorBackend::renderPages(const QList<PdfSourcePage> &pages,

@@ -54,6 +54,7 @@ public:
     {
         switch (outcome) {
         case PagePrinter::Outcome::Printed:
+        case PagePrinter::Outcome::Cancelled:
             break;
         case PagePrinter::Outcome::NotStarted:
             ModernMessageBox::showError(parent, tr("打印失败"), tr("无法启动打印任务。"),

@@ -16,7 +16,9 @@ std::size_t derivedImageSize(fz_context *ctx, fz_image *image)
 
 void dropDerivedImage(fz_context *ctx, fz_image *image)
 {
-    fz_drop_image(ctx, reinterpret_cast<DerivedImage *>(image)->original);
+    auto *derived = reinterpret_cast<DerivedImage *>(image);
+    fz_drop_pixmap(ctx, derived->kept);
+    fz_drop_image(ctx, derived->original);
 }
 
 #if QUILLORA_MUPDF_SINCE(28)
@@ -330,16 +332,19 @@ void copyHints(fz_device *device, const fz_device *from)
     device->flags = from->flags;
 }
 
-DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, std::size_t size,
+DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, bool isRgb, std::size_t size,
                               ImagePixels *pixels)
 {
-    fz_image *created = fz_new_image_of_size(
-        ctx, original->w, original->h, 8, fz_device_rgb(ctx), original->xres, original->yres,
-        original->interpolate, 0, nullptr, nullptr, original->mask, size, pixels, &derivedImageSize,
+    constexpr int kByteSamples = 8;
+    fz_image *created =
+        fz_new_image_of_size(ctx, original->w, original->h, isRgb ? kByteSamples : original->bpc,
+                             isRgb ? fz_device_rgb(ctx) : original->colorspace, original->xres,
+                             original->yres, original->interpolate, isRgb ? 0 : original->imagemask,
+                             nullptr, nullptr, original->mask, size, pixels, &derivedImageSize,
 #if QUILLORA_MUPDF_SINCE(28)
-        &derivedImageDigest,
+                             &derivedImageDigest,
 #endif
-        &dropDerivedImage);
+                             &dropDerivedImage);
     auto *derived = reinterpret_cast<DerivedImage *>(created);
     derived->original = fz_keep_image(ctx, original);
     created->orientation = original->orientation;
@@ -350,6 +355,21 @@ fz_pixmap *originalPixels(fz_context *ctx, DerivedImage *image, fz_irect *area, 
                           int height, int *l2factor)
 {
     return image->original->get_pixmap(ctx, image->original, area, width, height, l2factor);
+}
+
+bool isDecoded(const fz_image *image)
+{
+    return image->decoded != 0 || image->scalable != 0;
+}
+
+fz_irect wholeOf(const fz_image *image)
+{
+    return fz_make_irect(0, 0, image->w, image->h);
+}
+
+void moveDown(fz_pixmap *pixmap, int row)
+{
+    pixmap->y = row;
 }
 
 } // namespace pdfcore

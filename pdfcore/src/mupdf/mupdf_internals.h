@@ -141,21 +141,35 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
 /// tells what a device does without. Does not throw.
 void copyHints(fz_device *device, const fz_device *from);
 
-/// Makes an image of `Image` that has the size, the mask and the place of `original` but other
-/// pixels, in RGB. All releases: the interface makes images from pixels only, which would decode
-/// them all at once. `Image` begins with an fz_image and a pointer to its original, which it owns.
-/// Since 1.28 an image has a digest too.
+/// Makes an image of `Image` that has the size, the mask and the place of `original` but pixels of
+/// its own, in RGB (`isRgb`) or in the form that the original has. All releases: the interface
+/// makes images from pixels only, which would decode them all at once. `Image` begins with a
+/// DerivedImage, which owns its original and the pixels it keeps. Since 1.28 an image has a digest
+/// too.
 struct DerivedImage
 {
     fz_image super;
     fz_image *original;
+    fz_pixmap *kept; ///< Null: none.
 };
 using ImagePixels = fz_pixmap *(fz_context *, fz_image *, fz_irect *, int, int, int *);
-DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, std::size_t size,
+DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, bool isRgb, std::size_t size,
                               ImagePixels *pixels);
 
 /// The pixels of the original of an image, as MuPDF would get them for the image itself.
 fz_pixmap *originalPixels(fz_context *ctx, DerivedImage *image, fz_irect *area, int width,
                           int height, int *l2factor);
+
+/// Whether an image is held as pixels, or as what can be drawn in any size, so that nothing is
+/// gained by keeping it. All releases: there is no function for it. Does not throw.
+[[nodiscard]] bool isDecoded(const fz_image *image);
+
+/// All pixels of an image. All releases: there is no function for its size. Does not throw.
+[[nodiscard]] fz_irect wholeOf(const fz_image *image);
+
+/// Lets a pixmap of one's own memory begin in row `row` of what is painted. All releases: such a
+/// pixmap begins in the first one, and moving what is painted instead would round it differently.
+/// Does not throw.
+void moveDown(fz_pixmap *pixmap, int row);
 
 } // namespace pdfcore

@@ -4,12 +4,13 @@
 #include "pdfcore/src/mupdf/mupdf_context.h"
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/render/colour_spaces.h"
+#include "pdfcore/src/render/page_images.h"
+#include "pdfcore/src/render/rgb_pixmap.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 
 namespace pdfcore {
 
@@ -27,22 +28,6 @@ constexpr double kMaxTilePixels = 5e9;
 /// Pixels for which placing a tile counts, however small it is.
 constexpr double kPixelsPerTile = 20;
 
-/// Images whose converted form is kept while a page is painted.
-constexpr std::size_t kKeptImages = 16;
-
-struct ConvertedImage
-{
-    DerivedImage super;
-    const ColourTransform *transform;
-};
-
-struct KeptImage
-{
-    fz_image *original;
-    const ColourTransform *transform;
-    fz_image *converted;
-};
-
 struct ColourDevice
 {
     fz_device super;
@@ -54,8 +39,7 @@ struct ColourDevice
     fz_rect area;
     unsigned callsUntilClock;
     unsigned maskDepth; ///< Masks that are being made, from the first by luminosity on.
-    std::array<KeptImage, kKeptImages> images;
-    std::size_t nextImage;
+    PageImages *images;
 };
 
 ColourDevice &self(fz_device *device)
@@ -145,137 +129,6 @@ struct PaintColour
     }
 };
 
-/// Where component `component` of pixel `pixel` stands in packed pixels of `components` each.
-constexpr std::size_t indexOf(int pixel, int components, int component)
-{
-    return static_cast<std::size_t>(pixel) * static_cast<std::size_t>(components) +
-           static_cast<std::size_t>(component);
-}
-
-/// Converts `source`, whose colorants are those of `transform`, to a new RGB pixmap.
-fz_pixmap *newRgbPixmap(fz_context *ctx, const fz_pixmap *source, const ColourTransform &transform)
-{
-    auto *mutableSource = const_cast<fz_pixmap *>(source);
-    const fz_irect box = fz_pixmap_bbox(ctx, source);
-    const int alpha = fz_pixmap_alpha(ctx, source);
-    fz_pixmap *rgb = fz_new_pixmap_with_bbox(ctx, fz_device_rgb(ctx), box, nullptr, alpha);
-
-    const int width = fz_pixmap_width(ctx, mutableSource);
-    const int height = fz_pixmap_height(ctx, mutableSource);
-    const int sourceComponents = fz_pixmap_components(ctx, mutableSource);
-    const unsigned char *from = fz_pixmap_samples(ctx, mutableSource);
-    const std::ptrdiff_t fromStride = fz_pixmap_stride(ctx, mutableSource);
-    unsigned char *to = fz_pixmap_samples(ctx, rgb);
-    const std::ptrdiff_t toStride = fz_pixmap_stride(ctx, rgb);
-
-    if (alpha == 0) {
-        for (int y = 0; y < height; ++y) {
-            transform.convertPixels(from + y * fromStride, to + y * toStride,
-                                    static_cast<std::size_t>(width));
-        }
-        return rgb;
-    }
-    // Colours are premultiplied: undo that, convert and multiply again.
-    constexpr int kStrip = 256;
-    const int colorants = sourceComponents - 1;
-    std::array<unsigned char, std::size_t{kStrip} * 4> plain{};
-    std::array<unsigned char, std::size_t{kStrip} * 3> converted{};
-    for (int y = 0; y < height; ++y) {
-        const unsigned char *row = from + y * fromStride;
-        unsigned char *out = to + y * toStride;
-        for (int x = 0; x < width; x += kStrip) {
-            const int count = std::min(kStrip, width - x);
-            for (int i = 0; i < count; ++i) {
-                const unsigned char *pixel =
-                    row + static_cast<std::ptrdiff_t>(x + i) * sourceComponents;
-                const int a = pixel[colorants];
-                for (int c = 0; c < colorants; ++c) {
-                    plain[indexOf(i, colorants, c)] =
-                        static_cast<unsigned char>(a == 0 ? 0 : std::min(255, pixel[c] * 255 / a));
-                }
-            }
-            transform.convertPixels(plain.data(), converted.data(),
-                                    static_cast<std::size_t>(count));
-            for (int i = 0; i < count; ++i) {
-                const int a =
-                    row[static_cast<std::ptrdiff_t>(x + i) * sourceComponents + colorants];
-                unsigned char *pixel = out + static_cast<std::ptrdiff_t>(x + i) * 4;
-                for (int c = 0; c < 3; ++c) {
-                    pixel[c] = static_cast<unsigned char>(converted[indexOf(i, 3, c)] * a / 255);
-                }
-                pixel[3] = static_cast<unsigned char>(a);
-            }
-        }
-    }
-    return rgb;
-}
-
-fz_pixmap *getConvertedPixmap(fz_context *ctx, fz_image *image, fz_irect *subarea, int width,
-                              int height, int *l2factor)
-{
-    auto &own = *reinterpret_cast<ConvertedImage *>(image);
-    fz_pixmap *decoded = originalPixels(ctx, &own.super, subarea, width, height, l2factor);
-    fz_pixmap *base = nullptr;
-    fz_pixmap *rgb = nullptr;
-    fz_var(base);
-    fz_var(rgb);
-    fz_try(ctx)
-    {
-        fz_colorspace *space = fz_pixmap_colorspace(ctx, decoded);
-        fz_pixmap *source = decoded;
-        if (baseOf(space) != space) {
-            base = fz_convert_pixmap(ctx, decoded, baseOf(space), nullptr, nullptr,
-                                     fz_default_color_params, 1);
-            source = base;
-        }
-        if (own.transform->components() == fz_pixmap_colorants(ctx, source)) {
-            rgb = newRgbPixmap(ctx, source, *own.transform);
-        } else {
-            rgb = fz_convert_pixmap(ctx, source, fz_device_rgb(ctx), nullptr, nullptr,
-                                    fz_default_color_params, 1);
-        }
-    }
-    fz_always(ctx)
-    {
-        fz_drop_pixmap(ctx, base);
-        fz_drop_pixmap(ctx, decoded);
-    }
-    fz_catch(ctx)
-    {
-        fz_rethrow(ctx);
-    }
-    return rgb;
-}
-
-fz_image *newConvertedImage(fz_context *ctx, fz_image *original, const ColourTransform *transform)
-{
-    DerivedImage *created =
-        newDerivedImage(ctx, original, sizeof(ConvertedImage), &getConvertedPixmap);
-    reinterpret_cast<ConvertedImage *>(created)->transform = transform;
-    return &created->super;
-}
-
-/// The image to hand on for `image`: borrowed, itself where no conversion is needed.
-fz_image *imageFor(fz_context *ctx, ColourDevice &device, fz_image *image)
-{
-    const ColourTransform *transform = transformFor(ctx, device, colourSpaceOf(image));
-    if (transform == nullptr) {
-        return image;
-    }
-    for (const KeptImage &kept : device.images) {
-        if (kept.original == image && kept.transform == transform) {
-            return kept.converted;
-        }
-    }
-    fz_image *converted = newConvertedImage(ctx, image, transform);
-    KeptImage &slot = device.images[device.nextImage];
-    fz_drop_image(ctx, slot.original);
-    fz_drop_image(ctx, slot.converted);
-    slot = {fz_keep_image(ctx, image), transform, converted};
-    device.nextImage = (device.nextImage + 1) % kKeptImages;
-    return converted;
-}
-
 void fillPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd, fz_matrix ctm,
               fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
@@ -303,11 +156,62 @@ void clipStrokePath(fz_context *ctx, fz_device *dev, const fz_path *path,
     fz_clip_stroke_path(ctx, target(dev), path, stroke, ctm, scissor);
 }
 
+/// Adds the glyphs of `text` that may be seen in `seen` to `part`.
+void addGlyphs(fz_context *ctx, fz_text *part, const fz_text *text, fz_matrix ctm, fz_rect seen)
+{
+    for (const fz_text_span *span = text->head; span != nullptr; span = span->next) {
+        fz_matrix place = span->trm;
+        for (int i = 0; i < span->len; ++i) {
+            const fz_text_item &item = span->items[i];
+            place.e = item.x;
+            place.f = item.y;
+            if (item.gid < 0) {
+                continue;
+            }
+            const fz_rect bounds = fz_bound_glyph(ctx, span->font, item.gid, fz_concat(place, ctm));
+            if (fz_is_empty_rect(fz_intersect_rect(bounds, seen)) == 0) {
+                fz_show_glyph(ctx, part, span->font, place, item.gid, item.ucs,
+                              static_cast<int>(span->wmode), static_cast<int>(span->bidi_level),
+                              static_cast<fz_bidi_direction>(span->markup_dir),
+                              static_cast<fz_text_language>(span->language));
+            }
+        }
+    }
+}
+
+/// Fills the glyphs of a text that the current part of a page shows. The whole text of a page may
+/// be a single one, and going through all large glyphs takes longer than painting some of them.
+void fillTextInPart(fz_context *ctx, ColourDevice &device, fz_device *next, const fz_text *text,
+                    fz_matrix ctm, const PaintColour &paint, float alpha, fz_color_params params)
+{
+    fz_text *part = fz_new_text(ctx);
+    fz_try(ctx)
+    {
+        addGlyphs(ctx, part, text, ctm, fz_expand_rect(device.area, kPartReach));
+        if (part->head != nullptr) {
+            fz_fill_text(ctx, next, part, ctm, paint.space, paint.values, alpha, params);
+        }
+    }
+    fz_always(ctx)
+    {
+        fz_drop_text(ctx, part);
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+}
+
 void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ctm,
               fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_fill_text(ctx, target(dev), text, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    if (self(dev).images->comeAgain()) {
+        fillTextInPart(ctx, self(dev), next, text, ctm, paint, alpha, params);
+    } else {
+        fz_fill_text(ctx, next, text, ctm, paint.space, paint.values, alpha, params);
+    }
 }
 
 void strokeText(fz_context *ctx, fz_device *dev, const fz_text *text, const fz_stroke_state *stroke,
@@ -404,19 +308,23 @@ void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    fz_fill_image(ctx, next, imageFor(ctx, self(dev), image), ctm, alpha, params);
+    const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
+    fz_fill_image(ctx, next, self(dev).images->imageFor(ctx, image, transform), ctm, alpha, params);
 }
 
 void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm,
                    fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_fill_image_mask(ctx, target(dev), image, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    fz_fill_image_mask(ctx, next, self(dev).images->imageFor(ctx, image, nullptr), ctm, paint.space,
+                       paint.values, alpha, params);
 }
 
 void clipImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, fz_rect scissor)
 {
-    fz_clip_image_mask(ctx, target(dev), image, ctm, scissor);
+    fz_device *next = target(dev);
+    fz_clip_image_mask(ctx, next, self(dev).images->imageFor(ctx, image, nullptr), ctm, scissor);
 }
 
 void popClip(fz_context *ctx, fz_device *dev)
@@ -549,10 +457,6 @@ void closeDevice(fz_context *ctx, fz_device *dev)
 void dropDevice(fz_context *ctx, fz_device *dev)
 {
     ColourDevice &own = self(dev);
-    for (const KeptImage &kept : own.images) {
-        fz_drop_image(ctx, kept.original);
-        fz_drop_image(ctx, kept.converted);
-    }
     fz_drop_default_colorspaces(ctx, own.defaults);
     fz_drop_device(ctx, own.target);
 }
@@ -560,11 +464,13 @@ void dropDevice(fz_context *ctx, fz_device *dev)
 } // namespace
 
 fz_device *newColourDevice(fz_context *ctx, fz_device *target, fz_irect area,
-                           const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie)
+                           const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
+                           fz_cookie &cookie)
 {
     auto *device = fz_new_derived_device(ctx, ColourDevice);
     device->target = fz_keep_device(ctx, target);
     device->area = fz_rect_from_irect(area);
+    device->images = &images;
     device->spaces = &spaces;
     device->context = &context;
     device->cookie = &cookie;

@@ -8,9 +8,6 @@
 
 namespace pdfcore {
 
-namespace {
-
-/// Maps page space to a `width` × `height` image after turning it clockwise.
 fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height)
 {
     fz_matrix matrix = fz_translate(-bounds.x0, -bounds.y0);
@@ -22,8 +19,6 @@ fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height)
     return fz_concat(matrix, fz_scale(static_cast<float>(width) / pageWidth,
                                       static_cast<float>(height) / pageHeight));
 }
-
-} // namespace
 
 void keepSignatureAppearances(fz_context *ctx, pdf_obj *page)
 {
@@ -45,7 +40,8 @@ void keepSignatureAppearances(fz_context *ctx, pdf_obj *page)
 }
 
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
-               const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie)
+               const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
+               fz_cookie &cookie)
 {
     const int width = image.width();
     const int height = image.height();
@@ -64,8 +60,8 @@ void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
                                          image.bits());
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
         draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours =
-            newColourDevice(ctx, draw, fz_make_irect(0, 0, width, height), spaces, context, cookie);
+        colours = newColourDevice(ctx, draw, fz_make_irect(0, 0, width, height), spaces, images,
+                                  context, cookie);
         pdf_run_page(ctx, page, colours, ctm, &cookie);
         fz_close_device(ctx, colours);
     }

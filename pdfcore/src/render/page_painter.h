@@ -10,6 +10,7 @@ namespace pdfcore {
 
 class ColourSpaces;
 class MupdfContext;
+class PageImages;
 
 /// The format of the images that pages are painted to. Without an alpha channel MuPDF paints
 /// faster, and an image takes a quarter less memory.
@@ -20,6 +21,10 @@ inline constexpr QImage::Format kPageImageFormat = QImage::Format_RGB888;
 /// memory.
 void keepSignatureAppearances(fz_context *ctx, pdf_obj *page);
 
+/// Maps the space of a page with these bounds, turned clockwise by `rotation` degrees, to an image
+/// of `width` × `height` pixels.
+fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height);
+
 /// Paints `page` with annotations and form fields over the whole of `image`, straight into its
 /// memory.
 ///
@@ -27,6 +32,7 @@ void keepSignatureAppearances(fz_context *ctx, pdf_obj *page);
 /// stretched to fill it. Throws MuPDF errors; `cookie->abort` is set when the time ran
 /// out.
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
-               const ColourSpaces &spaces, MupdfContext &context, fz_cookie &cookie);
+               const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
+               fz_cookie &cookie);
 
 } // namespace pdfcore

@@ -18,7 +18,7 @@ namespace pdfcore {
 
 namespace {
 
-/// Pixels of the largest image that is made: 2 GiB of memory, enough for A2 paper at 1200 dpi.
+/// Pixels of the largest image that is made at once, 1.5 GiB of memory. Larger ones come in bands.
 constexpr qint64 kMaxPixels = qint64{1} << 29;
 
 QString cancelledMessage()
@@ -114,16 +114,6 @@ private:
     QString m_password;
 };
 
-/// Has a slot of the engine for as long as it lives.
-class SlotInUse
-{
-public:
-    SlotInUse() = default;
-    ~SlotInUse() { Engine::instance().renderSlots().giveBack(); }
-    SlotInUse(const SlotInUse &) = delete;
-    SlotInUse &operator=(const SlotInUse &) = delete;
-};
-
 /// A batch that several threads work off together. The lists are large enough before they start,
 /// and each thread writes to elements of its own.
 class SharedBatch
@@ -200,15 +190,15 @@ void renderBatch(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &pages,
         batch.giveUp();
         return;
     }
-    const SlotInUse slot;
+    const RenderSlot slot(renderSlots);
     std::vector<std::thread> helpers;
     const auto most =
         static_cast<std::size_t>(std::min<qsizetype>(pages.size(), kMostRenderThreads) - 1);
     helpers.reserve(most);
     while (helpers.size() < most && renderSlots.tryTake()) {
         try {
-            helpers.emplace_back([&batch] {
-                const SlotInUse own;
+            helpers.emplace_back([&batch, &renderSlots] {
+                const RenderSlot own(renderSlots);
                 batch.help();
             });
         } catch (const std::system_error &) {
@@ -225,8 +215,9 @@ void renderBatch(const PdfCancelFlag &cancel, const QList<PdfSourcePage> &pages,
 
 QImage renderOne(const PdfSourcePage &page, QSize size, EngineError *outcome)
 {
-    Engine::instance().renderSlots().force();
-    const SlotInUse slot;
+    RenderSlots &renderSlots = Engine::instance().renderSlots();
+    renderSlots.force();
+    const RenderSlot slot(renderSlots);
     return BatchRenderer(PdfCancelFlag()).render(page, size, outcome);
 }
 

@@ -5,11 +5,15 @@
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/qpdf/password_candidates.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/render/page_bands.h"
+#include "pdfcore/src/render/page_images.h"
 #include "pdfcore/src/render/page_painter.h"
+#include "pdfcore/src/render/recorded_page.h"
 
 #include <QFile>
 
 #include <algorithm>
+#include <cmath>
 #include <future>
 #include <string>
 #include <system_error>
@@ -23,6 +27,9 @@ namespace {
 /// Bytes that nested transparency groups may need for each pixel of the target, on top of the
 /// budget: four copies with an alpha channel.
 constexpr std::size_t kGroupBytes = 16;
+
+/// Pixels up to which a page has the usual time: A4 paper at 300 dpi.
+constexpr qint64 kUsualPixels = qint64{2480} * 3508;
 
 /// Kids of one node from which reading them is shared between two threads.
 constexpr std::size_t kManyKids = 2000;
@@ -57,6 +64,14 @@ void dropBrokenObjects(fz_context *ctx, pdf_document *document)
             pdf_delete_object(ctx, document, number);
         }
     }
+}
+
+EngineError noMemoryFor(QSize size)
+{
+    return {PdfBackendError::RenderFailed,
+            QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
+                .arg(size.width())
+                .arg(size.height())};
 }
 
 } // namespace
@@ -220,7 +235,7 @@ std::optional<PageTree> DocumentSession::collectPages(bool *hasTree, QString *re
     std::vector<PageTreeKid> rootKids = readManyKids();
     PageTree tree;
     bool walked = walkPageTree(m_context, m_document, rootKids, &tree, hasTree, reason);
-    if (!rootKids.empty() && pdf_was_repaired(m_context.get(), m_document) != repairsBefore) {
+    if (pdf_was_repaired(m_context.get(), m_document) != repairsBefore) {
         // What was read before the repair may be other objects now.
         tree = {};
         walked = walkPageTree(m_context, m_document, {}, &tree, hasTree, reason);
@@ -275,55 +290,29 @@ std::vector<PageTreeKid> DocumentSession::readManyKids()
     return kids;
 }
 
-QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome,
-                               const std::atomic<bool> *cancelled)
+WorkBudget DocumentSession::pageBudget(const SessionBudgets &budgets, QSize targetSize,
+                                       QSize imageSize)
 {
-    if (pageIndex < 0 || pageIndex >= pageCount()) {
-        *outcome = {PdfBackendError::RenderFailed,
-                    QStringLiteral("The file has no page %1.").arg(qint64{pageIndex} + 1)};
-        return {};
+    WorkBudget budget = budgets.page;
+    budget.bytes += kGroupBytes * static_cast<std::size_t>(imageSize.width()) *
+                    static_cast<std::size_t>(imageSize.height());
+    const qint64 pixels = qint64{targetSize.width()} * targetSize.height();
+    if (pixels > kUsualPixels) {
+        const double growth = static_cast<double>(pixels) / kUsualPixels;
+        budget.time = std::chrono::milliseconds(
+            std::llround(static_cast<double>(budget.time.count()) * growth));
     }
-    QImage image(targetSize, kPageImageFormat);
-    if (image.isNull()) {
-        *outcome = {PdfBackendError::RenderFailed,
-                    QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
-                        .arg(targetSize.width())
-                        .arg(targetSize.height())};
-        return {};
-    }
+    return budget;
+}
 
-    fz_cookie cookie{};
-    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
+/// Runs `body`, which may throw MuPDF errors, within the budget. False when it failed.
+template <typename Body>
+bool DocumentSession::work(const WorkBudget &budget, const fz_cookie &cookie, Body &&body,
+                           EngineError *outcome)
+{
     QString reason;
-    WorkBudget budget = m_budgets.page;
-    budget.cancelled = cancelled;
-    budget.bytes += kGroupBytes * static_cast<std::size_t>(targetSize.width()) *
-                    static_cast<std::size_t>(targetSize.height());
     m_context.beginWork(budget);
-    const bool painted = m_context.run(
-        [&](fz_context *ctx) {
-            pdf_obj *object = pdf_load_object(ctx, m_document, number);
-            pdf_page *page = nullptr;
-            fz_var(page);
-            fz_try(ctx)
-            {
-                normalisePageBoxes(ctx, object);
-                keepSignatureAppearances(ctx, object);
-                m_colourSpaces->prepare(m_document, object);
-                page = loadPage(ctx, m_document, pageIndex, object, m_pages->pageNumbers);
-                paintPage(ctx, page, rotation, image, *m_colourSpaces, m_context, cookie);
-            }
-            fz_always(ctx)
-            {
-                dropPage(ctx, page);
-                pdf_drop_obj(ctx, object);
-            }
-            fz_catch(ctx)
-            {
-                fz_rethrow(ctx);
-            }
-        },
-        &reason);
+    const bool done = m_context.run(body, &reason);
     BudgetBreach breach = m_context.endWork();
     if (breach == BudgetBreach::None && cookie.abort != 0) {
         breach = BudgetBreach::Time;
@@ -331,14 +320,113 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     if (breach != BudgetBreach::None) {
         m_usable = false;
         *outcome = budgetError(breach, PdfBackendError::RenderFailed);
+        return false;
+    }
+    *outcome = done ? EngineError{} : EngineError{PdfBackendError::RenderFailed, reason};
+    return done;
+}
+
+/// Calls `body` with the page at an index that there is; throws MuPDF errors.
+template <typename Body>
+void DocumentSession::withPage(fz_context *ctx, int pageIndex, Body &&body)
+{
+    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
+    pdf_obj *object = pdf_load_object(ctx, m_document, number);
+    pdf_page *page = nullptr;
+    fz_var(page);
+    fz_try(ctx)
+    {
+        normalisePageBoxes(ctx, object);
+        keepSignatureAppearances(ctx, object);
+        m_colourSpaces->prepare(m_document, object);
+        page = loadPage(ctx, m_document, pageIndex, object, m_pages->pageNumbers);
+        body(page);
+    }
+    fz_always(ctx)
+    {
+        dropPage(ctx, page);
+        pdf_drop_obj(ctx, object);
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+}
+
+bool DocumentSession::hasPage(int pageIndex, EngineError *outcome) const
+{
+    if (pageIndex >= 0 && pageIndex < pageCount()) {
+        return true;
+    }
+    *outcome = {PdfBackendError::RenderFailed,
+                QStringLiteral("The file has no page %1.").arg(qint64{pageIndex} + 1)};
+    return false;
+}
+
+QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome,
+                               const std::atomic<bool> *cancelled)
+{
+    if (!hasPage(pageIndex, outcome)) {
         return {};
     }
-    if (!painted) {
-        *outcome = {PdfBackendError::RenderFailed, reason};
+    QImage image(targetSize, kPageImageFormat);
+    if (image.isNull()) {
+        *outcome = noMemoryFor(targetSize);
         return {};
     }
-    *outcome = {};
-    return image;
+    fz_cookie cookie{};
+    PageImages images(m_context);
+    WorkBudget budget = pageBudget(m_budgets, targetSize, targetSize);
+    budget.cancelled = cancelled;
+    const bool painted = work(
+        budget, cookie,
+        [&](fz_context *ctx) {
+            withPage(ctx, pageIndex, [&](pdf_page *page) {
+                paintPage(ctx, page, rotation, image, *m_colourSpaces, images, m_context, cookie);
+            });
+        },
+        outcome);
+    return painted ? image : QImage();
+}
+
+bool DocumentSession::renderBands(int pageIndex, int rotation, PageBands &bands,
+                                  const PdfPageBandSink &sink, EngineError *outcome)
+{
+    if (!hasPage(pageIndex, outcome)) {
+        return false;
+    }
+    if (!bands.isValid()) {
+        *outcome = noMemoryFor(bands.bandSize());
+        return false;
+    }
+    WorkBudget budget = pageBudget(m_budgets, bands.pageSize(), bands.bandSize());
+    RecordedPage recorded(m_context, *m_colourSpaces, m_budgets.keptImages);
+    // What the sink does with a band does not count.
+    const auto workTimed = [&](auto &&body) {
+        const auto start = std::chrono::steady_clock::now();
+        const bool done = work(budget, recorded.cookie(), body, outcome);
+        budget.time -= std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now() - start);
+        return done;
+    };
+    const bool isRecorded = workTimed([&](fz_context *ctx) {
+        withPage(ctx, pageIndex,
+                 [&](pdf_page *page) { recorded.record(ctx, page, rotation, bands.pageSize()); });
+    });
+    if (!isRecorded) {
+        return false;
+    }
+    while (bands.next()) {
+        QImage rows = bands.newRows();
+        const int top = bands.firstNewRow();
+        if (!workTimed([&](fz_context *ctx) { recorded.paint(ctx, top, rows); })) {
+            return false;
+        }
+        if (!sink(bands.image(), bands.top())) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool DocumentSession::writeRepaired(QIODevice &device)

@@ -22,13 +22,18 @@
 
 namespace pdfcore {
 
+class PageBands;
+
 /// What the work on one document may cost.
 struct SessionBudgets
 {
     /// Opening a file and reading its page sizes.
     WorkBudget open{std::chrono::seconds{20}, std::size_t{1} << 30};
-    /// Rendering one page; a large target gets a multiple of its own size in memory on top.
+    /// Rendering one page. An image gets a multiple of its own size in memory on top, and a page of
+    /// more pixels than one of A4 at 300 dpi as many times as much time.
     WorkBudget page{std::chrono::seconds{20}, std::size_t{512} << 20};
+    /// Bytes of decoded images that a page which is rendered in bands keeps from one to the next.
+    std::size_t keptImages = std::size_t{96} << 20;
 };
 
 /// One open PDF document with a MuPDF context of its own, for reading and rendering.
@@ -66,6 +71,19 @@ public:
     QImage render(int pageIndex, int rotation, QSize targetSize, EngineError *outcome,
                   const std::atomic<bool> *cancelled = nullptr);
 
+    /// Renders a page, turned clockwise by `rotation` degrees, stretched to the size of `bands`,
+    /// and hands one of these after the other to `sink`, until it returns false.
+    ///
+    /// False on failure, with the error in `outcome`, and when the sink wanted no more, without
+    /// one. A page that used up its budget leaves the session unfit for further use.
+    bool renderBands(int pageIndex, int rotation, PageBands &bands, const PdfPageBandSink &sink,
+                     EngineError *outcome);
+
+    /// What rendering a page of `targetSize` pixels may cost when `imageSize` of them are in
+    /// memory.
+    [[nodiscard]] static WorkBudget pageBudget(const SessionBudgets &budgets, QSize targetSize,
+                                               QSize imageSize);
+
     /// Writes the document as it was opened, which may have taken a repair, unencrypted. False when
     /// that fails.
     bool writeRepaired(QIODevice &device);
@@ -83,6 +101,11 @@ private:
     std::optional<PageTree> collectPages(bool *hasTree, QString *reason);
     std::vector<PageTreeKid> readManyKids();
     EngineError usePages();
+    bool hasPage(int pageIndex, EngineError *outcome) const;
+    template <typename Body>
+    bool work(const WorkBudget &budget, const fz_cookie &cookie, Body &&body, EngineError *outcome);
+    template <typename Body>
+    void withPage(fz_context *ctx, int pageIndex, Body &&body);
     EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
 
     FileIdentity m_file;

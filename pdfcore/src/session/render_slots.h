@@ -42,4 +42,19 @@ private:
     std::set<unsigned long long> m_waiting; ///< Tickets, the oldest first.
 };
 
+/// Has a slot that was taken for it, for as long as it lives.
+class RenderSlot final
+{
+public:
+    explicit RenderSlot(RenderSlots &renderSlots)
+        : m_slots(renderSlots)
+    {}
+    ~RenderSlot() { m_slots.giveBack(); }
+    RenderSlot(const RenderSlot &) = delete;
+    RenderSlot &operator=(const RenderSlot &) = delete;
+
+private:
+    RenderSlots &m_slots;
+};
+
 } // namespace pdfcore

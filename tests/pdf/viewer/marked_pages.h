@@ -5,6 +5,7 @@
 #include "tests/support/pdf_fixture.h"
 
 #include <QByteArray>
+#include <QImage>
 #include <QList>
 #include <QString>
 
@@ -27,6 +28,8 @@ inline constexpr Mark kUnreadable{-2, 0};
 /// A document of `count` pages that are numbered from `first`.
 [[nodiscard]] QByteArray document(int first, int count);
 
+/// The mark of a page by its picture.
+[[nodiscard]] Mark markOf(const QImage &image);
 /// The marks of pages as the engine renders them.
 [[nodiscard]] QList<Mark> marksOf(const QList<PdfSourcePage> &pages);
 /// The marks of the pages of a file as it is now; empty if it does not open.

@@ -9,6 +9,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QPageSize>
 #include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
@@ -45,6 +46,31 @@ QString complaints(const QString &path, const QString &password = {})
         return process.errorString();
     }
     return process.exitCode() == 0 ? QString() : QString::fromUtf8(process.readAll());
+}
+
+/// The marks on the sheets of a printed file, of which those of pages that lie on their side are
+/// filled in the middle only.
+QList<Mark> printedMarks(const QString &path, const QList<Mark> &expected)
+{
+    PdfDocumentInfo info;
+    if (!PdfEditorBackend::inspectDocument(path, {}, &info, nullptr, nullptr)) {
+        return {};
+    }
+    constexpr QSize kSheet(200, 300);
+    QList<Mark> marks;
+    for (qsizetype sheet = 0; sheet < info.pageSizes.size(); ++sheet) {
+        PdfSourcePage page;
+        page.filePath = path;
+        page.pageIndex = static_cast<qint32>(sheet);
+        const QImage image = PdfEditorBackend::renderPage(page, kSheet, nullptr, nullptr);
+        QRect filled(QPoint(0, 0), kSheet);
+        if (expected.value(sheet).rotation % 180 != 0) {
+            filled.setSize(kSheet.transposed().scaled(kSheet, Qt::KeepAspectRatio));
+            filled.moveCenter(image.rect().center());
+        }
+        marks.append(MarkedPages::markOf(image.copy(filled)));
+    }
+    return marks;
 }
 
 } // namespace
@@ -304,17 +330,19 @@ void TestEditingStory::theArrangedDocumentIsPrinted()
 {
     QVERIFY(m_shown);
     const QList<Mark> marks = shownMarks();
-    QPrinter printer(QPrinter::ScreenResolution);
+    QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
+    // Sheets of the pages' shape.
+    printer.setPageSize(QPageSize(QSizeF(100, 150), QPageSize::Point));
     printer.setPageMargins(QMarginsF(0, 0, 0, 0));
     const QString printed = m_shown->path(QStringLiteral("printed.pdf"));
     printer.setOutputFileName(printed);
     PagePrinter pages;
-    QCOMPARE(pages.print(m_shown->model().pages(), printRange(1, 8, int(marks.size())), printer),
-             PagePrinter::Outcome::Printed);
-    PdfDocumentInfo info;
-    QVERIFY(PdfEditorBackend::inspectDocument(printed, {}, &info, nullptr, nullptr));
-    QCOMPARE(info.pageSizes.size(), 8);
+    constexpr int kPrinted = 8;
+    QCOMPARE(
+        pages.print(m_shown->model().pages(), printRange(1, kPrinted, int(marks.size())), printer),
+        PagePrinter::Outcome::Printed);
+    QCOMPARE(printedMarks(printed, marks.first(kPrinted)), marks.first(kPrinted));
 }
 
 void TestEditingStory::closingAsksAboutUnsavedChanges()

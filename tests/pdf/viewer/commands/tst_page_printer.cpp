@@ -35,6 +35,7 @@ class FilePrinter : public QPrinter
 {
 public:
     explicit FilePrinter(const QString &path)
+        : QPrinter(QPrinter::HighResolution)
     {
         setOutputFormat(QPrinter::PdfFormat);
         setOutputFileName(path);

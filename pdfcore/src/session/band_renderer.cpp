@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/session/band_renderer.h"
+
+#include "pdfcore/src/base/source_page.h"
+#include "pdfcore/src/render/page_bands.h"
+#include "pdfcore/src/session/engine.h"
+
+namespace pdfcore {
+
+namespace {
+
+/// A session of the revision that the page names; empty with an error when there is none.
+SessionPool::Lease borrow(const PdfSourcePage &page, EngineError *outcome)
+{
+    FileRevisions &revisions = Engine::instance().revisions();
+    QString path = revisions.locate(page, outcome);
+    while (!outcome->isError()) {
+        SessionPool::Lease session =
+            Engine::instance().sessions().acquire(path, page.password, outcome);
+        // The content may have moved before it could be borrowed; now it cannot any more.
+        EngineError moved;
+        const QString found = revisions.locate(page, &moved);
+        if (found == path) {
+            return session;
+        }
+        path = found;
+        *outcome = moved;
+    }
+    return {};
+}
+
+bool renderBlank(PageBands &bands, const PdfPageBandSink &sink)
+{
+    while (bands.next()) {
+        bands.newRows().fill(Qt::white);
+        if (!sink(bands.image(), bands.top())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool renderBands(const PdfSourcePage &page, QSize size, int overlap, const PdfPageBandSink &sink,
+                 EngineError *outcome)
+{
+    *outcome = {};
+    if (size.isEmpty()) {
+        *outcome = {PdfBackendError::RenderFailed,
+                    QStringLiteral("The size to render at is empty.")};
+        return false;
+    }
+    PageBands bands(size, overlap);
+    if (isBlankPage(page) && bands.isValid()) {
+        return renderBlank(bands, sink);
+    }
+    // The interface thread, which prints, does not wait for other work.
+    RenderSlots &renderSlots = Engine::instance().renderSlots();
+    renderSlots.force();
+    const RenderSlot slot(renderSlots);
+    const SessionPool::Lease session = borrow(page, outcome);
+    return session && session->renderBands(page.pageIndex, page.rotation, bands, sink, outcome);
+}
+
+} // namespace pdfcore
