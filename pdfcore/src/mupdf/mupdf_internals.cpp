@@ -131,7 +131,7 @@ ObjectPlace placeOf(fz_context *ctx, pdf_document *document, int number)
     }
     const pdf_xref_entry *entry = pdf_get_xref_entry_no_null(ctx, document, number);
     if (entry->obj != nullptr) {
-        return {ObjectPlace::Kind::Loaded, 0, entry->obj};
+        return {ObjectPlace::Kind::Loaded, entry->type == 'n' ? entry->ofs : 0, entry->obj};
     }
     switch (entry->type) {
     case 'n':

@@ -50,7 +50,7 @@ struct ObjectPlace
 {
     enum class Kind {
         Nowhere,  ///< There is no such object.
-        Loaded,   ///< It is in memory.
+        Loaded,   ///< It is in memory; read from `offset` of the file unless that is 0.
         InFile,   ///< At `offset` of the file.
         InStream, ///< In an object stream.
     };

@@ -3,6 +3,7 @@
 
 #include "pdfcore/src/base/atomic_file.h"
 #include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/qpdf_copy.h"
 #include "pdfcore/src/qpdf/qpdf_io.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/save/output_document.h"
@@ -16,23 +17,6 @@ namespace pdfcore {
 
 namespace {
 
-/// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
-void prepareTrailer(QPDFObjectHandle trailer, bool isProtected)
-{
-    // The right value is written in its place, but only if there is one.
-    trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
-    QPDFObjectHandle identity = trailer.getKey("/ID");
-    if (!identity.isArray() || identity.getArrayNItems() != 2 ||
-        !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString()) {
-        trailer.removeKey("/ID");
-        if (isProtected) {
-            // What the key was made of, and is made of again; QPDF takes a missing one for empty.
-            const QPDFObjectHandle empty = QPDFObjectHandle::newString("");
-            trailer.replaceKey("/ID", QPDFObjectHandle::newArray({empty, empty}));
-        }
-    }
-}
-
 /// Assembles and writes the output to `file`, and tells the password that opens it. The source
 /// files are closed again when it returns.
 EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file, QString *password)
@@ -43,13 +27,16 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file, QString
         if (EngineError error = output.assemble(pages); error.isError()) {
             return error;
         }
-        const bool isProtected = output.isProtected();
-        *password = isProtected ? output.password() : QString();
-        prepareTrailer(output.document().getTrailer(), isProtected);
+        QPDF *protection = output.protection();
+        *password = protection != nullptr ? output.password() : QString();
+        prepareTrailer(output.document(), protection);
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
         writer.setObjectStreamMode(qpdf_o_generate);
-        writer.setPreserveEncryption(isProtected);
+        writer.setPreserveEncryption(false);
+        if (protection != nullptr) {
+            writer.copyEncryptionParameters(*protection);
+        }
         writer.setMinimumPDFVersion(output.version());
         writer.write();
     } catch (const std::exception &exception) {
@@ -73,9 +60,9 @@ EngineError check(const QString &path, const QString &password, qsizetype pageCo
         EngineError outcome;
         const auto written = openQpdf(path, password, &outcome, Damage::Refuse);
         // Not one of the pool: the file is about to be moved.
-        const auto session =
-            written ? DocumentSession::open(FileIdentity::of(path), password, {}, &outcome)
-                    : nullptr;
+        const auto session = written ? DocumentSession::open(FileIdentity::of(path), password, {},
+                                                             &outcome, {}, Damage::Refuse)
+                                     : nullptr;
         if (!session) {
             return {PdfBackendError::WriteFailed,
                     QStringLiteral("The new file cannot be read back: %1").arg(outcome.message)};

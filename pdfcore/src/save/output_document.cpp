@@ -145,19 +145,20 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages)
     return {};
 }
 
-bool OutputDocument::isProtected() const
+QPDF *OutputDocument::protection() const
 {
-    const auto encryptionOf = [](const Contribution &contribution) {
-        return contribution.source().document().getTrailer().getKey("/Encrypt");
+    const auto encryptionOf = [](QPDF &document) {
+        return document.getTrailer().getKey("/Encrypt").unparseResolved();
     };
-    if (m_main == nullptr || !m_main->source().document().isEncrypted()) {
-        return false;
-    }
-    return std::all_of(m_contributions.begin(), m_contributions.end(), [&](const auto &other) {
-        // The same file may have been opened with its other password.
-        return !other->source().document().isEncrypted() ||
-               encryptionOf(*other).unparseResolved() == encryptionOf(*m_main).unparseResolved();
-    });
+    QPDF *own = m_main != nullptr ? m_main->source().protection() : nullptr;
+    const bool isKept =
+        own != nullptr &&
+        std::all_of(m_contributions.begin(), m_contributions.end(), [&](const auto &other) {
+            // The same file may have been opened with its other password.
+            QPDF *others = other->source().protection();
+            return others == nullptr || encryptionOf(*others) == encryptionOf(*own);
+        });
+    return isKept ? own : nullptr;
 }
 
 EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
