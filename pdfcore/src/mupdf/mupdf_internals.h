@@ -158,4 +158,21 @@ DerivedImage *newDerivedImage(fz_context *ctx, fz_image *original, std::size_t s
 fz_pixmap *originalPixels(fz_context *ctx, DerivedImage *image, fz_irect *area, int width,
                           int height, int *l2factor);
 
+/// Lets an image show nothing when there is not one pixel in its data, for as long as it is
+/// watched. All releases: MuPDF takes what is missing for zeros, as in black, and tells by a
+/// warning only; and where decoding fails, it paints nothing more on the page. For one image of a
+/// context at a time. Nothing happens to an image that is not made from packed data. Does not
+/// throw.
+struct ImageWatch
+{
+    fz_image *image = nullptr; ///< Borrowed; null when nothing is watched.
+    fz_image_get_pixmap_fn *decode = nullptr;
+    fz_warning_cb *warn = nullptr;
+    void *warnUser = nullptr;
+    void *contextUser = nullptr;
+    bool isCut = false;
+};
+void beginWatch(fz_context *ctx, ImageWatch &watch, fz_image *image);
+void endWatch(fz_context *ctx, ImageWatch &watch);
+
 } // namespace pdfcore

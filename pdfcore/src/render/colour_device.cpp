@@ -400,18 +400,44 @@ void fillShade(fz_context *ctx, fz_device *dev, fz_shade *shade, fz_matrix ctm, 
     fz_fill_shade(ctx, next, shade, ctm, alpha, params);
 }
 
+/// Paints by `paint`, which hands `image` to the target. An image that cannot be decoded is left
+/// out.
+template <typename Paint>
+void paintDecodable(fz_context *ctx, fz_image *image, Paint &&paint)
+{
+    ImageWatch watch;
+    beginWatch(ctx, watch, image);
+    fz_try(ctx)
+    {
+        paint();
+    }
+    fz_always(ctx)
+    {
+        endWatch(ctx, watch);
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+}
+
 void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, float alpha,
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    fz_fill_image(ctx, next, imageFor(ctx, self(dev), image), ctm, alpha, params);
+    paintDecodable(ctx, image, [&] {
+        fz_fill_image(ctx, next, imageFor(ctx, self(dev), image), ctm, alpha, params);
+    });
 }
 
 void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm,
                    fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_fill_image_mask(ctx, target(dev), image, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    paintDecodable(ctx, image, [&] {
+        fz_fill_image_mask(ctx, next, image, ctm, paint.space, paint.values, alpha, params);
+    });
 }
 
 void clipImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, fz_rect scissor)

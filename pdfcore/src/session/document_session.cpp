@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/session/document_session.h"
 
+#include "pdfcore/src/mupdf/broken_images.h"
 #include "pdfcore/src/mupdf/mupdf_file_stream.h"
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/mupdf/protection.h"
@@ -376,13 +377,37 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     }
 
     fz_cookie cookie{};
-    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
     QString reason;
     WorkBudget budget = m_budgets.page;
     budget.bytes += kGroupBytes * static_cast<std::size_t>(targetSize.width()) *
                     static_cast<std::size_t>(targetSize.height());
     m_context.beginWork(budget);
-    const bool painted = m_context.run(
+    bool painted = paint(pageIndex, rotation, image, cookie, &reason);
+    if (!painted && cookie.abort == 0 && !m_context.isOutOfTime() && dropBrokenImages(pageIndex)) {
+        painted = paint(pageIndex, rotation, image, cookie, &reason);
+    }
+    BudgetBreach breach = m_context.endWork();
+    if (breach == BudgetBreach::None && cookie.abort != 0) {
+        breach = BudgetBreach::Time;
+    }
+    if (breach != BudgetBreach::None) {
+        m_usable = false;
+        *outcome = budgetError(breach, PdfBackendError::RenderFailed);
+        return {};
+    }
+    if (!painted) {
+        *outcome = {PdfBackendError::RenderFailed, reason};
+        return {};
+    }
+    *outcome = {};
+    return image;
+}
+
+bool DocumentSession::paint(int pageIndex, int rotation, QImage &image, fz_cookie &cookie,
+                            QString *reason)
+{
+    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
+    return m_context.run(
         [&](fz_context *ctx) {
             pdf_obj *object = pdf_load_object(ctx, m_document, number);
             pdf_page *page = nullptr;
@@ -405,22 +430,21 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
                 fz_rethrow(ctx);
             }
         },
-        &reason);
-    BudgetBreach breach = m_context.endWork();
-    if (breach == BudgetBreach::None && cookie.abort != 0) {
-        breach = BudgetBreach::Time;
-    }
-    if (breach != BudgetBreach::None) {
-        m_usable = false;
-        *outcome = budgetError(breach, PdfBackendError::RenderFailed);
-        return {};
-    }
-    if (!painted) {
-        *outcome = {PdfBackendError::RenderFailed, reason};
-        return {};
-    }
-    *outcome = {};
-    return image;
+        reason);
+}
+
+bool DocumentSession::dropBrokenImages(int pageIndex)
+{
+    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
+    bool areDropped = false;
+    m_context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *object = pdf_load_object(ctx, m_document, number);
+            areDropped = pdfcore::dropBrokenImages(ctx, m_document, object);
+            pdf_drop_obj(ctx, object);
+        },
+        nullptr);
+    return areDropped;
 }
 
 bool DocumentSession::readsOtherwise(QPDF &other)

@@ -102,6 +102,8 @@ private:
     EngineError readPageTree();
     std::optional<PageTree> collectPages(bool *hasTree, QString *reason);
     std::vector<PageTreeKid> readManyKids();
+    bool paint(int pageIndex, int rotation, QImage &image, fz_cookie &cookie, QString *reason);
+    bool dropBrokenImages(int pageIndex);
     EngineError usePages();
     EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
 
