@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/qpdf/qpdf_copy.h"
 
+#include "pdfcore/src/qpdf/names.h"
 #include "pdfcore/src/qpdf/qpdf_io.h"
 #include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
@@ -74,6 +75,7 @@ std::unique_ptr<QTemporaryFile> newReadableCopy(const QString &path, const QStri
             return nullptr;
         }
         prepareTrailer(*document, hasKey(*document) ? document.get() : nullptr);
+        escapeNames(*document);
         QDeviceOutput pipeline(*file);
         QPDFWriter writer(*document);
         writer.setOutputPipeline(&pipeline);

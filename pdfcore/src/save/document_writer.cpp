@@ -3,6 +3,7 @@
 
 #include "pdfcore/src/base/atomic_file.h"
 #include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/names.h"
 #include "pdfcore/src/qpdf/qpdf_copy.h"
 #include "pdfcore/src/qpdf/qpdf_io.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
@@ -30,6 +31,7 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, AtomicFile &file, QString
         QPDF *protection = output.protection();
         *password = protection != nullptr ? output.password() : QString();
         prepareTrailer(output.document(), protection);
+        escapeNames(output.document());
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
         writer.setObjectStreamMode(qpdf_o_generate);

@@ -4,6 +4,7 @@
 #include "pdfcore/src/base/file_identity.h"
 #include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/qpdf/names.h"
 #include "pdfcore/src/session/document_session.h"
 #include "pdfcore/src/session/engine.h"
 
@@ -171,7 +172,11 @@ EngineError OutputSources::open(const QString &path, const QString &password, Op
                 QStringLiteral("The attachments of the file are encrypted.")};
     }
     const bool areAgreed = file->document && (!shown || agrees(*file->document, *shown));
-    if (areAgreed && !(shown && areBothRepaired(*file->document, *shown))) {
+    const bool mayDiffer = areAgreed && shown && areBothRepaired(*file->document, *shown);
+    const bool isSound = areAgreed && (!mayDiffer || readsThroughout(*opened, warnings)) &&
+                         !(shown && lacksNames(*opened));
+    if (isSound && !mayDiffer) {
+        settleStrayNames(*opened);
         return {};
     }
     if (file->document) {
@@ -180,8 +185,7 @@ EngineError OutputSources::open(const QString &path, const QString &password, Op
     }
     std::optional<RepairedFile> repaired;
     if (shown) {
-        const bool isSound = areAgreed && readsThroughout(*opened, warnings);
-        repaired = newRepairedFile(path, password, isSound ? &file->document->document() : nullptr);
+        repaired = newRepairedFile(path, password, isSound ? opened.get() : nullptr);
     }
     if (repaired) {
         EngineError ignored;
@@ -193,7 +197,11 @@ EngineError OutputSources::open(const QString &path, const QString &password, Op
             return {};
         }
     }
-    return areAgreed ? EngineError{} : outcome;
+    if (areAgreed) {
+        settleStrayNames(*opened);
+        return {};
+    }
+    return outcome;
 }
 
 PDFVersion OutputSources::version() const
