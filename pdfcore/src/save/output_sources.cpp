@@ -2,9 +2,9 @@
 #include "pdfcore/src/save/output_sources.h"
 
 #include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/names.h"
 #include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
-#include "pdfcore/src/qpdf/names.h"
 #include "pdfcore/src/session/document_session.h"
 #include "pdfcore/src/session/engine.h"
 
