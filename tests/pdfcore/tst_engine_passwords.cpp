@@ -79,6 +79,8 @@ private slots:
     void passwordsOfEachRevision();
     void emptyUserPasswordNeedsNoPassword_data();
     void emptyUserPasswordNeedsNoPassword();
+    void emptyOwnerPasswordNeedsNoPassword_data();
+    void emptyOwnerPasswordNeedsNoPassword();
     void unencryptedFileIgnoresThePassword();
     void anotherPasswordIsTriedAfterAWrongOne();
     void theRightPasswordDoesNotOpenTheFileForOthers();
@@ -129,6 +131,24 @@ void TestEnginePasswords::emptyUserPasswordNeedsNoPassword()
         folder.add(u"owned.pdf"_s, protectedDocument({}, kOwner.toUtf8(), revision));
     VERIFY_OPENS(ask(folder, path, {}));
     VERIFY_OPENS(ask(folder, path, kOwner));
+    VERIFY_OPENS(ask(folder, path, kWrong));
+}
+
+void TestEnginePasswords::emptyOwnerPasswordNeedsNoPassword_data()
+{
+    QTest::addColumn<int>("revision");
+    // Up to revision 4 an empty owner password means that it is the user's.
+    QTest::newRow("revision 5") << 5;
+    QTest::newRow("revision 6") << 6;
+}
+
+void TestEnginePasswords::emptyOwnerPasswordNeedsNoPassword()
+{
+    QFETCH(const int, revision);
+    Folder folder;
+    const QString path = folder.add(u"user.pdf"_s, protectedDocument(kUser.toUtf8(), {}, revision));
+    VERIFY_OPENS(ask(folder, path, {}));
+    VERIFY_OPENS(ask(folder, path, kUser));
     VERIFY_OPENS(ask(folder, path, kWrong));
 }
 

@@ -34,6 +34,55 @@ bool isProtected(const QString &path)
     return inspect(path).error == PdfBackendError::PasswordRequired;
 }
 
+const QByteArray kAttached = "what is attached";
+
+/// The whole of the object that holds `text`, between its number and its end.
+QByteArray objectWith(const QByteArray &file, const QByteArray &text)
+{
+    const qsizetype within = file.indexOf(text);
+    const qsizetype start = file.lastIndexOf(" 0 obj\n", within) + 7;
+    return file.mid(start, file.indexOf("\nendobj", within) - start);
+}
+
+/// A document of one page whose attachment alone is encrypted, as other programs write it. Its key
+/// is that of a document that is encrypted as a whole, and depends on no object's number.
+QByteArray protectedAttachment(bool withAttachment)
+{
+    const QByteArray whole = PdfFixture::encrypted(
+        PdfFixture::fromObjects({"<< /Type /Catalog /Pages 2 0 R /Attached 4 0 R >>",
+                                 "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+                                 "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] >>",
+                                 PdfFixture::streamBody("/Type /EmbeddedFile", kAttached)}),
+        {"user", "owner", 6});
+    QByteArray encryption = objectWith(whole, "/Filter /Standard");
+    encryption.replace("/DocOpen", "/EFOpen")
+        .replace("/StmF /StdCF /StrF /StdCF", "/StmF /Identity /StrF /Identity /EFF /StdCF");
+    QByteArray attachment = objectWith(whole, "/EmbeddedFile");
+    attachment.replace("/Filter /FlateDecode",
+                       "/Filter [/Crypt /FlateDecode] /DecodeParms [<< /Name /StdCF >> null]");
+    const QByteArray names =
+        withAttachment ? "/Names << /EmbeddedFiles << /Names [(a.txt) 6 0 R] >> >>" : "";
+    return PdfFixture::fromObjects(
+        {"<< /Type /Catalog /Pages 2 0 R " + names + " >>",
+         "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+         "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 300] /Contents 4 0 R >>",
+         PdfFixture::streamBody({},
+                                PdfFixture::fill({0, 0, 200, 300}, PdfFixture::numberColour(1))),
+         encryption, "<< /Type /Filespec /F (a.txt) /UF (a.txt) /EF << /F 7 0 R >> >>",
+         withAttachment ? attachment : "null"},
+        "/Encrypt 5 0 R /ID [<00112233> <00112233>]");
+}
+
+/// What another program reads of the attachment.
+QByteArray attachmentIn(const QString &path, const QString &password)
+{
+    QProcess program;
+    program.start(QStandardPaths::findExecutable(u"qpdf"_s),
+                  {u"--password="_s + password, u"--show-attachment=a.txt"_s, path});
+    program.waitForFinished();
+    return program.readAllStandardOutput();
+}
+
 QList<PdfSourcePage> pagesOf(const QString &path, const QList<int> &numbers,
                              const QString &password = {}, bool areOfMain = false)
 {
@@ -74,6 +123,9 @@ private slots:
     void pagesOfAnotherProtectedDocumentEndTheProtection();
     void bothPasswordsOfOneFileAreOneProtection();
     void blankPagesAloneAreNotProtected();
+    void protectedAttachmentsLeaveThePagesOpen();
+    void protectedAttachmentsAreNotLost();
+    void attachmentsThatAreNotThereAreNotMissed();
 };
 
 void TestEngineProtection::initTestCase()
@@ -211,6 +263,52 @@ void TestEngineProtection::blankPagesAloneAreNotProtected()
     const QString target = folder.path(u"out.pdf"_s);
     QVERIFY(save({blankPage({100, 100})}, target).ok);
     QVERIFY(!isProtected(target));
+}
+
+void TestEngineProtection::protectedAttachmentsLeaveThePagesOpen()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true));
+    QCOMPARE(attachmentIn(path, kUser), kAttached);
+    QVERIFY(attachmentIn(path, {}).isEmpty());
+    for (const QString &password : {QString(), kUser, kOwner, u"wrong"_s}) {
+        QCOMPARE(numbersIn(path, password), QList<int>{1});
+    }
+}
+
+void TestEngineProtection::protectedAttachmentsAreNotLost()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true));
+    const QString plain = folder.add(u"plain.pdf"_s, PdfFixture::pagesByNumber(2));
+    const QString target = folder.path(u"out.pdf"_s);
+    for (const QString &password : {QString(), u"wrong"_s}) {
+        const Outcome refused = save(pagesOf(path, {0}, password), target);
+        QCOMPARE(refused.error, PdfBackendError::PasswordRequired);
+        QVERIFY2(refused.message.contains(u"attachments"_s), qPrintable(refused.message));
+        QVERIFY(!QFile::exists(target));
+    }
+    const Outcome joined = save(pagesOf(plain, {0}, {}, true) + pagesOf(path, {0}), target);
+    QCOMPARE(joined.error, PdfBackendError::PasswordRequired);
+    for (const QString &password : {kUser, kOwner}) {
+        const Outcome saved = save(pagesOf(path, {0}, password), target);
+        QVERIFY2(saved.ok, qPrintable(saved.message));
+        for (const QString &other : {kUser, kOwner}) {
+            QCOMPARE(attachmentIn(target, other), kAttached);
+            QCOMPARE(numbersIn(target, other), QList<int>{1});
+        }
+        QVERIFY(attachmentIn(target, {}).isEmpty());
+    }
+}
+
+void TestEngineProtection::attachmentsThatAreNotThereAreNotMissed()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(false));
+    const QString target = folder.path(u"out.pdf"_s);
+    const Outcome saved = save(pagesOf(path, {0}), target);
+    QVERIFY2(saved.ok, qPrintable(saved.message));
+    QCOMPARE(numbersIn(target, {}), QList<int>{1});
 }
 
 QTEST_GUILESS_MAIN(TestEngineProtection)

@@ -155,6 +155,10 @@ QByteArray encrypted(const QByteArray &document, const Encryption &encryption)
         writer.setR4EncryptionParametersInsecure(user, owner, true, true, true, true, true, true,
                                                  qpdf_r3p_full, true, true);
         break;
+    case 5:
+        writer.setR5EncryptionParameters(user, owner, true, true, true, true, true, true,
+                                         qpdf_r3p_full, true);
+        break;
     default:
         writer.setR6EncryptionParameters(user, owner, true, true, true, true, true, true,
                                          qpdf_r3p_full, true);

@@ -58,7 +58,7 @@ struct Encryption
 {
     QByteArray userPassword; ///< As bytes in the file's own encoding.
     QByteArray ownerPassword;
-    int revision = 6; ///< 3, 4 or 6.
+    int revision = 6; ///< 3 to 6.
 };
 
 /// The same document, encrypted.

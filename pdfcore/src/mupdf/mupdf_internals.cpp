@@ -2,7 +2,9 @@
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace pdfcore {
 
@@ -114,6 +116,99 @@ void showFieldsAsStored([[maybe_unused]] fz_context *ctx, [[maybe_unused]] pdf_d
 #endif
 }
 
+void noteCutImage(void *user, const char *message)
+{
+    if (std::strcmp(message, "padding truncated image") == 0) {
+        static_cast<ImageWatch *>(user)->isCut = true;
+    }
+}
+
+/// Whether nothing at all can be decoded.
+bool isEmpty(fz_context *ctx, fz_compressed_buffer *data)
+{
+    fz_stream *stream = nullptr;
+    bool isEmpty = false;
+    fz_var(stream);
+    fz_var(isEmpty);
+    fz_try(ctx)
+    {
+        stream = fz_open_image_decomp_stream_from_buffer(ctx, data, nullptr);
+        isEmpty = fz_read_byte(ctx, stream) == EOF;
+    }
+    fz_always(ctx)
+    {
+        fz_drop_stream(ctx, stream);
+    }
+    fz_catch(ctx)
+    {
+        isEmpty = fz_caught(ctx) != kOutOfMemoryError;
+    }
+    return isEmpty;
+}
+
+/// A pixmap of the place of `pixels` that shows nothing.
+fz_pixmap *newClearPixmap(fz_context *ctx, fz_pixmap *pixels)
+{
+    fz_pixmap *clear = fz_new_pixmap_with_bbox(ctx, fz_pixmap_colorspace(ctx, pixels),
+                                               fz_pixmap_bbox(ctx, pixels), nullptr, 1);
+    fz_clear_pixmap(ctx, clear);
+    return clear;
+}
+
+/// A pixmap that shows nothing, of the size that was asked for.
+fz_pixmap *newClearPixmap(fz_context *ctx, const fz_image *image, const fz_irect *area,
+                          int *l2factor)
+{
+    const int shift = l2factor != nullptr ? std::exchange(*l2factor, 0) : 0;
+    const int width = area != nullptr ? area->x1 - area->x0 : image->w;
+    const int height = area != nullptr ? area->y1 - area->y0 : image->h;
+    fz_colorspace *space = image->imagemask != 0 ? nullptr : fz_device_gray(ctx);
+    fz_pixmap *clear = fz_new_pixmap(ctx, space, std::max(width >> shift, 1),
+                                     std::max(height >> shift, 1), nullptr, 1);
+    fz_clear_pixmap(ctx, clear);
+    return clear;
+}
+
+fz_pixmap *watchedPixels(fz_context *ctx, fz_image *image, fz_irect *area, int width, int height,
+                         int *l2factor)
+{
+    auto &watch = *static_cast<ImageWatch *>(fz_user_context(ctx));
+    // A warning that repeats the one before it is held back.
+    fz_flush_warnings(ctx);
+    watch.isCut = false;
+    // MuPDF recognises its images by the function.
+    image->get_pixmap = watch.decode;
+    fz_pixmap *pixels = nullptr;
+    fz_pixmap *clear = nullptr;
+    fz_var(pixels);
+    fz_var(clear);
+    fz_try(ctx)
+    {
+        pixels = image->get_pixmap(ctx, image, area, width, height, l2factor);
+        if (watch.isCut && isEmpty(ctx, fz_compressed_image_buffer(ctx, image))) {
+            clear = newClearPixmap(ctx, pixels);
+        }
+    }
+    fz_always(ctx)
+    {
+        image->get_pixmap = &watchedPixels;
+    }
+    fz_catch(ctx)
+    {
+        fz_drop_pixmap(ctx, pixels);
+        const int reason = fz_caught(ctx);
+        if (reason == kOutOfMemoryError || reason == FZ_ERROR_ABORT) {
+            fz_rethrow(ctx);
+        }
+        return newClearPixmap(ctx, image, area, l2factor);
+    }
+    if (clear == nullptr) {
+        return pixels;
+    }
+    fz_drop_pixmap(ctx, pixels);
+    return clear;
+}
+
 } // namespace
 
 fz_stream *streamOf(pdf_document *document)
@@ -133,7 +228,7 @@ ObjectPlace placeOf(fz_context *ctx, pdf_document *document, int number)
     }
     const pdf_xref_entry *entry = pdf_get_xref_entry_no_null(ctx, document, number);
     if (entry->obj != nullptr) {
-        return {ObjectPlace::Kind::Loaded, 0, entry->obj};
+        return {ObjectPlace::Kind::Loaded, entry->type == 'n' ? entry->ofs : 0, entry->obj};
     }
     switch (entry->type) {
     case 'n':
@@ -370,6 +465,33 @@ fz_irect wholeOf(const fz_image *image)
 void moveDown(fz_pixmap *pixmap, int row)
 {
     pixmap->y = row;
+}
+
+void beginWatch(fz_context *ctx, ImageWatch &watch, fz_image *image)
+{
+    if (fz_compressed_image_buffer(ctx, image) == nullptr) {
+        return;
+    }
+    watch.image = image;
+    watch.decode = image->get_pixmap;
+    watch.warn = fz_warning_callback(ctx, &watch.warnUser);
+    watch.contextUser = fz_user_context(ctx);
+    image->get_pixmap = &watchedPixels;
+    fz_set_warning_callback(ctx, &noteCutImage, &watch);
+    fz_set_user_context(ctx, &watch);
+}
+
+void endWatch(fz_context *ctx, ImageWatch &watch)
+{
+    if (watch.image == nullptr) {
+        return;
+    }
+    watch.image->get_pixmap = watch.decode;
+    // What is held back belongs to the callback that goes.
+    fz_flush_warnings(ctx);
+    fz_set_warning_callback(ctx, watch.warn, watch.warnUser);
+    fz_set_user_context(ctx, watch.contextUser);
+    watch.image = nullptr;
 }
 
 } // namespace pdfcore

@@ -50,7 +50,7 @@ struct ObjectPlace
 {
     enum class Kind {
         Nowhere,  ///< There is no such object.
-        Loaded,   ///< It is in memory.
+        Loaded,   ///< It is in memory; read from `offset` of the file unless that is 0.
         InFile,   ///< At `offset` of the file.
         InStream, ///< In an object stream.
     };
@@ -171,5 +171,22 @@ fz_pixmap *originalPixels(fz_context *ctx, DerivedImage *image, fz_irect *area, 
 /// pixmap begins in the first one, and moving what is painted instead would round it differently.
 /// Does not throw.
 void moveDown(fz_pixmap *pixmap, int row);
+
+/// Lets an image show nothing when there is not one pixel in its data, for as long as it is
+/// watched. All releases: MuPDF takes what is missing for zeros, as in black, and tells by a
+/// warning only; and where decoding fails, it paints nothing more on the page. For one image of a
+/// context at a time. Nothing happens to an image that is not made from packed data. Does not
+/// throw.
+struct ImageWatch
+{
+    fz_image *image = nullptr; ///< Borrowed; null when nothing is watched.
+    fz_image_get_pixmap_fn *decode = nullptr;
+    fz_warning_cb *warn = nullptr;
+    void *warnUser = nullptr;
+    void *contextUser = nullptr;
+    bool isCut = false;
+};
+void beginWatch(fz_context *ctx, ImageWatch &watch, fz_image *image);
+void endWatch(fz_context *ctx, ImageWatch &watch);
 
 } // namespace pdfcore

@@ -396,6 +396,7 @@ bool walkPageTree(MupdfContext &context, pdf_document *document,
     }
     if (pdf_was_repaired(context.get(), document) != 0) {
         tree->isOfFile = false;
+        tree->isRepaired = true;
     }
     return walked;
 }

@@ -6,9 +6,12 @@
 #include <QList>
 #include <QSizeF>
 
+#include <memory>
 #include <vector>
 
 #include <mupdf/pdf.h>
+
+class QTemporaryFile;
 
 namespace pdfcore {
 
@@ -20,6 +23,10 @@ struct PageTree
     /// Whether the file itself holds these pages. Otherwise objects had to be changed or found by a
     /// repair, and the numbers are good for the document they were read from only.
     bool isOfFile = true;
+    bool isRepaired = false; ///< MuPDF had to look for the objects in the whole file.
+    /// What the document is read from instead of the file, if anything: a copy that MuPDF can read.
+    /// Then `isOfFile` is about the copy.
+    std::shared_ptr<QTemporaryFile> copy;
 };
 
 /// What the page tree needs to know of one of its kids.

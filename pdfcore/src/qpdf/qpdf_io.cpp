@@ -22,9 +22,10 @@ bool isEndOfLine(char ch)
 
 } // namespace
 
-QFileInput::QFileInput(const QString &path)
+QFileInput::QFileInput(const QString &path, QDeadlineTimer deadline)
     : m_file(path)
     , m_name(path.toStdString())
+    , m_deadline(deadline)
 {
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw std::runtime_error(m_file.errorString().toStdString());
@@ -37,6 +38,9 @@ bool QFileInput::fill()
     const qpdf_offset_t end = m_chunkStart + static_cast<qpdf_offset_t>(m_filled);
     if (m_position >= m_chunkStart && m_position < end) {
         return true;
+    }
+    if (m_deadline.hasExpired()) {
+        throw std::runtime_error("it takes too long");
     }
     m_step = m_position == end ? std::clamp(2 * m_step, kJumpBytes, kChunkBytes) : kJumpBytes;
     qint64 got = -1;

@@ -4,6 +4,7 @@
 #include <qpdf/InputSource.hh>
 #include <qpdf/Pipeline.hh>
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QIODevice>
 #include <QString>
@@ -21,8 +22,9 @@ namespace pdfcore {
 class QFileInput final : public InputSource
 {
 public:
-    /// Throws std::runtime_error when the file cannot be opened.
-    explicit QFileInput(const QString &path);
+    /// Throws std::runtime_error when the file cannot be opened. Reading fails after `deadline`.
+    explicit QFileInput(const QString &path,
+                        QDeadlineTimer deadline = QDeadlineTimer(QDeadlineTimer::Forever));
 
     qpdf_offset_t findAndSkipNextEOL() override;
     const std::string &getName() const override { return m_name; }
@@ -37,6 +39,7 @@ private:
 
     QFile m_file;
     std::string m_name;
+    QDeadlineTimer m_deadline;
     std::vector<char> m_chunk;
     std::size_t m_filled = 0; ///< Bytes of the chunk that were read.
     std::size_t m_step = 0;   ///< Bytes that were asked for last.

@@ -3,7 +3,9 @@
 
 #include "pdfcore/src/qpdf/password_candidates.h"
 #include "pdfcore/src/qpdf/qpdf_io.h"
+#include "pdfcore/src/qpdf/qpdf_protection.h"
 
+#include <qpdf/BufferInputSource.hh>
 #include <qpdf/QPDFExc.hh>
 
 #include <QFileInfo>
@@ -87,9 +89,96 @@ Inherited inheritedBelow(QPDF &document, QPDFObjectHandle node, const Inherited 
     return values;
 }
 
+/// Lets a stream among pages and nodes be its dictionary, which is what readers look at.
+QPDFObjectHandle asDictionary(QPDF &document, QPDFObjectHandle object)
+{
+    if (!object.isStream()) {
+        return object;
+    }
+    QPDFObjectHandle dictionary = object.getDict().shallowCopy();
+    for (const char *key : {"/Length", "/Filter", "/DecodeParms"}) {
+        dictionary.removeKey(key);
+    }
+    const QPDFObjGen id = object.getObjGen();
+    document.replaceObject(id, dictionary);
+    return document.getObject(id);
+}
+
+/// What a page that stands for the whole tree inherits from those that it names as its parents.
+Inherited inheritedAbove(QPDF &document, QPDFObjectHandle page)
+{
+    std::vector<QPDFObjectHandle> nodes;
+    std::set<QPDFObjGen> visited;
+    for (QPDFObjectHandle node = page.getKey("/Parent");
+         node.isDictionary() && node.isIndirect() && nodes.size() < kMaxTreeDepth &&
+         visited.insert(node.getObjGen()).second;
+         node = node.getKey("/Parent")) {
+        nodes.push_back(node);
+    }
+    Inherited values;
+    for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
+        values = inheritedBelow(document, *node, values);
+    }
+    return values;
+}
+
 bool isPasswordError(const QPDFExc &exception)
 {
     return exception.getErrorCode() == qpdf_e_password;
+}
+
+/// Opens what `newInput` makes, anew for each spelling of the password.
+template <typename NewInput>
+std::shared_ptr<QPDF> openFrom(NewInput &&newInput, const QString &password, Damage damage,
+                               EngineError *outcome)
+{
+    *outcome = {};
+    QList<QByteArray> candidates = qpdfPasswordCandidates(password);
+    if (!password.isEmpty()) {
+        candidates.append(QByteArray());
+    }
+    for (const QByteArray &candidate : candidates) {
+        try {
+            auto document = std::make_shared<QPDF>();
+            document->setSuppressWarnings(true);
+            document->setAttemptRecovery(damage == Damage::Repair);
+            document->processInputSource(newInput(), candidate.constData());
+            return document;
+        } catch (const QPDFExc &exception) {
+            if (isPasswordError(exception)) {
+                continue;
+            }
+            *outcome = qpdfReadError(exception);
+            return nullptr;
+        } catch (const std::exception &exception) {
+            *outcome = qpdfReadError(exception);
+            return nullptr;
+        }
+    }
+    if (password.isEmpty()) {
+        *outcome = {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
+    } else {
+        *outcome = {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
+    }
+    return nullptr;
+}
+
+/// Opens what can be read without the key of the document; null when that is nothing.
+template <typename NewInput>
+std::shared_ptr<QPDF> openWithoutKey(NewInput &&newInput, Damage damage)
+{
+    // A key that is given is not looked at until something has to be decrypted.
+    static const std::string anyKey(64, '0');
+    try {
+        auto document = std::make_shared<QPDF>();
+        document->setSuppressWarnings(true);
+        document->setAttemptRecovery(damage == Damage::Repair);
+        document->setPasswordIsHexKey(true);
+        document->processInputSource(newInput(), anyKey.c_str());
+        return protectsAttachmentsOnly(*document) ? document : nullptr;
+    } catch (const std::exception &) {
+        return nullptr;
+    }
 }
 
 } // namespace
@@ -110,42 +199,28 @@ EngineError qpdfReadError(const std::exception &exception)
 }
 
 std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome,
-                               Damage damage)
+                               Damage damage, QDeadlineTimer deadline)
 {
-    *outcome = {};
     const QFileInfo info(path);
     if (!info.isFile()) {
         *outcome = {PdfBackendError::FileNotFound, QStringLiteral("There is no such file.")};
         return nullptr;
     }
-    QList<QByteArray> candidates = qpdfPasswordCandidates(password);
-    if (!password.isEmpty()) {
-        candidates.append(QByteArray());
+    const auto newInput = [&] { return std::make_shared<QFileInput>(path, deadline); };
+    std::shared_ptr<QPDF> document = openFrom(newInput, password, damage, outcome);
+    if (!document && outcome->code != PdfBackendError::InvalidDocument) {
+        document = openWithoutKey(newInput, damage);
+        *outcome = document ? EngineError{} : *outcome;
     }
-    for (const QByteArray &candidate : candidates) {
-        try {
-            auto document = std::make_shared<QPDF>();
-            document->setSuppressWarnings(true);
-            document->setAttemptRecovery(damage == Damage::Repair);
-            document->processInputSource(std::make_shared<QFileInput>(path), candidate.constData());
-            return document;
-        } catch (const QPDFExc &exception) {
-            if (isPasswordError(exception)) {
-                continue;
-            }
-            *outcome = qpdfReadError(exception);
-            return nullptr;
-        } catch (const std::exception &exception) {
-            *outcome = qpdfReadError(exception);
-            return nullptr;
-        }
-    }
-    if (password.isEmpty()) {
-        *outcome = {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
-    } else {
-        *outcome = {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
-    }
-    return nullptr;
+    return document;
+}
+
+std::shared_ptr<QPDF> openQpdf(const QByteArray &content, const QString &password,
+                               EngineError *outcome)
+{
+    const std::string bytes = content.toStdString();
+    return openFrom([&] { return std::make_shared<BufferInputSource>("memory", bytes); }, password,
+                    Damage::Repair, outcome);
 }
 
 std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
@@ -168,14 +243,14 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
         levels.push_back({kids, inheritedBelow(document, node, above), 0});
     };
 
-    QPDFObjectHandle root = document.getRoot().getKey("/Pages");
+    QPDFObjectHandle root = asDictionary(document, document.getRoot().getKey("/Pages"));
     if (!root.isDictionary()) {
         return pages;
     }
     if (QPDFObjectHandle kids = root.getKey("/Kids"); kids.isArray()) {
         pushLevel(root, kids);
     } else if (hasType(root, "/Page")) {
-        addPage(document, root, Inherited(), visitedPages, pages);
+        addPage(document, root, inheritedAbove(document, root), visitedPages, pages);
     }
     while (!levels.empty()) {
         TreeLevel &level = levels.back();
@@ -183,7 +258,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
             levels.pop_back();
             continue;
         }
-        QPDFObjectHandle kid = level.kids.getArrayItem(level.next++);
+        QPDFObjectHandle kid = asDictionary(document, level.kids.getArrayItem(level.next++));
         if (!kid.isDictionary() || kid.getObjGen() == document.getRoot().getObjGen()) {
             continue;
         }

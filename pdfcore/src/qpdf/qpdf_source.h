@@ -3,6 +3,8 @@
 
 #include "pdfcore/src/base/engine_error.h"
 
+#include <QByteArray>
+#include <QDeadlineTimer>
 #include <QString>
 
 #include <exception>
@@ -23,9 +25,16 @@ enum class Damage {
 /// Opens the file at `path` for copying from. Null on failure, with the error in `outcome`.
 ///
 /// The user or the owner password opens it; a file that opens with the empty user password does so
-/// whatever password is given. The object belongs to the calling thread and prints nothing.
+/// whatever password is given, and so does one of which only the attachments are encrypted, though
+/// without its key (see hasKey()). The object belongs to the calling thread and prints nothing.
+/// After `deadline` the file cannot be read any more.
 std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, EngineError *outcome,
-                               Damage damage = Damage::Repair);
+                               Damage damage = Damage::Repair,
+                               QDeadlineTimer deadline = QDeadlineTimer(QDeadlineTimer::Forever));
+
+/// Opens a document that is in memory, in the same way.
+std::shared_ptr<QPDF> openQpdf(const QByteArray &content, const QString &password,
+                               EngineError *outcome);
 
 /// The pages of `document` in order, by the rules that DocumentSession finds them by: what has kids
 /// is a node and counts once, anything else that is a dictionary is a page. QPDF's own

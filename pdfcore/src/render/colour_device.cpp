@@ -304,12 +304,34 @@ void fillShade(fz_context *ctx, fz_device *dev, fz_shade *shade, fz_matrix ctm, 
     fz_fill_shade(ctx, next, shade, ctm, alpha, params);
 }
 
+/// Paints by `paint`, which hands `image` to the target. An image that cannot be decoded is left
+/// out.
+template <typename Paint>
+void paintDecodable(fz_context *ctx, fz_image *image, Paint &&paint)
+{
+    ImageWatch watch;
+    beginWatch(ctx, watch, image);
+    fz_try(ctx)
+    {
+        paint();
+    }
+    fz_always(ctx)
+    {
+        endWatch(ctx, watch);
+    }
+    fz_catch(ctx)
+    {
+        fz_rethrow(ctx);
+    }
+}
+
 void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, float alpha,
                fz_color_params params)
 {
     fz_device *next = target(dev);
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
-    fz_fill_image(ctx, next, self(dev).images->imageFor(ctx, image, transform), ctm, alpha, params);
+    fz_image *shown = self(dev).images->imageFor(ctx, image, transform);
+    paintDecodable(ctx, image, [&] { fz_fill_image(ctx, next, shown, ctm, alpha, params); });
 }
 
 void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm,
@@ -317,8 +339,10 @@ void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix c
 {
     const PaintColour paint(ctx, self(dev), space, colour);
     fz_device *next = target(dev);
-    fz_fill_image_mask(ctx, next, self(dev).images->imageFor(ctx, image, nullptr), ctm, paint.space,
-                       paint.values, alpha, params);
+    fz_image *shown = self(dev).images->imageFor(ctx, image, nullptr);
+    paintDecodable(ctx, image, [&] {
+        fz_fill_image_mask(ctx, next, shown, ctm, paint.space, paint.values, alpha, params);
+    });
 }
 
 void clipImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, fz_rect scissor)

@@ -25,6 +25,8 @@ void RecordedPage::record(fz_context *ctx, pdf_page *page, int rotation, QSize s
     const fz_matrix ctm = pageToImage(boundsOf(ctx, page), rotation, size.width(), size.height());
     fz_device *recorder = nullptr;
     fz_var(recorder);
+    fz_drop_display_list(ctx, m_list);
+    m_list = nullptr;
     fz_try(ctx)
     {
         m_list = fz_new_display_list(ctx, fz_infinite_rect);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/save/document_extract.h"
 
+#include "pdfcore/src/qpdf/names.h"
+#include "pdfcore/src/qpdf/qpdf_copy.h"
 #include "pdfcore/src/save/output_document.h"
 
 #include <qpdf/Buffer.hh>
@@ -34,8 +36,9 @@ std::shared_ptr<const DocumentExtract> DocumentExtract::of(const QList<PdfSource
     if (outcome->isError()) {
         return nullptr;
     }
-    extract->m_isProtected = from != nullptr ? from->isProtected() : output.isProtected();
-    prepareTrailer(output.document().getTrailer(), extract->m_isProtected);
+    extract->m_isProtected = from != nullptr ? from->isProtected() : output.protection() != nullptr;
+    prepareTrailer(output.document(), nullptr);
+    escapeNames(output.document());
     QPDFWriter writer(output.document());
     writer.setOutputMemory();
     // What is read again soon is neither packed nor unpacked.

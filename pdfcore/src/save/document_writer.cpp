@@ -2,6 +2,8 @@
 #include "pdfcore/src/save/document_writer.h"
 
 #include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/names.h"
+#include "pdfcore/src/qpdf/qpdf_copy.h"
 #include "pdfcore/src/qpdf/qpdf_io.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/save/document_extract.h"
@@ -30,16 +32,16 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
             error.isError()) {
             return error;
         }
-        const bool isProtected = output.isProtected() || options.protection != nullptr;
-        *password = isProtected ? output.password() : QString();
-        prepareTrailer(output.document().getTrailer(), isProtected);
+        QPDF *protection = options.protection != nullptr ? options.protection : output.protection();
+        *password = protection != nullptr ? output.password() : QString();
+        prepareTrailer(output.document(), protection);
+        escapeNames(output.document());
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
         writer.setObjectStreamMode(qpdf_o_generate);
-        writer.setPreserveEncryption(isProtected);
-        if (options.protection != nullptr) {
-            prepareTrailer(options.protection->getTrailer(), true);
-            writer.copyEncryptionParameters(*options.protection);
+        writer.setPreserveEncryption(false);
+        if (protection != nullptr) {
+            writer.copyEncryptionParameters(*protection);
         }
         writer.setMinimumPDFVersion(output.version());
         writer.write();
@@ -64,9 +66,9 @@ EngineError check(const QString &path, const QString &password, qsizetype pageCo
         EngineError outcome;
         const auto written = openQpdf(path, password, &outcome, Damage::Refuse);
         // Not one of the pool: the file is about to be moved.
-        const auto session =
-            written ? DocumentSession::open(FileIdentity::of(path), password, {}, &outcome)
-                    : nullptr;
+        const auto session = written ? DocumentSession::open(FileIdentity::of(path), password, {},
+                                                             &outcome, {}, Damage::Refuse)
+                                     : nullptr;
         if (!session) {
             return {PdfBackendError::WriteFailed,
                     QStringLiteral("The new file cannot be read back: %1").arg(outcome.message)};

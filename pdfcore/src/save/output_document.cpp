@@ -147,19 +147,20 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages, Unlabell
     return {};
 }
 
-bool OutputDocument::isProtected() const
+QPDF *OutputDocument::protection() const
 {
-    const auto encryptionOf = [](const Contribution &contribution) {
-        return contribution.source().document().getTrailer().getKey("/Encrypt");
+    const auto encryptionOf = [](QPDF &document) {
+        return document.getTrailer().getKey("/Encrypt").unparseResolved();
     };
-    if (m_main == nullptr || !m_main->source().document().isEncrypted()) {
-        return false;
-    }
-    return std::all_of(m_contributions.begin(), m_contributions.end(), [&](const auto &other) {
-        // The same file may have been opened with its other password.
-        return !other->source().document().isEncrypted() ||
-               encryptionOf(*other).unparseResolved() == encryptionOf(*m_main).unparseResolved();
-    });
+    QPDF *own = m_main != nullptr ? m_main->source().protection() : nullptr;
+    const bool isKept =
+        own != nullptr &&
+        std::all_of(m_contributions.begin(), m_contributions.end(), [&](const auto &other) {
+            // The same file may have been opened with its other password.
+            QPDF *others = other->source().protection();
+            return others == nullptr || encryptionOf(*others) == encryptionOf(*own);
+        });
+    return isKept ? own : nullptr;
 }
 
 EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
@@ -282,22 +283,6 @@ void OutputDocument::joinLabels(Unlabelled unlabelled)
                              : std::nullopt);
     }
     installLabels(*m_output, labels, unlabelled);
-}
-
-void prepareTrailer(QPDFObjectHandle trailer, bool isProtected)
-{
-    // The right value is written in its place, but only if there is one.
-    trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
-    QPDFObjectHandle identity = trailer.getKey("/ID");
-    if (!identity.isArray() || identity.getArrayNItems() != 2 ||
-        !identity.getArrayItem(0).isString() || !identity.getArrayItem(1).isString()) {
-        trailer.removeKey("/ID");
-        if (isProtected) {
-            // What the key was made of, and is made of again; QPDF takes a missing one for empty.
-            const QPDFObjectHandle empty = QPDFObjectHandle::newString("");
-            trailer.replaceKey("/ID", QPDFObjectHandle::newArray({empty, empty}));
-        }
-    }
 }
 
 } // namespace pdfcore

@@ -43,10 +43,10 @@ public:
 
     /// The result; it reads from the source documents until this object goes.
     [[nodiscard]] QPDF &document() const { return *m_output; }
-    /// Whether the main document is protected by passwords and the output is to be so too, with the
-    /// same ones: a save is not what takes a protection away. With pages of another protected
-    /// document, which have passwords of their own, it is not.
-    [[nodiscard]] bool isProtected() const;
+    /// What the output is to be encrypted by: what the main document is protected by, with the same
+    /// passwords, for a save is not what takes a protection away. Null when it is not protected, or
+    /// with pages of another protected document, which have passwords of their own.
+    [[nodiscard]] QPDF *protection() const;
     /// The password that the main document was opened with.
     [[nodiscard]] QString password() const { return m_password; }
     /// The least PDF version that the source documents need.
@@ -76,8 +76,5 @@ private:
     QString m_password;
     std::shared_ptr<QPDF> m_output;
 };
-
-/// Brings a trailer (ISO 32000-2, 7.5.5) into the form that QPDF relies on when it writes.
-void prepareTrailer(QPDFObjectHandle trailer, bool isProtected);
 
 } // namespace pdfcore

@@ -2,6 +2,8 @@
 #include "pdfcore/src/save/output_sources.h"
 
 #include "pdfcore/src/base/file_identity.h"
+#include "pdfcore/src/qpdf/names.h"
+#include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/session/document_session.h"
 #include "pdfcore/src/session/engine.h"
@@ -10,23 +12,37 @@
 #include <QVersionNumber>
 
 #include <exception>
+#include <optional>
 
 namespace pdfcore {
 
 namespace {
 
-/// Writes what MuPDF makes of a damaged file to a temporary file; null when it cannot.
-std::unique_ptr<QTemporaryFile> newRepairedFile(const QString &path, const QString &password)
+/// What MuPDF makes of a damaged file, decrypted, and what the file is encrypted by, if anything.
+struct RepairedFile
 {
-    auto file = std::make_unique<QTemporaryFile>();
-    if (!file->open()) {
-        return nullptr;
+    std::unique_ptr<QTemporaryFile> content;
+    std::shared_ptr<QPDF> protection;
+};
+
+/// Nothing when the file cannot be repaired, or not without losing its protection, or when QPDF
+/// found the same objects in it, in `other`.
+std::optional<RepairedFile> newRepairedFile(const QString &path, const QString &password,
+                                            QPDF *other)
+{
+    RepairedFile file{std::make_unique<QTemporaryFile>(), nullptr};
+    if (!file.content->open()) {
+        return std::nullopt;
     }
     // A session of its own: those of the pool have pages that were changed in memory.
     EngineError outcome;
     const auto session = DocumentSession::open(FileIdentity::of(path), password, {}, &outcome);
-    if (!session || !session->writeRepaired(*file) || !file->flush()) {
-        return nullptr;
+    if (!session || (other != nullptr && !session->readsOtherwise(*other))) {
+        return std::nullopt;
+    }
+    file.protection = session->openProtection(&outcome);
+    if (outcome.isError() || !session->writeRepaired(*file.content) || !file.content->flush()) {
+        return std::nullopt;
     }
     return file;
 }
@@ -70,6 +86,37 @@ std::shared_ptr<const PageTree> shownPages(const QString &path, const QString &p
     const SessionPool::Lease session =
         Engine::instance().sessions().acquire(path, password, &outcome);
     return session ? session->pages() : nullptr;
+}
+
+/// Whether the document has, or can be made to have, the pages that are shown.
+bool agrees(SourceDocument &document, const PageTree &shown)
+{
+    // The pages of a copy have other numbers, but QPDF has found them before.
+    return shown.copy ? static_cast<std::size_t>(document.pageCount()) == shown.pageNumbers.size()
+                      : document.agreeOn(shown.pageNumbers);
+}
+
+/// Whether both libraries had to look for the objects of a damaged file, and may have found others.
+bool areBothRepaired(SourceDocument &document, const PageTree &shown)
+{
+    return shown.isRepaired && document.document().anyWarnings();
+}
+
+/// Whether QPDF found nothing amiss with the objects of a damaged file once it had found them,
+/// which took `warnings`.
+bool readsThroughout(QPDF &document, std::size_t warnings)
+{
+    document.getAllObjects();
+    return document.numWarnings() == warnings;
+}
+
+/// Whether attachments of the document would be lost. Its pages can be read without a password
+/// where only the attachments are encrypted. These cannot, and QPDF writes no stream that stays
+/// encrypted by another key than the rest, or under the number that its key may depend on. Rather
+/// than a file without them there is none until the password is given.
+bool losesAttachments(QPDF &document)
+{
+    return document.isEncrypted() && !hasKey(document) && hasLockedStreams(document);
 }
 
 } // namespace
@@ -131,26 +178,48 @@ OutputSources::OpenFile *OutputSources::file(const PdfSourcePage &page, EngineEr
 EngineError OutputSources::open(const QString &path, const QString &password, OpenFile *file)
 {
     EngineError outcome;
-    file->document = newSource(openQpdf(path, password, &outcome), &outcome);
-    if (!file->document && outcome.code != PdfBackendError::InvalidDocument) {
+    const std::shared_ptr<QPDF> opened = openQpdf(path, password, &outcome);
+    const std::size_t warnings = opened ? opened->numWarnings() : 0;
+    file->document = newSource(opened, &outcome);
+    if (outcome.code == PdfBackendError::FileNotFound) {
         return outcome;
     }
     const std::shared_ptr<const PageTree> shown = shownPages(path, password);
+    if (file->document && losesAttachments(file->document->document())) {
+        return {PdfBackendError::PasswordRequired,
+                QStringLiteral("The attachments of the file are encrypted.")};
+    }
+    const bool areAgreed = file->document && (!shown || agrees(*file->document, *shown));
+    const bool mayDiffer = areAgreed && shown && areBothRepaired(*file->document, *shown);
+    const bool isSound = areAgreed && (!mayDiffer || readsThroughout(*opened, warnings)) &&
+                         !(shown && lacksNames(*opened));
+    if (isSound && !mayDiffer) {
+        settleStrayNames(*opened);
+        return {};
+    }
     if (file->document) {
-        if (!shown || file->document->agreeOn(shown->pageNumbers)) {
-            return {};
-        }
         outcome = {PdfBackendError::InvalidDocument,
                    QStringLiteral("It is not certain which pages the damaged file has.")};
     }
-    std::unique_ptr<QTemporaryFile> repaired = newRepairedFile(path, password);
-    if (!shown || !repaired) {
-        return outcome;
+    std::optional<RepairedFile> repaired;
+    if (shown) {
+        repaired = newRepairedFile(path, password, isSound ? opened.get() : nullptr);
     }
-    EngineError ignored;
-    file->document = newSource(openQpdf(repaired->fileName(), QString(), &ignored), &ignored);
-    file->repairedFile = std::move(repaired);
-    return file->document && file->document->agreeOn(shown->pageNumbers) ? EngineError{} : outcome;
+    if (repaired) {
+        EngineError ignored;
+        auto document = newSource(openQpdf(repaired->content->fileName(), {}, &ignored), &ignored);
+        if (document && document->agreeOn(shown->pageNumbers)) {
+            document->setProtection(repaired->protection);
+            file->document = std::move(document);
+            file->repairedFile = std::move(repaired->content);
+            return {};
+        }
+    }
+    if (areAgreed) {
+        settleStrayNames(*opened);
+        return {};
+    }
+    return outcome;
 }
 
 PDFVersion OutputSources::version() const

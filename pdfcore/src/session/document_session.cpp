@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/session/document_session.h"
 
+#include "pdfcore/src/mupdf/broken_images.h"
 #include "pdfcore/src/mupdf/mupdf_file_stream.h"
 #include "pdfcore/src/mupdf/mupdf_internals.h"
+#include "pdfcore/src/mupdf/protection.h"
 #include "pdfcore/src/qpdf/password_candidates.h"
-#include "pdfcore/src/qpdf/qpdf_source.h"
+#include "pdfcore/src/qpdf/qpdf_copy.h"
 #include "pdfcore/src/render/page_bands.h"
 #include "pdfcore/src/render/page_images.h"
 #include "pdfcore/src/render/page_painter.h"
 #include "pdfcore/src/render/recorded_page.h"
+#include "pdfcore/src/session/object_places.h"
 
 #include <QFile>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <cmath>
@@ -77,10 +81,12 @@ EngineError noMemoryFor(QSize size)
 } // namespace
 
 DocumentSession::DocumentSession(const FileIdentity &file, const QString &password,
-                                 const SessionBudgets &budgets)
+                                 const SessionBudgets &budgets,
+                                 std::shared_ptr<QTemporaryFile> copy)
     : m_file(file)
     , m_password(password)
     , m_budgets(budgets)
+    , m_copy(std::move(copy))
 {}
 
 DocumentSession::~DocumentSession()
@@ -99,15 +105,45 @@ DocumentSession::~DocumentSession()
     m_colourSpaces.reset();
 }
 
-std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
-                                                       const QString &password,
-                                                       const SessionBudgets &budgets,
-                                                       EngineError *outcome,
-                                                       std::shared_ptr<const PageTree> pages)
+std::unique_ptr<DocumentSession>
+DocumentSession::open(const FileIdentity &file, const QString &password,
+                      const SessionBudgets &budgets, EngineError *outcome,
+                      std::shared_ptr<const PageTree> pages, Damage damage)
 {
-    std::unique_ptr<DocumentSession> session(new DocumentSession(file, password, budgets));
+    BudgetBreach breach = BudgetBreach::None;
+    const std::shared_ptr<QTemporaryFile> copy = pages ? pages->copy : nullptr;
+    auto session = openAsItIs(file, password, budgets, std::move(pages), copy, &breach, outcome);
+    const bool mayBeDamaged = session || outcome->code == PdfBackendError::InvalidDocument;
+    if (!mayBeDamaged || copy || breach != BudgetBreach::None || damage == Damage::Refuse ||
+        (session && session->isComplete())) {
+        return session;
+    }
+    EngineError ofCopy;
+    auto repaired = openCopy(file, password, budgets, &ofCopy);
+    if (repaired && (!session || repaired->pageCount() >= session->pageCount())) {
+        *outcome = ofCopy;
+        return repaired;
+    }
+    const bool needsPassword = ofCopy.code == PdfBackendError::PasswordRequired ||
+                               ofCopy.code == PdfBackendError::InvalidPassword;
+    if (needsPassword && !(session && session->isEncrypted())) {
+        *outcome = ofCopy;
+        return nullptr;
+    }
+    return session;
+}
+
+std::unique_ptr<DocumentSession>
+DocumentSession::openAsItIs(const FileIdentity &file, const QString &password,
+                            const SessionBudgets &budgets, std::shared_ptr<const PageTree> pages,
+                            std::shared_ptr<QTemporaryFile> copy, BudgetBreach *breach,
+                            EngineError *outcome)
+{
+    std::unique_ptr<DocumentSession> session(
+        new DocumentSession(file, password, budgets, std::move(copy)));
     if (session->m_context.get() == nullptr) {
         *outcome = {PdfBackendError::InvalidDocument, QStringLiteral("Not enough memory.")};
+        *breach = BudgetBreach::Memory;
         return nullptr;
     }
     session->m_colourSpaces = std::make_unique<ColourSpaces>(session->m_context);
@@ -120,15 +156,53 @@ std::unique_ptr<DocumentSession> DocumentSession::open(const FileIdentity &file,
     if (!outcome->isError()) {
         *outcome = session->usePages();
     }
-    const BudgetBreach breach = session->m_context.endWork();
+    *breach = session->m_context.endWork();
     // What was refused memory or time may have passed for something that is not there.
-    if (breach != BudgetBreach::None) {
-        *outcome = session->budgetError(breach, PdfBackendError::InvalidDocument);
+    if (*breach != BudgetBreach::None) {
+        *outcome = session->budgetError(*breach, PdfBackendError::InvalidDocument);
     }
     if (outcome->isError()) {
         return nullptr;
     }
     return session;
+}
+
+/// Opens a copy that QPDF makes of the file.
+std::unique_ptr<DocumentSession> DocumentSession::openCopy(const FileIdentity &file,
+                                                           const QString &password,
+                                                           const SessionBudgets &budgets,
+                                                           EngineError *outcome)
+{
+    // QPDF's memory cannot be counted, but it grows with the file.
+    if (file.size < 0 || static_cast<std::size_t>(file.size) > budgets.open.bytes) {
+        *outcome = {PdfBackendError::InvalidDocument, QStringLiteral("The file is too large.")};
+        return nullptr;
+    }
+    std::shared_ptr<QTemporaryFile> copy =
+        newReadableCopy(file.path, password, QDeadlineTimer(budgets.open.time), outcome);
+    if (!copy) {
+        return nullptr;
+    }
+    BudgetBreach breach = BudgetBreach::None;
+    return openAsItIs(file, password, budgets, {}, std::move(copy), &breach, outcome);
+}
+
+/// Whether the document has pages, and all objects that there are.
+bool DocumentSession::isComplete()
+{
+    return pageCount() > 0 &&
+           !(m_pages->isRepaired && hasLostObjects(m_context, m_document, m_file.path, m_password,
+                                                   QDeadlineTimer(m_budgets.open.time)));
+}
+
+bool DocumentSession::isEncrypted()
+{
+    return !protectionOf(m_context, m_document).isEmpty();
+}
+
+QString DocumentSession::contentPath() const
+{
+    return m_copy ? m_copy->fileName() : m_file.path;
 }
 
 EngineError DocumentSession::openDocument()
@@ -139,7 +213,7 @@ EngineError DocumentSession::openDocument()
                                                    : QStringLiteral("There is no such file.")};
     }
     QString reason;
-    fz_stream *stream = openFileStream(m_context, m_file.path, &reason);
+    fz_stream *stream = openFileStream(m_context, contentPath(), &reason);
     if (stream == nullptr) {
         return {PdfBackendError::FileNotFound, reason};
     }
@@ -171,9 +245,6 @@ EngineError DocumentSession::unlock()
     if (needed == 0) {
         return {};
     }
-    if (m_password.isEmpty()) {
-        return {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
-    }
     for (const QByteArray &candidate : mupdfPasswordCandidates(m_password)) {
         const char *spelling = candidate.constData();
         int accepted = 0;
@@ -186,27 +257,40 @@ EngineError DocumentSession::unlock()
             return {};
         }
     }
-    if (adoptKeyFromQpdf()) {
+    if (adoptKeyFromQpdf() || protectsAttachmentsOnly(m_context, m_document)) {
         return {};
+    }
+    if (m_password.isEmpty()) {
+        return {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
     }
     return {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
 }
 
-/// Up to revision 4 MuPDF turns every password into PDFDocEncoding, which has no letters for the
-/// UTF-8 bytes of many scripts; QPDF takes the bytes as they are, and its file key fits MuPDF too.
+std::shared_ptr<QPDF> DocumentSession::openProtection(EngineError *outcome)
+{
+    return openProtection(m_password, outcome);
+}
+
+std::shared_ptr<QPDF> DocumentSession::openProtection(const QString &password, EngineError *outcome)
+{
+    const QByteArray protection = protectionOf(m_context, m_document);
+    *outcome = {};
+    return protection.isEmpty() ? nullptr : openQpdf(protection, password, outcome);
+}
+
+/// Takes the file key from QPDF where it opens the document and MuPDF does not. Up to revision 4
+/// MuPDF turns every password into PDFDocEncoding, which has no letters for the UTF-8 bytes of many
+/// scripts; QPDF takes the bytes as they are. And an empty password is none to MuPDF unless it is
+/// the user's, though the owner's may be empty too.
 bool DocumentSession::adoptKeyFromQpdf()
 {
     constexpr int kLastRevisionWithDocEncoding = 4;
     fz_context *ctx = m_context.get();
-    if (encryptionRevision(ctx, m_document) > kLastRevisionWithDocEncoding) {
-        return false;
-    }
+    const bool isSpelledAlike = encryptionRevision(ctx, m_document) > kLastRevisionWithDocEncoding;
     EngineError outcome;
-    const std::shared_ptr<QPDF> document = openQpdf(m_file.path, m_password, &outcome);
-    if (!document || !document->isEncrypted()) {
-        return false;
-    }
-    return replaceFileKey(ctx, m_document, document->getEncryptionKey());
+    const std::shared_ptr<QPDF> protection =
+        openProtection(isSpelledAlike ? QString() : m_password, &outcome);
+    return protection && replaceFileKey(ctx, m_document, protection->getEncryptionKey());
 }
 
 EngineError DocumentSession::readPageTree()
@@ -225,6 +309,7 @@ EngineError DocumentSession::readPageTree()
     if (!hasTree) {
         return {PdfBackendError::InvalidDocument, QStringLiteral("The file has no page tree.")};
     }
+    tree->copy = m_copy;
     m_pages = std::make_shared<const PageTree>(std::move(*tree));
     return {};
 }
@@ -267,7 +352,7 @@ std::vector<PageTreeKid> DocumentSession::readManyKids()
     std::vector<PageTreeKid> kids(numbers.size());
     const std::size_t half = numbers.size() / 2;
     const auto readSecondHalf = [&] {
-        DocumentSession twin(m_file, m_password, m_budgets);
+        DocumentSession twin(m_file, m_password, m_budgets, m_copy);
         if (twin.m_context.get() == nullptr) {
             return;
         }
@@ -305,14 +390,18 @@ WorkBudget DocumentSession::pageBudget(const SessionBudgets &budgets, QSize targ
     return budget;
 }
 
-/// Runs `body`, which may throw MuPDF errors, within the budget. False when it failed.
+/// Runs `body`, which may throw MuPDF errors, for a page within the budget, and once more when it
+/// failed over images that cannot be loaded. False when it failed.
 template <typename Body>
-bool DocumentSession::work(const WorkBudget &budget, const fz_cookie &cookie, Body &&body,
-                           EngineError *outcome)
+bool DocumentSession::work(int pageIndex, const WorkBudget &budget, const fz_cookie &cookie,
+                           Body &&body, EngineError *outcome)
 {
     QString reason;
     m_context.beginWork(budget);
-    const bool done = m_context.run(body, &reason);
+    bool done = m_context.run(body, &reason);
+    if (!done && cookie.abort == 0 && !m_context.isOutOfTime() && dropBrokenImages(pageIndex)) {
+        done = m_context.run(body, &reason);
+    }
     BudgetBreach breach = m_context.endWork();
     if (breach == BudgetBreach::None && cookie.abort != 0) {
         breach = BudgetBreach::Time;
@@ -379,7 +468,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
     WorkBudget budget = pageBudget(m_budgets, targetSize, targetSize);
     budget.cancelled = cancelled;
     const bool painted = work(
-        budget, cookie,
+        pageIndex, budget, cookie,
         [&](fz_context *ctx) {
             withPage(ctx, pageIndex, [&](pdf_page *page) {
                 paintPage(ctx, page, rotation, image, *m_colourSpaces, images, m_context, cookie);
@@ -404,7 +493,7 @@ bool DocumentSession::renderBands(int pageIndex, int rotation, PageBands &bands,
     // What the sink does with a band does not count.
     const auto workTimed = [&](auto &&body) {
         const auto start = std::chrono::steady_clock::now();
-        const bool done = work(budget, recorded.cookie(), body, outcome);
+        const bool done = work(pageIndex, budget, recorded.cookie(), body, outcome);
         budget.time -= std::chrono::duration_cast<std::chrono::milliseconds>(
             std::chrono::steady_clock::now() - start);
         return done;
@@ -427,6 +516,25 @@ bool DocumentSession::renderBands(int pageIndex, int rotation, PageBands &bands,
         }
     }
     return true;
+}
+
+bool DocumentSession::dropBrokenImages(int pageIndex)
+{
+    const int number = m_pages->pageNumbers[static_cast<std::size_t>(pageIndex)];
+    bool areDropped = false;
+    m_context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *object = pdf_load_object(ctx, m_document, number);
+            areDropped = pdfcore::dropBrokenImages(ctx, m_document, object);
+            pdf_drop_obj(ctx, object);
+        },
+        nullptr);
+    return areDropped;
+}
+
+bool DocumentSession::readsOtherwise(QPDF &other)
+{
+    return compareObjects(m_context, m_document, other) != FoundObjects::Same;
 }
 
 bool DocumentSession::writeRepaired(QIODevice &device)

@@ -5,6 +5,7 @@
 #include "pdfcore/src/base/file_identity.h"
 #include "pdfcore/src/mupdf/mupdf_context.h"
 #include "pdfcore/src/mupdf/page_tree.h"
+#include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/render/colour_spaces.h"
 
 #include <QIODevice>
@@ -44,11 +45,14 @@ class DocumentSession final
 public:
     /// Opens the file. Null on failure, with the error in `outcome`.
     ///
-    /// @param pages  Its pages, when another session of the same file has found them already.
+    /// @param pages   Its pages, when another session of the same file has found them already.
+    /// @param damage  What to do about a file in which MuPDF finds no pages. Damage::Repair means
+    ///                that it is read from a copy that QPDF makes, if QPDF finds some.
     static std::unique_ptr<DocumentSession> open(const FileIdentity &file, const QString &password,
                                                  const SessionBudgets &budgets,
                                                  EngineError *outcome,
-                                                 std::shared_ptr<const PageTree> pages = {});
+                                                 std::shared_ptr<const PageTree> pages = {},
+                                                 Damage damage = Damage::Repair);
     ~DocumentSession();
     DocumentSession(const DocumentSession &) = delete;
     DocumentSession &operator=(const DocumentSession &) = delete;
@@ -88,22 +92,43 @@ public:
     /// that fails.
     bool writeRepaired(QIODevice &device);
 
+    /// Whether MuPDF found other objects in the file than `other` did.
+    bool readsOtherwise(QPDF &other);
+
+    /// What the document is encrypted by, as a document that has nothing else, opened with the
+    /// password. Null without an error in `outcome` when it is not encrypted, else null on failure.
+    std::shared_ptr<QPDF> openProtection(EngineError *outcome);
+
     /// False once a piece of work ended in a way that leaves the document in doubt.
     [[nodiscard]] bool isUsable() const { return m_usable; }
 
 private:
     DocumentSession(const FileIdentity &file, const QString &password,
-                    const SessionBudgets &budgets);
+                    const SessionBudgets &budgets, std::shared_ptr<QTemporaryFile> copy);
+    static std::unique_ptr<DocumentSession>
+    openAsItIs(const FileIdentity &file, const QString &password, const SessionBudgets &budgets,
+               std::shared_ptr<const PageTree> pages, std::shared_ptr<QTemporaryFile> copy,
+               BudgetBreach *breach, EngineError *outcome);
+    static std::unique_ptr<DocumentSession> openCopy(const FileIdentity &file,
+                                                     const QString &password,
+                                                     const SessionBudgets &budgets,
+                                                     EngineError *outcome);
     EngineError openDocument();
+    bool isComplete();
+    bool isEncrypted();
+    [[nodiscard]] QString contentPath() const;
     EngineError unlock();
+    std::shared_ptr<QPDF> openProtection(const QString &password, EngineError *outcome);
     bool adoptKeyFromQpdf();
     EngineError readPageTree();
     std::optional<PageTree> collectPages(bool *hasTree, QString *reason);
     std::vector<PageTreeKid> readManyKids();
+    bool dropBrokenImages(int pageIndex);
     EngineError usePages();
     bool hasPage(int pageIndex, EngineError *outcome) const;
     template <typename Body>
-    bool work(const WorkBudget &budget, const fz_cookie &cookie, Body &&body, EngineError *outcome);
+    bool work(int pageIndex, const WorkBudget &budget, const fz_cookie &cookie, Body &&body,
+              EngineError *outcome);
     template <typename Body>
     void withPage(fz_context *ctx, int pageIndex, Body &&body);
     EngineError budgetError(BudgetBreach breach, PdfBackendError code) const;
@@ -111,6 +136,7 @@ private:
     FileIdentity m_file;
     QString m_password;
     SessionBudgets m_budgets;
+    std::shared_ptr<QTemporaryFile> m_copy; ///< What is read instead of the file, or null.
     MupdfContext m_context;
     std::unique_ptr<ColourSpaces> m_colourSpaces;
     pdf_document *m_document = nullptr;

@@ -3,6 +3,7 @@
 
 #include "pdfcore/src/qpdf/key_tree.h"
 #include "pdfcore/src/qpdf/qpdf_objects.h"
+#include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 
 #include <utility>
@@ -51,6 +52,11 @@ bool SourceDocument::agreeOn(const std::vector<int> &pageNumbers)
     }
     setPages(std::move(agreed));
     return true;
+}
+
+QPDF *SourceDocument::protection() const
+{
+    return hasKey(*m_document) ? m_document.get() : m_protection.get();
 }
 
 QPDFObjectHandle SourceDocument::page(int index) const

@@ -43,6 +43,11 @@ public:
     /// done.
     bool agreeOn(const std::vector<int> &pageNumbers);
 
+    /// What the document is encrypted by: itself or, for a decrypted copy, what it was given; null
+    /// for one that is not protected.
+    [[nodiscard]] QPDF *protection() const;
+    /// Gives a decrypted copy the protection of what it was copied from.
+    void setProtection(std::shared_ptr<QPDF> protection) { m_protection = std::move(protection); }
     [[nodiscard]] QPDF &document() const { return *m_document; }
     [[nodiscard]] const std::shared_ptr<QPDF> &handle() const { return m_document; }
     [[nodiscard]] QPDFObjectHandle root() const { return m_document->getRoot(); }
@@ -82,6 +87,7 @@ private:
     void setPages(std::vector<QPDFObjectHandle> pages);
 
     std::shared_ptr<QPDF> m_document;
+    std::shared_ptr<QPDF> m_protection;
     std::vector<QPDFObjectHandle> m_pages;
     std::map<QPDFObjGen, int> m_indexes;
     std::vector<bool> m_isKept;

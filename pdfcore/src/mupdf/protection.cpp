@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/mupdf/protection.h"
+
+#include "pdfcore/src/mupdf/mupdf_internals.h"
+
+#include <cstring>
+
+namespace pdfcore {
+
+namespace {
+
+pdf_obj *encryptionOf(fz_context *ctx, pdf_document *document)
+{
+    return pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(Encrypt));
+}
+
+/// The object as it stands in the file, which the caller drops: once a document has its key, MuPDF
+/// decrypts the strings of all objects that it loads, and these were never encrypted.
+pdf_obj *asInFile(fz_context *ctx, pdf_document *document, pdf_obj *object)
+{
+    const ObjectPlace place = placeOf(ctx, document, pdf_to_num(ctx, object));
+    if (place.offset == 0) {
+        return pdf_keep_obj(ctx, pdf_resolve_indirect(ctx, object));
+    }
+    fz_stream *file = streamOf(document);
+    fz_seek(ctx, file, place.offset, SEEK_SET);
+    int number = 0;
+    int generation = 0;
+    int64_t streamOffset = 0;
+    int needsRepair = 0;
+    return pdf_parse_ind_obj(ctx, document, file, &number, &generation, &streamOffset,
+                             &needsRepair);
+}
+
+/// Whether what the entry `key` of the encryption dictionary stands for is left as it is.
+bool leavesAsItIs(fz_context *ctx, pdf_obj *encryption, const char *key)
+{
+    pdf_obj *filter = pdf_dict_gets(ctx, encryption, key);
+    // Identity is what a missing entry stands for.
+    return filter == nullptr || std::strcmp(pdf_to_name(ctx, filter), "Identity") == 0;
+}
+
+/// Whether the password is asked for when an attachment is opened and no earlier.
+bool waitsForAttachments(fz_context *ctx, pdf_obj *filters)
+{
+    bool allWait = pdf_is_dict(ctx, filters) != 0;
+    for (int i = 0; i < pdf_dict_len(ctx, filters); ++i) {
+        pdf_obj *event = pdf_dict_gets(ctx, pdf_dict_get_val(ctx, filters, i), "AuthEvent");
+        allWait = allWait && std::strcmp(pdf_to_name(ctx, event), "EFOpen") == 0;
+    }
+    return allWait;
+}
+
+} // namespace
+
+QByteArray protectionOf(MupdfContext &context, pdf_document *document)
+{
+    char *entries = nullptr;
+    std::size_t length = 0;
+    const bool isWritten = context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *encryption = encryptionOf(ctx, document);
+            if (pdf_is_dict(ctx, encryption) == 0) {
+                return;
+            }
+            pdf_obj *identity = pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(ID));
+            pdf_obj *both = pdf_new_dict(ctx, document, 2);
+            fz_try(ctx)
+            {
+                pdf_dict_put_drop(ctx, both, PDF_NAME(Encrypt),
+                                  asInFile(ctx, document, encryption));
+                if (identity != nullptr) {
+                    pdf_dict_put_drop(ctx, both, PDF_NAME(ID), asInFile(ctx, document, identity));
+                }
+                entries = pdf_sprint_obj(ctx, nullptr, 0, &length, both, 1, 1);
+            }
+            fz_always(ctx)
+            {
+                pdf_drop_obj(ctx, both);
+            }
+            fz_catch(ctx)
+            {
+                fz_rethrow(ctx);
+            }
+        },
+        nullptr);
+    QByteArray protection;
+    if (isWritten && entries != nullptr && length > 2) {
+        // The entries come between << and >>.
+        protection = "%PDF-1.7\n1 0 obj\n<< /Type /Catalog /Pages 2 0 R >>\nendobj\n"
+                     "2 0 obj\n<< /Type /Pages /Kids [] /Count 0 >>\nendobj\n"
+                     "trailer\n<< /Root 1 0 R " +
+                     QByteArray(entries + 2, static_cast<qsizetype>(length) - 2) + '\n';
+    }
+    fz_free(context.get(), entries);
+    return protection;
+}
+
+bool protectsAttachmentsOnly(MupdfContext &context, pdf_document *document)
+{
+    constexpr int kFirstVersionWithFilters = 4;
+    bool areLeft = false;
+    context.run(
+        [&](fz_context *ctx) {
+            pdf_obj *encryption = encryptionOf(ctx, document);
+            areLeft = pdf_dict_get_int(ctx, encryption, PDF_NAME(V)) >= kFirstVersionWithFilters &&
+                      leavesAsItIs(ctx, encryption, "StmF") &&
+                      leavesAsItIs(ctx, encryption, "StrF") &&
+                      waitsForAttachments(ctx, pdf_dict_gets(ctx, encryption, "CF"));
+        },
+        nullptr);
+    return areLeft;
+}
+
+} // namespace pdfcore

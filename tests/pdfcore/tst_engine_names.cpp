@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tests/pdfcore/engine_calls.h"
+#include "tests/support/pdf_fixture.h"
+
+using namespace EngineCalls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Bytes = QByteArray;
+
+/// A document for the given version of PDF with a page that a form fills. The form is called
+/// `inResources` in the resources and `inContents` in the contents.
+Bytes documentWith(const Bytes &version, const Bytes &inResources, const Bytes &inContents)
+{
+    Bytes file = PdfFixture::onePage(
+        '/' + inContents + " Do", "/XObject << /" + inResources + " 5 0 R >>",
+        {PdfFixture::streamBody("/Type /XObject /Subtype /Form /BBox [0 0 200 200] /Resources << "
+                                "/XObject << /" +
+                                    inResources + " 6 0 R >> >>",
+                                '/' + inContents + " Do"),
+         PdfFixture::streamBody("/Type /XObject /Subtype /Form /BBox [0 0 200 200]",
+                                "1 0 0 rg 0 0 200 200 re f")});
+    return file.replace("%PDF-1.7", Bytes("%PDF-" + version));
+}
+
+/// All that is packed in a file, one after the other.
+Bytes unpacked(const Bytes &file)
+{
+    Bytes all;
+    for (qsizetype at = file.indexOf("\nstream\n"); at >= 0;
+         at = file.indexOf("\nstream\n", at + 1)) {
+        // It is put behind a guess at its length, which need not be right.
+        const Bytes data = Bytes("\0\0\x10\0", 4) + file.mid(at + 8);
+        all += qUncompress(data);
+    }
+    return all;
+}
+
+} // namespace
+
+/// Names with a "#" that is no escape, or an odd one.
+class TestEngineNames : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void namesAreFoundAfterASave_data();
+    void namesAreFoundAfterASave();
+    void strayNamesOfOldFilesAreValidAfterASave();
+};
+
+void TestEngineNames::namesAreFoundAfterASave_data()
+{
+    QTest::addColumn<Bytes>("version");
+    QTest::addColumn<Bytes>("inResources");
+    QTest::addColumn<Bytes>("inContents");
+    for (const char *version : {"1.0", "1.1", "1.2", "1.7"}) {
+        const auto row = [version](const char *inResources, const char *inContents) {
+            QTest::addRow("%s, %s and %s", version, inResources, inContents)
+                << Bytes(version) << Bytes(inResources) << Bytes(inContents);
+        };
+        row("F#zz", "F#zz");
+        row("F#", "F#");
+        row("F#1", "F#1");
+        row("F##", "F##");
+        row("F#00", "F#00");
+        row("F#00x", "F#00x");
+        row("F#41", "FA");
+        row("F#20#2fx", "F#20#2Fx");
+        row("F#2341", "F#2341");
+    }
+}
+
+void TestEngineNames::namesAreFoundAfterASave()
+{
+    QFETCH(const Bytes, version);
+    QFETCH(const Bytes, inResources);
+    QFETCH(const Bytes, inContents);
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, documentWith(version, inResources, inContents));
+    COMPARE_COLOUR(middle(render(filePage(path)).image), QColor(Qt::red), 1);
+    const QString target = folder.path(u"out.pdf"_s);
+    // As the whole document, and as a page of another one.
+    const QString other = folder.add(u"other.pdf"_s, PdfFixture::pagesByNumber(1));
+    PdfSourcePage first = filePage(other);
+    first.isOfMainDocument = true;
+    for (const QList<PdfSourcePage> &pages :
+         {QList<PdfSourcePage>{filePage(path)}, QList<PdfSourcePage>{filePage(path), first}}) {
+        const Outcome saved = save(pages, target);
+        QVERIFY2(saved.ok, qPrintable(saved.message));
+        COMPARE_COLOUR(middle(render(filePage(target)).image), QColor(Qt::red), 1);
+    }
+}
+
+void TestEngineNames::strayNamesOfOldFilesAreValidAfterASave()
+{
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, documentWith("1.1", "F#zz", "F#zz"));
+    const QString target = folder.path(u"out.pdf"_s);
+    const Outcome saved = save({filePage(path)}, target);
+    QVERIFY2(saved.ok, qPrintable(saved.message));
+    const Bytes content = contentOf(target) + unpacked(contentOf(target));
+    QVERIFY(content.contains("/F#23zz Do"));
+    QCOMPARE(content.count("/F#23zz "), 4);
+    QVERIFY(!content.contains("/F#zz"));
+}
+
+QTEST_GUILESS_MAIN(TestEngineNames)
+#include "tst_engine_names.moc"
