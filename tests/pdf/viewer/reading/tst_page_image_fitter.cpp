@@ -5,6 +5,7 @@
 #include "tests/pdf/viewer/render_probe.h"
 #include "tests/pdf/viewer/shown_view.h"
 
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -273,7 +274,11 @@ void TestPageImageFitter::viewPaintsTheFittedImage()
     view.setRenderManager(&manager);
     view.resize(402, 299);
     view.setZoomFactor(1.0);
+    const QSignalSpy painted(&view, &PdfDocumentView::firstPagePainted);
     view.show();
+    QTRY_COMPARE(painted.size(), 1);
+    view.horizontalScrollBar()->setValue(0);
+    view.verticalScrollBar()->setValue(0);
     const QSize shown(501, 403);
     const QSize asked(752, 605);
     const QImage expected = PageImageFitter::fittedTo(lines(asked), shown);
