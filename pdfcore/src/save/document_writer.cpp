@@ -14,19 +14,29 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include <future>
+#include <memory>
+#include <system_error>
+#include <utility>
+
 namespace pdfcore {
 
 namespace {
 
+/// Pages from which letting go of the objects of an output takes so long that it is worth a thread.
+constexpr qsizetype kManyPages = 1000;
+
 /// Assembles and writes the output to `file`, and tells the password that opens it. The source
-/// files are closed again when it returns.
+/// files are open until `assembled` goes.
 EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &options,
-                    AtomicFile &file, QString *password)
+                    AtomicFile &file, std::unique_ptr<OutputDocument> *assembled, QString *password)
 {
     const DocumentExtract *extract = options.extract;
     QDeviceOutput pipeline(file.device());
     try {
-        OutputDocument output(extract != nullptr ? extract->open() : nullptr);
+        *assembled =
+            std::make_unique<OutputDocument>(extract != nullptr ? extract->open() : nullptr);
+        OutputDocument &output = **assembled;
         if (EngineError error =
                 output.assemble(extract != nullptr ? extract->located(pages) : pages);
             error.isError()) {
@@ -56,6 +66,22 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
         return {PdfBackendError::WriteFailed, reason};
     }
     return {};
+}
+
+/// Lets go of an output, which closes its source files: on another thread, for which to wait, where
+/// it has many pages.
+std::future<void> release(std::unique_ptr<OutputDocument> output, qsizetype pageCount)
+{
+    if (pageCount < kManyPages) {
+        return {};
+    }
+    try {
+        return std::async(std::launch::async,
+                          [output = std::move(output)]() mutable { output.reset(); });
+    } catch (const std::system_error &) {
+        // Without another thread it has gone here.
+        return {};
+    }
 }
 
 /// Reopens what was written, which must not need a repair, and counts the pages that those who open
@@ -122,11 +148,18 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
         return {PdfBackendError::WriteFailed, reason};
     }
     QString password;
-    if (EngineError error = writeTo(pages, options, file, &password); error.isError()) {
+    std::unique_ptr<OutputDocument> output;
+    if (EngineError error = writeTo(pages, options, file, &output, &password); error.isError()) {
         return error;
     }
-    if (EngineError error = check(file.temporaryPath(), password, pages.size()); error.isError()) {
-        return error;
+    // Meanwhile the file is checked; its target may be one of the sources, which are closed then.
+    std::future<void> released = release(std::move(output), pages.size());
+    const EngineError checked = check(file.temporaryPath(), password, pages.size());
+    if (released.valid()) {
+        released.wait();
+    }
+    if (checked.isError()) {
+        return checked;
     }
     if (EngineError error = checkSources(pages); error.isError()) {
         return error;

@@ -165,14 +165,23 @@ QPDF *OutputDocument::protection() const
 
 EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)
 {
+    const PdfSourcePage *before = nullptr;
+    SourceDocument *source = nullptr;
     for (const PdfSourcePage &page : pages) {
         Place place;
         if (!isBlankPage(page)) {
-            EngineError outcome;
-            SourceDocument *source = m_sources.get(page, &outcome);
-            if (source == nullptr) {
-                return outcome;
+            // Finding out where a file is takes a look at the disk.
+            const bool isOfSameSource = before != nullptr && before->filePath == page.filePath &&
+                                        before->password == page.password &&
+                                        before->revision == page.revision;
+            if (!isOfSameSource || !source->hasPage(page.pageIndex)) {
+                EngineError outcome;
+                source = m_sources.get(page, &outcome);
+                if (source == nullptr) {
+                    return outcome;
+                }
             }
+            before = &page;
             auto found =
                 std::find_if(m_contributions.begin(), m_contributions.end(),
                              [source](const auto &known) { return &known->source() == source; });

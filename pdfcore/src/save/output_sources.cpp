@@ -138,7 +138,7 @@ SourceDocument *OutputSources::get(const PdfSourcePage &page, EngineError *outco
         return nullptr;
     }
     SourceDocument *document = open->document.get();
-    if (page.pageIndex >= 0 && page.pageIndex < document->pageCount()) {
+    if (document->hasPage(page.pageIndex)) {
         return document;
     }
     *outcome = {PdfBackendError::InvalidDocument,

@@ -88,6 +88,7 @@ QString TestPdfViewerInserting::secretFile(const QString &name, const QList<int>
 {
     PdfFixture::Encryption encryption;
     encryption.userPassword = "geheim";
+    encryption.ownerPassword = "owner";
     return m_shown->add(name, PdfFixture::encrypted(PageNumbers::documentOf(numbers), encryption));
 }
 

@@ -164,6 +164,7 @@ void TestPdfViewerSavingOver::protectedFileIsSavedOverWithItsProtection()
 {
     PdfFixture::Encryption encryption;
     encryption.userPassword = "geheim";
+    encryption.ownerPassword = "owner";
     const QString path = m_shown->add(
         u"secret.pdf"_s, PdfFixture::encrypted(PdfFixture::pagesByNumber(4), encryption));
     QVERIFY(m_shown->viewer->openFile(path, u"geheim"_s));

@@ -92,6 +92,7 @@ QString TestPdfViewerWidget::secretFile() const
 {
     PdfFixture::Encryption encryption;
     encryption.userPassword = "geheim";
+    encryption.ownerPassword = "owner";
     return fileWith(QStringLiteral("secret.pdf"),
                     PdfFixture::encrypted(PdfFixture::pagesByNumber(2), encryption));
 }

@@ -52,6 +52,7 @@ public:
     [[nodiscard]] const std::shared_ptr<QPDF> &handle() const { return m_document; }
     [[nodiscard]] QPDFObjectHandle root() const { return m_document->getRoot(); }
     [[nodiscard]] int pageCount() const { return static_cast<int>(m_pages.size()); }
+    [[nodiscard]] bool hasPage(int index) const { return index >= 0 && index < pageCount(); }
     [[nodiscard]] QPDFObjectHandle page(int index) const;
     /// The first index of the same page object.
     [[nodiscard]] int firstIndexOf(int index) const;
