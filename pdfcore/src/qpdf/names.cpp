@@ -152,7 +152,9 @@ std::vector<QPDFObjectHandle> contentsOf(QPDFObjectHandle object)
             streams.push_back(glyph);
         }
     }
-    std::erase_if(streams, [](QPDFObjectHandle stream) { return !stream.isStream(); });
+    streams.erase(std::remove_if(streams.begin(), streams.end(),
+                                 [](QPDFObjectHandle stream) { return !stream.isStream(); }),
+                  streams.end());
     return streams;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/src/base/damage.h"
 #include "pdfcore/src/base/engine_error.h"
 
 #include <QByteArray>
@@ -15,12 +16,6 @@
 #include <qpdf/QPDFObjectHandle.hh>
 
 namespace pdfcore {
-
-/// What is done about a file whose cross-reference table is of no use.
-enum class Damage {
-    Repair,
-    Refuse,
-};
 
 /// Opens the file at `path` for copying from. Null on failure, with the error in `outcome`.
 ///

@@ -154,7 +154,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     }
     // Meanwhile the file is checked; its target may be one of the sources, which are closed then.
     std::future<void> released = release(std::move(output), pages.size());
-    const EngineError checked = check(file.temporaryPath(), password, pages.size());
+    EngineError checked = check(file.temporaryPath(), password, pages.size());
     if (released.valid()) {
         released.wait();
     }

@@ -6,10 +6,9 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
-#include <memory>
-
-#include <qpdf/QPDF.hh>
+class QPDF;
 
 namespace pdfcore {
 

@@ -7,6 +7,7 @@
 #include "pdfcore/src/mupdf/protection.h"
 #include "pdfcore/src/qpdf/password_candidates.h"
 #include "pdfcore/src/qpdf/qpdf_copy.h"
+#include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/render/page_bands.h"
 #include "pdfcore/src/render/page_images.h"
 #include "pdfcore/src/render/page_painter.h"

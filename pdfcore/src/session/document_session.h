@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/src/base/damage.h"
 #include "pdfcore/src/base/engine_error.h"
 #include "pdfcore/src/base/file_identity.h"
 #include "pdfcore/src/mupdf/mupdf_context.h"
 #include "pdfcore/src/mupdf/page_tree.h"
-#include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/render/colour_spaces.h"
 
 #include <QIODevice>
@@ -20,6 +20,8 @@
 #include <vector>
 
 #include <mupdf/pdf.h>
+
+class QPDF;
 
 namespace pdfcore {
 
