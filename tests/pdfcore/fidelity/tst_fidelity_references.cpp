@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/fidelity/fidelity_case.h"
+#include "tests/pdfcore/fidelity/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity/fidelity_soundness.h"
 
 using namespace EngineCalls;
@@ -23,6 +24,8 @@ private slots:
     void everythingWithoutPagesThatAreGone();
     void foreignPagesThatAreGoneStayAway_data() { pagesThatAreGoneStayAway_data(); }
     void foreignPagesThatAreGoneStayAway();
+    void linksToPagesThatAreGoneLeaveTheFile_data();
+    void linksToPagesThatAreGoneLeaveTheFile();
 };
 
 void TestFidelityReferences::pagesThatAreGoneStayAway_data()
@@ -150,6 +153,40 @@ void TestFidelityReferences::foreignPagesThatAreGoneStayAway()
              QStringList({u"MAIN-1"_s, u"OTHER-1"_s, u"OTHER-2"_s, u"OTHER-1"_s}));
     NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
     NO_PROBLEMS(FidelitySoundness::syntaxProblems(test.output()));
+}
+
+void TestFidelityReferences::linksToPagesThatAreGoneLeaveTheFile_data()
+{
+    QTest::addColumn<Bytes>("object");
+    QTest::addColumn<Bytes>("entries");
+    QTest::newRow("nothing else knows it") << Bytes("page1") << Bytes();
+    QTest::newRow("reply") << Bytes("note1") << Bytes("/IRT {link}");
+    QTest::newRow("structure")
+        << Bytes("catalogue")
+        << Bytes("/StructTreeRoot << /K [<< /S /Link /Pg {page1} /K << /Type /OBJR /Obj {link} >> "
+                 ">>] >>");
+    QTest::newRow("hiding it") << Bytes("button") << Bytes("/A << /S /Hide /T [{link}] >>");
+    QTest::newRow("maker's data") << Bytes("page1") << Bytes("/MakerData [{link}]");
+}
+
+void TestFidelityReferences::linksToPagesThatAreGoneLeaveTheFile()
+{
+    QFETCH(Bytes, object);
+    QFETCH(Bytes, entries);
+    FidelityCase test;
+    for (const Bytes prefix : {"MAIN", "OTHER"}) {
+        FidelityAssembly document = withReference(prefix, object, entries);
+        document.addEntries("link", "/Dest [{page3} /Fit] /Contents (link of " + prefix + ")");
+        test.add(prefix, document.file());
+    }
+    const auto saved = test.save(u"M1 M2 O1"_s);
+    QCOMPARE(saved->output().marks().size(), 3);
+    const Bytes all = FidelityPieces::everythingIn(saved->output());
+    QVERIFY(!all.contains("link of MAIN"));
+    QVERIFY(!all.contains("link of OTHER"));
+    NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
+    // It is there as long as the page is.
+    QVERIFY(FidelityPieces::everythingIn(test.save(u"M3 M1"_s)->output()).contains("link of MAIN"));
 }
 
 QTEST_GUILESS_MAIN(TestFidelityReferences)
