@@ -26,6 +26,8 @@ private slots:
     void foreignPagesThatAreGoneStayAway();
     void linksToPagesThatAreGoneLeaveTheFile_data();
     void linksToPagesThatAreGoneLeaveTheFile();
+    void previousActionsOfLinksFollowTheirPages_data();
+    void previousActionsOfLinksFollowTheirPages();
 };
 
 void TestFidelityReferences::pagesThatAreGoneStayAway_data()
@@ -187,6 +189,43 @@ void TestFidelityReferences::linksToPagesThatAreGoneLeaveTheFile()
     NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
     // It is there as long as the page is.
     QVERIFY(FidelityPieces::everythingIn(test.save(u"M3 M1"_s)->output()).contains("link of MAIN"));
+}
+
+void TestFidelityReferences::previousActionsOfLinksFollowTheirPages_data()
+{
+    QTest::addColumn<Bytes>("destination");
+    QTest::newRow("page") << Bytes("[{page3} /Fit]");
+    QTest::newRow("number") << Bytes("[2 /Fit]");
+    QTest::newRow("name") << Bytes("(third)");
+}
+
+void TestFidelityReferences::previousActionsOfLinksFollowTheirPages()
+{
+    QFETCH(Bytes, destination);
+    FidelityCase test;
+    for (const Bytes prefix : {"MAIN", "OTHER"}) {
+        FidelityAssembly document = withReference(
+            prefix, "link", "/A << /S /URI /URI (a) >> /PA << /S /GoTo /D " + destination + " >>");
+        document.addEntries("catalogue",
+                            "/Names << /Dests << /Names [(third) [{page3} /Fit]] >> >>");
+        test.add(prefix, document.file());
+    }
+    for (const auto &[list, prefix] : {std::pair{u"M1 M2"_s, u"MAIN"_s},
+                                       {u"M3 M1"_s, u"MAIN"_s},
+                                       {u"M2 O1 O2"_s, u"OTHER"_s},
+                                       {u"M2 O1 O3"_s, u"OTHER"_s}}) {
+        const auto saved = test.save(list);
+        FidelityDocument &output = saved->output();
+        const qsizetype page = output.marks().indexOf(prefix + u"-1"_s);
+        const qsizetype target = output.marks().indexOf(prefix + u"-3"_s);
+        QPDFObjectHandle link = output.annotations(page).at(0);
+        QVERIFY(link.hasKey("/A"));
+        QCOMPARE(link.hasKey("/PA"), target >= 0);
+        if (target >= 0) {
+            QCOMPARE(output.targetOfDestination(link.getKey("/PA").getKey("/D")).index, target);
+        }
+        NO_PROBLEMS(FidelitySoundness::pageProblems(output));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestFidelityReferences)
