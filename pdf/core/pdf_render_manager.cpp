@@ -19,13 +19,12 @@ constexpr int kThreadExpiryMs = 15000;
 /// edit finds the images again.
 QString cacheKey(const PdfPageAppearance &page, QSize targetSize, PdfRenderPurpose purpose)
 {
-    // States of one file that differ in content must not share images.
-    const QString source = page.generation == 0 ? page.sourcePath
-                                                : page.sourcePath + QLatin1Char('#') +
-                                                      QString::number(page.generation);
-    // One call with all arguments, because a path may contain place markers itself.
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
-        .arg(source, QString::number(page.sourcePageIndex), QString::number(page.rotation),
+    // One call with all arguments, because a path may contain place markers itself. The path comes
+    // first, so that whatever it contains the numbers behind it are told apart. States of one file
+    // that differ in content have a generation each.
+    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8")
+        .arg(page.sourcePath, QString::number(page.generation),
+             QString::number(page.sourcePageIndex), QString::number(page.rotation),
              QString::number(targetSize.width()), QString::number(targetSize.height()),
              QString::number(static_cast<qint32>(purpose)), QString::number(page.blank ? 1 : 0));
 }

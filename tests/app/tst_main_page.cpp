@@ -65,6 +65,7 @@ private slots:
     void sameFileIsSelectedAgain();
     void sameFileInAnotherCaseIsSelectedAgain();
     void sameFileByAnotherRouteIsSelectedAgain();
+    void backSlashInANameSeparatesNothing();
     void openedFileIsRecorded();
     void fileOfTheRecentListIsNotRecordedAgain();
     void blankPathOpensNothing_data();
@@ -393,7 +394,9 @@ void TestMainPage::sameFileByAnotherRouteIsSelectedAgain()
     const QString detour = file.absolutePath() % QStringLiteral("/./x/..//") % file.fileName();
     QVERIFY(QDir(file.absolutePath()).mkpath(QStringLiteral("x")));
     m_page->openFileInTab(detour);
+#ifdef Q_OS_WIN
     m_page->openFileInTab(QDir::toNativeSeparators(m_pdf));
+#endif
     m_page->openFileInTab(QDir::current().relativeFilePath(m_pdf));
     QCOMPARE(tabs()->count(), 2);
     QCOMPARE(tabs()->currentWidget(), page);
@@ -403,6 +406,25 @@ void TestMainPage::sameFileByAnotherRouteIsSelectedAgain()
         m_page->openFileInTab(link);
         QCOMPARE(tabs()->count(), 2);
     }
+}
+
+void TestMainPage::backSlashInANameSeparatesNothing()
+{
+#ifdef Q_OS_WIN
+    QSKIP("There are no such names here.");
+#else
+    // A file of that name is another one than the file in the folder.
+    const QString folder = m_folders->filePath(QStringLiteral("folder"));
+    const QString inside = folder + QStringLiteral("/inside.pdf");
+    const QString beside = folder + QStringLiteral("\\inside.pdf");
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(PdfFixture::write(inside, PdfFixture::pagesByNumber(1)));
+    QVERIFY(PdfFixture::write(beside, PdfFixture::pagesByNumber(2)));
+    m_page->openFileInTab(inside);
+    m_page->openFileInTab(beside);
+    QCOMPARE(tabs()->count(), 3);
+    QCOMPARE(current(), QStringLiteral("folder\\inside.pdf"));
+#endif
 }
 
 void TestMainPage::openedFileIsRecorded()

@@ -3,7 +3,10 @@
 #include "app/language_manager.h"
 #include "app/main_page.h"
 #include "app/startup.h"
+#include "pdf/core/pdf_document_model.h"
+#include "pdf/core/pdf_undo_manager.h"
 #include "pdf/viewer/pdf_show_page.h"
+#include "pdf/viewer/pdf_viewer_widget.h"
 #include "recent/recent_file_manager.h"
 #include "tests/app/app_test.h"
 #include "tests/support/dialog_answers.h"
@@ -12,11 +15,13 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QIcon>
 #include <QImage>
 #include <QLabel>
 #include <QPalette>
 #include <QProcess>
+#include <QSysInfo>
 #include <QTabWidget>
 #include <QTest>
 
@@ -42,6 +47,7 @@ private slots:
 
     void windowShowsTheWorkspace();
     void languageChangeBuildsTheWorkspaceAnew();
+    void languageChangeDropsUnsavedChangesWithoutAQuestion();
     void languageInForceKeepsTheWorkspace();
     void languageChangeAfterTheWindowIsGone();
 
@@ -56,6 +62,7 @@ private slots:
     void programOpensItsArgumentAndSavesAPicture();
     void programWithoutAFileSavesAPicture();
     void programReportsAPictureThatCannotBeSaved();
+    void programRemovesWhatAnEarlierRunLeft();
     void programStartsInTheSavedLanguage_data();
     void programStartsInTheSavedLanguage();
 
@@ -232,6 +239,36 @@ void TestStartup::languageChangeBuildsTheWorkspaceAnew()
     QCOMPARE(window->findChild<MainPage *>()->geometry(), QRect(1, 40, 1158, 739));
 }
 
+void TestStartup::languageChangeDropsUnsavedChangesWithoutAQuestion()
+{
+    // The user has agreed to losing the tabs before.
+    const auto window = Startup::showMainWindow();
+    const QPointer<MainPage> page = window->findChild<MainPage *>();
+    page->openFile(m_pdf);
+    const auto *viewer = page->findChild<PdfViewerWidget *>();
+    QVERIFY(viewer != nullptr);
+    page->findChild<PdfUndoManager *>()->rotatePages(
+        {page->findChild<PdfDocumentModel *>()->pageAt(0)->id}, 90);
+    QVERIFY(viewer->isModified());
+    QFile file(m_pdf);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    file.close();
+
+    const DialogAnswers answers;
+    LanguageManager::instance()->setLanguage(QStringLiteral("en_US"));
+    QTRY_VERIFY(!page);
+    QCOMPARE(answers.seen(), QStringList());
+    QCOMPARE(window->findChildren<MainPage *>().size(), 1);
+    QCOMPARE(tabsOf(*window)->count(), 1);
+    QVERIFY(window->isVisible());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), before);
+    // Nor is anything left that closing would ask about.
+    QVERIFY(window->close());
+    QCOMPARE(answers.seen(), QStringList());
+}
+
 void TestStartup::languageInForceKeepsTheWorkspace()
 {
     const auto window = Startup::showMainWindow();
@@ -323,7 +360,9 @@ int TestStartup::runProgram(const QStringList &arguments, const QString &picture
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QUILLORA_SCREENSHOT"), picture);
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folders->filePath({}));
+    for (const char *folder : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME"}) {
+        environment.insert(QLatin1String(folder), m_folders->filePath({}));
+    }
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(QUILLORA_PROGRAM), arguments);
@@ -355,6 +394,29 @@ void TestStartup::programWithoutAFileSavesAPicture()
 void TestStartup::programReportsAPictureThatCannotBeSaved()
 {
     QCOMPARE(runProgram({}, m_folders->filePath(QStringLiteral("none/home.png"))), 1);
+}
+
+void TestStartup::programRemovesWhatAnEarlierRunLeft()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    // The content that a saved file had, of a process that is gone.
+    const QString folder =
+        m_folders->filePath(QStringLiteral("Quillora/Quillora/quillora-sources/ended"));
+    QVERIFY(QDir().mkpath(folder));
+    QProcess ended;
+    ended.start(QCoreApplication::applicationFilePath(), {QStringLiteral("-functions")});
+    QVERIFY(ended.waitForStarted());
+    const qint64 process = ended.processId();
+    QVERIFY(ended.waitForFinished());
+    QVERIFY(PdfFixture::write(folder + QStringLiteral("/in-use.lock"),
+                              QByteArray::number(process) + "\ntst_startup\n" +
+                                  QSysInfo::machineHostName().toUtf8() + '\n'));
+    QVERIFY(PdfFixture::write(folder + QStringLiteral("/1.pdf"), QByteArray("old content")));
+    QCOMPARE(runProgram({}, m_folders->filePath(QStringLiteral("home.png"))), 0);
+    QVERIFY(!QFileInfo::exists(folder));
+#else
+    QSKIP("the folder for cached data can be set from outside on such systems only");
+#endif
 }
 
 void TestStartup::programStartsInTheSavedLanguage_data()

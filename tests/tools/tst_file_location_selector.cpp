@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
@@ -142,6 +143,8 @@ private slots:
     void cancelledMenuChangesNothing();
     void keysOpenTheMenu_data();
     void keysOpenTheMenu();
+    void heldKeysOpenTheMenuOnce_data() { keysOpenTheMenu_data(); }
+    void heldKeysOpenTheMenuOnce();
 
     void otherFolderIsChosenInADialog();
     void cancelledDialogChangesNothing();
@@ -240,8 +243,12 @@ void TestFileLocationSelector::sourceFolderIsNormalized_data()
     QTest::newRow("plain") << QStringLiteral("/a/b") << QStringLiteral("/a/b");
     QTest::newRow("slash at the end") << QStringLiteral("/a/b/") << QStringLiteral("/a/b");
     QTest::newRow("needless parts") << QStringLiteral("/a//x/.././b") << QStringLiteral("/a/b");
-    QTest::newRow("native separators")
-        << QDir::toNativeSeparators(QStringLiteral("C:/a/b")) << QStringLiteral("C:/a/b");
+#ifdef Q_OS_WIN
+    QTest::newRow("back-slashes") << QStringLiteral("C:\\a\\b") << QStringLiteral("C:/a/b");
+#else
+    // They separate nothing here.
+    QTest::newRow("back-slashes") << QStringLiteral("/a\\b/") << QStringLiteral("/a\\b");
+#endif
     QTest::newRow("spaces around") << QStringLiteral("/a/b ") << QStringLiteral("/a/b ");
 }
 
@@ -318,9 +325,14 @@ void TestFileLocationSelector::setDirectoryFindsTheMode()
 
 void TestFileLocationSelector::desktopInOtherSpellingIsTheDesktop()
 {
-    // Back-slashes where they separate folders.
-    m_selector->setDirectory(otherCase(QDir::toNativeSeparators(desktopFolder())));
-    QCOMPARE(m_selector->mode(), LocationMode::Desktop);
+    const QStringList spellings{otherCase(desktopFolder()), desktopFolder() + QStringLiteral("//"),
+                                desktopFolder() + QStringLiteral("/x/.."),
+                                otherCase(QDir::toNativeSeparators(desktopFolder()))};
+    for (const QString &spelling : spellings) {
+        m_selector->setDirectory(QStringLiteral("/custom"));
+        m_selector->setDirectory(spelling);
+        QCOMPARE(m_selector->mode(), LocationMode::Desktop);
+    }
     QCOMPARE(m_selector->directory(), desktopFolder());
 }
 
@@ -660,6 +672,30 @@ void TestFileLocationSelector::keysOpenTheMenu()
     QTest::keyClick(m_selector.get(), key);
     QVERIFY(answer.isGiven());
     QCOMPARE(m_selector->mode(), LocationMode::Documents);
+}
+
+void TestFileLocationSelector::heldKeysOpenTheMenuOnce()
+{
+    QFETCH(Qt::Key, key);
+    m_selector->show();
+    int menus = 0;
+    QTimer closing;
+    connect(&closing, &QTimer::timeout, this, [&menus] {
+        if (QMenu *menu = openMenu()) {
+            ++menus;
+            QTest::keyClick(menu, Qt::Key_Escape);
+        }
+    });
+    closing.start(5);
+    // The key is still down from whatever was done before.
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(m_selector.get(), &repeated);
+        QTest::qWait(20);
+    }
+    QCOMPARE(menus, 0);
+    QTest::keyClick(m_selector.get(), key);
+    QCOMPARE(menus, 1);
 }
 
 void TestFileLocationSelector::otherFolderIsChosenInADialog()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_editor_backend.h"
+#include "pdfcore/pdf_file_revision.h"
 #include "tests/pdf/core/render_bench.h"
 #include "tests/support/pdf_fixture.h"
 
@@ -7,6 +8,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <vector>
 
 using namespace RenderBench;
 
@@ -29,6 +32,8 @@ private slots:
     void revisionsOfOneFileHaveImagesOfTheirOwn();
     void fileOfTwoSpellingsShowsWhatItHolds();
     void pathsWithPlaceMarkersAreKeptApart();
+    void pathsThatEndInNumbersAreKeptApart_data();
+    void pathsThatEndInNumbersAreKeptApart();
     void pageBeyondTheBoundIsDeliveredButNotCached();
     void largestPageWithinTheBoundIsCached();
     void leastRecentlyUsedPageIsRenderedAgain();
@@ -279,6 +284,42 @@ void TestPdfRenderManagerCache::pathsWithPlaceMarkersAreKeptApart()
     bench.manager->requestPage(first, QSize(10, 10), Purpose::PageView, 0);
     bench.finish();
     QCOMPARE(bench.engine.callCount(), 2);
+}
+
+void TestPdfRenderManagerCache::pathsThatEndInNumbersAreKeptApart_data()
+{
+    QTest::addColumn<QChar>("mark");
+    QTest::newRow("number sign") << QChar(u'#');
+    QTest::newRow("bar") << QChar(u'|');
+}
+
+void TestPdfRenderManagerCache::pathsThatEndInNumbersAreKeptApart()
+{
+    QFETCH(QChar, mark);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("document.pdf"));
+    PdfPageRecord numbered = page(1);
+    numbered.sourcePath = path;
+    // The first revision of all may be the one with the number 0.
+    std::vector<PdfFileRevisionPtr> revisions;
+    for (int pages = 1; pages <= 2; ++pages) {
+        QVERIFY(PdfFixture::write(path, PdfFixture::pagesByNumber(pages)));
+        PdfDocumentInfo info;
+        QVERIFY(PdfEditorBackend::inspectDocument(path, QString(), &info, nullptr, nullptr));
+        revisions.push_back(info.revision);
+    }
+    numbered.revision = revisions.back();
+    QVERIFY(numbered.revision->generation() > 0);
+    PdfPageRecord named = page(2);
+    named.sourcePath = path + mark + QString::number(numbered.revision->generation());
+
+    Bench bench;
+    for (const PdfPageRecord &record : {numbered, named, numbered, named}) {
+        bench.manager->requestPage(record, QSize(10, 10), Purpose::PageView, 0);
+        bench.finish();
+    }
+    QCOMPARE(bench.engine.callCount(), 2);
+    QCOMPARE(bench.deliveries.size(), 4);
 }
 
 void TestPdfRenderManagerCache::pageBeyondTheBoundIsDeliveredButNotCached()

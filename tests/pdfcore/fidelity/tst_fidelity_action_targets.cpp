@@ -29,6 +29,8 @@ class TestFidelityActionTargets : public QObject
 private slots:
     void threadsOfMain_data();
     void threadsOfMain();
+    void threadsOfOtherFilesStay_data();
+    void threadsOfOtherFilesStay();
     void threadsOfAFurtherDocument_data();
     void threadsOfAFurtherDocument();
     void filesWithinTheFile_data();
@@ -127,6 +129,31 @@ void TestFidelityActionTargets::threadsOfMain()
         QCOMPARE(threadOf(output, actionOn(output, page)), isMain ? title : u"none"_s);
     }
     NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+}
+
+void TestFidelityActionTargets::threadsOfOtherFilesStay_data()
+{
+    QTest::addColumn<Bytes>("file");
+    QTest::newRow("name") << Bytes("(other.pdf)");
+    QTest::newRow("specification") << Bytes("<< /Type /Filespec /F (other.pdf) >>");
+}
+
+void TestFidelityActionTargets::threadsOfOtherFilesStay()
+{
+    QFETCH(Bytes, file);
+    FidelityCase test;
+    test.add("MAIN", withThreads("MAIN", "/S /Thread /F " + file + " /D 1").file());
+    // Number 1 counts there, whatever becomes of the threads here.
+    for (const QString &list : {u"M1-3"_s, u"M2 M3"_s, u"M1 M3"_s, u"M1"_s}) {
+        const auto saved = test.save(list);
+        for (qsizetype page = 0; page < saved->output().marks().size(); ++page) {
+            QPDFObjectHandle action = actionOn(saved->output(), page);
+            QVERIFY(action.isDictionary());
+            QVERIFY(action.hasKey("/F"));
+            QVERIFY(action.getKey("/D").isInteger());
+            QCOMPARE(action.getKey("/D").getIntValue(), 1);
+        }
+    }
 }
 
 void TestFidelityActionTargets::threadsOfAFurtherDocument_data()

@@ -87,6 +87,9 @@ private slots:
     void formOfAForeignDocumentOnly();
     void noFieldsLeft();
     void protectedDocument();
+    void copyHasLooksOfItsOwn();
+    void needForLooksOfAForeignForm_data();
+    void needForLooksOfAForeignForm();
 };
 
 void TestFidelityForms::fieldsStay()
@@ -411,6 +414,67 @@ void TestFidelityForms::protectedDocument()
     const auto saved = test.save(u"M1-3 O1-3"_s);
     NO_PROBLEMS(saved->fieldProblems());
     NO_PROBLEMS(FidelityFields::problems(saved->output()));
+}
+
+void TestFidelityForms::copyHasLooksOfItsOwn()
+{
+    // Filling in one of them must not change what the other shows.
+    FidelityAssembly document = withOneField("MAIN", "field", "/AP << /N {look} /D {down} >>");
+    document.set("down", "<< /On {on} /Off {off} >>");
+    for (const Bytes name : {"look", "on", "off"}) {
+        document.setStream(name, "/Type /XObject /Subtype /Form /BBox [0 0 29 38]", name);
+    }
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    const auto saved = test.save(u"M1 M2 M1"_s);
+    QCOMPARE(saved->output().marks().size(), 3);
+    std::set<QPDFObjGen> streams;
+    for (const int page : {0, 2}) {
+        QPDFObjectHandle widget = saved->output().annotations(page).at(0);
+        QPDFObjectHandle looks = widget.getKey("/AP");
+        for (QPDFObjectHandle look : {looks.getKey("/N"), looks.getKey("/D").getKey("/On"),
+                                      looks.getKey("/D").getKey("/Off")}) {
+            QVERIFY(look.isStream());
+            streams.insert(look.getObjGen());
+        }
+        QCOMPARE(fidelityData(looks.getKey("/N")), Bytes("look"));
+        QCOMPARE(fidelityData(looks.getKey("/D").getKey("/Off")), Bytes("off"));
+    }
+    QCOMPARE(streams.size(), 6U);
+    NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+}
+
+void TestFidelityForms::needForLooksOfAForeignForm_data()
+{
+    QTest::addColumn<bool>("mainHasForm");
+    QTest::addColumn<Bytes>("need");
+    QTest::addColumn<bool>("isNeeded");
+    for (const bool mainHasForm : {false, true}) {
+        const char *where = mainHasForm ? "beside a form" : "alone";
+        QTest::addRow("%s, needed", where) << mainHasForm << Bytes("/NeedAppearances true") << true;
+        QTest::addRow("%s, not needed", where)
+            << mainHasForm << Bytes("/NeedAppearances false") << false;
+        QTest::addRow("%s, not said", where) << mainHasForm << Bytes() << false;
+    }
+}
+
+void TestFidelityForms::needForLooksOfAForeignForm()
+{
+    QFETCH(bool, mainHasForm);
+    QFETCH(Bytes, need);
+    QFETCH(bool, isNeeded);
+    FidelityAssembly foreign = withOneField("OTHER", "other");
+    foreign.addEntries("form", need);
+    FidelityCase test;
+    test.add("MAIN", mainHasForm ? withOneField("MAIN", "field").file()
+                                 : FidelityFixture::plain("MAIN", 2).file());
+    test.add("OTHER", foreign.file());
+    const auto saved = test.save(u"M1 O1"_s);
+    QPDFObjectHandle entry = form(saved->output()).getKey("/NeedAppearances");
+    QCOMPARE(entry.isBool() && entry.getBoolValue(), isNeeded);
+    // Nor does it concern a file that takes none of the fields.
+    QVERIFY(!form(test.save(u"M1 O2"_s)->output()).isDictionary() ||
+            !form(test.save(u"M1 O2"_s)->output()).hasKey("/NeedAppearances"));
 }
 
 QTEST_GUILESS_MAIN(TestFidelityForms)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/fidelity/fidelity_case.h"
 #include "tests/pdfcore/fidelity/fidelity_outline.h"
+#include "tests/pdfcore/fidelity/fidelity_pieces.h"
 #include "tests/support/pdf_fixture.h"
 
 using namespace EngineCalls;
@@ -69,6 +70,7 @@ private slots:
     void protectedDocument();
     void documentsWithoutOutlineGetNone();
     void nothingLeft();
+    void structureElementsOfForeignEntriesStayBehind();
 };
 
 void TestFidelityOutline::entriesFollowTheirPages()
@@ -326,6 +328,28 @@ void TestFidelityOutline::nothingLeft()
     const auto saved = test.save(u"M1 M2"_s);
     NO_PROBLEMS(saved->problems());
     QVERIFY(FidelityOutline::read(saved->output()).isEmpty());
+}
+
+void TestFidelityOutline::structureElementsOfForeignEntriesStayBehind()
+{
+    FidelityCase test;
+    for (const QByteArray prefix : {"MAIN", "OTHER"}) {
+        FidelityAssembly document = withOutline(
+            prefix, 2,
+            {"<< /Title (Entry) /Parent {outline} /Dest [{page1} /Fit] /SE {element} >>"}, 0, 0);
+        document.addEntries("catalogue", "/StructTreeRoot {tree} /MarkInfo << /Marked true >>");
+        document.set("tree", "<< /Type /StructTreeRoot /K [{element}] >>");
+        document.set("element",
+                     "<< /S /H1 /P {tree} /Pg {page1} /T (element of " + prefix + ") >>");
+        test.add(prefix, document.file());
+    }
+    const auto saved = test.save(u"M1 O1"_s);
+    QPDFObjectHandle own = saved->output().catalogue().getKey("/Outlines").getKey("/First");
+    QCOMPARE(fidelityText(own.getKey("/SE").getKey("/T")), u"element of MAIN"_s);
+    QPDFObjectHandle foreign = own.getKey("/Next");
+    QCOMPARE(fidelityText(foreign.getKey("/Title")), u"Entry"_s);
+    QVERIFY(!foreign.hasKey("/SE"));
+    QVERIFY(!FidelityPieces::everythingIn(saved->output()).contains("element of OTHER"));
 }
 
 QTEST_GUILESS_MAIN(TestFidelityOutline)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/fidelity/fidelity_case.h"
+#include "tests/pdfcore/fidelity/fidelity_pieces.h"
 #include "tests/pdfcore/fidelity/fidelity_soundness.h"
 
 using namespace EngineCalls;
@@ -23,6 +24,10 @@ private slots:
     void everythingWithoutPagesThatAreGone();
     void foreignPagesThatAreGoneStayAway_data() { pagesThatAreGoneStayAway_data(); }
     void foreignPagesThatAreGoneStayAway();
+    void linksToPagesThatAreGoneLeaveTheFile_data();
+    void linksToPagesThatAreGoneLeaveTheFile();
+    void previousActionsOfLinksFollowTheirPages_data();
+    void previousActionsOfLinksFollowTheirPages();
 };
 
 void TestFidelityReferences::pagesThatAreGoneStayAway_data()
@@ -150,6 +155,77 @@ void TestFidelityReferences::foreignPagesThatAreGoneStayAway()
              QStringList({u"MAIN-1"_s, u"OTHER-1"_s, u"OTHER-2"_s, u"OTHER-1"_s}));
     NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
     NO_PROBLEMS(FidelitySoundness::syntaxProblems(test.output()));
+}
+
+void TestFidelityReferences::linksToPagesThatAreGoneLeaveTheFile_data()
+{
+    QTest::addColumn<Bytes>("object");
+    QTest::addColumn<Bytes>("entries");
+    QTest::newRow("nothing else knows it") << Bytes("page1") << Bytes();
+    QTest::newRow("reply") << Bytes("note1") << Bytes("/IRT {link}");
+    QTest::newRow("structure")
+        << Bytes("catalogue")
+        << Bytes("/StructTreeRoot << /K [<< /S /Link /Pg {page1} /K << /Type /OBJR /Obj {link} >> "
+                 ">>] >>");
+    QTest::newRow("hiding it") << Bytes("button") << Bytes("/A << /S /Hide /T [{link}] >>");
+    QTest::newRow("maker's data") << Bytes("page1") << Bytes("/MakerData [{link}]");
+}
+
+void TestFidelityReferences::linksToPagesThatAreGoneLeaveTheFile()
+{
+    QFETCH(Bytes, object);
+    QFETCH(Bytes, entries);
+    FidelityCase test;
+    for (const Bytes prefix : {"MAIN", "OTHER"}) {
+        FidelityAssembly document = withReference(prefix, object, entries);
+        document.addEntries("link", "/Dest [{page3} /Fit] /Contents (link of " + prefix + ")");
+        test.add(prefix, document.file());
+    }
+    const auto saved = test.save(u"M1 M2 O1"_s);
+    QCOMPARE(saved->output().marks().size(), 3);
+    const Bytes all = FidelityPieces::everythingIn(saved->output());
+    QVERIFY(!all.contains("link of MAIN"));
+    QVERIFY(!all.contains("link of OTHER"));
+    NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
+    // It is there as long as the page is.
+    QVERIFY(FidelityPieces::everythingIn(test.save(u"M3 M1"_s)->output()).contains("link of MAIN"));
+}
+
+void TestFidelityReferences::previousActionsOfLinksFollowTheirPages_data()
+{
+    QTest::addColumn<Bytes>("destination");
+    QTest::newRow("page") << Bytes("[{page3} /Fit]");
+    QTest::newRow("number") << Bytes("[2 /Fit]");
+    QTest::newRow("name") << Bytes("(third)");
+}
+
+void TestFidelityReferences::previousActionsOfLinksFollowTheirPages()
+{
+    QFETCH(Bytes, destination);
+    FidelityCase test;
+    for (const Bytes prefix : {"MAIN", "OTHER"}) {
+        FidelityAssembly document = withReference(
+            prefix, "link", "/A << /S /URI /URI (a) >> /PA << /S /GoTo /D " + destination + " >>");
+        document.addEntries("catalogue",
+                            "/Names << /Dests << /Names [(third) [{page3} /Fit]] >> >>");
+        test.add(prefix, document.file());
+    }
+    for (const auto &[list, prefix] : {std::pair{u"M1 M2"_s, u"MAIN"_s},
+                                       {u"M3 M1"_s, u"MAIN"_s},
+                                       {u"M2 O1 O2"_s, u"OTHER"_s},
+                                       {u"M2 O1 O3"_s, u"OTHER"_s}}) {
+        const auto saved = test.save(list);
+        FidelityDocument &output = saved->output();
+        const qsizetype page = output.marks().indexOf(prefix + u"-1"_s);
+        const qsizetype target = output.marks().indexOf(prefix + u"-3"_s);
+        QPDFObjectHandle link = output.annotations(page).at(0);
+        QVERIFY(link.hasKey("/A"));
+        QCOMPARE(link.hasKey("/PA"), target >= 0);
+        if (target >= 0) {
+            QCOMPARE(output.targetOfDestination(link.getKey("/PA").getKey("/D")).index, target);
+        }
+        NO_PROBLEMS(FidelitySoundness::pageProblems(output));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestFidelityReferences)

@@ -181,6 +181,11 @@ private slots:
     void onlyOneOfThePartsIsUsed();
     void namesThatPartsUseInOtherCategories_data();
     void namesThatPartsUseInOtherCategories();
+    void namesOfBothAPageAndItsParts_data();
+    void namesOfBothAPageAndItsParts();
+    void standInsOfPlainColourSpacesStay();
+    void picturesWithAPredictorLookTheSame_data();
+    void picturesWithAPredictorLookTheSame();
 };
 
 void TestFidelityResources::aPageTakesOnlyWhatItUses_data()
@@ -308,6 +313,139 @@ void TestFidelityResources::namesThatPartsUseInOtherCategories()
         QVERIFY(test.looksLike(int(page), test.pages(u"M1"_s).constFirst()));
         NO_PROBLEMS(FidelitySoundness::problems(test.output()));
     }
+}
+
+void TestFidelityResources::namesOfBothAPageAndItsParts_data()
+{
+    QTest::addColumn<Bytes>("content");
+    QTest::addColumn<Bytes>("forms");
+    const Bytes pale = "/R7 gs 0 0 1 rg 150 0 150 400 re f ";
+    const Bytes form = "/A Do ";
+    QTest::newRow("page and a form that borrows") << pale + form << Bytes("/A {borrowing}");
+    QTest::newRow("form that borrows") << form << Bytes("/A {borrowing}");
+    QTest::newRow("page and a form with its own") << pale + form << Bytes("/A {owning}");
+    QTest::newRow("two forms, of which the second borrows")
+        << Bytes("/A Do /B Do") << Bytes("/A {owning} /B {borrowing}");
+    QTest::newRow("two forms, of which the first borrows")
+        << Bytes("/A Do /B Do") << Bytes("/A {borrowing} /B {owning}");
+    QTest::newRow("form that borrows within one with its own")
+        << Bytes("/A Do /B Do") << Bytes("/A {around} /B {borrowing}");
+}
+
+void TestFidelityResources::namesOfBothAPageAndItsParts()
+{
+    QFETCH(Bytes, content);
+    QFETCH(Bytes, forms);
+    // The graphics state called /R7 is the page's, and in some forms another one.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 2);
+    document.set("shared", "<< /Font << /F1 {font} >> /ExtGState << /R7 << /ca 0.25 >> /R8 << /ca "
+                           "0.5 >> /R9 << /ca 0.75 >> >> /XObject << " +
+                               forms + " >> >>");
+    for (const char *page : {"page1", "page2"}) {
+        useShared(document, page);
+    }
+    const Bytes draw = "/R7 gs 1 0 0 rg 0 0 150 200 re f";
+    document.setStream("borrowing", kForm, draw);
+    document.setStream("owning", kForm + "/Resources << /ExtGState << /R7 << /ca 0.9 >> >> >>",
+                       "/R7 gs 0 1 0 rg 0 200 150 200 re f");
+    document.setStream("around",
+                       kForm + "/Resources << /ExtGState << /R7 << /ca 0.9 >> >> /XObject << /In "
+                               "{borrowing} >> >>",
+                       "/R7 gs /In Do");
+    addContent(document, 1, content);
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    test.add("PLAIN", FidelityFixture::plain("PLAIN", 1).file());
+    const bool isPagesOwn = content.contains("/R7") || forms.contains("borrowing");
+    for (const QString &list : {u"M1"_s, u"P1 M1"_s}) {
+        const auto saved = test.save(list);
+        const qsizetype page = saved->output().marks().indexOf(u"MAIN-1"_s);
+        QPDFObjectHandle states =
+            saved->output().attribute(page, "/Resources").getKey("/ExtGState");
+        QCOMPARE(states.hasKey("/R7"), isPagesOwn);
+        QVERIFY(!states.hasKey("/R8"));
+        QVERIFY(test.looksLike(int(page), test.pages(u"M1"_s).constFirst()));
+        NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+    }
+}
+
+void TestFidelityResources::standInsOfPlainColourSpacesStay()
+{
+    // No content names them.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 2);
+    const Bytes white = "/WhitePoint [0.95 1 1.09]";
+    document.set("shared",
+                 "<< /Font << /F1 {font} >> /ColorSpace << /DefaultGray [/CalGray << " + white +
+                     " /Gamma 3 >>] /DefaultRGB [/CalRGB << " + white +
+                     " /Gamma [3 3 3] >>] /DefaultCMYK [/ICCBased {inks}] /Named [/CalGray << " +
+                     white + " >>] /Other [/CalGray << " + white + " >>] >> >>");
+    document.setStream("inks", "/N 4 /Alternate /DeviceCMYK", "INKS");
+    for (const char *page : {"page1", "page2"}) {
+        useShared(document, page);
+    }
+    addContent(document, 1,
+               "0.5 g 0 0 100 400 re f 0.5 0.2 0.7 rg 100 0 100 400 re f "
+               "/Named cs 0.5 sc 200 0 100 400 re f");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    test.add("PLAIN", FidelityFixture::plain("PLAIN", 1).file());
+    for (const QString &list : {u"M1"_s, u"P1 M1"_s}) {
+        const auto saved = test.save(list);
+        const qsizetype page = saved->output().marks().indexOf(u"MAIN-1"_s);
+        QPDFObjectHandle spaces =
+            saved->output().attribute(page, "/Resources").getKey("/ColorSpace");
+        QCOMPARE(spaces.getKeys(),
+                 (std::set<std::string>{"/DefaultCMYK", "/DefaultGray", "/DefaultRGB", "/Named"}));
+        QCOMPARE(fidelityData(spaces.getKey("/DefaultCMYK").getArrayItem(1)), Bytes("INKS"));
+        QVERIFY(test.looksLike(int(page), test.pages(u"M1"_s).constFirst()));
+        NO_PROBLEMS(FidelitySoundness::problems(test.output()));
+    }
+}
+
+void TestFidelityResources::picturesWithAPredictorLookTheSame_data()
+{
+    QTest::addColumn<Bytes>("filters");
+    const Bytes parameters = "<< /Predictor 15 /Colors 1 /BitsPerComponent 8 /Columns 8 >>";
+    QTest::newRow("one filter") << "/Filter /FlateDecode /DecodeParms " + parameters;
+    QTest::newRow("list of filters") << "/Filter [/FlateDecode] /DecodeParms [" + parameters + ']';
+    QTest::newRow("parameters elsewhere")
+        << Bytes("/Filter /FlateDecode /DecodeParms {parameters}");
+}
+
+void TestFidelityResources::picturesWithAPredictorLookTheSame()
+{
+    QFETCH(Bytes, filters);
+    constexpr int kSide = 8;
+    // Each line holds what differs from the one above, as the number in front of it says.
+    Bytes lines;
+    for (int line = 0; line < kSide; ++line) {
+        lines.append(char(2));
+        for (int column = 0; column < kSide; ++column) {
+            lines.append(char(line == 0 ? 20 * column : 10));
+        }
+    }
+    constexpr int kSizeInFront = 4;
+    FidelityAssembly document = FidelityFixture::plain("OTHER", 1);
+    document.set("parameters", "<< /Predictor 15 /Colors 1 /BitsPerComponent 8 /Columns 8 >>");
+    document.setStream("picture",
+                       "/Type /XObject /Subtype /Image /Width 8 /Height 8 /BitsPerComponent 8 "
+                       "/ColorSpace /DeviceGray " +
+                           filters,
+                       qCompress(lines).mid(kSizeInFront));
+    document.replace("page1", "<< /Font << /F1 {font} >> >>",
+                     "<< /Font << /F1 {font} >> /XObject << /I {picture} >> >>");
+    document.setStream("content1", {},
+                       FidelityFixture::markedContent("OTHER", 1) + "300 0 0 400 0 0 cm /I Do");
+    FidelityCase test;
+    test.add("MAIN", FidelityFixture::plain("MAIN", 1).file());
+    test.add("OTHER", document.file());
+    const Rendering source = render(test.pages(u"O1"_s).constFirst(), {80, 80});
+    // The picture gets brighter to the right and downwards.
+    COMPARE_COLOUR(source.image.pixelColor(5, 5), QColor(0, 0, 0), 8);
+    COMPARE_COLOUR(source.image.pixelColor(75, 75), QColor(210, 210, 210), 8);
+    const auto saved = test.save(u"M1 O1"_s);
+    QVERIFY(test.looksLike(1, test.pages(u"O1"_s).constFirst()));
+    NO_PROBLEMS(FidelitySoundness::problems(test.output()));
 }
 
 QTEST_GUILESS_MAIN(TestFidelityResources)

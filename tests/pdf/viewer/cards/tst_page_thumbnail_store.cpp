@@ -83,6 +83,9 @@ private slots:
     void cancelledRequestsCanBeRestarted();
     void imagesForOtherPurposesAreIgnored();
     void callsTakeSeveralPages();
+    void replacedRequestsDoNotCount();
+    void reloadedPagesAreTriedAgain();
+    void cancelledFailuresAreTriedAgain();
 };
 
 void TestPageThumbnailStore::requestedImageArrives()
@@ -351,6 +354,52 @@ void TestPageThumbnailStore::callsTakeSeveralPages()
     QTRY_COMPARE(store.heldCount(), 10);
     std::sort(calls.begin(), calls.end());
     QCOMPARE(calls, (QList<qsizetype>{2, 4, 4}));
+}
+
+void TestPageThumbnailStore::replacedRequestsDoNotCount()
+{
+    Fixture f;
+    f.probe.hold();
+    f.store.setBudget(2 * kImageBytes);
+    // Each takes the place of the one before, whatever size that was of.
+    for (const QSize size : {QSize(120, 100), QSize(110, 100), QSize(120, 100), kSize}) {
+        f.request({0}, size);
+        QCOMPARE(f.store.pendingCount(), 1);
+        QVERIFY(f.store.hasRoom());
+    }
+    const QSignalSpy arrived(&f.store, &PageThumbnailStore::imageArrived);
+    f.probe.release();
+    QTRY_COMPARE(arrived.size(), 1);
+    QCOMPARE(f.store.heldBytes(), kImageBytes);
+    QVERIFY(f.store.hasRoom());
+    f.probe.hold();
+    f.request({1});
+    QVERIFY(!f.store.hasRoom());
+}
+
+void TestPageThumbnailStore::reloadedPagesAreTriedAgain()
+{
+    Fixture f;
+    f.probe.setFailing(2, true);
+    f.request({2});
+    QTRY_VERIFY(f.store.hasFailed(3));
+    f.probe.setFailing(2, false);
+    f.store.reconcile([&f](PdfPageId id) { return f.find(id); });
+    QVERIFY(!f.store.hasFailed(3));
+    f.request({2});
+    QTRY_VERIFY(f.store.image(f.records.at(2)));
+}
+
+void TestPageThumbnailStore::cancelledFailuresAreTriedAgain()
+{
+    Fixture f;
+    f.probe.setFailing(2, true);
+    f.request({2});
+    QTRY_VERIFY(f.store.hasFailed(3));
+    f.probe.setFailing(2, false);
+    f.store.forgetRequests();
+    f.request({2});
+    QTRY_VERIFY(f.store.image(f.records.at(2)));
 }
 
 QTEST_GUILESS_MAIN(TestPageThumbnailStore)

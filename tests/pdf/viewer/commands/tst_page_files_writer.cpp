@@ -7,10 +7,14 @@
 #include "widgets/modern_message_box.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTimer>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using PageNumbers::numbersIn;
@@ -20,7 +24,21 @@ namespace {
 const QList<int> kOneInformation{ModernMessageBox::Information};
 const QList<int> kOneError{ModernMessageBox::Danger};
 
+/// Called when new files are flushed to the disk, which is while they are written.
+std::function<void()> whileWriting;
+
 } // namespace
+
+#ifdef Q_OS_LINUX
+// The engine is a shared library and finds this before the one of the system.
+extern "C" int syncfs(int /*file*/) noexcept
+{
+    if (whileWriting) {
+        whileWriting();
+    }
+    return 0;
+}
+#endif
 
 class TestPageFilesWriter final : public QObject
 {
@@ -51,6 +69,7 @@ private slots:
     void extractionTellsOfFailedFiles();
     void waitCursorIsGoneWhenTheBoxComesUp_data();
     void waitCursorIsGoneWhenTheBoxComesUp();
+    void waitCursorShowsWhileFilesAreWritten();
 
     // Splitting.
     void splittingWritesTheRangesBetweenThePoints();
@@ -342,6 +361,30 @@ void TestPageFilesWriter::waitCursorIsGoneWhenTheBoxComesUp()
     QCOMPARE(boxes, 1);
     QVERIFY(!isWaiting);
     QCOMPARE(written().isEmpty(), fails);
+}
+
+void TestPageFilesWriter::waitCursorShowsWhileFilesAreWritten()
+{
+#ifdef Q_OS_LINUX
+    QVERIFY(m_shown->openPages(2));
+    m_shown->select({0, 1});
+    QList<Qt::CursorShape> shapes;
+    whileWriting = [&shapes] {
+        const QCursor *cursor = QGuiApplication::overrideCursor();
+        shapes.append(cursor != nullptr ? cursor->shape() : Qt::ArrowCursor);
+    };
+    const auto end = qScopeGuard([] { whileWriting = {}; });
+    const DialogAnswers answers;
+    m_shown->viewer->extractPages(true, out());
+    QCOMPARE(written().size(), 1);
+    QCOMPARE(shapes, QList<Qt::CursorShape>{Qt::WaitCursor});
+    shapes.clear();
+    m_shown->viewer->splitDocument(true, {}, out());
+    QCOMPARE(shapes, QList<Qt::CursorShape>{Qt::WaitCursor});
+    QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+#else
+    QSKIP("Nothing tells when files are written.");
+#endif
 }
 
 void TestPageFilesWriter::splittingWritesTheRangesBetweenThePoints()
