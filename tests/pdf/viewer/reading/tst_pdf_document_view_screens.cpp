@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/reading/pdf_document_view.h"
+#include "pdf/viewer/thumbnails/pdf_thumbnail_panel.h"
 #include "tests/pdf/viewer/shown_view.h"
 
 #include <QApplication>
@@ -22,7 +23,7 @@ constexpr QSizeF kPage{300, 200};
 
 } // namespace
 
-/// The document view in a window that is taken from one screen to another.
+/// Views of pages in a window that is taken from one screen to another.
 class TestPdfDocumentViewScreens final : public QObject
 {
     Q_OBJECT
@@ -30,6 +31,7 @@ class TestPdfDocumentViewScreens final : public QObject
 private slots:
     void initTestCase();
     void otherScreenGetsImagesOfItsOwnResolution();
+    void otherScreenGetsThumbnailsOfItsOwnResolution();
 };
 
 void TestPdfDocumentViewScreens::initTestCase()
@@ -59,6 +61,30 @@ void TestPdfDocumentViewScreens::otherScreenGetsImagesOfItsOwnResolution()
                      RenderProbe::colorOf(0));
         shown.probe.forgetRenders();
     }
+}
+
+void TestPdfDocumentViewScreens::otherScreenGetsThumbnailsOfItsOwnResolution()
+{
+    RenderProbe probe;
+    PdfDocumentModel model;
+    model.setPages(recordsOfSizes({kPage}), false);
+    PdfRenderManager manager(nullptr, probe.function());
+    PdfThumbnailPanel panel;
+    panel.setModel(&model);
+    panel.setRenderManager(&manager);
+    panel.resize(210, 760);
+    panel.show();
+    const auto width = [&] {
+        const QImage *image = panel.thumbnails().image(*model.pageAt(0));
+        return image != nullptr ? image->width() : 0;
+    };
+    QTRY_VERIFY(width() > 0);
+    QTest::qWait(50);
+    const int coarse = width();
+    panel.windowHandle()->setScreen(QGuiApplication::screens().at(1));
+    QTRY_COMPARE(width(), coarse * 3 / 2);
+    panel.windowHandle()->setScreen(QGuiApplication::screens().at(0));
+    QTRY_COMPARE(width(), coarse);
 }
 
 int main(int argc, char **argv)
