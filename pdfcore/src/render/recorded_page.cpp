@@ -48,10 +48,11 @@ void RecordedPage::paint(fz_context *ctx, int top, QImage &rows)
 {
     const int width = rows.width();
     const int height = rows.height();
-    const fz_irect area = fz_make_irect(0, top, width, top + height);
+    fz_irect area = fz_make_irect(0, top, width, top + height);
     fz_pixmap *pixmap = nullptr;
     fz_device *draw = nullptr;
     fz_device *colours = nullptr;
+    fz_var(area);
     fz_var(pixmap);
     fz_var(draw);
     fz_var(colours);
