@@ -22,6 +22,7 @@ class TestWrappedCheckBox final : public QObject
 private slots:
     void initTestCase() { initResources(); }
     void growsWithItsText();
+    void textStandsInOneLineAtThePreferredWidth();
     void longTextShowsWhole();
     void clickOnEachLineToggles();
     void clickBesideTheTextDoesNothing();
@@ -40,6 +41,15 @@ void TestWrappedCheckBox::growsWithItsText()
     QVERIFY(box.heightForWidth(300) > oneLine);
     QVERIFY(box.heightForWidth(160) > box.heightForWidth(300));
     QVERIFY(box.sizePolicy().hasHeightForWidth());
+}
+
+void TestWrappedCheckBox::textStandsInOneLineAtThePreferredWidth()
+{
+    for (const QString &text : {QStringLiteral("PDF 文件"), kLongText}) {
+        const WrappedCheckBox box(text);
+        const QSize preferred = box.sizeHint();
+        QCOMPARE(box.heightForWidth(preferred.width()), preferred.height());
+    }
 }
 
 void TestWrappedCheckBox::longTextShowsWhole()

@@ -32,6 +32,16 @@ QString messageOfTheEngine(const QString &path, const QString &password)
     return message;
 }
 
+/// Which pages are marked as those of the document that was opened.
+QList<bool> marksOf(const PdfDocumentModel &model)
+{
+    QList<bool> marks;
+    for (const PdfSourcePage &page : model.sourcePages()) {
+        marks.append(page.isOfMainDocument);
+    }
+    return marks;
+}
+
 /// Everything of a model that a failed operation must leave alone.
 struct ModelState
 {
@@ -80,6 +90,7 @@ private slots:
     void failedInsertChangesNothing_data();
     void failedInsertChangesNothing();
     void pagesOfTheOpenedFileAreMarked();
+    void savingElsewhereLeavesTheMarks();
 
 private:
     void addFailures();
@@ -200,19 +211,25 @@ void TestPdfDocumentModelFiles::pagesOfTheOpenedFileAreMarked()
     model.insertBlankPage(0, {});
     // A copy of a page of the opened file is one of its pages as well.
     model.duplicatePages({model.pageAt(3)->id});
-    QList<bool> marked;
-    for (const PdfSourcePage &page : model.sourcePages()) {
-        marked.append(page.isOfMainDocument);
-    }
-    QCOMPARE(marked, (QList<bool>{false, false, false, true, true, true, true}));
+    QCOMPARE(marksOf(model), (QList<bool>{false, false, false, true, true, true, true}));
 
     QVERIFY(model.loadDocument(m_twoPages, {}, nullptr, nullptr));
     QVERIFY(model.insertDocument(m_threePages, 2, {}, nullptr, nullptr));
-    marked.clear();
-    for (const PdfSourcePage &page : model.sourcePages()) {
-        marked.append(page.isOfMainDocument);
+    QCOMPARE(marksOf(model), (QList<bool>{true, true, false, false, false}));
+}
+
+void TestPdfDocumentModelFiles::savingElsewhereLeavesTheMarks()
+{
+    PdfDocumentModel model;
+    QVERIFY(model.loadDocument(m_threePages, {}, nullptr, nullptr));
+    QVERIFY(model.insertDocument(m_twoPages, 3, {}, nullptr, nullptr));
+    const QList<bool> marks{true, true, true, false, false};
+    // Under a new name, and over the file that pages were taken from.
+    for (const QString &target : {m_folder.filePath(QStringLiteral("copy.pdf")), m_twoPages}) {
+        model.markSaved(target);
+        QCOMPARE(model.documentPath(), target);
+        QCOMPARE(marksOf(model), marks);
     }
-    QCOMPARE(marked, (QList<bool>{true, true, false, false, false}));
 }
 
 void TestPdfDocumentModelFiles::addFailures()

@@ -8,12 +8,15 @@
 
 #include <QApplication>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -54,6 +57,8 @@ private slots:
     void unmodifiedDocumentMayBeReplaced();
     void firstPagePaintedFollowsTheOpening();
     void passwordPromptLooksLikeTheOtherBoxes();
+    void passwordPromptStandsWhereItsFieldBegins_data();
+    void passwordPromptStandsWhereItsFieldBegins();
     void deletingTheViewerDuringThePromptIsSafe();
 
 private:
@@ -404,6 +409,46 @@ void TestPdfViewerWidget::passwordPromptLooksLikeTheOtherBoxes()
     QVERIFY(plain);
     QVERIFY(roomy);
     QCOMPARE(confirm, Theme::accent);
+}
+
+void TestPdfViewerWidget::passwordPromptStandsWhereItsFieldBegins_data()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("left to right") << Qt::LeftToRight;
+    QTest::newRow("right to left") << Qt::RightToLeft;
+}
+
+void TestPdfViewerWidget::passwordPromptStandsWhereItsFieldBegins()
+{
+    QFETCH(Qt::LayoutDirection, direction);
+    const auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+    QApplication::setLayoutDirection(direction);
+    QImage prompt;
+    QTimer::singleShot(0, this, [&] {
+        auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        const auto *label = dialog->findChild<QLabel *>();
+        prompt = dialog->grab(QRect(label->mapTo(dialog, QPoint()), label->size())).toImage();
+        dialog->reject();
+    });
+    QVERIFY(!viewer()->openFile(secretFile(), {}));
+
+    int first = prompt.width();
+    int last = -1;
+    for (int x = 0; x < prompt.width(); ++x) {
+        for (int y = 0; y < prompt.height(); ++y) {
+            if (prompt.pixelColor(x, y).lightness() < 128) {
+                first = std::min(first, x);
+                last = x;
+            }
+        }
+    }
+    QVERIFY(last >= first);
+    const int leftGap = first;
+    const int rightGap = prompt.width() - 1 - last;
+    QVERIFY2(std::max(leftGap, rightGap) > 40, "the prompt fills its label");
+    // A colon ends the prompt; its glyph may be wider than its dots.
+    QVERIFY((direction == Qt::LeftToRight ? leftGap : rightGap) < 20);
 }
 
 void TestPdfViewerWidget::deletingTheViewerDuringThePromptIsSafe()

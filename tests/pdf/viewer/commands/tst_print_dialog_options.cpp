@@ -28,6 +28,8 @@ private slots:
 
     void fileTakesNoWorkOfThePrintServer_data() { addServerControls(); }
     void fileTakesNoWorkOfThePrintServer();
+    void dialogForAFileTakesNoneFromTheStart_data() { addServerControls(); }
+    void dialogForAFileTakesNoneFromTheStart();
     void printServerDoesItsWork_data() { addServerControls(); }
     void printServerDoesItsWork();
     void disabledTextIsPalerThanEnabledText();
@@ -96,6 +98,17 @@ void TestPrintDialogOptions::fileTakesNoWorkOfThePrintServer()
     m_dialog->show();
     QVERIFY(!m_printer->supportsMultipleCopies());
     QVERIFY(!control(name)->isEnabled());
+}
+
+void TestPrintDialogOptions::dialogForAFileTakesNoneFromTheStart()
+{
+    QFETCH(QString, name);
+    QPrintDialog dialog(m_printer.get());
+    auto *taken = dialog.findChild<QWidget *>(name);
+    taken->setEnabled(true);
+    dialog.findChild<QWidget *>(QStringLiteral("pagesRadioButton"))->setEnabled(false);
+    offerWhatIsPrinted(dialog);
+    QVERIFY(!taken->isEnabled());
 }
 
 void TestPrintDialogOptions::printServerDoesItsWork()

@@ -51,6 +51,8 @@ private slots:
     void zoomControlFloatsAtTheBottom();
     void zoomControlIsRaised();
     void zoomControlHasItsSteps();
+    void heldZoomButtonGoesOn_data();
+    void heldZoomButtonGoesOn();
     void zoomSetsTheSizes_data();
     void zoomSetsTheSizes();
     void zoomingKeepsThePageAtTheTop();
@@ -185,6 +187,29 @@ void TestPdfPageManagerView::zoomControlHasItsSteps()
     shown.slider->setValue(160);
     QVERIFY(zoomOut->isEnabled());
     QVERIFY(!zoomIn->isEnabled());
+}
+
+void TestPdfPageManagerView::heldZoomButtonGoesOn_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    QTest::newRow("in") << QStringLiteral("pdfPageGridZoomIn") << 130 << 160;
+    QTest::newRow("out") << QStringLiteral("pdfPageGridZoomOut") << 100 << 70;
+}
+
+void TestPdfPageManagerView::heldZoomButtonGoesOn()
+{
+    QFETCH(QString, name);
+    QFETCH(int, from);
+    QFETCH(int, to);
+    ShownGrid shown(a4Pages(3));
+    shown.slider->setValue(from);
+    auto *button = shown.view.findChild<QToolButton *>(name);
+    QTest::mousePress(button, Qt::LeftButton);
+    QTRY_COMPARE(shown.slider->value(), to);
+    QTest::mouseRelease(button, Qt::LeftButton);
+    QCOMPARE(shown.slider->value(), to);
 }
 
 void TestPdfPageManagerView::zoomSetsTheSizes_data()
