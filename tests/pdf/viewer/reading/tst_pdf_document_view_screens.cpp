@@ -95,7 +95,8 @@ int main(int argc, char **argv)
         return 1;
     }
     screens.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toLocal8Bit());
+    const QByteArray platform = "offscreen:configfile=" + screens.fileName().toLocal8Bit();
+    qputenv("QT_QPA_PLATFORM", platform);
     const QApplication application(argc, argv);
     TestPdfDocumentViewScreens test;
     return QTest::qExec(&test, argc, argv);
