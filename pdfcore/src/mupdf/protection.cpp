@@ -86,11 +86,24 @@ QByteArray protectionOf(MupdfContext &context, pdf_document *document)
         nullptr);
     QByteArray protection;
     if (isWritten && entries != nullptr && length > 2) {
+        // Sound as far as it goes, since some releases of QPDF repair no file without pages.
+        protection = "%PDF-1.7\n1 0 obj\n<< /Type /Catalog /Pages 2 0 R >>\nendobj\n";
+        const qsizetype pages = protection.size();
+        protection += "2 0 obj\n<< /Type /Pages /Kids [] /Count 0 >>\nendobj\n";
+        const qsizetype table = protection.size();
+        constexpr int kOffsetDigits = 10;
+        constexpr qsizetype kCatalogue = 9; // Behind the first line.
+        protection += "xref\n0 3\n0000000000 65535 f \n";
+        for (const qsizetype offset : {kCatalogue, pages}) {
+            protection += QByteArray::number(offset).rightJustified(kOffsetDigits, '0');
+            protection += " 00000 n \n";
+        }
         // The entries come between << and >>.
-        protection = "%PDF-1.7\n1 0 obj\n<< /Type /Catalog /Pages 2 0 R >>\nendobj\n"
-                     "2 0 obj\n<< /Type /Pages /Kids [] /Count 0 >>\nendobj\n"
-                     "trailer\n<< /Root 1 0 R " +
-                     QByteArray(entries + 2, static_cast<qsizetype>(length) - 2) + '\n';
+        protection += "trailer\n<< /Size 3 /Root 1 0 R ";
+        protection += QByteArray(entries + 2, static_cast<qsizetype>(length) - 2);
+        protection += "\nstartxref\n";
+        protection += QByteArray::number(table);
+        protection += "\n%%EOF\n";
     }
     fz_free(context.get(), entries);
     return protection;

@@ -96,6 +96,20 @@ bool agrees(SourceDocument &document, const PageTree &shown)
                       : document.agreeOn(shown.pageNumbers);
 }
 
+/// Whether QPDF overlooked the protection of a damaged file, as some releases do without a trailer:
+/// it would take encrypted content for plain.
+bool overlooksProtection(const QPDF &document, const PageTree &shown, const QString &path,
+                         const QString &password)
+{
+    if (!shown.isRepaired || document.isEncrypted()) {
+        return false;
+    }
+    EngineError outcome;
+    const SessionPool::Lease session =
+        Engine::instance().sessions().acquire(path, password, &outcome);
+    return session && (session->openProtection(&outcome) || outcome.isError());
+}
+
 /// Whether both libraries had to look for the objects of a damaged file, and may have found others.
 bool areBothRepaired(SourceDocument &document, const PageTree &shown)
 {
@@ -189,7 +203,9 @@ EngineError OutputSources::open(const QString &path, const QString &password, Op
         return {PdfBackendError::PasswordRequired,
                 QStringLiteral("The attachments of the file are encrypted.")};
     }
-    const bool areAgreed = file->document && (!shown || agrees(*file->document, *shown));
+    const bool areAgreed =
+        file->document && (!shown || (agrees(*file->document, *shown) &&
+                                      !overlooksProtection(*opened, *shown, path, password)));
     const bool mayDiffer = areAgreed && shown && areBothRepaired(*file->document, *shown);
     const bool isSound = areAgreed && (!mayDiffer || readsThroughout(*opened, warnings)) &&
                          !(shown && lacksNames(*opened));

@@ -113,8 +113,10 @@ void TestPagePrinterBands::largeSheetsArePrinted()
     QCOMPARE(job.reason(), QString());
     QRect covered;
     for (const SheetPrinter::Drawing &drawing : printer.drawings()) {
-        // One pixel of the page for each one of the sheet, and never much of it at once.
-        QCOMPARE(drawing.place.size(), drawing.size);
+        // One pixel of the page for each one of the sheet, and never much of it at once. Newer Qt
+        // rounds the lower edge of the last band outwards.
+        const QSize more = drawing.place.size() - drawing.size;
+        QVERIFY(more.width() == 0 && (more.height() == 0 || more.height() == 1));
         QVERIFY(drawing.bytes <= kBandLimit);
         covered |= drawing.place;
     }
