@@ -66,8 +66,7 @@ bool coversPage(const QImage &image, double ratio)
 }
 
 /// Draws a text where it is seen, however large the page is.
-void drawPlaceholder(QPainter &painter, const QRect &page, const QRect &viewport,
-                     const QString &text)
+void drawNotice(QPainter &painter, const QRect &page, const QRect &viewport, const QString &text)
 {
     constexpr int kFlags = Qt::AlignCenter | Qt::TextWordWrap;
     QRect area = page.intersected(viewport);
@@ -756,8 +755,8 @@ void PdfDocumentView::drawPage(QPainter &painter, int row) const
     }
     const PdfPageRecord *record = recordAt(row);
     const bool hasFailed = record != nullptr && m_images.hasFailed(record->id);
-    drawPlaceholder(painter, page, viewport()->rect(),
-                    hasFailed ? tr("无法显示此页面") : tr("正在渲染第 %1 页…").arg(row + 1));
+    drawNotice(painter, page, viewport()->rect(),
+               hasFailed ? tr("无法显示此页面") : tr("正在渲染第 %1 页…").arg(row + 1));
 }
 
 bool PdfDocumentView::startsPanning(const QMouseEvent &event) const

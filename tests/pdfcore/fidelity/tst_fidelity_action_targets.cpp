@@ -135,7 +135,7 @@ void TestFidelityActionTargets::threadsOfOtherFilesStay_data()
 {
     QTest::addColumn<Bytes>("file");
     QTest::newRow("name") << Bytes("(other.pdf)");
-    QTest::newRow("specification") << Bytes("<< /Type /Filespec /F (other.pdf) >>");
+    QTest::newRow("file dictionary") << Bytes("<< /Type /Filespec /F (other.pdf) >>");
 }
 
 void TestFidelityActionTargets::threadsOfOtherFilesStay()

@@ -14,7 +14,7 @@ QImage picture(ShownView &shown)
 }
 
 /// A white rectangle with a text in its middle.
-QImage placeholder(const ShownView &shown, QSize size, const QString &text)
+QImage sheetWithText(const ShownView &shown, QSize size, const QString &text)
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(Theme::white);
@@ -38,7 +38,7 @@ bool isShownInView(ShownView &shown, int row, const QString &text)
 {
     const QRect seen = shown.pageInViewport(row).intersected(shown.view.viewport()->rect());
     return picture(shown).copy(aroundTheMiddle(seen)) ==
-           placeholder(shown, seen.size(), text).copy(aroundTheMiddle(QRect({}, seen.size())));
+           sheetWithText(shown, seen.size(), text).copy(aroundTheMiddle(QRect({}, seen.size())));
 }
 
 QString failed()
