@@ -16,6 +16,12 @@ struct EngineError
     [[nodiscard]] bool isError() const { return code != PdfBackendError::None; }
 };
 
+/// What work that was cancelled ends with.
+inline EngineError cancelledError(PdfBackendError code)
+{
+    return {code, QStringLiteral("It was cancelled.")};
+}
+
 /// Hands an outcome to a caller's output arguments, either of which may be null.
 inline void report(const EngineError &outcome, PdfBackendError *error, QString *message)
 {

@@ -5,11 +5,11 @@
 #include <QFile>
 #include <QFileDevice>
 #include <QFileInfo>
-#include <QSet>
+#include <QMap>
 
 #include <algorithm>
-
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 #ifdef Q_OS_WIN
@@ -83,22 +83,22 @@ bool syncFileSystem(const QString &folder)
 
 } // namespace
 
-bool syncFiles(const QStringList &paths)
+QStringList syncFiles(const QStringList &paths)
 {
-    QSet<QString> folders;
+    QMap<QString, QStringList> byFolder;
     for (const QString &path : paths) {
-        folders.insert(QFileInfo(path).absolutePath());
+        byFolder[QFileInfo(path).absolutePath()].append(path);
     }
-    return std::all_of(folders.begin(), folders.end(), [&](const QString &folder) {
-        if (syncFileSystem(folder)) {
-            return true;
+    QStringList unsynced;
+    for (auto folder = byFolder.cbegin(); folder != byFolder.cend(); ++folder) {
+        if (syncFileSystem(folder.key())) {
+            continue;
         }
-        const bool areSynced = std::all_of(paths.begin(), paths.end(), [&](const QString &path) {
-            return QFileInfo(path).absolutePath() != folder || syncFile(path);
-        });
-        syncFolder(folder);
-        return areSynced;
-    });
+        std::copy_if(folder->begin(), folder->end(), std::back_inserter(unsynced),
+                     [](const QString &path) { return !syncFile(path); });
+        syncFolder(folder.key());
+    }
+    return unsynced;
 }
 
 QString extendedWindowsPath(const QString &path)

@@ -16,8 +16,8 @@ bool syncToDisk(QFileDevice &file);
 void syncFolder(const QString &path);
 
 /// Makes sure that new files and their names have reached the disk: all at once where the system
-/// can do that, which takes a fraction of the time. False when one did not.
-bool syncFiles(const QStringList &paths);
+/// can do that, which takes a fraction of the time. Returns those that may not have.
+[[nodiscard]] QStringList syncFiles(const QStringList &paths);
 
 /// The spelling of an absolute path by which Windows takes it at any length and as it stands; a
 /// path on a network share has one of its own. Computed alike on every system.

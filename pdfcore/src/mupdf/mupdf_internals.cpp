@@ -240,6 +240,20 @@ ObjectPlace placeOf(fz_context *ctx, pdf_document *document, int number)
     }
 }
 
+ParsedObject parseAt(fz_context *ctx, pdf_document *document, int64_t offset)
+{
+    fz_stream *file = streamOf(document);
+    fz_seek(ctx, file, offset, SEEK_SET);
+    ParsedObject parsed;
+    int generation = 0;
+    int64_t streamOffset = 0;
+    int needsRepair = 0;
+    parsed.object = pdf_parse_ind_obj(ctx, document, file, &parsed.number, &generation,
+                                      &streamOffset, &needsRepair);
+    parsed.isSound = needsRepair == 0;
+    return parsed;
+}
+
 void repairDocument(fz_context *ctx, pdf_document *document)
 {
     pdf_repair_xref(ctx, document);

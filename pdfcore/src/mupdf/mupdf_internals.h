@@ -62,6 +62,18 @@ struct ObjectPlace
 /// Where an object is. All releases; see streamOf().
 [[nodiscard]] ObjectPlace placeOf(fz_context *ctx, pdf_document *document, int number);
 
+/// What stands at a place of a file.
+struct ParsedObject
+{
+    pdf_obj *object = nullptr; ///< For the caller to drop.
+    int number = 0;
+    bool isSound = false; ///< Nothing about it calls for a repair of the file.
+};
+
+/// Reads the object at `offset` of the file without keeping it in the document's memory and without
+/// decrypting anything. All releases; see streamOf().
+[[nodiscard]] ParsedObject parseAt(fz_context *ctx, pdf_document *document, int64_t offset);
+
 /// Looks for the objects of a document in the whole file, as for one whose cross-reference table is
 /// of no use. All releases: MuPDF does so by itself only when the table itself is damaged. Before
 /// 1.28 object streams take a call of their own.

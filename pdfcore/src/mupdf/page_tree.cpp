@@ -134,18 +134,11 @@ pdf_obj *parseAlone(fz_context *ctx, pdf_document *document, int number)
     if (place.kind != ObjectPlace::Kind::InFile) {
         return nullptr;
     }
-    fz_stream *file = streamOf(document);
-    fz_seek(ctx, file, place.offset, SEEK_SET);
-    int found = 0;
-    int generation = 0;
-    int64_t streamOffset = 0;
-    int needsRepair = 0;
-    pdf_obj *object =
-        pdf_parse_ind_obj(ctx, document, file, &found, &generation, &streamOffset, &needsRepair);
-    if (found == number && needsRepair == 0) {
-        return object;
+    const ParsedObject parsed = parseAt(ctx, document, place.offset);
+    if (parsed.number == number && parsed.isSound) {
+        return parsed.object;
     }
-    pdf_drop_obj(ctx, object);
+    pdf_drop_obj(ctx, parsed.object);
     return nullptr;
 }
 

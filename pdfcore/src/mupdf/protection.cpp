@@ -3,8 +3,6 @@
 
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 
-#include <cstring>
-
 namespace pdfcore {
 
 namespace {
@@ -22,33 +20,7 @@ pdf_obj *asInFile(fz_context *ctx, pdf_document *document, pdf_obj *object)
     if (place.offset == 0) {
         return pdf_keep_obj(ctx, pdf_resolve_indirect(ctx, object));
     }
-    fz_stream *file = streamOf(document);
-    fz_seek(ctx, file, place.offset, SEEK_SET);
-    int number = 0;
-    int generation = 0;
-    int64_t streamOffset = 0;
-    int needsRepair = 0;
-    return pdf_parse_ind_obj(ctx, document, file, &number, &generation, &streamOffset,
-                             &needsRepair);
-}
-
-/// Whether what the entry `key` of the encryption dictionary stands for is left as it is.
-bool leavesAsItIs(fz_context *ctx, pdf_obj *encryption, const char *key)
-{
-    pdf_obj *filter = pdf_dict_gets(ctx, encryption, key);
-    // Identity is what a missing entry stands for.
-    return filter == nullptr || std::strcmp(pdf_to_name(ctx, filter), "Identity") == 0;
-}
-
-/// Whether the password is asked for when an attachment is opened and no earlier.
-bool waitsForAttachments(fz_context *ctx, pdf_obj *filters)
-{
-    bool allWait = pdf_is_dict(ctx, filters) != 0;
-    for (int i = 0; i < pdf_dict_len(ctx, filters); ++i) {
-        pdf_obj *event = pdf_dict_gets(ctx, pdf_dict_get_val(ctx, filters, i), "AuthEvent");
-        allWait = allWait && std::strcmp(pdf_to_name(ctx, event), "EFOpen") == 0;
-    }
-    return allWait;
+    return parseAt(ctx, document, place.offset).object;
 }
 
 } // namespace
@@ -107,22 +79,6 @@ QByteArray protectionOf(MupdfContext &context, pdf_document *document)
     }
     fz_free(context.get(), entries);
     return protection;
-}
-
-bool protectsAttachmentsOnly(MupdfContext &context, pdf_document *document)
-{
-    constexpr int kFirstVersionWithFilters = 4;
-    bool areLeft = false;
-    context.run(
-        [&](fz_context *ctx) {
-            pdf_obj *encryption = encryptionOf(ctx, document);
-            areLeft = pdf_dict_get_int(ctx, encryption, PDF_NAME(V)) >= kFirstVersionWithFilters &&
-                      leavesAsItIs(ctx, encryption, "StmF") &&
-                      leavesAsItIs(ctx, encryption, "StrF") &&
-                      waitsForAttachments(ctx, pdf_dict_gets(ctx, encryption, "CF"));
-        },
-        nullptr);
-    return areLeft;
 }
 
 } // namespace pdfcore

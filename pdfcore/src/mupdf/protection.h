@@ -15,9 +15,4 @@ namespace pdfcore {
 /// runs out.
 QByteArray protectionOf(MupdfContext &context, pdf_document *document);
 
-/// Whether a document is encrypted in such a way that a password is needed for its attachments only
-/// (ISO 32000-2, 7.6.6): strings and streams stay as they are unless a stream says otherwise, and
-/// what is named there waits for an attachment to be opened.
-bool protectsAttachmentsOnly(MupdfContext &context, pdf_document *document);
-
 } // namespace pdfcore

@@ -11,9 +11,8 @@ bool lacksNames(QPDF &document);
 
 /// Gives the names of a document for PDF 1.0 or 1.1, in which "#" is a character as any other, the
 /// form that they need in later versions (ISO 32000-2, 7.3.5). Names in content streams follow, as
-/// they are to be those of the resources. Does nothing to documents for later versions: what a
-/// stray
-/// "#" means there is for each reader to say.
+/// they are to be those of the resources. Does nothing to documents for later versions, where each
+/// reader has its own idea of what a stray "#" means.
 void settleStrayNames(QPDF &document);
 
 /// Gets the names of a document ready for being written. Some releases of QPDF write a "#" in a

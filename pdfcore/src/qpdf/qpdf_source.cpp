@@ -181,6 +181,18 @@ std::shared_ptr<QPDF> openWithoutKey(NewInput &&newInput, Damage damage)
     }
 }
 
+template <typename NewInput>
+std::shared_ptr<QPDF> openWithOrWithoutKey(NewInput &&newInput, const QString &password,
+                                           Damage damage, EngineError *outcome)
+{
+    std::shared_ptr<QPDF> document = openFrom(newInput, password, damage, outcome);
+    if (!document && outcome->code != PdfBackendError::InvalidDocument) {
+        document = openWithoutKey(newInput, damage);
+        *outcome = document ? EngineError{} : *outcome;
+    }
+    return document;
+}
+
 } // namespace
 
 EngineError qpdfReadError(const std::exception &exception)
@@ -206,21 +218,17 @@ std::shared_ptr<QPDF> openQpdf(const QString &path, const QString &password, Eng
         *outcome = {PdfBackendError::FileNotFound, QStringLiteral("There is no such file.")};
         return nullptr;
     }
-    const auto newInput = [&] { return std::make_shared<QFileInput>(path, deadline); };
-    std::shared_ptr<QPDF> document = openFrom(newInput, password, damage, outcome);
-    if (!document && outcome->code != PdfBackendError::InvalidDocument) {
-        document = openWithoutKey(newInput, damage);
-        *outcome = document ? EngineError{} : *outcome;
-    }
-    return document;
+    return openWithOrWithoutKey([&] { return std::make_shared<QFileInput>(path, deadline); },
+                                password, damage, outcome);
 }
 
 std::shared_ptr<QPDF> openQpdf(const QByteArray &content, const QString &password,
                                EngineError *outcome)
 {
     const std::string bytes = content.toStdString();
-    return openFrom([&] { return std::make_shared<BufferInputSource>("memory", bytes); }, password,
-                    Damage::Repair, outcome);
+    return openWithOrWithoutKey(
+        [&] { return std::make_shared<BufferInputSource>("memory", bytes); }, password,
+        Damage::Repair, outcome);
 }
 
 std::vector<QPDFObjectHandle> pagesOf(QPDF &document)

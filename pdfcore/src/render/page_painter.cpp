@@ -40,35 +40,41 @@ void keepSignatureAppearances(fz_context *ctx, pdf_obj *page)
 }
 
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
-               const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
-               fz_cookie &cookie)
+               const PaintTools &tools)
 {
-    const int width = image.width();
-    const int height = image.height();
-    const auto stride = static_cast<int>(image.bytesPerLine());
-    const fz_matrix ctm = pageToImage(boundsOf(ctx, page), rotation, width, height);
+    const fz_matrix ctm = pageToImage(boundsOf(ctx, page), rotation, image.width(), image.height());
+    paintRows(ctx, image, 0, tools,
+              [&](fz_device *device) { pdf_run_page(ctx, page, device, ctm, &tools.cookie); });
+}
 
+void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools,
+               const std::function<void(fz_device *)> &draw)
+{
+    const int width = rows.width();
+    const int height = rows.height();
+    const fz_irect area = fz_make_irect(0, top, width, top + height);
     fz_pixmap *pixmap = nullptr;
-    fz_device *draw = nullptr;
+    fz_device *painter = nullptr;
     fz_device *colours = nullptr;
     fz_var(pixmap);
-    fz_var(draw);
+    fz_var(painter);
     fz_var(colours);
     fz_try(ctx)
     {
-        pixmap = fz_new_pixmap_with_data(ctx, fz_device_rgb(ctx), width, height, nullptr, 0, stride,
-                                         image.bits());
+        pixmap = fz_new_pixmap_with_data(ctx, fz_device_rgb(ctx), width, height, nullptr, 0,
+                                         static_cast<int>(rows.bytesPerLine()), rows.bits());
+        moveDown(pixmap, top);
         fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
-        draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours = newColourDevice(ctx, draw, fz_make_irect(0, 0, width, height), spaces, images,
-                                  context, cookie);
-        pdf_run_page(ctx, page, colours, ctm, &cookie);
+        painter = fz_new_draw_device(ctx, fz_identity, pixmap);
+        colours = newColourDevice(ctx, painter, area, tools.spaces, tools.images, tools.context,
+                                  tools.cookie);
+        draw(colours);
         fz_close_device(ctx, colours);
     }
     fz_always(ctx)
     {
         fz_drop_device(ctx, colours);
-        fz_drop_device(ctx, draw);
+        fz_drop_device(ctx, painter);
         fz_drop_pixmap(ctx, pixmap);
     }
     fz_catch(ctx)

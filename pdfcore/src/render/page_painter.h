@@ -6,6 +6,8 @@
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
 
+#include <functional>
+
 namespace pdfcore {
 
 class ColourSpaces;
@@ -25,14 +27,26 @@ void keepSignatureAppearances(fz_context *ctx, pdf_obj *page);
 /// of `width` × `height` pixels.
 fz_matrix pageToImage(fz_rect bounds, int rotation, int width, int height);
 
+/// What painting works with, of the session that paints.
+struct PaintTools
+{
+    const ColourSpaces &spaces;
+    PageImages &images;
+    MupdfContext &context;
+    fz_cookie &cookie; ///< `abort` is set when the time ran out.
+};
+
 /// Paints `page` with annotations and form fields over the whole of `image`, straight into its
 /// memory.
 ///
 /// `image` has the format kPageImageFormat; the page is turned clockwise by `rotation` degrees and
-/// stretched to fill it. Throws MuPDF errors; `cookie->abort` is set when the time ran
-/// out.
+/// stretched to fill it. Throws MuPDF errors.
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
-               const ColourSpaces &spaces, PageImages &images, MupdfContext &context,
-               fz_cookie &cookie);
+               const PaintTools &tools);
+
+/// Paints what `draw` sends to the device that it is given over the whole of `rows`, which are the
+/// rows from `top` on of a larger image. Format and errors as for paintPage().
+void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools,
+               const std::function<void(fz_device *)> &draw);
 
 } // namespace pdfcore

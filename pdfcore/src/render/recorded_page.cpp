@@ -46,38 +46,11 @@ void RecordedPage::record(fz_context *ctx, pdf_page *page, int rotation, QSize s
 
 void RecordedPage::paint(fz_context *ctx, int top, QImage &rows)
 {
-    const int width = rows.width();
-    const int height = rows.height();
-    fz_irect area = fz_make_irect(0, top, width, top + height);
-    fz_pixmap *pixmap = nullptr;
-    fz_device *draw = nullptr;
-    fz_device *colours = nullptr;
-    fz_var(area);
-    fz_var(pixmap);
-    fz_var(draw);
-    fz_var(colours);
-    fz_try(ctx)
-    {
-        pixmap = fz_new_pixmap_with_data(ctx, fz_device_rgb(ctx), width, height, nullptr, 0,
-                                         static_cast<int>(rows.bytesPerLine()), rows.bits());
-        moveDown(pixmap, top);
-        fz_clear_pixmap_with_value(ctx, pixmap, 0xFF);
-        draw = fz_new_draw_device(ctx, fz_identity, pixmap);
-        colours = newColourDevice(ctx, draw, area, m_spaces, m_images, m_context, m_cookie);
-        fz_run_display_list(ctx, m_list, colours, fz_identity,
-                            fz_expand_rect(fz_rect_from_irect(area), kPartReach), &m_cookie);
-        fz_close_device(ctx, colours);
-    }
-    fz_always(ctx)
-    {
-        fz_drop_device(ctx, colours);
-        fz_drop_device(ctx, draw);
-        fz_drop_pixmap(ctx, pixmap);
-    }
-    fz_catch(ctx)
-    {
-        fz_rethrow(ctx);
-    }
+    const fz_rect reach = fz_expand_rect(
+        fz_rect_from_irect(fz_make_irect(0, top, rows.width(), top + rows.height())), kPartReach);
+    paintRows(ctx, rows, top, {m_spaces, m_images, m_context, m_cookie}, [&](fz_device *device) {
+        fz_run_display_list(ctx, m_list, device, fz_identity, reach, &m_cookie);
+    });
 }
 
 } // namespace pdfcore

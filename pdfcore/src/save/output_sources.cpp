@@ -41,7 +41,9 @@ std::optional<RepairedFile> newRepairedFile(const QString &path, const QString &
         return std::nullopt;
     }
     file.protection = session->openProtection(&outcome);
-    if (outcome.isError() || !session->writeRepaired(*file.content) || !file.content->flush()) {
+    // Without the key of the attachments they would be lost.
+    const bool isKept = !outcome.isError() && (!file.protection || hasKey(*file.protection));
+    if (!isKept || !session->writeRepaired(*file.content) || !file.content->flush()) {
         return std::nullopt;
     }
     return file;

@@ -82,7 +82,7 @@ public:
 private:
     std::vector<Files> tasks() const;
     void runTasks(const std::vector<Files> &tasks);
-    void runTask(const Files &files, QStringList *unflushed);
+    void runTask(const Files &files);
     void writeFrom(const DocumentExtract *extract, const Files &files, const WriteOptions &options);
     void writeEach(const Files &files, const WriteOptions &options);
     std::shared_ptr<const DocumentExtract> newExtract(const Files &files,
@@ -91,7 +91,7 @@ private:
     const QList<PdfOutputFile> &m_files;
     std::vector<EngineError> m_outcomes;
     std::mutex m_mutex; ///< Guards what follows.
-    QStringList m_unflushed;
+    std::multimap<QString, qsizetype> m_unflushed;
 };
 
 /// What threads do independently of each other: files of one document that are divided further, or
@@ -117,14 +117,16 @@ std::vector<Files> PartsWriter::tasks() const
 std::vector<EngineError> PartsWriter::run()
 {
     runTasks(tasks());
-    if (syncFiles(m_unflushed)) {
-        return m_outcomes;
+    QStringList paths;
+    for (const auto &[path, index] : m_unflushed) {
+        paths.append(path);
     }
-    for (qsizetype i = 0; i < m_files.size(); ++i) {
-        EngineError &outcome = m_outcomes[static_cast<std::size_t>(i)];
-        if (!outcome.isError()) {
-            outcome = {PdfBackendError::WriteFailed,
-                       QStringLiteral("It is not certain that the file is on the disk.")};
+    for (const QString &path : syncFiles(paths)) {
+        const auto [first, last] = m_unflushed.equal_range(path);
+        for (auto file = first; file != last; ++file) {
+            m_outcomes[static_cast<std::size_t>(file->second)] = {
+                PdfBackendError::WriteFailed,
+                QStringLiteral("It is not certain that the file is on the disk.")};
         }
     }
     return m_outcomes;
@@ -135,10 +137,7 @@ void PartsWriter::runTasks(const std::vector<Files> &tasks)
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
         for (std::size_t i = next++; i < tasks.size(); i = next++) {
-            QStringList unflushed;
-            runTask(tasks[i], &unflushed);
-            const std::lock_guard lock(m_mutex);
-            m_unflushed += unflushed;
+            runTask(tasks[i]);
         }
     };
     const std::size_t count = std::min(
@@ -158,11 +157,10 @@ void PartsWriter::runTasks(const std::vector<Files> &tasks)
     }
 }
 
-void PartsWriter::runTask(const Files &files, QStringList *unflushed)
+void PartsWriter::runTask(const Files &files)
 {
     WriteOptions options;
     options.flush = AtomicFile::Flush::Caller;
-    options.unflushed = unflushed;
     if (files.size() == 1) {
         writeEach(files, options);
         return;
@@ -209,10 +207,17 @@ void PartsWriter::writeEach(const Files &files, const WriteOptions &options)
     for (const qsizetype i : files) {
         EngineError &outcome = m_outcomes[static_cast<std::size_t>(i)];
         const PdfOutputFile &file = m_files.at(i);
+        QStringList unflushed;
+        WriteOptions own = options;
+        own.unflushed = &unflushed;
         try {
-            outcome = writeDocument(file.pages, file.path, options);
+            outcome = writeDocument(file.pages, file.path, own);
         } catch (const std::exception &exception) {
             outcome = {PdfBackendError::WriteFailed, QString::fromUtf8(exception.what())};
+        }
+        const std::lock_guard lock(m_mutex);
+        for (const QString &path : unflushed) {
+            m_unflushed.emplace(path, i);
         }
     }
 }

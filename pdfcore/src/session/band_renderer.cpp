@@ -4,30 +4,11 @@
 #include "pdfcore/src/base/source_page.h"
 #include "pdfcore/src/render/page_bands.h"
 #include "pdfcore/src/session/engine.h"
+#include "pdfcore/src/session/revision_loan.h"
 
 namespace pdfcore {
 
 namespace {
-
-/// A session of the revision that the page names; empty with an error when there is none.
-SessionPool::Lease borrow(const PdfSourcePage &page, EngineError *outcome)
-{
-    FileRevisions &revisions = Engine::instance().revisions();
-    QString path = revisions.locate(page, outcome);
-    while (!outcome->isError()) {
-        SessionPool::Lease session =
-            Engine::instance().sessions().acquire(path, page.password, outcome);
-        // The content may have moved before it could be borrowed; now it cannot any more.
-        EngineError moved;
-        const QString found = revisions.locate(page, &moved);
-        if (found == path) {
-            return session;
-        }
-        path = found;
-        *outcome = moved;
-    }
-    return {};
-}
 
 bool renderBlank(PageBands &bands, const PdfPageBandSink &sink)
 {
@@ -59,7 +40,8 @@ bool renderBands(const PdfSourcePage &page, QSize size, int overlap, const PdfPa
     RenderSlots &renderSlots = Engine::instance().renderSlots();
     renderSlots.force();
     const RenderSlot slot(renderSlots);
-    const SessionPool::Lease session = borrow(page, outcome);
+    QString path;
+    const SessionPool::Lease session = borrowRevision(page, &path, outcome);
     return session && session->renderBands(page.pageIndex, page.rotation, bands, sink, outcome);
 }
 

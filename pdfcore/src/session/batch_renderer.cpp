@@ -5,6 +5,7 @@
 #include "pdfcore/src/base/source_page.h"
 #include "pdfcore/src/render/page_painter.h"
 #include "pdfcore/src/session/engine.h"
+#include "pdfcore/src/session/revision_loan.h"
 
 #include <algorithm>
 #include <atomic>
@@ -20,11 +21,6 @@ namespace {
 
 /// Pixels of the largest image that is made at once, 1.5 GiB of memory. Larger ones come in bands.
 constexpr qint64 kMaxPixels = qint64{1} << 29;
-
-QString cancelledMessage()
-{
-    return QStringLiteral("It was cancelled.");
-}
 
 QImage renderBlank(QSize size, EngineError *outcome)
 {
@@ -49,7 +45,7 @@ public:
     {
         *outcome = {};
         if (m_cancel.isSet()) {
-            *outcome = {PdfBackendError::RenderFailed, cancelledMessage()};
+            *outcome = cancelledError(PdfBackendError::RenderFailed);
             return {};
         }
         if (size.isEmpty()) {
@@ -90,22 +86,11 @@ private:
             !Engine::instance().sessions().isAwaited(path)) {
             return true;
         }
+        // Not before the one in hand is given back, which may be waited for.
         m_session = {};
-        m_session =
-            Engine::instance().sessions().acquire(path, page.password, outcome, &m_cancel.value());
-        m_path = path;
+        m_session = borrowRevision(page, &m_path, outcome, &m_cancel.value());
         m_password = page.password;
-        // The content may have moved before it could be borrowed; now it cannot any more.
-        EngineError moved;
-        if (Engine::instance().revisions().locate(page, &moved) == path) {
-            return static_cast<bool>(m_session);
-        }
-        m_session = {};
-        if (!moved.isError()) {
-            return borrow(page, outcome);
-        }
-        *outcome = moved;
-        return false;
+        return static_cast<bool>(m_session);
     }
 
     const PdfCancelFlag m_cancel;
@@ -148,7 +133,7 @@ public:
     void giveUp()
     {
         for (qsizetype i = m_next++; i < m_pages.size(); i = m_next++) {
-            m_messages[i] = cancelledMessage();
+            m_messages[i] = cancelledError(PdfBackendError::RenderFailed).message;
         }
     }
 

@@ -7,6 +7,7 @@
 #include "pdfcore/src/mupdf/protection.h"
 #include "pdfcore/src/qpdf/password_candidates.h"
 #include "pdfcore/src/qpdf/qpdf_copy.h"
+#include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/render/page_bands.h"
 #include "pdfcore/src/render/page_images.h"
@@ -258,7 +259,7 @@ EngineError DocumentSession::unlock()
             return {};
         }
     }
-    if (adoptKeyFromQpdf() || protectsAttachmentsOnly(m_context, m_document)) {
+    if (unlockByQpdf()) {
         return {};
     }
     if (m_password.isEmpty()) {
@@ -279,11 +280,12 @@ std::shared_ptr<QPDF> DocumentSession::openProtection(const QString &password, E
     return protection.isEmpty() ? nullptr : openQpdf(protection, password, outcome);
 }
 
-/// Takes the file key from QPDF where it opens the document and MuPDF does not. Up to revision 4
+/// Takes the file key from QPDF where it opens the document and MuPDF does not; none is needed
+/// where only the attachments are encrypted, which it opens without a password. Up to revision 4
 /// MuPDF turns every password into PDFDocEncoding, which has no letters for the UTF-8 bytes of many
 /// scripts; QPDF takes the bytes as they are. And an empty password is none to MuPDF unless it is
 /// the user's, though the owner's may be empty too.
-bool DocumentSession::adoptKeyFromQpdf()
+bool DocumentSession::unlockByQpdf()
 {
     constexpr int kLastRevisionWithDocEncoding = 4;
     fz_context *ctx = m_context.get();
@@ -291,7 +293,8 @@ bool DocumentSession::adoptKeyFromQpdf()
     EngineError outcome;
     const std::shared_ptr<QPDF> protection =
         openProtection(isSpelledAlike ? QString() : m_password, &outcome);
-    return protection && replaceFileKey(ctx, m_document, protection->getEncryptionKey());
+    return protection && (!hasKey(*protection) ||
+                          replaceFileKey(ctx, m_document, protection->getEncryptionKey()));
 }
 
 EngineError DocumentSession::readPageTree()
@@ -472,7 +475,7 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
         pageIndex, budget, cookie,
         [&](fz_context *ctx) {
             withPage(ctx, pageIndex, [&](pdf_page *page) {
-                paintPage(ctx, page, rotation, image, *m_colourSpaces, images, m_context, cookie);
+                paintPage(ctx, page, rotation, image, {*m_colourSpaces, images, m_context, cookie});
             });
         },
         outcome);
@@ -574,7 +577,7 @@ EngineError DocumentSession::budgetError(BudgetBreach breach, PdfBackendError co
 {
     switch (breach) {
     case BudgetBreach::Cancelled:
-        return {code, QStringLiteral("It was cancelled.")};
+        return cancelledError(code);
     case BudgetBreach::Memory:
         return {code, QStringLiteral("It needs too much memory and was given up.")};
     default:

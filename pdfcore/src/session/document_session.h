@@ -121,7 +121,7 @@ private:
     [[nodiscard]] QString contentPath() const;
     EngineError unlock();
     std::shared_ptr<QPDF> openProtection(const QString &password, EngineError *outcome);
-    bool adoptKeyFromQpdf();
+    bool unlockByQpdf();
     EngineError readPageTree();
     std::optional<PageTree> collectPages(bool *hasTree, QString *reason);
     std::vector<PageTreeKid> readManyKids();

@@ -67,6 +67,29 @@ void turnWheel(QWidget *viewport, QPoint point, int angle, int pixels = 0)
     QCoreApplication::sendEvent(viewport->window()->windowHandle(), &event);
 }
 
+/// A list of many pages of which the page in the middle is dragged.
+struct Dragging
+{
+    /// Does `work` while the page is held over the middle, and ends the drag without a drop.
+    void during(const std::function<void()> &work)
+    {
+        dragWhile(
+            viewport, handleAt(*shown.list, middle),
+            [&] {
+                QCoreApplication::processEvents();
+                holdAt(viewport, middle);
+                work();
+                QTest::keyClick(viewport, Qt::Key_Escape);
+            },
+            middle);
+    }
+
+    ShownPanel shown{a4Pages(kPages), {210, 900}};
+    QWidget *viewport = shown.list->viewport();
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    QPoint middle = viewport->rect().center();
+};
+
 } // namespace
 
 /// Views that scroll while a page is dragged.
@@ -357,74 +380,47 @@ void TestPageDragScrolling::dragThatComesInAtTheEdgeScrollsOnceItComesNearer()
 
 void TestPageDragScrolling::wheelScrollsDuringADrag()
 {
-    ShownPanel shown(a4Pages(kPages), {210, 900});
-    QWidget *viewport = shown.list->viewport();
-    QScrollBar *bar = shown.list->verticalScrollBar();
-    const QPoint middle = viewport->rect().center();
+    Dragging dragging;
     int down = -1;
     int up = -1;
-    dragWhile(
-        viewport, handleAt(*shown.list, middle),
-        [&] {
-            QCoreApplication::processEvents();
-            holdAt(viewport, middle);
-            turnWheel(viewport, middle, -240);
-            down = bar->value();
-            turnWheel(viewport, middle, 120);
-            up = bar->value();
-            QTest::keyClick(viewport, Qt::Key_Escape);
-        },
-        middle);
-    const int notch = QApplication::wheelScrollLines() * bar->singleStep();
+    dragging.during([&] {
+        turnWheel(dragging.viewport, dragging.middle, -240);
+        down = dragging.bar->value();
+        turnWheel(dragging.viewport, dragging.middle, 120);
+        up = dragging.bar->value();
+    });
+    const int notch = QApplication::wheelScrollLines() * dragging.bar->singleStep();
     QCOMPARE(down, 2 * notch);
     QCOMPARE(up, notch);
 }
 
 void TestPageDragScrolling::touchpadScrollsDuringADrag()
 {
-    ShownPanel shown(a4Pages(kPages), {210, 900});
-    QWidget *viewport = shown.list->viewport();
-    QScrollBar *bar = shown.list->verticalScrollBar();
-    const QPoint middle = viewport->rect().center();
+    Dragging dragging;
     int down = -1;
     int up = -1;
-    dragWhile(
-        viewport, handleAt(*shown.list, middle),
-        [&] {
-            QCoreApplication::processEvents();
-            holdAt(viewport, middle);
-            turnWheel(viewport, middle, -120, -50);
-            down = bar->value();
-            turnWheel(viewport, middle, 120, 20);
-            up = bar->value();
-            QTest::keyClick(viewport, Qt::Key_Escape);
-        },
-        middle);
+    dragging.during([&] {
+        turnWheel(dragging.viewport, dragging.middle, -120, -50);
+        down = dragging.bar->value();
+        turnWheel(dragging.viewport, dragging.middle, 120, 20);
+        up = dragging.bar->value();
+    });
     QCOMPARE(down, 50);
     QCOMPARE(up, 30);
 }
 
 void TestPageDragScrolling::wheelBesideTheListLeavesItDuringADrag()
 {
-    ShownPanel shown(a4Pages(kPages), {210, 900});
-    QWidget *viewport = shown.list->viewport();
-    QScrollBar *bar = shown.list->verticalScrollBar();
-    const QPoint middle = viewport->rect().center();
+    Dragging dragging;
     int over = -1;
     int beside = -1;
-    dragWhile(
-        viewport, handleAt(*shown.list, middle),
-        [&] {
-            QCoreApplication::processEvents();
-            holdAt(viewport, middle);
-            turnWheel(viewport, middle, -240);
-            over = bar->value();
-            holdAt(viewport, kOutside);
-            turnWheel(viewport, kOutside, -240);
-            beside = bar->value();
-            QTest::keyClick(viewport, Qt::Key_Escape);
-        },
-        kOutside);
+    dragging.during([&] {
+        turnWheel(dragging.viewport, dragging.middle, -240);
+        over = dragging.bar->value();
+        holdAt(dragging.viewport, kOutside);
+        turnWheel(dragging.viewport, kOutside, -240);
+        beside = dragging.bar->value();
+    });
     QVERIFY(over > 0);
     QCOMPARE(beside, over);
 }
@@ -471,24 +467,16 @@ void TestPageDragScrolling::pageGoesWhereThePointerIsAfterScrolling()
 
 void TestPageDragScrolling::markStaysUnderThePointerThroughScrolling()
 {
-    ShownPanel shown(a4Pages(kPages), {210, 900});
-    QWidget *viewport = shown.list->viewport();
-    const QPoint middle = viewport->rect().center();
+    Dragging dragging;
     QColor mark;
     int scrolled = 0;
-    dragWhile(
-        viewport, handleAt(*shown.list, middle),
-        [&] {
-            QCoreApplication::processEvents();
-            holdAt(viewport, middle);
-            // Away from the page that is held, which would stay beside itself.
-            turnWheel(viewport, middle, -120 * 20);
-            scrolled = shown.list->verticalScrollBar()->value();
-            mark = shown.picture().pixelColor(markFor(*shown.list, middle));
-            QTest::keyClick(viewport, Qt::Key_Escape);
-        },
-        middle);
-    QVERIFY(scrolled > viewport->height());
+    dragging.during([&] {
+        // Away from the page that is held, which would stay beside itself.
+        turnWheel(dragging.viewport, dragging.middle, -120 * 20);
+        scrolled = dragging.bar->value();
+        mark = dragging.shown.picture().pixelColor(markFor(*dragging.shown.list, dragging.middle));
+    });
+    QVERIFY(scrolled > dragging.viewport->height());
     QCOMPARE(mark, Theme::accent);
 }
 

@@ -41,6 +41,22 @@ PageImageLoader::Demand demandFor(QSize size, QSize shown)
     return demand;
 }
 
+/// A loader whose pages are coloured by their number.
+struct Loading
+{
+    Loading() { loader.setRenderManager(&manager); }
+
+    [[nodiscard]] QSize shownSize() const
+    {
+        const auto *image = loader.image(kId);
+        return image != nullptr ? image->image.size() : QSize();
+    }
+
+    RenderProbe probe;
+    PdfRenderManager manager{nullptr, probe.function()};
+    PageImageLoader loader;
+};
+
 } // namespace
 
 class TestPageImageFitter final : public QObject
@@ -138,10 +154,8 @@ void TestPageImageFitter::fitterMayGoWhileItWorks()
 
 void TestPageImageFitter::loaderHoldsTheFittedImage()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     loader.request(demandFor({60, 90}, {40, 60}));
     QTRY_VERIFY(loader.image(kId));
     QTRY_COMPARE(loader.image(kId)->image.size(), QSize(40, 60));
@@ -150,10 +164,8 @@ void TestPageImageFitter::loaderHoldsTheFittedImage()
 
 void TestPageImageFitter::loaderSaysSo()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     QList<QSize> sizes;
     connect(&loader, &PageImageLoader::imageArrived, this,
             [&](PdfPageId id) { sizes.append(loader.image(id)->image.size()); });
@@ -163,25 +175,21 @@ void TestPageImageFitter::loaderSaysSo()
 
 void TestPageImageFitter::fittedImageKeepsTheSizeThatWasAskedFor()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     loader.request(demandFor({60, 90}, {40, 60}));
-    QTRY_COMPARE(loader.image(kId) ? loader.image(kId)->image.size() : QSize(), QSize(40, 60));
+    QTRY_COMPARE(loading.shownSize(), QSize(40, 60));
     QCOMPARE(loader.image(kId)->size, QSize(60, 90));
-    manager.clearCache();
+    loading.manager.clearCache();
     loader.request(demandFor({60, 90}, {40, 60}));
     QTest::qWait(20);
-    QCOMPARE(probe.renderCount(3), 1);
+    QCOMPARE(loading.probe.renderCount(3), 1);
 }
 
 void TestPageImageFitter::fittedImageIsNotFittedAgain()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     const QSignalSpy arrived(&loader, &PageImageLoader::imageArrived);
     // Asked for again while it is in work.
     connect(&loader, &PageImageLoader::imageArrived, this, [&] {
@@ -204,26 +212,22 @@ void TestPageImageFitter::fittedImageIsNotFittedAgain()
 /// While the reader zooms, the image of the size before is shown until the next one comes.
 void TestPageImageFitter::imageOfAnotherSizeIsLeftAlone()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     loader.request(demandFor({60, 90}, {40, 60}));
-    QTRY_COMPARE(loader.image(kId) ? loader.image(kId)->image.size() : QSize(), QSize(40, 60));
-    probe.hold();
+    QTRY_COMPARE(loading.shownSize(), QSize(40, 60));
+    loading.probe.hold();
     loader.request(demandFor({30, 45}, {20, 30}));
     QTest::qWait(30);
-    QCOMPARE(loader.image(kId)->image.size(), QSize(40, 60));
-    probe.release();
-    QTRY_COMPARE(loader.image(kId)->image.size(), QSize(20, 30));
+    QCOMPARE(loading.shownSize(), QSize(40, 60));
+    loading.probe.release();
+    QTRY_COMPARE(loading.shownSize(), QSize(20, 30));
 }
 
 void TestPageImageFitter::fittedImageOfAReplacedOneIsDropped()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     bool isFirst = true;
     connect(&loader, &PageImageLoader::imageArrived, this, [&] {
         if (isFirst) {
@@ -240,14 +244,12 @@ void TestPageImageFitter::fittedImageOfAReplacedOneIsDropped()
 
 void TestPageImageFitter::pagesThatAreNotShownAreLeftAlone()
 {
-    RenderProbe probe;
-    PdfRenderManager manager(nullptr, probe.function());
-    PageImageLoader loader;
-    loader.setRenderManager(&manager);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
     loader.request(demandFor({60, 90}, {}));
     QTRY_VERIFY(loader.image(kId));
     QTest::qWait(30);
-    QCOMPARE(loader.image(kId)->image.size(), QSize(60, 90));
+    QCOMPARE(loading.shownSize(), QSize(60, 90));
 }
 
 void TestPageImageFitter::viewPaintsTheFittedImage()
