@@ -100,8 +100,9 @@ QList<QImage> PdfEditorBackend::renderPagesUnless(const PdfCancelFlag &cancel,
 bool PdfEditorBackend::saveDocument(const QList<PdfSourcePage> &pages, const QString &path,
                                     PdfBackendError *error, QString *message)
 {
-    const EngineError outcome =
-        guarded(PdfBackendError::WriteFailed, [&] { return pdfcore::writeDocument(pages, path); });
+    const EngineError outcome = guarded(PdfBackendError::WriteFailed, [&] {
+        return pdfcore::writeDocument(pages, PdfPlacement::replacing(path));
+    });
     pdfcore::report(outcome, error, message);
     return !outcome.isError();
 }

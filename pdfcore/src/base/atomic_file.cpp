@@ -36,9 +36,11 @@ QString resolvedTarget(const QString &path)
 
 } // namespace
 
-AtomicFile::AtomicFile(const QString &target, Flush flush)
-    : m_target(resolvedTarget(target))
+AtomicFile::AtomicFile(const QString &target, Flush flush, Existing existing)
+    : m_target(existing == Existing::Replace ? resolvedTarget(target)
+                                             : QFileInfo(target).absoluteFilePath())
     , m_flush(flush)
+    , m_existing(existing)
 {}
 
 AtomicFile::~AtomicFile()
@@ -51,6 +53,9 @@ AtomicFile::~AtomicFile()
 bool AtomicFile::open(QString *reason)
 {
     const QFileInfo info(m_target);
+    if (m_existing == Existing::Keep) {
+        return createBeside(info.absolutePath(), reason);
+    }
     if (info.isSymbolicLink()) {
         *reason = QStringLiteral("The target is a link that leads back to itself.");
         return false;
@@ -112,7 +117,11 @@ bool AtomicFile::finishWriting(QString *reason)
 
 bool AtomicFile::commit(QString *reason)
 {
-    if (!replaceFile(m_file.fileName(), m_target, reason)) {
+    m_isTaken = false;
+    const bool isMoved = m_existing == Existing::Replace
+                             ? replaceFile(m_file.fileName(), m_target, reason)
+                             : placeFile(m_file.fileName(), m_target, &m_isTaken, reason);
+    if (!isMoved) {
         return false;
     }
     m_pending = false;

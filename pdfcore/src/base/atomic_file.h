@@ -23,7 +23,14 @@ public:
         Caller, ///< By the caller with syncFiles(), unless it replaces a file.
     };
 
-    explicit AtomicFile(const QString &target, Flush flush = Flush::First);
+    /// What becomes of a file that the target is already.
+    enum class Existing {
+        Replace,
+        Keep, ///< It stays; another target has to be found. Links as targets are not followed.
+    };
+
+    explicit AtomicFile(const QString &target, Flush flush = Flush::First,
+                        Existing existing = Existing::Replace);
     ~AtomicFile();
     AtomicFile(const AtomicFile &) = delete;
     AtomicFile &operator=(const AtomicFile &) = delete;
@@ -42,13 +49,19 @@ public:
     [[nodiscard]] QString target() const { return m_target; }
     /// Puts the temporary file in the target's place. False with the reason on failure.
     bool commit(QString *reason);
+    /// Whether commit() failed because there is something that stays.
+    [[nodiscard]] bool isTargetTaken() const { return m_isTaken; }
+    /// Takes another target in the same folder; with Existing::Keep.
+    void setTarget(const QString &target) { m_target = target; }
 
 private:
     bool createBeside(const QString &folder, QString *reason);
 
     QString m_target;
     Flush m_flush;
+    Existing m_existing;
     QFile m_file;
+    bool m_isTaken = false;
     bool m_pending = false; ///< The temporary file exists.
 };
 

@@ -16,6 +16,8 @@
 #include <io.h>
 #include <windows.h>
 #else
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -153,17 +155,20 @@ quint64 fileNumber(const QString &path)
 #endif
 }
 
-bool replaceFile(const QString &from, const QString &to, QString *reason)
-{
+namespace {
+
 #ifdef Q_OS_WIN
+/// Moves a file; returns what Windows says.
+DWORD moveFile(const QString &from, const QString &to, DWORD flags)
+{
     // Virus scanners and indexers have files open for moments.
     constexpr int kTries = 10;
     constexpr DWORD kPauseMs = 50;
     DWORD code = ERROR_SUCCESS;
     for (int i = 0; i < kTries; ++i) {
         if (MoveFileExW(nativePath(from).c_str(), nativePath(to).c_str(),
-                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
-            return true;
+                        flags | MOVEFILE_WRITE_THROUGH) != 0) {
+            return ERROR_SUCCESS;
         }
         code = GetLastError();
         if (code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED &&
@@ -172,7 +177,83 @@ bool replaceFile(const QString &from, const QString &to, QString *reason)
         }
         Sleep(kPauseMs);
     }
-    const std::error_code error(static_cast<int>(code), std::system_category());
+    return code;
+}
+
+std::error_code systemError(DWORD code)
+{
+    return {static_cast<int>(code), std::system_category()};
+}
+#else
+std::error_code systemError()
+{
+    return {errno, std::generic_category()};
+}
+
+/// Moves a file to where there is nothing. std::errc::function_not_supported where the system or
+/// the file system cannot.
+std::error_code moveToFreePlace(const QByteArray &from, const QByteArray &to)
+{
+#ifdef RENAME_NOREPLACE
+    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+        return {};
+    }
+    const std::error_code error = systemError();
+    return error == std::errc::invalid_argument
+               ? std::make_error_code(std::errc::function_not_supported)
+               : error;
+#else
+    Q_UNUSED(from)
+    Q_UNUSED(to)
+    return std::make_error_code(std::errc::function_not_supported);
+#endif
+}
+
+/// The same by a second name.
+std::error_code linkToFreePlace(const QByteArray &from, const QByteArray &to)
+{
+    if (link(from.constData(), to.constData()) == 0) {
+        unlink(from.constData());
+        return {};
+    }
+    const std::error_code error = systemError();
+    return error == std::errc::file_exists
+               ? error
+               : std::make_error_code(std::errc::function_not_supported);
+}
+
+/// The same over an empty file.
+std::error_code moveOverHeldPlace(const QByteArray &from, const QByteArray &to)
+{
+    const int place = open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (place < 0) {
+        return systemError();
+    }
+    close(place);
+    if (rename(from.constData(), to.constData()) == 0) {
+        return {};
+    }
+    const std::error_code error = systemError();
+    unlink(to.constData());
+    return error;
+}
+#endif
+
+QString describe(const std::error_code &error)
+{
+    return QString::fromLocal8Bit(error.message().c_str());
+}
+
+} // namespace
+
+bool replaceFile(const QString &from, const QString &to, QString *reason)
+{
+#ifdef Q_OS_WIN
+    const DWORD code = moveFile(from, to, MOVEFILE_REPLACE_EXISTING);
+    if (code == ERROR_SUCCESS) {
+        return true;
+    }
+    const std::error_code error = systemError(code);
 #else
     std::error_code error;
     std::filesystem::rename(std::filesystem::path(QFile::encodeName(from).constData()),
@@ -181,7 +262,33 @@ bool replaceFile(const QString &from, const QString &to, QString *reason)
         return true;
     }
 #endif
-    *reason = QString::fromLocal8Bit(error.message().c_str());
+    *reason = describe(error);
+    return false;
+}
+
+bool placeFile(const QString &from, const QString &to, bool *isTaken, QString *reason)
+{
+#ifdef Q_OS_WIN
+    const DWORD code = moveFile(from, to, 0);
+    const std::error_code error = systemError(code);
+    // Of a folder it is only said that access is denied.
+    *isTaken = code != ERROR_SUCCESS && QFileInfo::exists(to);
+#else
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray place = QFile::encodeName(to);
+    std::error_code error;
+    for (const auto &move : {moveToFreePlace, linkToFreePlace, moveOverHeldPlace}) {
+        error = move(source, place);
+        if (error != std::errc::function_not_supported) {
+            break;
+        }
+    }
+    *isTaken = error == std::errc::file_exists;
+#endif
+    if (!error) {
+        return true;
+    }
+    *reason = describe(error);
     return false;
 }
 

@@ -34,4 +34,12 @@ bool linkFile(const QString &path, const QString &name);
 /// On failure both files are as they were and the reason is in `reason`.
 bool replaceFile(const QString &from, const QString &to, QString *reason);
 
+/// Moves `from` to `to` in one step within one folder, unless there is something, which stays;
+/// then `isTaken` is set.
+///
+/// On failure `from` is as it was and the reason is in `reason`. Where neither a move that replaces
+/// nothing nor second names are to be had, as on some network shares, an empty file holds the place
+/// for a moment.
+bool placeFile(const QString &from, const QString &to, bool *isTaken, QString *reason);
+
 } // namespace pdfcore

@@ -110,13 +110,18 @@ void QFileInput::unreadCh(char /*ch*/)
     }
 }
 
-QDeviceOutput::QDeviceOutput(QIODevice &device)
+QDeviceOutput::QDeviceOutput(QIODevice &device, const std::atomic<bool> *cancelled)
     : Pipeline("output", nullptr)
     , m_device(device)
+    , m_cancelled(cancelled)
 {}
 
 void QDeviceOutput::write(const unsigned char *data, size_t length)
 {
+    if (m_cancelled != nullptr && *m_cancelled) {
+        m_failed = true;
+        throw std::runtime_error("It was cancelled.");
+    }
     const auto wanted = static_cast<qint64>(length);
     if (m_device.write(reinterpret_cast<const char *>(data), wanted) != wanted) {
         m_failed = true;

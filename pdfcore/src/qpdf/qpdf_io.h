@@ -9,6 +9,7 @@
 #include <QIODevice>
 #include <QString>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -54,7 +55,8 @@ private:
 class QDeviceOutput final : public Pipeline
 {
 public:
-    explicit QDeviceOutput(QIODevice &device);
+    /// Writing fails once `cancelled` is set, which outlives this object and may be null.
+    explicit QDeviceOutput(QIODevice &device, const std::atomic<bool> *cancelled = nullptr);
 
     void write(const unsigned char *data, size_t length) override;
     void finish() override {}
@@ -64,6 +66,7 @@ public:
 
 private:
     QIODevice &m_device;
+    const std::atomic<bool> *m_cancelled;
     bool m_failed = false;
 };
 

@@ -7,7 +7,7 @@
 #include "pdfcore/src/qpdf/qpdf_io.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/save/document_extract.h"
-#include "pdfcore/src/save/output_document.h"
+#include "pdfcore/src/save/result_file.h"
 #include "pdfcore/src/session/document_session.h"
 #include "pdfcore/src/session/engine.h"
 
@@ -32,18 +32,22 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
                     AtomicFile &file, std::unique_ptr<OutputDocument> *assembled, QString *password)
 {
     const DocumentExtract *extract = options.extract;
-    QDeviceOutput pipeline(file.device());
+    QDeviceOutput pipeline(file.device(), &options.cancel.value());
     try {
         *assembled =
             std::make_unique<OutputDocument>(extract != nullptr ? extract->open() : nullptr);
         OutputDocument &output = **assembled;
         if (EngineError error =
-                output.assemble(extract != nullptr ? extract->located(pages) : pages);
+                output.assemble(extract != nullptr ? extract->located(pages) : pages,
+                                Unlabelled::NumberByPlace, options.headings);
             error.isError()) {
             return error;
         }
-        QPDF *protection = options.protection != nullptr ? options.protection : output.protection();
-        *password = protection != nullptr ? output.password() : QString();
+        QPDF *protection = nullptr;
+        if (options.newProtection == NewProtection::OfMainDocument) {
+            protection = options.protection != nullptr ? options.protection : output.protection();
+            *password = protection != nullptr ? output.password() : QString();
+        }
         prepareTrailer(output.document(), protection);
         escapeNames(output.document());
         QPDFWriter writer(output.document());
@@ -52,6 +56,9 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
         writer.setPreserveEncryption(false);
         if (protection != nullptr) {
             writer.copyEncryptionParameters(*protection);
+        } else if (options.newProtection == NewProtection::Password) {
+            *password = options.newPassword;
+            encryptFor(writer, options.newPassword);
         }
         writer.setMinimumPDFVersion(output.version());
         writer.write();
@@ -84,34 +91,6 @@ std::future<void> release(std::unique_ptr<OutputDocument> output, qsizetype page
     }
 }
 
-/// Reopens what was written, which must not need a repair, and counts the pages that those who open
-/// it will see.
-EngineError check(const QString &path, const QString &password, qsizetype pageCount)
-{
-    try {
-        EngineError outcome;
-        const auto written = openQpdf(path, password, &outcome, Damage::Refuse);
-        // Not one of the pool: the file is about to be moved.
-        const auto session = written ? DocumentSession::open(FileIdentity::of(path), password, {},
-                                                             &outcome, {}, Damage::Refuse)
-                                     : nullptr;
-        if (!session) {
-            return {PdfBackendError::WriteFailed,
-                    QStringLiteral("The new file cannot be read back: %1").arg(outcome.message)};
-        }
-        const qsizetype found = session->pages()->pageSizes.size();
-        if (found == pageCount) {
-            return {};
-        }
-        return {
-            PdfBackendError::WriteFailed,
-            QStringLiteral("The new file has %1 pages instead of %2.").arg(found).arg(pageCount)};
-    } catch (const std::exception &exception) {
-        return {PdfBackendError::WriteFailed, QStringLiteral("The new file cannot be read back: %1")
-                                                  .arg(QString::fromUtf8(exception.what()))};
-    }
-}
-
 /// Whether the source files still hold the revisions that were read.
 EngineError checkSources(const QList<PdfSourcePage> &pages)
 {
@@ -132,17 +111,19 @@ EngineError checkSources(const QList<PdfSourcePage> &pages)
 
 } // namespace
 
-EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path,
+EngineError writeDocument(const QList<PdfSourcePage> &pages, const PdfPlacement &placement,
                           const WriteOptions &options)
 {
-    if (path.isEmpty()) {
+    if (placement.path().isEmpty()) {
         return {PdfBackendError::WriteFailed, QStringLiteral("There is no file name.")};
     }
     if (pages.isEmpty()) {
         return {PdfBackendError::WriteFailed, QStringLiteral("There are no pages to write.")};
     }
 
-    AtomicFile file(path, options.flush);
+    AtomicFile file(placement.path(), options.flush,
+                    placement.isReplacing() ? AtomicFile::Existing::Replace
+                                            : AtomicFile::Existing::Keep);
     QString reason;
     if (!file.open(&reason)) {
         return {PdfBackendError::WriteFailed, reason};
@@ -154,7 +135,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     }
     // Meanwhile the file is checked; its target may be one of the sources, which are closed then.
     std::future<void> released = release(std::move(output), pages.size());
-    EngineError checked = check(file.temporaryPath(), password, pages.size());
+    EngineError checked = checkResult(file.temporaryPath(), password, pages.size());
     if (released.valid()) {
         released.wait();
     }
@@ -164,8 +145,14 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path
     if (EngineError error = checkSources(pages); error.isError()) {
         return error;
     }
-    if (!Engine::instance().revisions().replaceTarget(file, &reason)) {
-        return {PdfBackendError::WriteFailed, reason};
+    if (options.cancel.isSet()) {
+        return cancelledError(PdfBackendError::WriteFailed);
+    }
+    if (EngineError error = placeResult(file, placement); error.isError()) {
+        return error;
+    }
+    if (options.placed != nullptr) {
+        *options.placed = file.target();
     }
     if (file.isForCallerToFlush() && options.unflushed != nullptr) {
         options.unflushed->append(file.target());

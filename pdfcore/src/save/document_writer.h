@@ -1,18 +1,30 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/pdf_cancel_flag.h"
+#include "pdfcore/pdf_operation.h"
 #include "pdfcore/src/base/atomic_file.h"
 #include "pdfcore/src/base/engine_error.h"
+#include "pdfcore/src/save/output_document.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 class QPDF;
 
 namespace pdfcore {
 
 class DocumentExtract;
+
+/// What a new file is protected by.
+enum class NewProtection {
+    OfMainDocument, ///< See OutputDocument::protection().
+    None,
+    Password, ///< A new one.
+};
 
 /// What else than its pages goes into the writing of a file.
 struct WriteOptions
@@ -24,10 +36,18 @@ struct WriteOptions
     AtomicFile::Flush flush = AtomicFile::Flush::First;
     /// The path of what the caller has to flush, if anything, is added to it.
     QStringList *unflushed = nullptr;
+    NewProtection newProtection = NewProtection::OfMainDocument;
+    QString newPassword; ///< Opens the file; for NewProtection::Password.
+    /// Entries of the outline that are put above those of the documents, by their pages.
+    std::vector<Heading> headings;
+    /// Ends the writing with an error when it is set before the file has its place.
+    PdfCancelFlag cancel;
+    /// Becomes the path of the file, if not null.
+    QString *placed = nullptr;
 };
 
-/// Writes the pages to a new file at `path`; see PdfEditorBackend::saveDocument().
-EngineError writeDocument(const QList<PdfSourcePage> &pages, const QString &path,
+/// Writes the pages to a new file; see PdfEditorBackend::saveDocument().
+EngineError writeDocument(const QList<PdfSourcePage> &pages, const PdfPlacement &placement,
                           const WriteOptions &options = {});
 
 } // namespace pdfcore

@@ -91,7 +91,8 @@ OutputDocument::OutputDocument(const std::shared_ptr<QPDF> &only)
 
 OutputDocument::~OutputDocument() = default;
 
-EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages, Unlabelled unlabelled)
+EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages, Unlabelled unlabelled,
+                                     const std::vector<Heading> &headings)
 {
     if (EngineError error = findPlaces(pages); error.isError()) {
         return error;
@@ -132,9 +133,10 @@ EngineError OutputDocument::assemble(const QList<PdfSourcePage> &pages, Unlabell
             addAttachments(*m_output, contribution->source(), *contribution->copier());
         contribution->renameTargets(fields, attachments);
     }
-    installPageTree(*m_output, newPages(pages, form));
+    const std::vector<QPDFObjectHandle> placed = newPages(pages, form);
+    installPageTree(*m_output, placed);
     form.install(pagesChanged);
-    joinOutlines();
+    joinOutlines(placed, headings);
     if (pagesChanged) {
         joinLabels(unlabelled);
     }
@@ -264,11 +266,25 @@ std::vector<QPDFObjectHandle> OutputDocument::newPages(const QList<PdfSourcePage
     return placed;
 }
 
-void OutputDocument::joinOutlines()
+void OutputDocument::joinOutlines(const std::vector<QPDFObjectHandle> &pages,
+                                  const std::vector<Heading> &headings)
 {
     Outline joined;
     bool isPruned = false;
-    for (const auto &contribution : m_contributions) {
+    const Contribution *before = nullptr;
+    std::set<const Contribution *> appended;
+    auto heading = headings.begin();
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        while (heading != headings.end() && heading->firstPage == i) {
+            joined.appendHeading(heading->title, pages[i], *m_output);
+            ++heading;
+        }
+        const Contribution *contribution = m_places[i].contribution;
+        if (contribution == before || contribution == nullptr ||
+            !appended.insert(contribution).second) {
+            continue;
+        }
+        before = contribution;
         isPruned = isPruned || contribution->outline().isPruned();
         joined.append(contribution->outline(), contribution->copier(), *m_output);
     }

@@ -17,6 +17,13 @@ namespace pdfcore {
 class Contribution;
 class OutputForm;
 
+/// An entry of the outline for pages of an output that follow each other.
+struct Heading
+{
+    std::size_t firstPage = 0;
+    QString title;
+};
+
 /// Puts a document together from pages of others, with all that belongs to these pages.
 ///
 /// The main document, that of the first page that is marked as such or else of the first page of
@@ -38,8 +45,11 @@ public:
     /// Puts `pages` together. QPDF's exceptions may come out of it.
     ///
     /// @param unlabelled  What becomes of pages without a label where others have one.
+    /// @param headings    In the order of their pages. Each stands above the outlines of the
+    ///                    documents whose first page in the output is among its own.
     EngineError assemble(const QList<PdfSourcePage> &pages,
-                         Unlabelled unlabelled = Unlabelled::NumberByPlace);
+                         Unlabelled unlabelled = Unlabelled::NumberByPlace,
+                         const std::vector<Heading> &headings = {});
 
     /// The result; it reads from the source documents until this object goes.
     [[nodiscard]] QPDF &document() const { return *m_output; }
@@ -66,7 +76,8 @@ private:
     [[nodiscard]] LinkPruner::Role roleOf(const Contribution &contribution,
                                           bool sequenceChanged) const;
     std::vector<QPDFObjectHandle> newPages(const QList<PdfSourcePage> &pages, OutputForm &form);
-    void joinOutlines();
+    void joinOutlines(const std::vector<QPDFObjectHandle> &pages,
+                      const std::vector<Heading> &headings);
     void joinLabels(Unlabelled unlabelled);
 
     OutputSources m_sources;

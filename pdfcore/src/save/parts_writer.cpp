@@ -211,7 +211,7 @@ void PartsWriter::writeEach(const Files &files, const WriteOptions &options)
         WriteOptions own = options;
         own.unflushed = &unflushed;
         try {
-            outcome = writeDocument(file.pages, file.path, own);
+            outcome = writeDocument(file.pages, PdfPlacement::replacing(file.path), own);
         } catch (const std::exception &exception) {
             outcome = {PdfBackendError::WriteFailed, QString::fromUtf8(exception.what())};
         }

@@ -129,6 +129,18 @@ Outline Outline::of(SourceDocument &source, LinkPruner &links, bool isMain)
     return outline;
 }
 
+void Outline::appendHeading(const QString &title, QPDFObjectHandle page, QPDF &target)
+{
+    // The position and the zoom of the reader stay as they are (ISO 32000-2, 12.3.2.2).
+    const QPDFObjectHandle unchanged = QPDFObjectHandle::newNull();
+    const QPDFObjectHandle entry = target.makeIndirectObject(QPDFObjectHandle::newDictionary(
+        {{"/Title", QPDFObjectHandle::newUnicodeString(title.toStdString())},
+         {"/Dest", QPDFObjectHandle::newArray({page, QPDFObjectHandle::newName("/XYZ"), unchanged,
+                                               unchanged, unchanged})}}));
+    m_heading = static_cast<int>(m_entries.size());
+    m_entries.push_back({entry, -1, true});
+}
+
 void Outline::append(const Outline &other, ObjectCopier *copier, QPDF &target)
 {
     const int offset = static_cast<int>(m_entries.size());
@@ -142,7 +154,7 @@ void Outline::append(const Outline &other, ObjectCopier *copier, QPDF &target)
             dictionary = target.makeIndirectObject(copier->copy(dictionary));
         }
         m_entries.push_back(
-            {dictionary, entry.parent < 0 ? -1 : entry.parent + offset, entry.isOpen});
+            {dictionary, entry.parent < 0 ? m_heading : entry.parent + offset, entry.isOpen});
     }
 }
 

@@ -5,6 +5,8 @@
 #include "pdfcore/src/save/source/object_copier.h"
 #include "pdfcore/src/save/source/source_document.h"
 
+#include <QString>
+
 #include <vector>
 
 namespace pdfcore {
@@ -33,8 +35,11 @@ public:
     /// Whether entries were taken out.
     [[nodiscard]] bool isPruned() const { return m_isPruned; }
 
-    /// Adds the entries of another outline behind these: as copies, or as they are without a
-    /// copier.
+    /// Adds an entry that leads to a page of the target. What is appended behind it gets below it.
+    void appendHeading(const QString &title, QPDFObjectHandle page, QPDF &target);
+
+    /// Adds the entries of another outline behind these, below the last heading if there is one: as
+    /// copies, or as they are without a copier.
     void append(const Outline &other, ObjectCopier *copier, QPDF &target);
 
     /// Writes the entries as the outline of the document.
@@ -42,6 +47,7 @@ public:
 
 private:
     std::vector<Entry> m_entries; ///< Each one before those below it, in reading order.
+    int m_heading = -1;           ///< Index of the last one, or -1.
     bool m_isPruned = false;
 };
 
