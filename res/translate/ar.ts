@@ -818,6 +818,37 @@
     </message>
 </context>
 <context>
+    <name>TaskCenter</name>
+    <message>
+        <source>找不到文件或无法打开文件。</source>
+        <translation>‫تعذّر العثور على الملف أو فتحه.‬</translation>
+    </message>
+    <message>
+        <source>需要密码。</source>
+        <translation>‫كلمة المرور مطلوبة.‬</translation>
+    </message>
+    <message>
+        <source>密码不正确。</source>
+        <translation>‫كلمة المرور غير صحيحة.‬</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不受支持。</source>
+        <translation>‫الملف تالف أو غير مدعوم.‬</translation>
+    </message>
+    <message>
+        <source>无法渲染页面。</source>
+        <translation>‫تعذّر عرض إحدى الصفحات.‬</translation>
+    </message>
+    <message>
+        <source>无法写入结果。</source>
+        <translation>‫تعذّرت كتابة النتيجة.‬</translation>
+    </message>
+    <message>
+        <source>图像已损坏或不受支持。</source>
+        <translation>‫الصورة تالفة أو غير مدعومة.‬</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>

@@ -818,6 +818,37 @@ Seiten %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskCenter</name>
+    <message>
+        <source>找不到文件或无法打开文件。</source>
+        <translation>Die Datei wurde nicht gefunden oder kann nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>需要密码。</source>
+        <translation>Ein Kennwort ist erforderlich.</translation>
+    </message>
+    <message>
+        <source>密码不正确。</source>
+        <translation>Das Kennwort ist falsch.</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不受支持。</source>
+        <translation>Die Datei ist beschädigt oder wird nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>无法渲染页面。</source>
+        <translation>Eine Seite konnte nicht dargestellt werden.</translation>
+    </message>
+    <message>
+        <source>无法写入结果。</source>
+        <translation>Das Ergebnis konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>图像已损坏或不受支持。</source>
+        <translation>Das Bild ist beschädigt oder wird nicht unterstützt.</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>

@@ -818,6 +818,37 @@ Páginas %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskCenter</name>
+    <message>
+        <source>找不到文件或无法打开文件。</source>
+        <translation>No se encuentra el archivo o no se puede abrir.</translation>
+    </message>
+    <message>
+        <source>需要密码。</source>
+        <translation>Se necesita una contraseña.</translation>
+    </message>
+    <message>
+        <source>密码不正确。</source>
+        <translation>La contraseña es incorrecta.</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不受支持。</source>
+        <translation>El archivo está dañado o no es compatible.</translation>
+    </message>
+    <message>
+        <source>无法渲染页面。</source>
+        <translation>No se pudo representar una página.</translation>
+    </message>
+    <message>
+        <source>无法写入结果。</source>
+        <translation>No se pudo escribir el resultado.</translation>
+    </message>
+    <message>
+        <source>图像已损坏或不受支持。</source>
+        <translation>La imagen está dañada o no es compatible.</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>

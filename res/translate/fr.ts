@@ -818,6 +818,37 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskCenter</name>
+    <message>
+        <source>找不到文件或无法打开文件。</source>
+        <translation>Le fichier est introuvable ou ne peut pas être ouvert.</translation>
+    </message>
+    <message>
+        <source>需要密码。</source>
+        <translation>Un mot de passe est requis.</translation>
+    </message>
+    <message>
+        <source>密码不正确。</source>
+        <translation>Le mot de passe est incorrect.</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不受支持。</source>
+        <translation>Le fichier est endommagé ou n’est pas pris en charge.</translation>
+    </message>
+    <message>
+        <source>无法渲染页面。</source>
+        <translation>Une page n’a pas pu être affichée.</translation>
+    </message>
+    <message>
+        <source>无法写入结果。</source>
+        <translation>Le résultat n’a pas pu être écrit.</translation>
+    </message>
+    <message>
+        <source>图像已损坏或不受支持。</source>
+        <translation>L’image est endommagée ou n’est pas prise en charge.</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>

@@ -818,6 +818,37 @@
     </message>
 </context>
 <context>
+    <name>TaskCenter</name>
+    <message>
+        <source>找不到文件或无法打开文件。</source>
+        <translation>ファイルが見つからないか、開けません。</translation>
+    </message>
+    <message>
+        <source>需要密码。</source>
+        <translation>パスワードが必要です。</translation>
+    </message>
+    <message>
+        <source>密码不正确。</source>
+        <translation>パスワードが正しくありません。</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不受支持。</source>
+        <translation>ファイルが破損しているか、サポートされていません。</translation>
+    </message>
+    <message>
+        <source>无法渲染页面。</source>
+        <translation>ページを描画できませんでした。</translation>
+    </message>
+    <message>
+        <source>无法写入结果。</source>
+        <translation>結果を書き込めませんでした。</translation>
+    </message>
+    <message>
+        <source>图像已损坏或不受支持。</source>
+        <translation>画像が破損しているか、サポートされていません。</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>

@@ -818,6 +818,37 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskCenter</name>
+    <message>
+        <source>找不到文件或无法打开文件。</source>
+        <translation>The file was not found or cannot be opened.</translation>
+    </message>
+    <message>
+        <source>需要密码。</source>
+        <translation>A password is required.</translation>
+    </message>
+    <message>
+        <source>密码不正确。</source>
+        <translation>The password is incorrect.</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不受支持。</source>
+        <translation>The file is damaged or not supported.</translation>
+    </message>
+    <message>
+        <source>无法渲染页面。</source>
+        <translation>A page could not be rendered.</translation>
+    </message>
+    <message>
+        <source>无法写入结果。</source>
+        <translation>The result could not be written.</translation>
+    </message>
+    <message>
+        <source>图像已损坏或不受支持。</source>
+        <translation>The image is damaged or not supported.</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
