@@ -25,7 +25,6 @@
 
 namespace {
 
-constexpr int kRuns = 7;
 constexpr int kPagesOfMixedFile = 400;
 constexpr int kMixedPages = 1000;
 constexpr int kManyPages = 10'000;
@@ -122,51 +121,15 @@ int saveParts(const QString &folder, const QString &file)
     return outcomes.isEmpty() ? 1 : 0;
 }
 
-/// Prints the time that a run of this program with the arguments `own` tells as a ratio to that of
-/// all commands of the peer together. Folders are emptied after each run.
-bool compareRun(const QString &what, const QStringList &own, const QList<QStringList> &peer,
-                const QStringList &folders, double limit)
-{
-    QList<double> ours;
-    QList<double> peers;
-    QList<double> ratios;
-    for (int run = 0; run < kRuns; ++run) {
-        QProcess process;
-        process.start(QCoreApplication::applicationFilePath(), own);
-        process.waitForFinished(-1);
-        if (process.exitCode() != 0) {
-            return false;
-        }
-        ours.append(process.readAllStandardOutput().trimmed().toDouble());
-        double together = 0;
-        for (const QStringList &arguments : peer) {
-            const TimedCommand command{QStringLiteral("qpdf"), arguments};
-            const PairedSeries series = runPaired(command, command, 1);
-            if (!series.problem.isEmpty()) {
-                return false;
-            }
-            together += series.medianA;
-        }
-        peers.append(together);
-        ratios.append(ours.constLast() / together);
-        for (const QString &path : folders) {
-            QDir(path).removeRecursively();
-            QDir().mkpath(path);
-        }
-    }
-    printRatio(what, {median(ours), median(peers), median(ratios), {}}, limit);
-    return true;
-}
-
-/// The same for one save.
+/// Prints the time of one save as a ratio to that of the commands.
 bool compare(const QString &what, const QString &order, const QStringList &files,
              const QList<QStringList> &peer, const QTemporaryDir &folder, double limit)
 {
-    return compareRun(
+    return printRunRatio(
         what,
         QStringList{QStringLiteral("--work"), order, folder.filePath(QStringLiteral("o.pdf"))} +
             files,
-        peer, {}, limit);
+        QStringLiteral("qpdf"), peer, {}, limit);
 }
 
 bool compareMixed(const QTemporaryDir &folder)
@@ -230,9 +193,9 @@ bool compareSplit(const QTemporaryDir &folder, const QString &what, const QStrin
     for (const QString &path : folders) {
         QDir().mkpath(path);
     }
-    return compareRun(
+    return printRunRatio(
         what + QStringLiteral(" split into every page / qpdf --split-pages"),
-        {QStringLiteral("--parts"), folders.first(), file},
+        {QStringLiteral("--parts"), folders.first(), file}, QStringLiteral("qpdf"),
         {{QStringLiteral("--split-pages"), file, folders.last() + QStringLiteral("/p.pdf")}},
         folders, 5.0);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "benchmarks/peer_series.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -78,6 +80,42 @@ void printRatio(const QString &what, const PairedSeries &series, double limit)
                    .arg(series.medianRatio <= limit ? QString() : QStringLiteral("  MISSED"));
     }
     out << Qt::endl;
+}
+
+bool printRunRatio(const QString &what, const QStringList &own, const QString &peer,
+                   const QList<QStringList> &peerArguments, const QStringList &folders,
+                   double limit)
+{
+    constexpr int kRuns = 7;
+    QList<double> ours;
+    QList<double> peers;
+    QList<double> ratios;
+    for (int run = 0; run < kRuns; ++run) {
+        QProcess process;
+        process.start(QCoreApplication::applicationFilePath(), own);
+        process.waitForFinished(-1);
+        if (process.exitCode() != 0) {
+            return false;
+        }
+        ours.append(process.readAllStandardOutput().trimmed().toDouble());
+        double together = 0;
+        for (const QStringList &arguments : peerArguments) {
+            const TimedCommand command{peer, arguments};
+            const PairedSeries series = runPaired(command, command, 1);
+            if (!series.problem.isEmpty()) {
+                return false;
+            }
+            together += series.medianA;
+        }
+        peers.append(together);
+        ratios.append(ours.constLast() / together);
+        for (const QString &path : folders) {
+            QDir(path).removeRecursively();
+            QDir().mkpath(path);
+        }
+    }
+    printRatio(what, {median(ours), median(peers), median(ratios), {}}, limit);
+    return true;
 }
 
 double median(QList<double> values)

@@ -28,6 +28,14 @@ PairedSeries runPaired(const TimedCommand &a, const TimedCommand &b, int runs);
 /// Prints a line with both medians, their ratio and the limit it is held against, if there is one.
 void printRatio(const QString &what, const PairedSeries &series, double limit = 0);
 
+/// Runs this program with the arguments `own`, which prints the milliseconds that its work took,
+/// and after it the commands of a peer, one with each of these lists of arguments; several times in
+/// turn. Prints the ratio of its time to that of the commands together; files are removed from the
+/// folders after each turn. False when a run failed.
+bool printRunRatio(const QString &what, const QStringList &own, const QString &peer,
+                   const QList<QStringList> &peerArguments, const QStringList &folders,
+                   double limit);
+
 /// The middle value; the list may be in any order and must not be empty.
 double median(QList<double> values);
 
