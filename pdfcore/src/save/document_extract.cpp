@@ -37,6 +37,7 @@ std::shared_ptr<const DocumentExtract> DocumentExtract::of(const QList<PdfSource
         return nullptr;
     }
     extract->m_isProtected = from != nullptr ? from->isProtected() : output.protection() != nullptr;
+    extract->m_packsObjects = from != nullptr ? from->packsObjects() : output.packsObjects();
     prepareTrailer(output.document(), nullptr);
     escapeNames(output.document());
     QPDFWriter writer(output.document());

@@ -42,12 +42,16 @@ public:
     /// Whether outputs are to be protected as the source is.
     [[nodiscard]] bool isProtected() const { return m_isProtected; }
 
+    /// See OutputDocument::packsObjects().
+    [[nodiscard]] bool packsObjects() const { return m_packsObjects; }
+
 private:
     DocumentExtract() = default;
 
     std::shared_ptr<Buffer> m_content;
     std::map<qint32, qint32> m_indexes; ///< From pages of the source to those of the extract.
     bool m_isProtected = false;
+    bool m_packsObjects = false;
 };
 
 } // namespace pdfcore

@@ -52,7 +52,8 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
         escapeNames(output.document());
         QPDFWriter writer(output.document());
         writer.setOutputPipeline(&pipeline);
-        writer.setObjectStreamMode(qpdf_o_generate);
+        const bool packs = extract != nullptr ? extract->packsObjects() : output.packsObjects();
+        writer.setObjectStreamMode(packs ? qpdf_o_generate : qpdf_o_disable);
         writer.setPreserveEncryption(false);
         if (protection != nullptr) {
             writer.copyEncryptionParameters(*protection);

@@ -9,7 +9,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
+#include <string>
+
+#include <qpdf/Buffer.hh>
 
 namespace pdfcore {
 
@@ -17,6 +21,13 @@ namespace {
 
 /// Kids of one node of a page tree that is written.
 constexpr std::size_t kTreeFanOut = 32;
+
+/// The type of entries of a cross-reference table for objects in object streams (ISO 32000-2,
+/// table 18).
+constexpr int kInObjectStream = 2;
+
+/// Pages from which packing takes so long that objects stay as their maker left them.
+constexpr std::size_t kManyPages = 1000;
 
 /// A rotation in degrees brought to the nearest quarter turn from 0 to 270.
 int quarterTurn(long long degrees)
@@ -45,6 +56,34 @@ void ensureResources(QPDFObjectHandle page)
     if (!page.hasKey("/Resources")) {
         page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
     }
+}
+
+bool hasPackedObjects(QPDF &document)
+{
+    const std::map<QPDFObjGen, QPDFXRefEntry> entries = document.getXRefTable();
+    return std::any_of(entries.begin(), entries.end(),
+                       [](const auto &entry) { return entry.second.getType() == kInObjectStream; });
+}
+
+/// Whether the document says that it is one for archives by PDF/A-1, which knows no object streams
+/// (ISO 19005-1, 6.1.4 and 6.7.11).
+bool forbidsPacking(QPDFObjectHandle catalogue)
+{
+    QPDFObjectHandle metadata = catalogue.getKey("/Metadata");
+    if (!metadata.isStream()) {
+        return false;
+    }
+    std::string text;
+    try {
+        const std::shared_ptr<Buffer> data = metadata.getStreamData(qpdf_dl_generalized);
+        text.assign(reinterpret_cast<const char *>(data->getBuffer()), data->getSize());
+    } catch (const std::exception &) {
+        return false;
+    }
+    const std::size_t part = text.find("pdfaid:part");
+    const std::size_t value = text.find_first_of("0123456789", std::min(part, text.size()));
+    return value != std::string::npos && text[value] == '1' &&
+           (value + 1 == text.size() || text[value + 1] < '0' || text[value + 1] > '9');
 }
 
 struct TreeNode
@@ -163,6 +202,14 @@ QPDF *OutputDocument::protection() const
             return others == nullptr || encryptionOf(*others) == encryptionOf(*own);
         });
     return isKept ? own : nullptr;
+}
+
+bool OutputDocument::packsObjects() const
+{
+    if (m_main == nullptr || hasPackedObjects(m_main->source().document())) {
+        return true;
+    }
+    return m_places.size() < kManyPages && !forbidsPacking(m_main->source().root());
 }
 
 EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)

@@ -59,6 +59,10 @@ public:
     [[nodiscard]] QPDF *protection() const;
     /// The password that the main document was opened with.
     [[nodiscard]] QString password() const { return m_password; }
+    /// Whether objects are to be packed into object streams, which makes documents of little
+    /// content much smaller. Not where the main document has none and either must not have any or
+    /// has so many pages that packing takes its time.
+    [[nodiscard]] bool packsObjects() const;
     /// The least PDF version that the source documents need.
     [[nodiscard]] PDFVersion version() const { return m_sources.version(); }
 

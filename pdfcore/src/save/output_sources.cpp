@@ -242,7 +242,7 @@ EngineError OutputSources::open(const QString &path, const QString &password, Op
 
 PDFVersion OutputSources::version() const
 {
-    PDFVersion highest(1, 5);
+    PDFVersion highest(1, 3);
     if (m_only) {
         highest.updateIfGreater(versionOf(m_only->document->document()));
     }
