@@ -148,6 +148,13 @@ void TestEngineBrokenImages::brokenImageIsLeftOutWhereverItIsNamed_data()
         << PdfFixture::onePage(below + "/J Do BT /F 1 Tf (a) Tj ET " + above,
                                "/XObject << /J 6 0 R >> /Font << /F 5 0 R >>",
                                {font, image, PdfFixture::streamBody({}, "100 0 d0 " + shown)});
+    const Bytes group = PdfFixture::streamBody(
+        "/Type /XObject /Subtype /Form /Group << /S /Transparency /CS /DeviceGray >> " + box +
+            named,
+        "q 100 0 0 100 0 0 cm /J Do Q 1 g 0 0 100 50 re f");
+    QTest::newRow("soft mask") << PdfFixture::onePage(
+        below + "q /M gs 1 0 0 rg 0 0 100 100 re f Q " + above,
+        "/ExtGState << /M << /SMask << /S /Luminosity /G 5 0 R >> >> >>", {group, image});
     const Bytes stamp = "/Annots [<< /Type /Annot /Subtype /Stamp /F 4 /Rect [0 0 100 100] ";
     QTest::newRow("annotation") << PdfFixture::onePage(below + above, {}, {form, image},
                                                        stamp + "/AP << /N 5 0 R >> >>]");
