@@ -41,6 +41,8 @@ private slots:
     void whatCanBeDecodedIsShown();
     void blackImageIsNoBrokenOne();
     void brokenImageWithinAFormIsLeftOut();
+    void brokenImageIsLeftOutWhereverItIsNamed_data();
+    void brokenImageIsLeftOutWhereverItIsNamed();
 };
 
 void TestEngineBrokenImages::imageWithoutPixelsIsLeftOut_data()
@@ -110,6 +112,66 @@ void TestEngineBrokenImages::brokenImageWithinAFormIsLeftOut()
     QVERIFY2(shown.ok, qPrintable(shown.message));
     COMPARE_COLOUR(shown.image.pixelColor(50, 30), kBackground, 1);
     COMPARE_COLOUR(shown.image.pixelColor(50, 90), QColor(Qt::red), 1);
+}
+
+void TestEngineBrokenImages::brokenImageIsLeftOutWhereverItIsNamed_data()
+{
+    QTest::addColumn<Bytes>("document");
+    const Bytes image = PdfFixture::streamBody(
+        "/Type /XObject /Subtype /Image /Filter /JPXDecode " + kGray, kNonsense);
+    // Each shows the image, and red over the lower half of it.
+    const Bytes shown = "q 100 0 0 100 0 0 cm /J Do Q 1 0 0 rg 0 0 100 50 re f ";
+    const Bytes named = "/Resources << /XObject << /J 6 0 R >> >> ";
+    const Bytes box = "/BBox [0 0 100 100] ";
+    const Bytes form =
+        PdfFixture::streamBody("/Type /XObject /Subtype /Form " + box + named, shown);
+    const Bytes tile = PdfFixture::streamBody("/Type /Pattern /PatternType 1 /PaintType 1 "
+                                              "/TilingType 1 /XStep 100 /YStep 100 " +
+                                                  box + named,
+                                              shown);
+    const Bytes below = "0 1 0 rg 0 0 200 200 re f ";
+    const Bytes above = "0 0 1 rg 0 180 200 20 re f ";
+
+    QTest::newRow("inherited resources") << PdfFixture::fromObjects(
+        {"<< /Type /Catalog /Pages 2 0 R >>",
+         "<< /Type /Pages /Kids [3 0 R] /Count 1 " + named + ">>",
+         "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 4 0 R >>",
+         PdfFixture::streamBody({}, below + shown + above), "null", image});
+    QTest::newRow("pattern") << PdfFixture::onePage(below + "/Pattern cs /P scn 0 0 100 100 re f " +
+                                                        above,
+                                                    "/Pattern << /P 5 0 R >>", {tile, image});
+    const Bytes font = "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 100 100] /FontMatrix [1 0 0 "
+                       "1 0 0] /FirstChar 97 /LastChar 97 /Widths [100] /Encoding << /Differences "
+                       "[97 /a] >> /CharProcs << /a 7 0 R >> " +
+                       named + ">>";
+    QTest::newRow("letter behind a broken image")
+        << PdfFixture::onePage(below + "/J Do BT /F 1 Tf (a) Tj ET " + above,
+                               "/XObject << /J 6 0 R >> /Font << /F 5 0 R >>",
+                               {font, image, PdfFixture::streamBody({}, "100 0 d0 " + shown)});
+    const Bytes group = PdfFixture::streamBody(
+        "/Type /XObject /Subtype /Form /Group << /S /Transparency /CS /DeviceGray >> " + box +
+            named,
+        "q 100 0 0 100 0 0 cm /J Do Q 1 g 0 0 100 50 re f");
+    QTest::newRow("soft mask") << PdfFixture::onePage(
+        below + "q /M gs 1 0 0 rg 0 0 100 100 re f Q " + above,
+        "/ExtGState << /M << /SMask << /S /Luminosity /G 5 0 R >> >> >>", {group, image});
+    const Bytes stamp = "/Annots [<< /Type /Annot /Subtype /Stamp /F 4 /Rect [0 0 100 100] ";
+    QTest::newRow("annotation") << PdfFixture::onePage(below + above, {}, {form, image},
+                                                       stamp + "/AP << /N 5 0 R >> >>]");
+    QTest::newRow("annotation of several states") << PdfFixture::onePage(
+        below + above, {}, {form, image}, stamp + "/AS /On /AP << /N << /On 5 0 R >> >> >>]");
+}
+
+void TestEngineBrokenImages::brokenImageIsLeftOutWhereverItIsNamed()
+{
+    QFETCH(const Bytes, document);
+    Folder folder;
+    const Rendering shown = render(filePage(folder.add(u"in.pdf"_s, document)));
+    QVERIFY2(shown.ok, qPrintable(shown.message));
+    COMPARE_COLOUR(shown.image.pixelColor(25, 60), kBackground, 1);
+    COMPARE_COLOUR(shown.image.pixelColor(25, 90), QColor(Qt::red), 1);
+    COMPARE_COLOUR(shown.image.pixelColor(75, 90), kBackground, 1);
+    COMPARE_COLOUR(shown.image.pixelColor(25, 5), kStrip, 1);
 }
 
 QTEST_GUILESS_MAIN(TestEngineBrokenImages)

@@ -88,14 +88,29 @@ void searchXObjects(ImageSearch &search, pdf_obj *xObjects)
     }
 }
 
+/// Notes the resources of what has some, which may be nothing.
+void searchOwner(ImageSearch &search, pdf_obj *owner)
+{
+    if (pdf_is_dict(search.ctx, owner) != 0 && isNew(search, owner)) {
+        addResources(search, pdf_dict_get(search.ctx, owner, PDF_NAME(Resources)));
+    }
+}
+
 /// Notes the resources of all values of a dictionary.
 void searchOwners(ImageSearch &search, pdf_obj *owners)
 {
     for (int i = 0; i < pdf_dict_len(search.ctx, owners); ++i) {
-        pdf_obj *owner = pdf_dict_get_val(search.ctx, owners, i);
-        if (pdf_is_dict(search.ctx, owner) != 0 && isNew(search, owner)) {
-            addResources(search, pdf_dict_get(search.ctx, owner, PDF_NAME(Resources)));
-        }
+        searchOwner(search, pdf_dict_get_val(search.ctx, owners, i));
+    }
+}
+
+/// Notes the resources of the groups that are the soft masks of graphics states.
+void searchSoftMasks(ImageSearch &search, pdf_obj *states)
+{
+    fz_context *ctx = search.ctx;
+    for (int i = 0; i < pdf_dict_len(ctx, states); ++i) {
+        pdf_obj *mask = pdf_dict_get(ctx, pdf_dict_get_val(ctx, states, i), PDF_NAME(SMask));
+        searchOwner(search, pdf_dict_get(ctx, mask, PDF_NAME(G)));
     }
 }
 
@@ -124,6 +139,7 @@ bool dropBrokenImages(fz_context *ctx, pdf_document *document, pdf_obj *page)
             searchXObjects(search, pdf_dict_get(ctx, resources, PDF_NAME(XObject)));
             searchOwners(search, pdf_dict_get(ctx, resources, PDF_NAME(Pattern)));
             searchOwners(search, pdf_dict_get(ctx, resources, PDF_NAME(Font)));
+            searchSoftMasks(search, pdf_dict_get(ctx, resources, PDF_NAME(ExtGState)));
         }
     }
     fz_catch(ctx)

@@ -6,13 +6,17 @@
 #include "tests/pdf/viewer/shown_view.h"
 #include "widgets/theme.h"
 
+#include <QPainter>
 #include <QScrollBar>
 #include <QSlider>
 #include <QTest>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace {
 
+constexpr int kNormalMode = 0;
 constexpr int kInsertMode = 1;
 constexpr int kExtractMode = 2;
 constexpr int kSplitMode = 3;
@@ -29,6 +33,21 @@ bool holdsColor(const QImage &image, const QRect &rect, const QColor &color)
         }
     }
     return false;
+}
+
+/// The lightness of the darkest pixel in the rectangle, on a white ground.
+int darkestIn(const QImage &image, const QRect &rect)
+{
+    QImage part(rect.size(), QImage::Format_RGB32);
+    part.fill(Qt::white);
+    QPainter(&part).drawImage(QPoint(), image, rect);
+    int darkest = 255;
+    for (int y = 0; y < part.height(); ++y) {
+        for (int x = 0; x < part.width(); ++x) {
+            darkest = std::min(darkest, part.pixelColor(x, y).lightness());
+        }
+    }
+    return darkest;
 }
 
 /// Counts the times a widget is painted.
@@ -70,6 +89,8 @@ private slots:
     void paintsSplitLines();
     void firstPageInViewHasItsSplitLine();
     void disabledGridIsPaler();
+    void everyPartOfADisabledGridIsPaler_data();
+    void everyPartOfADisabledGridIsPaler();
     void pointerMovesOnTheSamePlaceRepaintNothing();
 };
 
@@ -254,6 +275,41 @@ void TestPdfPageManagerViewPainting::disabledGridIsPaler()
     shown.view.setEnabled(false);
     QVERIFY(shown.picture().pixelColor(centre).lightness() >
             RenderProbe::colorOf(0).lightness() + 20);
+}
+
+void TestPdfPageManagerViewPainting::everyPartOfADisabledGridIsPaler_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QRect PageCellGeometry::*>("part");
+    QTest::newRow("text of a waiting page") << kNormalMode << &PageCellGeometry::thumbnail;
+    QTest::newRow("card with its border") << kNormalMode << &PageCellGeometry::card;
+    QTest::newRow("caption") << kNormalMode << &PageCellGeometry::caption;
+    QTest::newRow("selection box") << kNormalMode << &PageCellGeometry::selectionBox;
+    QTest::newRow("insert mark") << kInsertMode << &PageCellGeometry::insertZone;
+    QTest::newRow("split line") << kSplitMode << &PageCellGeometry::splitZone;
+}
+
+void TestPdfPageManagerViewPainting::everyPartOfADisabledGridIsPaler()
+{
+    QFETCH(const int, mode);
+    QFETCH(QRect PageCellGeometry::*const, part);
+    ShownGrid shown(a4Pages(3));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 3);
+    shown.view.setModel(nullptr);
+    shown.manager.clearCache();
+    shown.probe.hold();
+    shown.view.setModel(&shown.model);
+    shown.view.setWorkspaceMode(mode);
+    shown.model.setPageSelected(shown.model.pageAt(1)->id, true);
+    QTRY_COMPARE(shown.view.thumbnails().pendingCount(), 3);
+    const QRect rect = shown.cell(1).*part;
+    const int enabled = darkestIn(shown.picture(), rect);
+    shown.view.setEnabled(false);
+    const int disabled = darkestIn(shown.picture(), rect);
+    shown.probe.release();
+    QVERIFY2(disabled > enabled + 15,
+             qPrintable(QStringLiteral("%1, disabled %2").arg(enabled).arg(disabled)));
+    QVERIFY(disabled < 240);
 }
 
 void TestPdfPageManagerViewPainting::pointerMovesOnTheSamePlaceRepaintNothing()

@@ -56,6 +56,8 @@ private slots:
     void listHasItsSettings();
     void clickActivatesThePage();
     void arrowKeyActivatesThePage();
+    void keyThatStaysOnItsPageActivatesNothing_data();
+    void keyThatStaysOnItsPageActivatesNothing();
     void stripOfTheHoveredRowActs_data();
     void stripOfTheHoveredRowActs();
     void middleThirdRotatesWithoutChangingTheSelection();
@@ -151,6 +153,31 @@ void TestPdfThumbnailPanel::arrowKeyActivatesThePage()
     QTest::keyClick(shown.list, Qt::Key_Down);
     QCOMPARE(activated.size(), 1);
     QCOMPARE(activated.at(0).at(0).toInt(), 2);
+}
+
+void TestPdfThumbnailPanel::keyThatStaysOnItsPageActivatesNothing_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("up from the first page") << 0 << Qt::Key_Up;
+    QTest::newRow("down from the last page") << 4 << Qt::Key_Down;
+    QTest::newRow("to the start from there") << 0 << Qt::Key_Home;
+    QTest::newRow("to the end from there") << 4 << Qt::Key_End;
+    QTest::newRow("Control alone") << 2 << Qt::Key_Control;
+    QTest::newRow("letter") << 2 << Qt::Key_X;
+}
+
+/// The reader may have scrolled away from the page that is current.
+void TestPdfThumbnailPanel::keyThatStaysOnItsPageActivatesNothing()
+{
+    QFETCH(const int, row);
+    QFETCH(const Qt::Key, key);
+    ShownPanel shown(a4Pages(5));
+    shown.panel.setCurrentPage(row);
+    QSignalSpy activated(&shown.panel, &PdfThumbnailPanel::pageActivated);
+    QTest::keyClick(shown.list, key);
+    QCOMPARE(activated.size(), 0);
+    QCOMPARE(shown.list->currentIndex().row(), row);
 }
 
 void TestPdfThumbnailPanel::stripOfTheHoveredRowActs_data()
