@@ -238,15 +238,27 @@ EngineError DocumentSession::openDocument()
 
 EngineError DocumentSession::unlock()
 {
+    // A password that is given comes first: each that is tried takes its time.
+    if (!m_password.isEmpty() && authenticate()) {
+        return {};
+    }
     int needed = 0;
     QString reason;
     if (!m_context.run([&](fz_context *ctx) { needed = pdf_needs_password(ctx, m_document); },
                        &reason)) {
         return {PdfBackendError::InvalidDocument, reason};
     }
-    if (needed == 0) {
+    if (needed == 0 || (m_password.isEmpty() && authenticate()) || unlockByQpdf()) {
         return {};
     }
+    if (m_password.isEmpty()) {
+        return {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
+    }
+    return {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
+}
+
+bool DocumentSession::authenticate()
+{
     for (const QByteArray &candidate : mupdfPasswordCandidates(m_password)) {
         const char *spelling = candidate.constData();
         int accepted = 0;
@@ -254,18 +266,12 @@ EngineError DocumentSession::unlock()
             [&](fz_context *ctx) {
                 accepted = pdf_authenticate_password(ctx, m_document, spelling);
             },
-            &reason);
+            nullptr);
         if (ran && accepted != 0) {
-            return {};
+            return true;
         }
     }
-    if (unlockByQpdf()) {
-        return {};
-    }
-    if (m_password.isEmpty()) {
-        return {PdfBackendError::PasswordRequired, QStringLiteral("The file is encrypted.")};
-    }
-    return {PdfBackendError::InvalidPassword, QStringLiteral("The password does not fit.")};
+    return false;
 }
 
 std::shared_ptr<QPDF> DocumentSession::openProtection(EngineError *outcome)

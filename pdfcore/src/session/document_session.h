@@ -120,6 +120,7 @@ private:
     bool isEncrypted();
     [[nodiscard]] QString contentPath() const;
     EngineError unlock();
+    bool authenticate();
     std::shared_ptr<QPDF> openProtection(const QString &password, EngineError *outcome);
     bool unlockByQpdf();
     EngineError readPageTree();
