@@ -105,6 +105,7 @@ private slots:
     void savesHaveWhatIsShown();
     void repairedFilesKeepTheirProtection_data();
     void repairedFilesKeepTheirProtection();
+    void aWrongLengthOfKeyIsPutRight_data();
     void aWrongLengthOfKeyIsPutRight();
 };
 
@@ -308,12 +309,27 @@ void TestEngineDamage::repairedFilesKeepTheirProtection()
     }
 }
 
+void TestEngineDamage::aWrongLengthOfKeyIsPutRight_data()
+{
+    QTest::addColumn<int>("revision");
+    QTest::addColumn<Bytes>("entry");
+    for (const int revision : {3, 4}) {
+        // QPDF takes 128 bits for such a length, and MuPDF gives up.
+        QTest::addRow("revision %d, no whole bytes", revision) << revision << Bytes("/Length 132 ");
+        QTest::addRow("revision %d, in bytes", revision) << revision << Bytes("/Length 16 ");
+        QTest::addRow("revision %d, too long", revision) << revision << Bytes("/Length 256 ");
+    }
+    // Before revision 4, that would mean 40 bits.
+    QTest::newRow("revision 4, none") << 4 << Bytes("/Lenght 128 ");
+}
+
 void TestEngineDamage::aWrongLengthOfKeyIsPutRight()
 {
-    // QPDF takes 128 bits for such a length, and MuPDF gives up.
-    Bytes file = PdfFixture::encrypted(PdfFixture::pagesByNumber(2), {"user", "owner", 3});
+    QFETCH(const int, revision);
+    QFETCH(const Bytes, entry);
+    Bytes file = PdfFixture::encrypted(PdfFixture::pagesByNumber(2), {"user", "owner", revision});
     QVERIFY(file.contains("/Length 128 "));
-    file.replace("/Length 128 ", "/Length 132 ");
+    file.replace("/Length 128 ", entry);
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, file);
     const QString target = folder.path(u"out.pdf"_s);
