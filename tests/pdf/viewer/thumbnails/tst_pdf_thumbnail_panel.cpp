@@ -62,6 +62,7 @@ private slots:
     void stripOfAnotherRowDoesNotAct();
     void rightButtonDoesNotActOnTheStrip();
     void secondPressOfADoubleClickActsAgain();
+    void clickActsOnAnotherPageThanTheOneBefore();
     void doubleClickOnABinDeletesOnePage();
     void releaseOnTheStripIsNoClick();
     void movingWithThePressedStripNeitherSelectsNorDrags_data();
@@ -239,6 +240,17 @@ void TestPdfThumbnailPanel::secondPressOfADoubleClickActsAgain()
     shown.moveTo(point);
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
     pressAgain(shown.list->viewport(), point);
+    QCOMPARE(rotate.size(), 2);
+}
+
+void TestPdfThumbnailPanel::clickActsOnAnotherPageThanTheOneBefore()
+{
+    ShownPanel shown(a4Pages(5));
+    QSignalSpy rotate(&shown.panel, &PdfThumbnailPanel::rotatePageRequested);
+    for (const int row : {1, 0}) {
+        shown.moveTo(shown.stripPart(row, 1));
+        QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, shown.stripPart(row, 1));
+    }
     QCOMPARE(rotate.size(), 2);
 }
 
