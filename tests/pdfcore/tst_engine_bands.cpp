@@ -43,6 +43,9 @@ constexpr Slack kAddedUp{8, 1, 0};
 /// also of a whole page, but not always the same ones.
 constexpr Slack kTriangles{8, 1, 25};
 
+/// MuPDF makes the small one from what it still has of the large one, if anything.
+constexpr Slack kTwoSizes{16, 0, 100};
+
 constexpr QSize kSize(430, 610);
 constexpr int kBandRows = 37;
 constexpr int kOverlap = 5;
@@ -274,6 +277,15 @@ void TestEngineBands::bandsJoinToTheWholePage_data()
             {imageMask(1300, 900)});
         row(QByteArray("picture through a stencil, ") + place, kNone, matrix, kUsesX,
             {noisyImage(701, "/DeviceRGB", 3, "/Mask 6 0 R"), imageMask(1300, 900)});
+    }
+    const QByteArray small = "q 31 0 0 31 4 90 cm /X Do Q ";
+    const QByteArray large = "q 150 0 0 150 40 25 cm /X Do Q ";
+    for (const auto &[name, content] :
+         {std::pair{"small first", small + large}, {"large first", large + small}}) {
+        row(QByteArray("picture in two sizes, ") + name, kTwoSizes, content, kUsesX,
+            {noisyImage(1700, "/DeviceGray", 1)});
+        row(QByteArray("picture in ink in two sizes, ") + name, kTwoSizes, content, kUsesX,
+            {noisyImage(1700, "/DeviceCMYK", 4)});
     }
     row("slanted picture", kAddedUp, slanted, kUsesX, {noisyImage(60, "/DeviceRGB", 3)});
     row("axial shading", kAddedUp, "/S sh", shading(2, "20 30 180 150"));
