@@ -105,6 +105,8 @@ private slots:
     void savesHaveWhatIsShown();
     void repairedFilesKeepTheirProtection_data();
     void repairedFilesKeepTheirProtection();
+    void partsOfRepairedFilesKeepTheirProtection_data();
+    void partsOfRepairedFilesKeepTheirProtection();
     void aWrongLengthOfKeyIsPutRight_data();
     void aWrongLengthOfKeyIsPutRight();
 };
@@ -306,6 +308,39 @@ void TestEngineDamage::repairedFilesKeepTheirProtection()
     QCOMPARE(inspect(target, u"wrong"_s).error, PdfBackendError::InvalidPassword);
     for (const QString &password : {u"user"_s, u"owner"_s}) {
         QCOMPARE(numbersOf(allPages(target, password)), (QList<int>{0, 2}));
+    }
+}
+
+void TestEngineDamage::partsOfRepairedFilesKeepTheirProtection_data()
+{
+    repairedFilesKeepTheirProtection_data();
+}
+
+void TestEngineDamage::partsOfRepairedFilesKeepTheirProtection()
+{
+    QFETCH(const int, revision);
+    QFETCH(const QString, opened);
+    // So many that several are made of one extract.
+    constexpr int kParts = 20;
+    Bytes file =
+        PdfFixture::encrypted(PdfFixture::pagesByNumber(kParts), {"user", "owner", revision});
+    file = withoutTable(file.replace("trailer", "tralier"));
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, file);
+    QList<PdfOutputFile> files;
+    for (const PdfSourcePage &page : allPages(path, opened)) {
+        files.append({{page}, folder.path(u"part%1.pdf"_s.arg(files.size()))});
+    }
+    QCOMPARE(files.size(), kParts);
+    for (const PdfSaveOutcome &outcome : PdfEditorBackend::saveDocuments(files)) {
+        QVERIFY2(outcome.error == PdfBackendError::None, qPrintable(outcome.message));
+    }
+    for (int i = 0; i < kParts; ++i) {
+        const QString part = files.at(i).path;
+        QCOMPARE(inspect(part).error, PdfBackendError::PasswordRequired);
+        for (const QString &password : {u"user"_s, u"owner"_s}) {
+            QCOMPARE(numbersOf(allPages(part, password)), QList<int>{i});
+        }
     }
 }
 
