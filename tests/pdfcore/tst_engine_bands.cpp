@@ -224,6 +224,7 @@ private slots:
     void theTimeGrowsWithThePixels_data();
     void theTimeGrowsWithThePixels();
     void slowPagesAreGivenUp();
+    void theTimeIsThatOfAllBands();
     void whatTheSinkTakesDoesNotCount();
 };
 
@@ -516,6 +517,30 @@ void TestEngineBands::slowPagesAreGivenUp()
     QVERIFY2(handover.message.contains(u"too long"_s), qPrintable(handover.message));
     // The session may not be used again.
     QCOMPARE(Engine::instance().sessions().idleCount(), 0);
+}
+
+void TestEngineBands::theTimeIsThatOfAllBands()
+{
+    // Each of them takes a small part of it.
+    constexpr int kBands = 600;
+    Folder folder;
+    const QString path = folder.add(u"slow.pdf"_s, filledManyTimes(2000));
+    SessionBudgets budgets;
+    budgets.page.time = 600ms;
+    EngineError outcome;
+    const auto session = DocumentSession::open(FileIdentity::of(path), {}, budgets, &outcome);
+    QVERIFY(session);
+    PageBands bands({1200, kBands}, 0, qsizetype{3} * 1200);
+    int seen = 0;
+    QVERIFY(!session->renderBands(
+        0, 0, bands,
+        [&](const QImage &, int) {
+            ++seen;
+            return true;
+        },
+        &outcome));
+    QVERIFY2(outcome.message.contains(u"too long"_s), qPrintable(outcome.message));
+    QVERIFY(seen < kBands);
 }
 
 void TestEngineBands::whatTheSinkTakesDoesNotCount()
