@@ -61,6 +61,7 @@ private slots:
     void middleThirdRotatesWithoutChangingTheSelection();
     void stripOfAnotherRowDoesNotAct();
     void rightButtonDoesNotActOnTheStrip();
+    void doubleClickOnABinOpensNoPage();
     void secondPressOfADoubleClickActsAgain();
     void clickActsOnAnotherPageThanTheOneBefore();
     void doubleClickOnABinDeletesOnePage();
@@ -230,6 +231,26 @@ void TestPdfThumbnailPanel::doubleClickOnABinDeletesOnePage()
     // A click of its own deletes the next one.
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
     QCOMPARE(shown.model.rowCount(), 3);
+}
+
+void TestPdfThumbnailPanel::doubleClickOnABinOpensNoPage()
+{
+    ShownPanel shown(a4Pages(5));
+    connect(&shown.panel, &PdfThumbnailPanel::deletePageRequested, &shown.model,
+            [&](PdfPageId id) { shown.model.removePages({id}); });
+    QWidget *viewport = shown.list->viewport();
+    // The page that comes under the pointer is the one that was clicked last.
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, shown.cardCentre(2));
+    const QSignalSpy activated(&shown.panel, &PdfThumbnailPanel::pageActivated);
+    const QPoint point = shown.stripPart(1, 2);
+    shown.moveTo(point);
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, point);
+    QCoreApplication::processEvents();
+    shown.moveTo(point);
+    pressAgain(viewport, point);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, point);
+    QCOMPARE(shown.model.rowCount(), 4);
+    QCOMPARE(activated.size(), 0);
 }
 
 void TestPdfThumbnailPanel::secondPressOfADoubleClickActsAgain()
