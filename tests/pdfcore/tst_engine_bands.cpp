@@ -524,7 +524,7 @@ void TestEngineBands::theTimeIsThatOfAllBands()
     // Each of them takes a small part of it.
     constexpr int kBands = 600;
     Folder folder;
-    const QString path = folder.add(u"slow.pdf"_s, filledManyTimes(2000));
+    const QString path = folder.add(u"slow.pdf"_s, filledManyTimes(6000));
     SessionBudgets budgets;
     budgets.page.time = 600ms;
     EngineError outcome;
