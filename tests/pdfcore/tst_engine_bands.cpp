@@ -43,6 +43,9 @@ constexpr Slack kAddedUp{8, 1, 0};
 /// also of a whole page, but not always the same ones.
 constexpr Slack kTriangles{8, 1, 25};
 
+/// MuPDF makes the small one from what it still has of the large one, if anything.
+constexpr Slack kTwoSizes{16, 0, 100};
+
 constexpr QSize kSize(430, 610);
 constexpr int kBandRows = 37;
 constexpr int kOverlap = 5;
@@ -212,6 +215,7 @@ private slots:
     void largePicturesComeInPieces_data();
     void largePicturesComeInPieces();
     void bandsOfABlankPageAreWhite();
+    void bandsBeyondAllMemoryFail();
     void pagesOfAnySizeAreRendered();
     void theSinkEndsThePage();
     void pagesThatCannotBeRenderedFail_data();
@@ -221,6 +225,7 @@ private slots:
     void theTimeGrowsWithThePixels_data();
     void theTimeGrowsWithThePixels();
     void slowPagesAreGivenUp();
+    void theTimeIsThatOfAllBands();
     void whatTheSinkTakesDoesNotCount();
 };
 
@@ -274,6 +279,15 @@ void TestEngineBands::bandsJoinToTheWholePage_data()
             {imageMask(1300, 900)});
         row(QByteArray("picture through a stencil, ") + place, kNone, matrix, kUsesX,
             {noisyImage(701, "/DeviceRGB", 3, "/Mask 6 0 R"), imageMask(1300, 900)});
+    }
+    const QByteArray small = "q 31 0 0 31 4 90 cm /X Do Q ";
+    const QByteArray large = "q 150 0 0 150 40 25 cm /X Do Q ";
+    for (const auto &[name, content] :
+         {std::pair{"small first", small + large}, {"large first", large + small}}) {
+        row(QByteArray("picture in two sizes, ") + name, kTwoSizes, content, kUsesX,
+            {noisyImage(1700, "/DeviceGray", 1)});
+        row(QByteArray("picture in ink in two sizes, ") + name, kTwoSizes, content, kUsesX,
+            {noisyImage(1700, "/DeviceCMYK", 4)});
     }
     row("slanted picture", kAddedUp, slanted, kUsesX, {noisyImage(60, "/DeviceRGB", 3)});
     row("axial shading", kAddedUp, "/S sh", shading(2, "20 30 180 150"));
@@ -354,6 +368,20 @@ void TestEngineBands::bandsOfABlankPageAreWhite()
     QVERIFY(handover.bands > 2);
     QCOMPARE(handover.end, 8000);
     QCOMPARE(handover.colour, QColor(Qt::white));
+}
+
+void TestEngineBands::bandsBeyondAllMemoryFail()
+{
+    Folder folder;
+    const QString path = folder.add(u"pages.pdf"_s, PdfFixture::pagesByNumber(1));
+    constexpr QSize kTooWide(2'000'000'000, 2);
+    for (const PdfSourcePage &page : {blankPage({100, 200}), filePage(path)}) {
+        const Handover handover = renderInBands(page, kTooWide, 1);
+        QVERIFY(!handover.ok);
+        QCOMPARE(handover.error, PdfBackendError::RenderFailed);
+        QVERIFY2(handover.message.contains(u"memory"_s), qPrintable(handover.message));
+        QCOMPARE(handover.bands, 0);
+    }
 }
 
 void TestEngineBands::pagesOfAnySizeAreRendered()
@@ -504,6 +532,30 @@ void TestEngineBands::slowPagesAreGivenUp()
     QVERIFY2(handover.message.contains(u"too long"_s), qPrintable(handover.message));
     // The session may not be used again.
     QCOMPARE(Engine::instance().sessions().idleCount(), 0);
+}
+
+void TestEngineBands::theTimeIsThatOfAllBands()
+{
+    // Each of them takes a small part of it.
+    constexpr int kBands = 600;
+    Folder folder;
+    const QString path = folder.add(u"slow.pdf"_s, filledManyTimes(6000));
+    SessionBudgets budgets;
+    budgets.page.time = 600ms;
+    EngineError outcome;
+    const auto session = DocumentSession::open(FileIdentity::of(path), {}, budgets, &outcome);
+    QVERIFY(session);
+    PageBands bands({1200, kBands}, 0, qsizetype{3} * 1200);
+    int seen = 0;
+    QVERIFY(!session->renderBands(
+        0, 0, bands,
+        [&](const QImage &, int) {
+            ++seen;
+            return true;
+        },
+        &outcome));
+    QVERIFY2(outcome.message.contains(u"too long"_s), qPrintable(outcome.message));
+    QVERIFY(seen < kBands);
 }
 
 void TestEngineBands::whatTheSinkTakesDoesNotCount()

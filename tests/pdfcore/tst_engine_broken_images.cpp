@@ -25,6 +25,18 @@ const Bytes kBilevel = "/Width 64 /Height 64 /BitsPerComponent 1 /ColorSpace /De
 const Bytes kMask = "/Width 64 /Height 64 /ImageMask true ";
 const Bytes kNonsense = "this is no picture at all";
 
+/// One that is found to be broken before anything of it is painted.
+Bytes unreadableImage()
+{
+    return PdfFixture::streamBody("/Type /XObject /Subtype /Image /Filter /JPXDecode " + kGray,
+                                  kNonsense);
+}
+
+const Bytes kPaintsBackground = "0 1 0 rg 0 0 200 200 re f ";
+/// Paints what is within 0 and 1 of both axes over the lower half.
+const Bytes kUpToTheMiddle = "q 200 0 0 100 0 0 cm ";
+const Bytes kPaintsStrip = " 0 0 1 rg 0 180 200 20 re f";
+
 const QColor kBackground(Qt::green);
 const QColor kStrip(Qt::blue);
 
@@ -43,6 +55,8 @@ private slots:
     void brokenImageWithinAFormIsLeftOut();
     void brokenImageIsLeftOutWhereverItIsNamed_data();
     void brokenImageIsLeftOutWhereverItIsNamed();
+    void manyBrokenImagesAreLeftOut_data();
+    void manyBrokenImagesAreLeftOut();
 };
 
 void TestEngineBrokenImages::imageWithoutPixelsIsLeftOut_data()
@@ -102,12 +116,10 @@ void TestEngineBrokenImages::brokenImageWithinAFormIsLeftOut()
                                               "/Resources << /XObject << /J 6 0 R /Me 5 0 R "
                                               ">> >>",
                                               "q /J Do Q 1 0 0 rg 0 0 1 0.25 re f");
-    const Bytes image = PdfFixture::streamBody(
-        "/Type /XObject /Subtype /Image /Filter /JPXDecode " + kGray, kNonsense);
     Folder folder;
     const QString path = folder.add(
         u"in.pdf"_s, PdfFixture::onePage("0 1 0 rg 0 0 200 200 re f q 200 0 0 200 0 0 cm /F Do Q",
-                                         "/XObject << /F 5 0 R >>", {form, image}));
+                                         "/XObject << /F 5 0 R >>", {form, unreadableImage()}));
     const Rendering shown = render(filePage(path));
     QVERIFY2(shown.ok, qPrintable(shown.message));
     COMPARE_COLOUR(shown.image.pixelColor(50, 30), kBackground, 1);
@@ -172,6 +184,47 @@ void TestEngineBrokenImages::brokenImageIsLeftOutWhereverItIsNamed()
     COMPARE_COLOUR(shown.image.pixelColor(25, 90), QColor(Qt::red), 1);
     COMPARE_COLOUR(shown.image.pixelColor(75, 90), kBackground, 1);
     COMPARE_COLOUR(shown.image.pixelColor(25, 5), kStrip, 1);
+}
+
+void TestEngineBrokenImages::manyBrokenImagesAreLeftOut_data()
+{
+    QTest::addColumn<int>("count");
+    for (const int count : {2, 3, 8}) {
+        QTest::addRow("%d", count) << count;
+    }
+}
+
+void TestEngineBrokenImages::manyBrokenImagesAreLeftOut()
+{
+    QFETCH(const int, count);
+    Bytes content = kPaintsBackground;
+    Bytes names;
+    QList<Bytes> images;
+    for (int i = 0; i < count; ++i) {
+        const Bytes name = "/I" + Bytes::number(i);
+        content += kUpToTheMiddle + name + " Do Q ";
+        names += name + ' ' + Bytes::number(5 + i) + " 0 R ";
+        images.append(unreadableImage());
+    }
+    // A good one among them stays.
+    content += "q 200 0 0 50 0 50 cm /I0good Do Q";
+    names += "/I0good " + Bytes::number(5 + count) + " 0 R";
+    images.append(PdfFixture::streamBody("/Type /XObject /Subtype /Image " + kGray,
+                                         Bytes(qsizetype{64} * 64, '\0')));
+    Folder folder;
+    const QString path =
+        folder.add(u"in.pdf"_s, PdfFixture::onePage(content + kPaintsStrip,
+                                                    "/XObject << " + names + " >>", images));
+    const Rendering shown = render(filePage(path));
+    QVERIFY2(shown.ok, qPrintable(shown.message));
+    const int width = shown.image.width();
+    const auto colourAt = [&](double height) {
+        return shown.image.pixelColor(width / 2, qRound(shown.image.height() * (1.0 - height)));
+    };
+    COMPARE_COLOUR(colourAt(0.95), kStrip, 1);
+    COMPARE_COLOUR(colourAt(0.75), kBackground, 1);
+    COMPARE_COLOUR(colourAt(0.375), QColor(Qt::black), 1);
+    COMPARE_COLOUR(colourAt(0.1), kBackground, 1);
 }
 
 QTEST_GUILESS_MAIN(TestEngineBrokenImages)

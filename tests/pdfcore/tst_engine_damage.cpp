@@ -105,6 +105,9 @@ private slots:
     void savesHaveWhatIsShown();
     void repairedFilesKeepTheirProtection_data();
     void repairedFilesKeepTheirProtection();
+    void partsOfRepairedFilesKeepTheirProtection_data();
+    void partsOfRepairedFilesKeepTheirProtection();
+    void aWrongLengthOfKeyIsPutRight_data();
     void aWrongLengthOfKeyIsPutRight();
 };
 
@@ -308,12 +311,69 @@ void TestEngineDamage::repairedFilesKeepTheirProtection()
     }
 }
 
+void TestEngineDamage::partsOfRepairedFilesKeepTheirProtection_data()
+{
+    QTest::addColumn<int>("revision");
+    QTest::addColumn<Bytes>("trailer");
+    for (const int revision : {3, 4, 6}) {
+        QTest::addRow("revision %d, no trailer", revision) << revision << Bytes();
+        // QPDF takes the pages for unprotected.
+        QTest::addRow("revision %d, one that says nothing of it", revision)
+            << revision << Bytes("\ntrailer << /Size 40 /Root 1 0 R >>\n");
+    }
+}
+
+void TestEngineDamage::partsOfRepairedFilesKeepTheirProtection()
+{
+    QFETCH(const int, revision);
+    QFETCH(const Bytes, trailer);
+    // So many that several are made of one extract.
+    constexpr int kParts = 20;
+    Bytes file =
+        PdfFixture::encrypted(PdfFixture::pagesByNumber(kParts), {"user", "owner", revision});
+    file = withoutTable(file.replace("trailer", "tralier"));
+    file += trailer;
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, file);
+    QCOMPARE(inspect(path).error, PdfBackendError::PasswordRequired);
+    QList<PdfOutputFile> files;
+    for (const PdfSourcePage &page : allPages(path, u"user"_s)) {
+        files.append({{page}, folder.path(u"part%1.pdf"_s.arg(files.size()))});
+    }
+    QCOMPARE(files.size(), kParts);
+    for (const PdfSaveOutcome &outcome : PdfEditorBackend::saveDocuments(files)) {
+        QVERIFY2(outcome.error == PdfBackendError::None, qPrintable(outcome.message));
+    }
+    for (int i = 0; i < kParts; ++i) {
+        const QString part = files.at(i).path;
+        QCOMPARE(inspect(part).error, PdfBackendError::PasswordRequired);
+        for (const QString &password : {u"user"_s, u"owner"_s}) {
+            QCOMPARE(numbersOf(allPages(part, password)), QList<int>{i});
+        }
+    }
+}
+
+void TestEngineDamage::aWrongLengthOfKeyIsPutRight_data()
+{
+    QTest::addColumn<int>("revision");
+    QTest::addColumn<Bytes>("entry");
+    for (const int revision : {3, 4}) {
+        // QPDF takes 128 bits for such a length, and MuPDF gives up.
+        QTest::addRow("revision %d, no whole bytes", revision) << revision << Bytes("/Length 132 ");
+        QTest::addRow("revision %d, in bytes", revision) << revision << Bytes("/Length 16 ");
+        QTest::addRow("revision %d, too long", revision) << revision << Bytes("/Length 256 ");
+    }
+    // Before revision 4, that would mean 40 bits.
+    QTest::newRow("revision 4, none") << 4 << Bytes("/Lenght 128 ");
+}
+
 void TestEngineDamage::aWrongLengthOfKeyIsPutRight()
 {
-    // QPDF takes 128 bits for such a length, and MuPDF gives up.
-    Bytes file = PdfFixture::encrypted(PdfFixture::pagesByNumber(2), {"user", "owner", 3});
+    QFETCH(const int, revision);
+    QFETCH(const Bytes, entry);
+    Bytes file = PdfFixture::encrypted(PdfFixture::pagesByNumber(2), {"user", "owner", revision});
     QVERIFY(file.contains("/Length 128 "));
-    file.replace("/Length 128 ", "/Length 132 ");
+    file.replace("/Length 128 ", entry);
     Folder folder;
     const QString path = folder.add(u"in.pdf"_s, file);
     const QString target = folder.path(u"out.pdf"_s);

@@ -44,9 +44,12 @@ QByteArray objectWith(const QByteArray &file, const QByteArray &text)
     return file.mid(start, file.indexOf("\nendobj", within) - start);
 }
 
+/// How it is said that the rest is not encrypted.
+const QByteArray kIdentity = "/StmF /Identity /StrF /Identity";
+
 /// A document of one page whose attachment alone is encrypted, as other programs write it. Its key
 /// is that of a document that is encrypted as a whole, and depends on no object's number.
-QByteArray protectedAttachment(bool withAttachment)
+QByteArray protectedAttachment(bool withAttachment, const QByteArray &filters = kIdentity)
 {
     const QByteArray whole = PdfFixture::encrypted(
         PdfFixture::fromObjects({"<< /Type /Catalog /Pages 2 0 R /Attached 4 0 R >>",
@@ -56,7 +59,7 @@ QByteArray protectedAttachment(bool withAttachment)
         {"user", "owner", 6});
     QByteArray encryption = objectWith(whole, "/Filter /Standard");
     encryption.replace("/DocOpen", "/EFOpen")
-        .replace("/StmF /StdCF /StrF /StdCF", "/StmF /Identity /StrF /Identity /EFF /StdCF");
+        .replace("/StmF /StdCF /StrF /StdCF", QByteArray(filters + " /EFF /StdCF"));
     QByteArray attachment = objectWith(whole, "/EmbeddedFile");
     attachment.replace("/Filter /FlateDecode",
                        "/Filter [/Crypt /FlateDecode] /DecodeParms [<< /Name /StdCF >> null]");
@@ -123,8 +126,12 @@ private slots:
     void pagesOfAnotherProtectedDocumentEndTheProtection();
     void bothPasswordsOfOneFileAreOneProtection();
     void blankPagesAloneAreNotProtected();
+    void protectedAttachmentsLeaveThePagesOpen_data();
     void protectedAttachmentsLeaveThePagesOpen();
+    void protectedAttachmentsAreNotLost_data();
     void protectedAttachmentsAreNotLost();
+    void protectedStreamsOrStringsNeedThePassword_data();
+    void protectedStreamsOrStringsNeedThePassword();
     void attachmentsThatAreNotThereAreNotMissed();
 };
 
@@ -265,10 +272,21 @@ void TestEngineProtection::blankPagesAloneAreNotProtected()
     QVERIFY(!isProtected(target));
 }
 
+void TestEngineProtection::protectedAttachmentsLeaveThePagesOpen_data()
+{
+    QTest::addColumn<QByteArray>("filters");
+    QTest::newRow("named") << kIdentity;
+    // That is what a missing entry stands for.
+    QTest::newRow("for streams only") << QByteArray("/StmF /Identity");
+    QTest::newRow("for strings only") << QByteArray("/StrF /Identity");
+    QTest::newRow("left out") << QByteArray();
+}
+
 void TestEngineProtection::protectedAttachmentsLeaveThePagesOpen()
 {
+    QFETCH(const QByteArray, filters);
     Folder folder;
-    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true));
+    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true, filters));
     QCOMPARE(attachmentIn(path, kUser), kAttached);
     QVERIFY(attachmentIn(path, {}).isEmpty());
     for (const QString &password : {QString(), kUser, kOwner, u"wrong"_s}) {
@@ -276,10 +294,16 @@ void TestEngineProtection::protectedAttachmentsLeaveThePagesOpen()
     }
 }
 
+void TestEngineProtection::protectedAttachmentsAreNotLost_data()
+{
+    protectedAttachmentsLeaveThePagesOpen_data();
+}
+
 void TestEngineProtection::protectedAttachmentsAreNotLost()
 {
+    QFETCH(const QByteArray, filters);
     Folder folder;
-    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true));
+    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true, filters));
     const QString plain = folder.add(u"plain.pdf"_s, PdfFixture::pagesByNumber(2));
     const QString target = folder.path(u"out.pdf"_s);
     for (const QString &password : {QString(), u"wrong"_s}) {
@@ -299,6 +323,25 @@ void TestEngineProtection::protectedAttachmentsAreNotLost()
         }
         QVERIFY(attachmentIn(target, {}).isEmpty());
     }
+}
+
+void TestEngineProtection::protectedStreamsOrStringsNeedThePassword_data()
+{
+    QTest::addColumn<QByteArray>("filters");
+    QTest::newRow("streams") << QByteArray("/StmF /StdCF /StrF /Identity");
+    QTest::newRow("strings") << QByteArray("/StmF /Identity /StrF /StdCF");
+    QTest::newRow("streams, strings left out") << QByteArray("/StmF /StdCF");
+    QTest::newRow("strings, streams left out") << QByteArray("/StrF /StdCF");
+}
+
+void TestEngineProtection::protectedStreamsOrStringsNeedThePassword()
+{
+    QFETCH(const QByteArray, filters);
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, protectedAttachment(true, filters));
+    QCOMPARE(inspect(path).error, PdfBackendError::PasswordRequired);
+    QCOMPARE(inspect(path, u"wrong"_s).error, PdfBackendError::InvalidPassword);
+    QVERIFY(inspect(path, kUser).ok);
 }
 
 void TestEngineProtection::attachmentsThatAreNotThereAreNotMissed()

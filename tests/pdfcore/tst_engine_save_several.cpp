@@ -53,6 +53,7 @@ class TestEngineSaveSeveral : public QObject
 
 private slots:
     void everyFileHoldsItsPages();
+    void filesOfTwoSourcesHoldThePagesOfBoth();
     void noFilesAreNoWork();
     void failingSourceStopsNoOtherFile();
     void missingPageStopsNoOtherFile();
@@ -79,6 +80,26 @@ void TestEngineSaveSeveral::everyFileHoldsItsPages()
         QCOMPARE(numbersIn(folder.path(nameOf(i))), QList<int>{i});
     }
     QVERIFY(folder.leftovers().isEmpty());
+}
+
+void TestEngineSaveSeveral::filesOfTwoSourcesHoldThePagesOfBoth()
+{
+    Folder folder;
+    const QString source = folder.add(u"in.pdf"_s, PdfFixture::pagesByNumber(kMany));
+    QList<PdfSourcePage> backwards;
+    for (int i = kMany - 1; i >= 0; --i) {
+        backwards.append(filePage(source, i));
+    }
+    const QString other = folder.path(u"other.pdf"_s);
+    QVERIFY(save(backwards, other).ok);
+    QList<PdfOutputFile> files = everyPage(folder, source, kMany);
+    for (int i = 0; i < kMany; ++i) {
+        files[i].pages.append(filePage(other, i));
+    }
+    QCOMPARE(failures(PdfEditorBackend::saveDocuments(files)), 0);
+    for (int i = 0; i < kMany; ++i) {
+        QCOMPARE(numbersIn(folder.path(nameOf(i))), (QList<int>{i, kMany - 1 - i}));
+    }
 }
 
 void TestEngineSaveSeveral::noFilesAreNoWork()

@@ -3,6 +3,7 @@
 
 #include "pdfcore/pdf_editor_backend.h"
 
+#include <QSize>
 #include <QString>
 
 namespace pdfcore {
@@ -20,6 +21,15 @@ struct EngineError
 inline EngineError cancelledError(PdfBackendError code)
 {
     return {code, QStringLiteral("It was cancelled.")};
+}
+
+/// What an image ends with that there is not enough memory for.
+inline EngineError noMemoryFor(QSize size)
+{
+    return {PdfBackendError::RenderFailed,
+            QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
+                .arg(size.width())
+                .arg(size.height())};
 }
 
 /// Hands an outcome to a caller's output arguments, either of which may be null.

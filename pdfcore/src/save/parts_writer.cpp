@@ -2,6 +2,7 @@
 #include "pdfcore/src/save/parts_writer.h"
 
 #include "pdfcore/src/base/platform_file.h"
+#include "pdfcore/src/qpdf/qpdf_protection.h"
 #include "pdfcore/src/qpdf/qpdf_source.h"
 #include "pdfcore/src/save/document_extract.h"
 #include "pdfcore/src/save/document_writer.h"
@@ -173,7 +174,9 @@ void PartsWriter::runTask(const Files &files)
         const QString path = Engine::instance().revisions().locate(page, &outcome);
         protection = outcome.isError() ? nullptr : openQpdf(path, page.password, &outcome);
     }
-    if (!extract || (extract->isProtected() && !protection)) {
+    // QPDF may take a damaged file for unprotected.
+    const bool hasProtection = protection && hasKey(*protection);
+    if (!extract || (extract->isProtected() && !hasProtection)) {
         writeEach(files, options);
         return;
     }

@@ -10,8 +10,12 @@ namespace pdfcore {
 
 namespace {
 
-bool renderBlank(PageBands &bands, const PdfPageBandSink &sink)
+bool renderBlank(PageBands &bands, const PdfPageBandSink &sink, EngineError *outcome)
 {
+    if (!bands.isValid()) {
+        *outcome = noMemoryFor(bands.bandSize());
+        return false;
+    }
     while (bands.next()) {
         bands.newRows().fill(Qt::white);
         if (!sink(bands.image(), bands.top())) {
@@ -33,8 +37,8 @@ bool renderBands(const PdfSourcePage &page, QSize size, int overlap, const PdfPa
         return false;
     }
     PageBands bands(size, overlap);
-    if (isBlankPage(page) && bands.isValid()) {
-        return renderBlank(bands, sink);
+    if (isBlankPage(page)) {
+        return renderBlank(bands, sink, outcome);
     }
     // The interface thread, which prints, does not wait for other work.
     RenderSlots &renderSlots = Engine::instance().renderSlots();

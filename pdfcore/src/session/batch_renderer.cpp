@@ -26,7 +26,7 @@ QImage renderBlank(QSize size, EngineError *outcome)
 {
     QImage image(size, kPageImageFormat);
     if (image.isNull()) {
-        *outcome = {PdfBackendError::RenderFailed, QStringLiteral("Not enough memory.")};
+        *outcome = noMemoryFor(size);
         return {};
     }
     image.fill(Qt::white);

@@ -72,14 +72,6 @@ void dropBrokenObjects(fz_context *ctx, pdf_document *document)
     }
 }
 
-EngineError noMemoryFor(QSize size)
-{
-    return {PdfBackendError::RenderFailed,
-            QStringLiteral("Not enough memory for an image of %1 × %2 pixels.")
-                .arg(size.width())
-                .arg(size.height())};
-}
-
 } // namespace
 
 DocumentSession::DocumentSession(const FileIdentity &file, const QString &password,

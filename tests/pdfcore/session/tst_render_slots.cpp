@@ -78,6 +78,8 @@ private slots:
     void batchesOfSeveralCallersStayWithinTheLimit();
     void helpersLeaveForThoseWhoWait();
     void singlePageDoesNotWait();
+    void pageInBandsTakesASlot_data();
+    void pageInBandsTakesASlot();
     void batchWaitsForASlot();
 
     void cancelEndsAPage();
@@ -256,6 +258,34 @@ void TestRenderSlots::singlePageDoesNotWait()
         renderSlots.giveBack();
     }
     QVERIFY(rendering.ok);
+    QCOMPARE(renderSlots.inUse(), 0);
+}
+
+void TestRenderSlots::pageInBandsTakesASlot_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("ok");
+    QTest::newRow("to the end") << 0 << true;
+    QTest::newRow("a page that there is not") << 7 << false;
+}
+
+void TestRenderSlots::pageInBandsTakesASlot()
+{
+    QFETCH(const int, index);
+    QFETCH(const bool, ok);
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, PdfFixture::pagesByNumber(1));
+    const RenderSlots &renderSlots = Engine::instance().renderSlots();
+    int during = -1;
+    const bool isDone = PdfEditorBackend::renderPageInBands(
+        filePage(path, index), {60, 90}, 0,
+        [&](const QImage &, int) {
+            during = renderSlots.inUse();
+            return true;
+        },
+        nullptr, nullptr);
+    QCOMPARE(isDone, ok);
+    QCOMPARE(during, ok ? 1 : -1);
     QCOMPARE(renderSlots.inUse(), 0);
 }
 

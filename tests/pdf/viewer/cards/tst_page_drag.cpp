@@ -65,6 +65,8 @@ private slots:
     void panelRefusesPagesOfAnotherDocument();
     void pageDraggedInTheGridIsMoved_data();
     void pageDraggedInTheGridIsMoved();
+    void pageDraggedWithinTheOnlyLineIsMoved_data();
+    void pageDraggedWithinTheOnlyLineIsMoved();
     void pageDraggedRightOfALineStaysInIt_data();
     void pageDraggedRightOfALineStaysInIt();
     void dragAfterAMoveOnThePressedBoxMovesThePage();
@@ -218,6 +220,34 @@ void TestPageDrag::pageDraggedInTheGridIsMoved()
         QCOMPARE(shown.list->visualRect(shown.model.index(row)).topLeft(),
                  QPoint(row % 4 * 260, row / 4 * 272));
     }
+}
+
+void TestPageDrag::pageDraggedWithinTheOnlyLineIsMoved_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("from");
+    QTest::addColumn<QPoint>("to");
+    QTest::addColumn<QList<PdfPageId>>("order");
+    // Columns of 260 pixels, of which there is room for four.
+    QTest::newRow("before the last page")
+        << 3 << 0 << QPoint(560, 150) << QList<PdfPageId>{2, 1, 3};
+    QTest::newRow("onto the last page") << 3 << 0 << QPoint(740, 150) << QList<PdfPageId>{2, 3, 1};
+    QTest::newRow("behind the last page")
+        << 3 << 0 << QPoint(900, 150) << QList<PdfPageId>{2, 3, 1};
+    QTest::newRow("before the last page of a full line")
+        << 4 << 0 << QPoint(820, 150) << QList<PdfPageId>{2, 3, 1, 4};
+    QTest::newRow("before the first of two") << 2 << 1 << QPoint(30, 150) << QList<PdfPageId>{2, 1};
+}
+
+void TestPageDrag::pageDraggedWithinTheOnlyLineIsMoved()
+{
+    QFETCH(const int, count);
+    QFETCH(const int, from);
+    QFETCH(const QPoint, to);
+    ShownGrid shown(a4Pages(count));
+    dragWithMouse(shown.list->viewport(), shown.cell(from).thumbnail.center(),
+                  shown.list->viewport(), to);
+    QTEST(idsOf(shown.model), "order");
 }
 
 void TestPageDrag::pageDraggedRightOfALineStaysInIt_data()

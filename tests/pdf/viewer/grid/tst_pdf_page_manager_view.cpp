@@ -67,6 +67,7 @@ private slots:
     void otherPressReachesTheList();
     void rightButtonDoesNotAct();
     void secondPressOfADoubleClickActsAgain();
+    void clickActsOnAnotherPageThanTheOneBefore();
     void doubleClickOnABinDeletesOnePage();
     void leavingEndsTheHover();
     void scrollingMovesTheHover();
@@ -444,6 +445,19 @@ void TestPdfPageManagerView::secondPressOfADoubleClickActsAgain()
     shown.click(point);
     pressAgain(shown.list->viewport(), point);
     QVERIFY(shown.model.selectedRows().isEmpty());
+}
+
+void TestPdfPageManagerView::clickActsOnAnotherPageThanTheOneBefore()
+{
+    ShownGrid shown(a4Pages(5));
+    QSignalSpy rotate(&shown.view, &PdfPageManagerView::rotatePageRequested);
+    for (const int row : {1, 3, 0}) {
+        shown.click(shown.cell(row).selectionBox.center());
+        shown.moveTo(shown.barPartOf(row, 2));
+        shown.click(shown.barPartOf(row, 2));
+    }
+    QCOMPARE(shown.model.selectedRows(), (QList<int>{0, 1, 3}));
+    QCOMPARE(rotate.size(), 3);
 }
 
 void TestPdfPageManagerView::leavingEndsTheHover()

@@ -26,14 +26,20 @@ QImage engineImage(QSize size)
     return image;
 }
 
-PageImageLoader::Demand demandFor(QSize size, QSize shown)
+/// What the page shows may change.
+PdfPageRecord recordOf(int pageIndex)
 {
     PdfPageRecord record;
     record.id = kId;
     record.sourcePath = QStringLiteral("/documents/report.pdf");
-    record.sourcePageIndex = 3;
+    record.sourcePageIndex = pageIndex;
+    return record;
+}
+
+PageImageLoader::Demand demandFor(QSize size, QSize shown, int pageIndex = 3)
+{
     PageImageLoader::Demand demand;
-    demand.visible.append({record, size});
+    demand.visible.append({recordOf(pageIndex), size});
     demand.kept.insert(kId);
     if (!shown.isEmpty()) {
         demand.shown.insert(kId, shown);
@@ -78,6 +84,7 @@ private slots:
     void fittedImageIsNotFittedAgain();
     void imageOfAnotherSizeIsLeftAlone();
     void fittedImageOfAReplacedOneIsDropped();
+    void fittedImageTakesNoNewerOnesPlace();
     void pagesThatAreNotShownAreLeftAlone();
     void viewPaintsTheFittedImage();
 };
@@ -240,6 +247,38 @@ void TestPageImageFitter::fittedImageOfAReplacedOneIsDropped()
     QTRY_VERIFY(!isFirst);
     QTest::qWait(30);
     QVERIFY(!loader.image(kId));
+}
+
+void TestPageImageFitter::fittedImageTakesNoNewerOnesPlace()
+{
+    constexpr int kOld = 3;
+    constexpr int kNew = 4;
+    // So large that its work takes longer than the next image, which is there already.
+    constexpr QSize kSize(2000, 3000);
+    constexpr QSize kShown(1900, 2850);
+    Loading loading;
+    PageImageLoader &loader = loading.loader;
+    PdfRenderManager &manager = loading.manager;
+    const QSignalSpy rendered(&manager, &PdfRenderManager::pageRendered);
+    manager.requestPage(recordOf(kNew), kSize, PdfRenderPurpose::PageView, 0);
+    QTRY_COMPARE(rendered.size(), 1);
+
+    QList<QColor> shown;
+    connect(&loader, &PageImageLoader::imageArrived, this,
+            [&] { shown.append(loader.image(kId)->image.pixelColor(9, 9)); });
+    connect(
+        &manager, &PdfRenderManager::pageRendered, &loader,
+        [&] {
+            loader.forget(kId);
+            loader.request(demandFor(kSize, kShown, kNew));
+        },
+        Qt::SingleShotConnection);
+    loader.request(demandFor(kSize, kShown, kOld));
+    // One image is worked on after the other.
+    QTRY_COMPARE(loading.shownSize(), kShown);
+    QTest::qWait(30);
+    const QColor newer = RenderProbe::colorOf(kNew);
+    QCOMPARE(shown, (QList<QColor>{RenderProbe::colorOf(kOld), newer, newer}));
 }
 
 void TestPageImageFitter::pagesThatAreNotShownAreLeftAlone()

@@ -63,7 +63,9 @@ private slots:
     void middleThirdRotatesWithoutChangingTheSelection();
     void stripOfAnotherRowDoesNotAct();
     void rightButtonDoesNotActOnTheStrip();
+    void doubleClickOnABinOpensNoPage();
     void secondPressOfADoubleClickActsAgain();
+    void clickActsOnAnotherPageThanTheOneBefore();
     void doubleClickOnABinDeletesOnePage();
     void releaseOnTheStripIsNoClick();
     void movingWithThePressedStripNeitherSelectsNorDrags_data();
@@ -258,6 +260,26 @@ void TestPdfThumbnailPanel::doubleClickOnABinDeletesOnePage()
     QCOMPARE(shown.model.rowCount(), 3);
 }
 
+void TestPdfThumbnailPanel::doubleClickOnABinOpensNoPage()
+{
+    ShownPanel shown(a4Pages(5));
+    connect(&shown.panel, &PdfThumbnailPanel::deletePageRequested, &shown.model,
+            [&](PdfPageId id) { shown.model.removePages({id}); });
+    QWidget *viewport = shown.list->viewport();
+    // The page that comes under the pointer is the one that was clicked last.
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, shown.cardCentre(2));
+    const QSignalSpy activated(&shown.panel, &PdfThumbnailPanel::pageActivated);
+    const QPoint point = shown.stripPart(1, 2);
+    shown.moveTo(point);
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, point);
+    QCoreApplication::processEvents();
+    shown.moveTo(point);
+    pressAgain(viewport, point);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, point);
+    QCOMPARE(shown.model.rowCount(), 4);
+    QCOMPARE(activated.size(), 0);
+}
+
 void TestPdfThumbnailPanel::secondPressOfADoubleClickActsAgain()
 {
     ShownPanel shown(a4Pages(5));
@@ -266,6 +288,17 @@ void TestPdfThumbnailPanel::secondPressOfADoubleClickActsAgain()
     shown.moveTo(point);
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, point);
     pressAgain(shown.list->viewport(), point);
+    QCOMPARE(rotate.size(), 2);
+}
+
+void TestPdfThumbnailPanel::clickActsOnAnotherPageThanTheOneBefore()
+{
+    ShownPanel shown(a4Pages(5));
+    QSignalSpy rotate(&shown.panel, &PdfThumbnailPanel::rotatePageRequested);
+    for (const int row : {1, 0}) {
+        shown.moveTo(shown.stripPart(row, 1));
+        QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, shown.stripPart(row, 1));
+    }
     QCOMPARE(rotate.size(), 2);
 }
 
