@@ -5,6 +5,7 @@
 #include "pdfcore/src/save/content/catalogue.h"
 #include "pdfcore/src/save/contribution.h"
 #include "pdfcore/src/save/interactive/output_form.h"
+#include "pdfcore/src/save/new_page_tree.h"
 #include "pdfcore/src/save/page_copies.h"
 
 #include <algorithm>
@@ -14,9 +15,6 @@
 namespace pdfcore {
 
 namespace {
-
-/// Kids of one node of a page tree that is written.
-constexpr std::size_t kTreeFanOut = 32;
 
 /// A rotation in degrees brought to the nearest quarter turn from 0 to 270.
 int quarterTurn(long long degrees)
@@ -45,42 +43,6 @@ void ensureResources(QPDFObjectHandle page)
     if (!page.hasKey("/Resources")) {
         page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
     }
-}
-
-struct TreeNode
-{
-    QPDFObjectHandle object;
-    long long pages;
-};
-
-/// Gives the document a balanced page tree of these pages (ISO 32000-2, 7.7.3.2).
-void installPageTree(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
-{
-    std::vector<TreeNode> level;
-    level.reserve(pages.size());
-    for (const QPDFObjectHandle &page : pages) {
-        level.push_back({page, 1});
-    }
-    do {
-        std::vector<TreeNode> above;
-        for (std::size_t first = 0; first < level.size(); first += kTreeFanOut) {
-            const std::size_t end = std::min(first + kTreeFanOut, level.size());
-            QPDFObjectHandle node = document.makeIndirectObject(QPDFObjectHandle::newDictionary());
-            std::vector<QPDFObjectHandle> kids;
-            long long count = 0;
-            for (std::size_t i = first; i < end; ++i) {
-                level[i].object.replaceKey("/Parent", node);
-                kids.push_back(level[i].object);
-                count += level[i].pages;
-            }
-            node.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
-            node.replaceKey("/Kids", QPDFObjectHandle::newArray(kids));
-            node.replaceKey("/Count", QPDFObjectHandle::newInteger(count));
-            above.push_back({node, count});
-        }
-        level = std::move(above);
-    } while (level.size() > 1);
-    document.getRoot().replaceKey("/Pages", level.front().object);
 }
 
 } // namespace
