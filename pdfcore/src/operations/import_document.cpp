@@ -20,7 +20,7 @@ namespace pdfcore {
 
 namespace {
 
-constexpr qint64 kDigestBytes = qint64{256} << 10;
+constexpr qint64 kDigestBytes = qint64{64} << 10;
 
 /// Decimal places of the numbers that place a picture, which are points.
 constexpr int kDecimals = 4;
@@ -41,20 +41,42 @@ PdfOperationOutcome outcomeOf(const PictureFailure &failure, const QString &path
     return {failure.error(), QString::fromUtf8(failure.what()), isCancelled ? QString() : path, {}};
 }
 
+void openForDigest(QFile &file)
+{
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw PictureFailure(PdfOperationError::FileNotFound, file.errorString());
+    }
+}
+
+void addChunk(QFile &file, QCryptographicHash &hash)
+{
+    const QByteArray chunk = file.read(kDigestBytes);
+    if (chunk.isEmpty()) {
+        throw PictureFailure(PdfOperationError::FileNotFound, file.errorString());
+    }
+    hash.addData(chunk);
+}
+
+/// Tells most files apart that have one size.
+QByteArray digestOfEnds(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    openForDigest(file);
+    addChunk(file, hash);
+    file.seek(std::max<qint64>(0, file.size() - kDigestBytes));
+    addChunk(file, hash);
+    return hash.result();
+}
+
 QByteArray digestOf(const QString &path, const PdfCancelFlag &cancel)
 {
     QFile file(path);
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw PictureFailure(PdfOperationError::FileNotFound, file.errorString());
-    }
+    openForDigest(file);
     while (!file.atEnd()) {
         throwIfCancelled(cancel);
-        const QByteArray chunk = file.read(kDigestBytes);
-        if (chunk.isEmpty()) {
-            throw PictureFailure(PdfOperationError::FileNotFound, file.errorString());
-        }
-        hash.addData(chunk);
+        addChunk(file, hash);
     }
     return hash.result();
 }
@@ -171,7 +193,7 @@ ImportDocument::Placed &ImportDocument::place(const QString &path)
     }
     Placed placed;
     placed.file = FileIdentity::of(path);
-    if (Placed *equal = findEqual(placed.file, &placed.digest)) {
+    if (const Placed *equal = findEqual(placed)) {
         placed.image = equal->image;
         placed.pixels = equal->pixels;
         placed.orientation = equal->orientation;
@@ -180,6 +202,7 @@ ImportDocument::Placed &ImportDocument::place(const QString &path)
         placed.image = newImage(path, picture);
         placed.pixels = picture.pixels;
         placed.orientation = picture.orientation;
+        m_sourceBytes += placed.file.size;
     }
     m_byPath.insert(path, m_pictures.size());
     m_bySize.insert(placed.file.size, m_pictures.size());
@@ -187,21 +210,29 @@ ImportDocument::Placed &ImportDocument::place(const QString &path)
     return m_pictures.back();
 }
 
-ImportDocument::Placed *ImportDocument::findEqual(const FileIdentity &file, QByteArray *digest)
+/// The picture in the document that has the same bytes, if there is one.
+ImportDocument::Placed *ImportDocument::findEqual(Placed &picture)
 {
-    if (file.size <= 0) {
+    if (picture.file.size <= 0) {
         return nullptr;
     }
-    const auto [first, last] = m_bySize.equal_range(file.size);
+    const auto [first, last] = m_bySize.equal_range(picture.file.size);
     for (auto at = first; at != last; ++at) {
         Placed &other = m_pictures[*at];
-        if (other.digest.isEmpty()) {
-            other.digest = digestOf(other.file.path, m_cancel);
+        for (Placed *each : {&picture, &other}) {
+            if (each->ends.isEmpty()) {
+                each->ends = digestOfEnds(each->file.path);
+            }
         }
-        if (digest->isEmpty()) {
-            *digest = digestOf(file.path, m_cancel);
+        if (picture.ends != other.ends) {
+            continue;
         }
-        if (*digest == other.digest) {
+        for (Placed *each : {&picture, &other}) {
+            if (each->digest.isEmpty()) {
+                each->digest = digestOf(each->file.path, m_cancel);
+            }
+        }
+        if (picture.digest == other.digest) {
             return &other;
         }
     }

@@ -41,13 +41,16 @@ public:
     /// Whether all pictures are still those that pages were made of.
     [[nodiscard]] PdfOperationOutcome checkUnchanged() const;
     [[nodiscard]] qsizetype pageCount() const { return static_cast<qsizetype>(m_pages.size()); }
+    /// Bytes of the files that hold its pictures.
+    [[nodiscard]] qint64 sourceBytes() const { return m_sourceBytes; }
 
 private:
     /// A picture that is in the document already.
     struct Placed
     {
         FileIdentity file;
-        QByteArray digest; ///< Of its bytes; made once there is another file of its size.
+        QByteArray ends;   ///< Digest of its first and last bytes, made for files of equal size.
+        QByteArray digest; ///< Of all its bytes, made for files of equal ends.
         QPDFObjectHandle image;
         QSize pixels;
         QImageIOHandler::Transformations orientation;
@@ -56,7 +59,7 @@ private:
                           const PdfCancelFlag &cancel);
 
     Placed &place(const QString &path);
-    Placed *findEqual(const FileIdentity &file, QByteArray *digest);
+    Placed *findEqual(Placed &picture);
     QPDFObjectHandle newImage(const QString &path, const ImportedPicture &picture);
     QPDFObjectHandle newStream(const QString &path, PictureCoding coding, Part part,
                                QPDFObjectHandle dictionary);
@@ -76,6 +79,7 @@ private:
     QHash<QByteArray, QPDFObjectHandle> m_profiles; ///< By digest; null where it is of no use.
     QHash<QByteArray, QPDFObjectHandle> m_contents;
     PdfOperationOutcome m_failure;
+    qint64 m_sourceBytes = 0;
 };
 
 } // namespace pdfcore

@@ -19,7 +19,7 @@ namespace {
 
 constexpr qint64 kCopyBytes = qint64{256} << 10;
 
-const QByteArray kJpegBeginning("\xFF\xD8\xFF", 3);
+const QByteArray kJpegBeginning("\xFF\xD8", 2);
 const QByteArray kPngSignature("\x89PNG\r\n\x1A\n", 8);
 
 void open(QFile &file)

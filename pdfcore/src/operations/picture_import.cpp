@@ -19,6 +19,9 @@ using pdfcore::outcomeOf;
 
 namespace {
 
+/// Bytes of pictures up to which the identifier of the file is made of its content.
+constexpr qint64 kMaxIdentifiedBytes = qint64{64} << 20;
+
 PdfOperationOutcome writeFailed(const QString &reason)
 {
     return {PdfOperationError::WriteFailed, reason, {}, {}};
@@ -31,8 +34,9 @@ PdfOperationOutcome write(ImportDocument &document, AtomicFile &file, const PdfC
         QPDFWriter writer(document.finish());
         writer.setOutputPipeline(&output);
         writer.setObjectStreamMode(qpdf_o_generate);
-        // Equal pictures make equal files.
-        writer.setDeterministicID(true);
+        // Equal pictures make equal files, unless finding out what the identifier of the file is
+        // takes longer than all else.
+        writer.setDeterministicID(document.sourceBytes() <= kMaxIdentifiedBytes);
         // Profiles of version 4 and components of 16 bits.
         writer.setMinimumPDFVersion("1.7");
         writer.write();
