@@ -38,13 +38,14 @@ public:
     /// Nothing is lost: the bytes of a JPEG file are taken over as they are, also where they are
     /// damaged after the header, and so are the compressed samples of a PNG file unless it is
     /// interlaced or has an alpha channel. All else is compressed without loss: PNG, and the first
-    /// picture of BMP, GIF, ICO, PBM, PGM, PPM, XBM, XPM and, where Qt has plugins for them, ICNS,
-    /// JPEG 2000, TIFF and WebP. Transparency stays, and so do ICC profiles that suit the picture;
-    /// gamma and chromaticities of PNG files without a profile do not. Files with equal bytes are
-    /// stored once.
+    /// picture of BMP, GIF, PBM, PGM, PPM, XBM, XPM and, where Qt has plugins for them, JPEG 2000,
+    /// TIFF and WebP. Transparency stays, and so do ICC profiles that suit the picture; gamma and
+    /// chromaticities of PNG files without a profile do not. Files with equal bytes are stored
+    /// once.
     ///
-    /// Memory grows with the largest picture, or with nothing but its width for a PNG file, and
-    /// hardly with their number; one picture is open at a time.
+    /// Memory grows with the bytes that the largest picture takes in the result, for formats other
+    /// than JPEG and PNG with its pixels too, and hardly with the number of pictures. A few files
+    /// are open at a time.
     ///
     /// The result is written to a temporary file in its folder, read back, and placed in one step;
     /// on failure, and when `cancel` is set before that step, there is no result, whatever was to

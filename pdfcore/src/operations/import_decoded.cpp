@@ -17,12 +17,12 @@ namespace pdfcore {
 
 namespace {
 
-/// Formats of pictures. Qt's plugins also paint drawings and documents.
+/// Formats of pictures. Qt's plugins also paint drawings and documents, and some formats contain
+/// PNG files, about whose damages it reports on standard error.
 bool isPictureFormat(const QByteArray &format)
 {
-    static const QSet<QByteArray> formats = {"bmp",  "gif",  "icns", "ico", "jp2",
-                                             "jpeg", "jpg",  "pbm",  "pgm", "ppm",
-                                             "tif",  "tiff", "webp", "xbm", "xpm"};
+    static const QSet<QByteArray> formats = {"bmp", "gif",  "jp2",  "pbm", "pgm", "ppm",
+                                             "tif", "tiff", "webp", "xbm", "xpm"};
     return formats.contains(format);
 }
 
@@ -155,13 +155,6 @@ QByteArray paletteOf(const QImage &image)
 }
 
 } // namespace
-
-QImageIOHandler::Transformations pictureOrientation(QFile &file, const QByteArray &format)
-{
-    file.seek(0);
-    const QImageReader reader(&file, format);
-    return reader.transformation();
-}
 
 ImportedPicture inspectDecoded(const QString &path)
 {

@@ -4,13 +4,9 @@
 #include "pdfcore/pdf_cancel_flag.h"
 #include "pdfcore/src/operations/imported_picture.h"
 
-#include <QFile>
 #include <QString>
 
 namespace pdfcore {
-
-/// What has to be done to the picture in a file, as Qt reads it, to show it.
-QImageIOHandler::Transformations pictureOrientation(QFile &file, const QByteArray &format);
 
 /// Decodes a picture with Qt to see what it is. Throws PictureFailure.
 ImportedPicture inspectDecoded(const QString &path);

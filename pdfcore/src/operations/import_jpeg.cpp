@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/operations/import_jpeg.h"
 
+#include "pdfcore/src/operations/exif_orientation.h"
 #include "pdfcore/src/operations/picture_failure.h"
 
 #include <array>
@@ -130,6 +131,7 @@ bool readHeader(Decoder &decoder)
     // The library has cleared it.
     decoder.info.src = &decoder.source;
     decoder.info.client_data = &decoder;
+    jpeg_save_markers(&decoder.info, JPEG_APP0 + 1, 0xFFFF);
     jpeg_save_markers(&decoder.info, JPEG_APP0 + 2, 0xFFFF);
     jpeg_read_header(&decoder.info, TRUE);
     if (!hasTables(decoder.info)) {
@@ -138,6 +140,11 @@ bool readHeader(Decoder &decoder)
         return false;
     }
     jpeg_read_icc_profile(&decoder.info, &decoder.profile, &decoder.profileBytes);
+    if (jpeg_has_multiple_scans(&decoder.info) == FALSE) {
+        // With several scans this would read them all.
+        decoder.info.out_color_space = decoder.info.jpeg_color_space;
+        jpeg_start_decompress(&decoder.info);
+    }
     return true;
 }
 
@@ -149,9 +156,23 @@ bool isForDocuments(const jpeg_decompress_struct &info)
            (info.num_components == 1 || info.num_components == 3 || info.num_components == 4);
 }
 
+QImageIOHandler::Transformations orientationIn(const jpeg_decompress_struct &info)
+{
+    const QByteArray beginning("Exif\0\0", 6);
+    for (const jpeg_marker_struct *marker = info.marker_list; marker != nullptr;
+         marker = marker->next) {
+        const QByteArray content(reinterpret_cast<const char *>(marker->data),
+                                 static_cast<qsizetype>(marker->data_length));
+        if (marker->marker == JPEG_APP0 + 1 && content.startsWith(beginning)) {
+            return exifOrientation(content.mid(beginning.size()));
+        }
+    }
+    return QImageIOHandler::TransformationNone;
+}
+
 } // namespace
 
-std::optional<ImportedPicture> inspectJpeg(QFile &file)
+ImportedPicture inspectJpeg(QFile &file)
 {
     const auto decoder = std::make_unique<Decoder>();
     decoder->file = &file;
@@ -161,7 +182,7 @@ std::optional<ImportedPicture> inspectJpeg(QFile &file)
     }
     const jpeg_decompress_struct &info = decoder->info;
     if (!isForDocuments(info)) {
-        return {};
+        throw invalidPicture(QStringLiteral("JPEG files of this kind are not supported."));
     }
     ImportedPicture picture;
     picture.coding = PictureCoding::Jpeg;
@@ -173,6 +194,7 @@ std::optional<ImportedPicture> inspectJpeg(QFile &file)
                               info.saw_Adobe_marker == FALSE;
     picture.profile = QByteArray(reinterpret_cast<const char *>(decoder->profile),
                                  static_cast<qsizetype>(decoder->profileBytes));
+    picture.orientation = orientationIn(info);
     return picture;
 }
 

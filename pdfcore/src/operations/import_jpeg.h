@@ -5,14 +5,11 @@
 
 #include <QFile>
 
-#include <optional>
-
 namespace pdfcore {
 
 /// Reads the header of a JPEG file, from its beginning up to the first scan (ISO/IEC 10918-1, B.2).
-///
-/// The orientation is left open. None where DCTDecode does not take the file (ISO 32000-2, 7.4.8)
-/// though other decoders may; throws PictureFailure where none can start.
-std::optional<ImportedPicture> inspectJpeg(QFile &file);
+/// Throws PictureFailure where no decoder can start, or DCTDecode does not take the file (ISO
+/// 32000-2, 7.4.8), which it does if its samples have 8 bits and its codes are those of Huffman.
+ImportedPicture inspectJpeg(QFile &file);
 
 } // namespace pdfcore

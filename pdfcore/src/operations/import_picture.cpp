@@ -10,7 +10,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 namespace pdfcore {
@@ -67,10 +66,7 @@ ImportedPicture inspectPicture(const QString &path, const PdfCancelFlag &cancel)
         return inspectPng(path, cancel);
     }
     if (beginning.startsWith(kJpegBeginning)) {
-        if (std::optional<ImportedPicture> picture = inspectJpeg(file)) {
-            picture->orientation = pictureOrientation(file, "jpeg");
-            return *picture;
-        }
+        return inspectJpeg(file);
     }
     file.close();
     return inspectDecoded(path);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/operations/import_png.h"
 
+#include "pdfcore/src/operations/exif_orientation.h"
 #include "pdfcore/src/operations/picture_failure.h"
 #include "pdfcore/src/operations/png_row_reader.h"
 #include "pdfcore/src/operations/png_row_writer.h"
@@ -182,6 +183,7 @@ ImportedPicture inspectPng(const QString &path, const PdfCancelFlag &cancel)
     picture.bits = header.bits;
     picture.palette = header.palette;
     picture.profile = header.profile;
+    picture.orientation = exifOrientation(header.exif);
     const int colours = header.hasAlpha ? header.channels - 1 : header.channels;
     picture.components = header.palette.isEmpty() ? colours : 3;
     if ((header.hasAlpha || header.hasTransparency) && !isOpaque(path, cancel)) {

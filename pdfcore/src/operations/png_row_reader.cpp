@@ -128,6 +128,14 @@ void PngRowReader::takeHeader()
         m_header.profile =
             QByteArray(reinterpret_cast<const char *>(profile), static_cast<qsizetype>(length));
     }
+#ifdef PNG_eXIf_SUPPORTED
+    png_bytep exif = nullptr;
+    png_uint_32 exifLength = 0;
+    if (png_get_eXIf_1(png, info, &exifLength, &exif) == PNG_INFO_eXIf) {
+        m_header.exif =
+            QByteArray(reinterpret_cast<const char *>(exif), static_cast<qsizetype>(exifLength));
+    }
+#endif
 }
 
 void PngRowReader::start(Samples samples)

@@ -21,6 +21,7 @@ struct PngHeader
     bool isInterlaced = false;
     QByteArray palette; ///< Three bytes for each colour; empty without a palette.
     QByteArray profile; ///< Of the chunk iCCP; may be empty.
+    QByteArray exif;    ///< Of the chunk eXIf before the image data; may be empty.
 
     /// Bytes of a row of the image data.
     [[nodiscard]] qint64 rowBytes() const { return (qint64{width} * channels * bits + 7) / 8; }

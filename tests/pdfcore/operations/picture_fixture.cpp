@@ -22,12 +22,16 @@ QByteArray bigEndian(quint32 value)
     return bytes;
 }
 
-/// APP1 with the orientation as the only entry (EXIF 2.3, 4.5 and 4.6).
-QByteArray exif(int orientation)
+/// The orientation as the only entry of EXIF data (EXIF 2.3, 4.5 and 4.6), in either byte order.
+QByteArray exif(int orientation, bool isBigEndian)
 {
-    QByteArray content("Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0", 25);
-    content.append(static_cast<char>(orientation));
-    return content + QByteArray(6, '\0');
+    const auto value = static_cast<char>(orientation);
+    if (isBigEndian) {
+        return QByteArray("MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0", 19) + value +
+               QByteArray(6, '\0');
+    }
+    return QByteArray("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0", 18) + value +
+           QByteArray(7, '\0');
 }
 
 void setColours(jpeg_compress_struct &info, Jpeg::Colours colours)
@@ -164,7 +168,7 @@ QByteArray jpeg(const Jpeg &form, const Pixels &pixels)
     }
     jpeg_start_compress(&info, TRUE);
     if (form.orientation > 0) {
-        const QByteArray marker = exif(form.orientation);
+        const QByteArray marker = QByteArray("Exif\0\0", 6) + exif(form.orientation, true);
         jpeg_write_marker(&info, JPEG_APP0 + 1,
                           reinterpret_cast<const JOCTET *>(marker.constData()),
                           static_cast<unsigned>(marker.size()));
@@ -191,6 +195,9 @@ QByteArray png(const Png &form, const Pixels &pixels)
     QByteArray file = signatureAndHeader(form);
     if (!form.profile.isEmpty()) {
         file += pngChunk("iCCP", QByteArray("own\0\0", 5) + deflated(form.profile));
+    }
+    if (form.orientation > 0) {
+        file += pngChunk("eXIf", exif(form.orientation, false));
     }
     if (!form.palette.isEmpty()) {
         file += pngChunk("PLTE", form.palette);

@@ -52,6 +52,7 @@ struct Png
     QByteArray palette;      ///< Three bytes for each colour.
     QByteArray transparency; ///< The content of tRNS; left out when empty.
     QByteArray profile;      ///< Left out when empty.
+    int orientation = 0;     ///< EXIF's number; left out when 0.
     int dataChunks = 1;      ///< How many chunks the image data are divided into.
 };
 

@@ -175,22 +175,29 @@ void TestPictureImport::orientationIsShown()
     QFETCH(const int, orientation);
     QFETCH(const QList<int>, expected);
     Folder folder;
-    Jpeg form;
-    form.size = {64, 32};
-    form.orientation = orientation;
-    const QString picture = folder.add(u"a.jpg"_s, jpeg(form, quartered(form.size, kRgb)));
+    Jpeg photo;
+    photo.size = {64, 32};
+    photo.orientation = orientation;
+    Png drawing;
+    drawing.size = photo.size;
+    drawing.orientation = orientation;
+    const Pixels pixels = quartered(photo.size, kRgb);
+    const QString first = folder.add(u"a.jpg"_s, jpeg(photo, pixels));
+    const QString second = folder.add(u"b.png"_s, png(drawing, pixels));
     const QString target = folder.path(u"a.pdf"_s);
-    QCOMPARE(importPictures({picture}, target).message, QString());
-    const QImage page = render(filePage(target), {595, 842}).image;
-    // 595 × 297.5 points, or 421 × 842, in the middle of the page.
-    const QRect place = orientation < 5 ? QRect(0, 273, 595, 297) : QRect(87, 0, 421, 842);
-    const QList<QColor> shown = quarters(page.copy(place));
-    for (int i = 0; i < 4; ++i) {
-        COMPARE_COLOUR(shown.at(i), kRgbShown.at(expected.at(i)), kTolerance);
+    QCOMPARE(importPictures({first, second}, target).message, QString());
+    for (const int index : {0, 1}) {
+        const QImage page = render(filePage(target, index), {595, 842}).image;
+        // 595 × 297.5 points, or 421 × 842, in the middle of the page.
+        const QRect place = orientation < 5 ? QRect(0, 273, 595, 297) : QRect(87, 0, 421, 842);
+        const QList<QColor> shown = quarters(page.copy(place));
+        for (int i = 0; i < 4; ++i) {
+            COMPARE_COLOUR(shown.at(i), kRgbShown.at(expected.at(i)), kTolerance);
+        }
+        COMPARE_COLOUR(page.pixelColor(orientation < 5 ? QPoint(297, 265) : QPoint(80, 421)),
+                       QColor(Qt::white), 0);
     }
-    COMPARE_COLOUR(page.pixelColor(orientation < 5 ? QPoint(297, 265) : QPoint(80, 421)),
-                   QColor(Qt::white), 0);
-    QCOMPARE(ImportedFile::stored(ImportedFile(target).image()), contentOf(picture));
+    QCOMPARE(ImportedFile::stored(ImportedFile(target).image()), contentOf(first));
 }
 
 void TestPictureImport::jpegIsTakenAsItIs_data()
