@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 
+#include <array>
 #include <limits>
 #include <thread>
 
@@ -26,20 +27,20 @@ QByteArray redPng()
     return png({}, plain({255, 0, 0}));
 }
 
-/// A PNG file with alpha that takes a while to compress.
-QByteArray slowPng()
+/// A square PNG file with alpha that takes a while to compress, and hardly any to make.
+QByteArray slowPng(int side)
 {
-    constexpr int kSide = 4000;
     Png form;
     form.colourType = 6;
-    form.size = {kSide, kSide};
-    QByteArray row(1 + qsizetype{4} * kSide, '\0');
+    form.size = {side, side};
+    const qsizetype rowBytes = 1 + qsizetype{4} * side;
+    QByteArray rows(rowBytes * side, '\0');
     quint32 state = 1;
-    for (qsizetype i = 1; i < row.size(); ++i) {
+    for (qsizetype i = 0; i < rows.size(); ++i) {
         state = state * 1664525U + 1013904223U;
-        row[i] = static_cast<char>(state >> 24);
+        rows[i] = i % rowBytes == 0 ? '\0' : static_cast<char>(state >> 24);
     }
-    return pngOf(form, qCompress(row.repeated(kSide), 1).mid(4));
+    return pngOf(form, qCompress(rows, 0).mid(4));
 }
 
 /// The image data of a picture whose bytes are all 0.
@@ -57,10 +58,12 @@ class TestPictureImportFiles : public QObject
 private slots:
     void equalPicturesAreStoredOnce();
     void filesOfOneSizeAreToldApart();
+    void pagesThatLookAlikeShareTheirContent();
     void equalPicturesMakeEqualFiles();
     void whatIsNoPictureIsNamed_data();
     void whatIsNoPictureIsNamed();
     void damagedJpegIsTakenAsItIs();
+    void largeInterlacedPictureIsWhole();
     void giantPicturesWithoutDataFail_data();
     void giantPicturesWithoutDataFail();
     void anyFileNameWorks_data();
@@ -109,6 +112,26 @@ void TestPictureImportFiles::filesOfOneSizeAreToldApart()
     QCOMPARE(ImportedFile::stored(file.image(3)), contentOf(second));
 }
 
+void TestPictureImportFiles::pagesThatLookAlikeShareTheirContent()
+{
+    Folder folder;
+    Png form;
+    const QString first = folder.add(u"a.png"_s, png(form, plain({255, 0, 0})));
+    const QString second = folder.add(u"b.png"_s, png(form, plain({0, 255, 0})));
+    form.size = {64, 32};
+    const QString wide = folder.add(u"c.png"_s, png(form, plain({0, 0, 255})));
+    const QString target = folder.path(u"a.pdf"_s);
+    QCOMPARE(importPictures({first, wide, second}, target).message, QString());
+    const ImportedFile file(target);
+    const auto contentOfPage = [&](std::size_t page) {
+        QPDFObjectHandle object = file.pages().at(page);
+        return object.getKey("/Contents").getObjectID();
+    };
+    QCOMPARE(contentOfPage(0), contentOfPage(2));
+    QCOMPARE(file.content(0), QByteArray("q 595 0 0 595 0 123.5 cm /Im0 Do Q\n"));
+    QCOMPARE(file.content(1), QByteArray("q 595 0 0 297.5 0 272.25 cm /Im0 Do Q\n"));
+}
+
 void TestPictureImportFiles::equalPicturesMakeEqualFiles()
 {
     Folder folder;
@@ -133,6 +156,14 @@ void TestPictureImportFiles::whatIsNoPictureIsNamed_data()
         << photo.left(photo.indexOf(QByteArray("\xFF\xDA", 2)) + 1);
     QTest::newRow("JPEG, without tables")
         << photo.left(20) + photo.mid(photo.indexOf(QByteArray("\xFF\xC0", 2)));
+    Jpeg progressive;
+    progressive.isProgressive = true;
+    const QByteArray scans = jpeg(progressive, plain({0, 0, 255}));
+    QTest::newRow("progressive JPEG, without tables")
+        << scans.left(20) + scans.mid(scans.indexOf(QByteArray("\xFF\xC2", 2)));
+    QByteArray codeless = photo;
+    codeless[codeless.indexOf(QByteArray("\xFF\xDA", 2)) + 6] = '\x33';
+    QTest::newRow("JPEG, with codes that it does not define") << codeless;
     QTest::newRow("PNG, its signature") << drawing.left(8);
     QTest::newRow("PNG, cut in its header") << drawing.left(20);
     QTest::newRow("PNG, cut in its data") << drawing.left(drawing.size() - 20);
@@ -175,6 +206,33 @@ void TestPictureImportFiles::damagedJpegIsTakenAsItIs()
     QCOMPARE(ImportedFile::stored(ImportedFile(target).image()), half);
     const QImage page = render(filePage(target), {595, 842}).image;
     COMPARE_COLOUR(page.pixelColor(590, 140), QColor(198, 5, 144), 24);
+}
+
+void TestPictureImportFiles::largeInterlacedPictureIsWhole()
+{
+    // Too large to be put together at once; only its last row is not black.
+    constexpr qsizetype kSide = 6000;
+    qsizetype bytes = 0;
+    const std::array<std::array<qsizetype, 2>, 7> steps = {
+        {{8, 8}, {8, 8}, {4, 8}, {4, 4}, {2, 4}, {2, 2}, {1, 2}}};
+    for (const auto &[dx, dy] : steps) {
+        bytes += (kSide / dx + 1) * (kSide / dy);
+    }
+    QByteArray rows(bytes, '\0');
+    rows.replace(bytes - kSide, kSide, QByteArray(kSide, 'U'));
+    Png form;
+    form.colourType = 0;
+    form.size = {kSide, kSide};
+    form.isInterlaced = true;
+    Folder folder;
+    const QString picture = folder.add(u"a.png"_s, pngOf(form, qCompress(rows, 1).mid(4)));
+    const QString target = folder.path(u"a.pdf"_s);
+    QCOMPARE(importPictures({picture}, target).message, QString());
+    const ImportedFile file(target);
+    const QByteArray samples = ImportedFile::decoded(file.image());
+    QCOMPARE(samples.size(), kSide * kSide);
+    QCOMPARE(samples.count('\0'), kSide * (kSide - 1));
+    QCOMPARE(samples.right(kSide), QByteArray(kSide, 'U'));
 }
 
 void TestPictureImportFiles::giantPicturesWithoutDataFail_data()
@@ -271,7 +329,7 @@ void TestPictureImportFiles::impossibleOrdersFail()
 void TestPictureImportFiles::cancelledImportLeavesNothing()
 {
     Folder folder;
-    const QString picture = folder.add(u"a.png"_s, slowPng());
+    const QString picture = folder.add(u"a.png"_s, slowPng(3000));
     const QString target = folder.path(u"a.pdf"_s);
     const PdfCancelFlag before;
     before.set();
@@ -297,7 +355,7 @@ void TestPictureImportFiles::cancelledImportLeavesNothing()
 void TestPictureImportFiles::changedPictureFails()
 {
     Folder folder;
-    const QString slow = folder.add(u"a.png"_s, slowPng());
+    const QString slow = folder.add(u"a.png"_s, slowPng(1000));
     const QString changing = folder.add(u"b.png"_s, redPng());
     const QString target = folder.path(u"a.pdf"_s);
     std::thread changer([&] {
