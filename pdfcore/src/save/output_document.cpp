@@ -5,6 +5,7 @@
 #include "pdfcore/src/save/content/catalogue.h"
 #include "pdfcore/src/save/contribution.h"
 #include "pdfcore/src/save/interactive/output_form.h"
+#include "pdfcore/src/save/new_page_tree.h"
 #include "pdfcore/src/save/page_copies.h"
 
 #include <algorithm>
@@ -18,9 +19,6 @@
 namespace pdfcore {
 
 namespace {
-
-/// Kids of one node of a page tree that is written.
-constexpr std::size_t kTreeFanOut = 32;
 
 /// The type of entries of a cross-reference table for objects in object streams (ISO 32000-2,
 /// table 18).
@@ -84,42 +82,6 @@ bool forbidsPacking(QPDFObjectHandle catalogue)
     const std::size_t value = text.find_first_of("0123456789", std::min(part, text.size()));
     return value != std::string::npos && text[value] == '1' &&
            (value + 1 == text.size() || text[value + 1] < '0' || text[value + 1] > '9');
-}
-
-struct TreeNode
-{
-    QPDFObjectHandle object;
-    long long pages;
-};
-
-/// Gives the document a balanced page tree of these pages (ISO 32000-2, 7.7.3.2).
-void installPageTree(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
-{
-    std::vector<TreeNode> level;
-    level.reserve(pages.size());
-    for (const QPDFObjectHandle &page : pages) {
-        level.push_back({page, 1});
-    }
-    do {
-        std::vector<TreeNode> above;
-        for (std::size_t first = 0; first < level.size(); first += kTreeFanOut) {
-            const std::size_t end = std::min(first + kTreeFanOut, level.size());
-            QPDFObjectHandle node = document.makeIndirectObject(QPDFObjectHandle::newDictionary());
-            std::vector<QPDFObjectHandle> kids;
-            long long count = 0;
-            for (std::size_t i = first; i < end; ++i) {
-                level[i].object.replaceKey("/Parent", node);
-                kids.push_back(level[i].object);
-                count += level[i].pages;
-            }
-            node.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
-            node.replaceKey("/Kids", QPDFObjectHandle::newArray(kids));
-            node.replaceKey("/Count", QPDFObjectHandle::newInteger(count));
-            above.push_back({node, count});
-        }
-        level = std::move(above);
-    } while (level.size() > 1);
-    document.getRoot().replaceKey("/Pages", level.front().object);
 }
 
 } // namespace
