@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/pdf_cancel_flag.h"
+#include "pdfcore/src/base/engine_error.h"
+
+#include <QString>
+
+namespace pdfcore {
+
+class PictureSet;
+
+/// Makes a picture of each page of a file; see PdfPictureExport::exportPages().
+EngineError makePagePictures(const QString &path, int dpi, PictureSet &pictures,
+                             const PdfCancelFlag &cancel);
+
+} // namespace pdfcore
