@@ -427,6 +427,11 @@ fz_image *maskOf(const fz_image *image)
     return image->mask;
 }
 
+void leaveUndecoded(fz_image *image)
+{
+    image->use_decode = 0;
+}
+
 fz_image *loadInlineImage(fz_context *ctx, pdf_document *document, pdf_obj *resources,
                           pdf_obj *entries, fz_stream *content)
 {

@@ -144,6 +144,11 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
 /// it. Does not throw.
 [[nodiscard]] fz_image *maskOf(const fz_image *image);
 
+/// Leaves the values of an image as its data has them, which is to be said before it is decoded.
+/// All releases: without a colour engine MuPDF makes them bytes from 0 to 1 after scaling them to
+/// what they mean, which leaves nothing of the values of Lab. Does not throw.
+void leaveUndecoded(fz_image *image);
+
 /// An image that follows the entries `entries` in a content stream, of which it is read. Since 1.28
 /// resources come as a stack.
 fz_image *loadInlineImage(fz_context *ctx, pdf_document *document, pdf_obj *resources,

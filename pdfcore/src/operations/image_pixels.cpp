@@ -3,6 +3,7 @@
 
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 #include "pdfcore/src/operations/jpeg_encoder.h"
+#include "pdfcore/src/operations/lab_pixels.h"
 #include "pdfcore/src/operations/packed_pixels.h"
 #include "pdfcore/src/render/page_images.h"
 
@@ -88,10 +89,34 @@ void convert(fz_context *ctx, fz_pixmap *&pixmap, fz_colorspace *space)
     pixmap = converted;
 }
 
+/// Makes RGB of pixels in Lab.
+void convertLab(fz_context *ctx, const LabRanges &ranges, fz_pixmap *&pixmap)
+{
+    const int width = fz_pixmap_width(ctx, pixmap);
+    const int height = fz_pixmap_height(ctx, pixmap);
+    fz_pixmap *rgb = fz_new_pixmap(ctx, fz_device_rgb(ctx), width, height, nullptr, 0);
+    // Without gaps between the rows, unless there is opacity too.
+    const bool isConverted =
+        fz_pixmap_stride(ctx, pixmap) == fz_pixmap_stride(ctx, rgb) &&
+        labToRgb(ranges, fz_pixmap_samples(ctx, pixmap), fz_pixmap_samples(ctx, rgb),
+                 static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    if (!isConverted) {
+        fz_drop_pixmap(ctx, rgb);
+        convert(ctx, pixmap, fz_device_rgb(ctx));
+        return;
+    }
+    fz_drop_pixmap(ctx, pixmap);
+    pixmap = rgb;
+}
+
 /// Decodes the pixels as gray or RGB.
 void decodePixels(fz_context *ctx, const DocumentSession::Reader &reader, PageImages &images,
-                  DecodedImage &decoded)
+                  pdf_obj *object, DecodedImage &decoded)
 {
+    const bool isLab = fz_colorspace_is_lab(ctx, colourSpaceOf(decoded.image)) != 0;
+    if (isLab) {
+        leaveUndecoded(decoded.image);
+    }
     fz_colorspace *space = baseOf(baseOf(colourSpaceOf(decoded.image)));
     const ColourTransform *transform = reader.colourSpaces.transformOf(space);
     fz_image *shown = images.imageFor(ctx, decoded.image, transform);
@@ -111,6 +136,9 @@ void decodePixels(fz_context *ctx, const DocumentSession::Reader &reader, PageIm
     }
     if (watch.isEmpty) {
         fz_throw(ctx, FZ_ERROR_GENERIC, "there is nothing to decode");
+    }
+    if (isLab) {
+        convertLab(ctx, labRangesOf(ctx, object), decoded.pixels);
     }
     fz_colorspace *found = fz_pixmap_colorspace(ctx, decoded.pixels);
     if (found != nullptr && found != fz_device_gray(ctx) && found != fz_device_rgb(ctx)) {
@@ -248,7 +276,7 @@ bool extractImage(DocumentSession &session, const FoundImage &found, PdfPictureF
     if (isLoaded && !isExtracted) {
         const QSize size = sizeOf(decoded.image);
         const bool isDecoded = work(DocumentSession::pageBudget({}, size, size), [&](fz_context *) {
-            decodePixels(ctx, reader, images, decoded);
+            decodePixels(ctx, reader, images, found.object, decoded);
             decodeMask(ctx, decoded);
         });
         isExtracted = isDecoded;

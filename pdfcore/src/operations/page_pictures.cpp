@@ -21,28 +21,10 @@ constexpr double kPointsPerInch = 72;
 /// Pixels of the largest picture that is there as a whole; others come in bands.
 constexpr qint64 kMostWholePixels = qint64{1} << 24;
 
-constexpr double kMostSide = PdfPictureExport::kMostPixelsOfSide;
+/// How much of what there may be is used at most.
+constexpr double kWithin = 0.999;
 
-/// The picture of a page of `pageSize` points.
-PictureForm formOf(QSizeF pageSize, int dpi)
-{
-    const double width = pageSize.width() / kPointsPerInch;
-    const double height = pageSize.height() / kPointsPerInch;
-    const double most =
-        std::min(std::sqrt(static_cast<double>(PdfPictureExport::kMostPixels) / (width * height)),
-                 kMostSide / std::max(width, height));
-    PictureForm form;
-    form.dpi = dpi;
-    if (most < dpi) {
-        // So that rounding does not go beyond.
-        form.dpi = std::max(std::floor(most), most / 2);
-    }
-    const auto pixels = [&form](double inches) {
-        return static_cast<int>(std::clamp(std::round(inches * form.dpi), 1.0, kMostSide));
-    };
-    form.size = QSize(pixels(width), pixels(height));
-    return form;
-}
+constexpr double kMostSide = PdfPictureExport::kMostPixelsOfSide;
 
 class PagePictures
 {
@@ -134,6 +116,26 @@ private:
 
 } // namespace
 
+PictureForm pagePictureForm(QSizeF pageSize, int dpi)
+{
+    const double width = pageSize.width() / kPointsPerInch;
+    const double height = pageSize.height() / kPointsPerInch;
+    const double most =
+        std::min(std::sqrt(static_cast<double>(PdfPictureExport::kMostPixels) / (width * height)),
+                 kMostSide / std::max(width, height));
+    PictureForm form;
+    form.dpi = dpi;
+    if (most < dpi) {
+        // Whole if it can be; and so that rounding does not go beyond.
+        form.dpi = most > 1 ? std::floor(most * kWithin) : most * kWithin;
+    }
+    const auto pixels = [&form](double inches) {
+        return static_cast<int>(std::clamp(std::round(inches * form.dpi), 1.0, kMostSide));
+    };
+    form.size = QSize(pixels(width), pixels(height));
+    return form;
+}
+
 EngineError makePagePictures(const QString &path, int dpi, PictureSet &pictures,
                              const PdfCancelFlag &cancel)
 {
@@ -152,7 +154,7 @@ EngineError makePagePictures(const QString &path, int dpi, PictureSet &pictures,
     PagePictures work(source.page, pictures, cancel);
     for (qsizetype i = 0; i < source.pageSizes.size() && !error.isError() && !work.hasFailed();
          ++i) {
-        error = work.make(static_cast<int>(i), formOf(source.pageSizes.at(i), dpi));
+        error = work.make(static_cast<int>(i), pagePictureForm(source.pageSizes.at(i), dpi));
     }
     const EngineError ofEncoding = work.finish();
     return error.isError() ? error : ofEncoding;
