@@ -181,10 +181,10 @@ void TestEmbeddedPictures::pixels_data()
         {streamBody("/N 3", IccProfiles::standardRgb())});
     row("Lab", kPair + "/ColorSpace [/Lab << /WhitePoint [0.9642 1 0.8249] >>]",
         Bytes::fromHex("ff8080008080"), {QColor(255, 255, 254), Qt::black});
-    // Lab (50, 60, 0) and (50, 0, -60), with ranges of their own.
+    // Lab (50, 60, 0) and (50, 0, -30), with ranges of their own.
     row("Lab within ranges",
         kPair + "/ColorSpace [/Lab << /WhitePoint [0.9642 1 0.8249] /Range [0 60 -60 0] >>]",
-        Bytes::fromHex("80ffff800000"), {QColor(206, 63, 122), QColor(0, 123, 223)});
+        Bytes::fromHex("80ffff800080"), {QColor(206, 63, 122), QColor(93, 121, 170)});
     row("spot ink",
         kPair + "/ColorSpace [/Separation /Spot /DeviceRGB << /FunctionType 2 /Domain [0 1] "
                 "/C0 [1 1 1] /C1 [0 1 0] /N 1 >>]",
