@@ -354,7 +354,8 @@ void TestEmbeddedPictures::imagesOfSeveralPagesComeOnce()
     const Bytes document = PdfFixture::fromObjects({
         "<< /Type /Catalog /Pages 2 0 R >>",
         "<< /Type /Pages /Kids [3 0 R 4 0 R 5 0 R] /Count 3 /MediaBox [0 0 9 9] >>",
-        page + "10 0 R >>",
+        page + "10 0 R /Annots [<< /Type /Annot /Subtype /Stamp /Rect [0 0 9 9] /AP << /N 12 0 R "
+               ">> >>] >>",
         page + "[11 0 R 10 0 R] >>",
         page + "10 0 R >>",
         "<< /XObject << /A 7 0 R /B 8 0 R /C 9 0 R >> >>",
@@ -363,24 +364,32 @@ void TestEmbeddedPictures::imagesOfSeveralPagesComeOnce()
         numbered(30),
         streamBody({}, "/C Do " + inlineNumber(40)),
         streamBody({}, "/A Do "),
+        form("/I Do", "/XObject << /I 13 0 R >>"),
+        numbered(50),
     });
     // The second page draws the inline image anew; nothing draws B.
-    QCOMPARE(numbersOfPictures(document), (QList<int>{30, 40, 10, 40, 20}));
+    QCOMPARE(numbersOfPictures(document), (QList<int>{30, 40, 50, 10, 40, 20}));
 }
 
 void TestEmbeddedPictures::deepAndCircularFormsAreRead()
 {
     constexpr int kDepth = 60;
-    QList<Bytes> objects;
+    constexpr int kFirst = 7;
+    QList<Bytes> objects{
+        "<< /Type /Catalog /Pages 2 0 R >>",
+        "<< /Type /Pages /Kids [3 0 R 4 0 R] /Count 2 /MediaBox [0 0 9 9] >>",
+        "<< /Type /Page /Parent 2 0 R /Contents 5 0 R /Resources << /XObject << /I 7 0 R >> >> >>",
+        "<< /Type /Page /Parent 2 0 R /Contents 5 0 R /Resources << /XObject << /I 6 0 R >> >> >>",
+        streamBody({}, "/I Do"),
+        numbered(88),
+    };
     for (int i = 0; i < kDepth; ++i) {
-        const Bytes next = Bytes::number(6 + i);
-        objects.append(form("/N Do /Self Do /Page Do", "/XObject << /N " + next + " 0 R /Self " +
-                                                           Bytes::number(5 + i) +
-                                                           " 0 R /Page 5 0 R >>"));
+        objects.append(form("/N Do /Self Do /First Do",
+                            "/XObject << /N " + Bytes::number(kFirst + i + 1) + " 0 R /Self " +
+                                Bytes::number(kFirst + i) + " 0 R /First 7 0 R >>"));
     }
     objects.append(numbered(77));
-    const Bytes document = PdfFixture::onePage("/F Do", "/XObject << /F 5 0 R >>", objects);
-    QCOMPARE(numbersOfPictures(document), QList<int>{77});
+    QCOMPARE(numbersOfPictures(PdfFixture::fromObjects(objects)), (QList<int>{77, 88}));
 }
 
 void TestEmbeddedPictures::inlineImages()

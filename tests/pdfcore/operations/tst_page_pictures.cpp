@@ -369,6 +369,8 @@ void TestPagePictures::othersHaveTheirTurnBetweenPages()
     });
     QTRY_COMPARE(slotsOfAll.inUse(), limit);
     const bool isTaken = slotsOfAll.take({});
+    // Long enough for work that had come to its end to say so.
+    std::this_thread::sleep_for(50ms);
     const bool wasDone = isDone;
     slotsOfAll.giveBack();
     work.join();
