@@ -22,7 +22,6 @@ struct DecodedImage
     fz_pixmap *pixels = nullptr; ///< In gray or RGB; of a stencil how opaque it is.
     fz_pixmap *mask = nullptr;   ///< One component; null: none.
     fz_buffer *file = nullptr;   ///< A JPEG file, perhaps.
-    bool isPlain = false;        ///< The file shows what the image does if it fits to it.
 };
 
 void drop(fz_context *ctx, DecodedImage &decoded)
@@ -178,14 +177,12 @@ bool isJpegAlone(fz_context *ctx, pdf_obj *object)
 }
 
 /// Loads the bytes of the image where it can be a file by itself.
-void loadFile(fz_context *ctx, const DocumentSession::Reader &reader, pdf_obj *object,
-              DecodedImage &decoded)
+void loadFile(fz_context *ctx, pdf_obj *object, DecodedImage &decoded)
 {
     fz_colorspace *space = colourSpaceOf(decoded.image);
     const bool isDevice = space == fz_device_gray(ctx) || space == fz_device_rgb(ctx);
-    decoded.isPlain =
-        isDevice && reader.colourSpaces.transformOf(space) == nullptr && isJpegAlone(ctx, object);
-    if (decoded.isPlain) {
+    // Profiles that make a difference have spaces of their own.
+    if (isDevice && isJpegAlone(ctx, object)) {
         decoded.file = pdf_load_raw_stream(ctx, object);
     }
 }
@@ -269,7 +266,7 @@ bool extractImage(DocumentSession &session, const FoundImage &found, PdfPictureF
         decoded.image = found.object != nullptr ? pdf_load_image(ctx, reader.document, found.object)
                                                 : fz_keep_image(ctx, found.inlineImage);
         if (format == PdfPictureFormat::Jpeg && found.object != nullptr) {
-            loadFile(ctx, reader, found.object, decoded);
+            loadFile(ctx, found.object, decoded);
         }
     });
     bool isExtracted = isLoaded && takeFile(ctx, decoded, image);

@@ -69,6 +69,7 @@ private slots:
     void numbersAreEquallyLong_data();
     void numbersAreEquallyLong();
     void whatIsThereStays();
+    void nameThatIsTooLongLeavesNothing();
     void hugePageGetsFewerPixels_data();
     void hugePageGetsFewerPixels();
     void pageThatFailsLeavesNothing();
@@ -212,6 +213,23 @@ void TestPagePictures::whatIsThereStays()
     QCOMPARE(contentOf(m_folder->path(u"out/page %1-03(1).png"_s)), QByteArray("mine too"));
     COMPARE_COLOUR(middle(QImage(outcome.pictures.last())), PdfFixture::numberColour(2), 0);
     QCOMPARE(made().size(), 6);
+}
+
+void TestPagePictures::nameThatIsTooLongLeavesNothing()
+{
+    const QString source = m_folder->add(u"a.pdf"_s, PdfFixture::pagesByNumber(2));
+    // As long as a name can be, so that there is none for a second picture of that number.
+    constexpr qsizetype kMostBytes = 255;
+    PdfPictureTarget longNamed = target();
+    longNamed.baseName = QString(kMostBytes - u"-01.png"_s.size(), u'n');
+    const QString taken = longNamed.baseName + u"-02.png"_s;
+    m_folder->add(u"out/"_s + taken, "mine");
+    const PdfPicturesOutcome outcome =
+        PdfPictureExport::exportPages(source, longNamed, {}, kLowDpi);
+    QCOMPARE(outcome.error, PdfOperationError::WriteFailed);
+    QVERIFY(outcome.pictures.isEmpty());
+    QCOMPARE(made(), QStringList{taken});
+    QCOMPARE(contentOf(m_folder->path(u"out/"_s + taken)), QByteArray("mine"));
 }
 
 void TestPagePictures::hugePageGetsFewerPixels_data()
