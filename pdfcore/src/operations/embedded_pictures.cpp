@@ -114,7 +114,8 @@ private:
     static void enter(fz_context *ctx, const DocumentSession::Reader &reader, ImageSearch &search,
                       int pageNumber, Pass pass)
     {
-        pdf_obj *page = pdf_load_object(ctx, reader.document, pageNumber);
+        // A reference, which knows the number.
+        pdf_obj *page = pdf_new_indirect(ctx, reader.document, pageNumber, 0);
         fz_try(ctx)
         {
             reader.colourSpaces.prepare(reader.document, page);

@@ -46,7 +46,7 @@ public:
     ImageSearch(const ImageSearch &) = delete;
     ImageSearch &operator=(const ImageSearch &) = delete;
 
-    /// Goes to what a page shows.
+    /// Goes to what a page shows; `page` is a reference.
     void enterPage(fz_context *ctx, pdf_obj *page);
     /// Goes to what is named by the resources of a page and of all that it uses.
     void enterResources(fz_context *ctx, pdf_obj *page);
