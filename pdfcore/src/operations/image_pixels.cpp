@@ -10,6 +10,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <new>
 
 namespace pdfcore {
 
@@ -225,6 +226,17 @@ void takePixels(fz_context *ctx, const DecodedImage &decoded, PdfPictureFormat f
     image->pixels = packedPixels(raw, isOpaque);
 }
 
+bool takePixelsIfThereIsRoom(fz_context *ctx, const DecodedImage &decoded, PdfPictureFormat format,
+                             EmbeddedImage *image)
+{
+    try {
+        takePixels(ctx, decoded, format, image);
+        return true;
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+}
+
 /// Takes the bytes of a JPEG file that is like the image; false when it is not.
 bool takeFile(fz_context *ctx, const DecodedImage &decoded, EmbeddedImage *image)
 {
@@ -276,10 +288,7 @@ bool extractImage(DocumentSession &session, const FoundImage &found, PdfPictureF
             decodePixels(ctx, reader, images, found.object, decoded);
             decodeMask(ctx, decoded);
         });
-        isExtracted = isDecoded;
-        if (isDecoded) {
-            takePixels(ctx, decoded, format, image);
-        }
+        isExtracted = isDecoded && takePixelsIfThereIsRoom(ctx, decoded, format, image);
     }
     drop(ctx, decoded);
     return isExtracted;
