@@ -187,6 +187,7 @@ fz_pixmap *watchedPixels(fz_context *ctx, fz_image *image, fz_irect *area, int w
         pixels = image->get_pixmap(ctx, image, area, width, height, l2factor);
         if (watch.isCut && isEmpty(ctx, fz_compressed_image_buffer(ctx, image))) {
             clear = newClearPixmap(ctx, pixels);
+            watch.isEmpty = true;
         }
     }
     fz_always(ctx)
@@ -200,6 +201,7 @@ fz_pixmap *watchedPixels(fz_context *ctx, fz_image *image, fz_irect *area, int w
         if (reason == kOutOfMemoryError || reason == FZ_ERROR_ABORT) {
             fz_rethrow(ctx);
         }
+        watch.isEmpty = true;
         return newClearPixmap(ctx, image, area, l2factor);
     }
     if (clear == nullptr) {
@@ -418,6 +420,27 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
 bool isCmyk(const fz_colorspace *space)
 {
     return space->type == FZ_COLORSPACE_CMYK;
+}
+
+fz_image *maskOf(const fz_image *image)
+{
+    return image->mask;
+}
+
+void leaveUndecoded(fz_image *image)
+{
+    image->use_decode = 0;
+}
+
+fz_image *loadInlineImage(fz_context *ctx, pdf_document *document, pdf_obj *resources,
+                          pdf_obj *entries, fz_stream *content)
+{
+#if QUILLORA_MUPDF_SINCE(28)
+    pdf_resource_stack stack{nullptr, resources};
+    return pdf_load_inline_image(ctx, document, &stack, entries, content);
+#else
+    return pdf_load_inline_image(ctx, document, resources, entries, content);
+#endif
 }
 
 fz_colorspace *colourSpaceOf(const fz_image *image)

@@ -140,6 +140,20 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
 /// a number only. Does not throw.
 [[nodiscard]] bool isCmyk(const fz_colorspace *space);
 
+/// The mask of an image; null where it has none. Borrowed. All releases: there is no function for
+/// it. Does not throw.
+[[nodiscard]] fz_image *maskOf(const fz_image *image);
+
+/// Leaves the values of an image as its data has them, which is to be said before it is decoded.
+/// All releases: without a colour engine MuPDF makes them bytes from 0 to 1 after scaling them to
+/// what they mean, which leaves nothing of the values of Lab. Does not throw.
+void leaveUndecoded(fz_image *image);
+
+/// An image that follows the entries `entries` in a content stream, of which it is read. Since 1.28
+/// resources come as a stack.
+fz_image *loadInlineImage(fz_context *ctx, pdf_document *document, pdf_obj *resources,
+                          pdf_obj *entries, fz_stream *content);
+
 /// The space of an image's pixels; null for a mask. All releases: there is no function for it. Does
 /// not throw.
 [[nodiscard]] fz_colorspace *colourSpaceOf(const fz_image *image);
@@ -197,6 +211,7 @@ struct ImageWatch
     void *warnUser = nullptr;
     void *contextUser = nullptr;
     bool isCut = false;
+    bool isEmpty = false; ///< It was asked for its pixels, and there were none.
 };
 void beginWatch(fz_context *ctx, ImageWatch &watch, fz_image *image);
 void endWatch(fz_context *ctx, ImageWatch &watch);

@@ -5,7 +5,7 @@
 #include "pdfcore/src/base/source_page.h"
 #include "pdfcore/src/render/page_painter.h"
 #include "pdfcore/src/session/engine.h"
-#include "pdfcore/src/session/revision_loan.h"
+#include "pdfcore/src/session/kept_session.h"
 
 #include <algorithm>
 #include <atomic>
@@ -39,6 +39,7 @@ class BatchRenderer
 public:
     explicit BatchRenderer(PdfCancelFlag cancel)
         : m_cancel(std::move(cancel))
+        , m_session(m_cancel)
     {}
 
     QImage render(const PdfSourcePage &page, QSize size, EngineError *outcome)
@@ -63,40 +64,19 @@ public:
         if (isBlankPage(page)) {
             return renderBlank(size, outcome);
         }
-        if (!borrow(page, outcome)) {
+        DocumentSession *session = m_session.borrow(page, outcome);
+        if (session == nullptr) {
             return {};
         }
         QImage image =
-            m_session->render(page.pageIndex, page.rotation, size, outcome, &m_cancel.value());
-        if (!m_session->isUsable()) {
-            m_session = {};
-        }
+            session->render(page.pageIndex, page.rotation, size, outcome, &m_cancel.value());
+        m_session.giveBackUnlessUsable();
         return image;
     }
 
 private:
-    bool borrow(const PdfSourcePage &page, EngineError *outcome)
-    {
-        const QString path = Engine::instance().revisions().locate(page, outcome);
-        if (outcome->isError()) {
-            return false;
-        }
-        if (m_session && m_path == path && m_password == page.password &&
-            m_session->file().isSameRevision(FileIdentity::of(path)) &&
-            !Engine::instance().sessions().isAwaited(path)) {
-            return true;
-        }
-        // Not before the one in hand is given back, which may be waited for.
-        m_session = {};
-        m_session = borrowRevision(page, &m_path, outcome, &m_cancel.value());
-        m_password = page.password;
-        return static_cast<bool>(m_session);
-    }
-
     const PdfCancelFlag m_cancel;
-    SessionPool::Lease m_session;
-    QString m_path;
-    QString m_password;
+    KeptSession m_session;
 };
 
 /// A batch that several threads work off together. The lists are large enough before they start,

@@ -481,7 +481,8 @@ QImage DocumentSession::render(int pageIndex, int rotation, QSize targetSize, En
 }
 
 bool DocumentSession::renderBands(int pageIndex, int rotation, PageBands &bands,
-                                  const PdfPageBandSink &sink, EngineError *outcome)
+                                  const PdfPageBandSink &sink, EngineError *outcome,
+                                  const std::atomic<bool> *cancelled)
 {
     if (!hasPage(pageIndex, outcome)) {
         return false;
@@ -491,6 +492,7 @@ bool DocumentSession::renderBands(int pageIndex, int rotation, PageBands &bands,
         return false;
     }
     WorkBudget budget = pageBudget(m_budgets, bands.pageSize(), bands.bandSize());
+    budget.cancelled = cancelled;
     RecordedPage recorded(m_context, *m_colourSpaces, m_budgets.keptImages);
     // What the sink does with a band does not count.
     const auto workTimed = [&](auto &&body) {

@@ -81,9 +81,21 @@ public:
     /// and hands one of these after the other to `sink`, until it returns false.
     ///
     /// False on failure, with the error in `outcome`, and when the sink wanted no more, without
-    /// one. A page that used up its budget leaves the session unfit for further use.
+    /// one. A page that used up its budget leaves the session unfit for further use, and so does
+    /// one that ended because `cancelled` was set.
     bool renderBands(int pageIndex, int rotation, PageBands &bands, const PdfPageBandSink &sink,
-                     EngineError *outcome);
+                     EngineError *outcome, const std::atomic<bool> *cancelled = nullptr);
+
+    /// What the session reads the document with, for work that does more than to show its pages.
+    struct Reader
+    {
+        MupdfContext &context;
+        pdf_document *document;
+        ColourSpaces &colourSpaces;
+    };
+    [[nodiscard]] Reader reader() { return {m_context, m_document, *m_colourSpaces}; }
+    /// After a piece of such work used up its budget or was cancelled.
+    void doubt() { m_usable = false; }
 
     /// What rendering a page of `targetSize` pixels may cost when `imageSize` of them are in
     /// memory.
