@@ -359,6 +359,13 @@ void TestEngineColour::spotColours_data()
          "/ColorSpace << /C " + separation("1 0 0", "[/ICCBased 5 0 R]", "1 1 1") + " >>",
          {profile(IccProfiles::swappedRgb(), 3)},
          {{100, 100, kSwappedRed}}});
+    add("several colorants into a profile",
+        {"/C cs 1 1 scn" + kAll,
+         "/ColorSpace << /C [/DeviceN [/A /B] [/ICCBased 5 0 R] 6 0 R] >>",
+         {profile(IccProfiles::swappedRgb(), 3),
+          PdfFixture::streamBody("/FunctionType 4 /Domain [0 1 0 1] /Range [0 1 0 1 0 1]",
+                                 "{ pop 0 0 }")},
+         {{100, 100, kSwappedRed}}});
 }
 
 void TestEngineColour::spotColours()
@@ -427,6 +434,14 @@ void TestEngineColour::profiles_data()
                          "/ColorSpace << /C [/Indexed [/ICCBased 5 0 R] 1 <FFFFFFFF0000>] >>",
                          {swapped},
                          {{100, 100, kSwappedRed}}});
+    add("tiling pattern coloured by its user",
+        {"/C cs 1 0 0 /P scn" + kAll,
+         "/ColorSpace << /C [/Pattern [/ICCBased 5 0 R]] >> /Pattern << /P 6 0 R >>",
+         {swapped,
+          PdfFixture::streamBody("/Type /Pattern /PatternType 1 /PaintType 2 /TilingType 1 /BBox "
+                                 "[0 0 10 10] /XStep 10 /YStep 10 /Resources << >>",
+                                 "0 0 10 10 re f")},
+         {{100, 100, kSwappedRed}}});
     add("image with a soft mask", {kImage,
                                    kUsesX,
                                    {image("[/ICCBased 6 0 R]", kBytesRed, "/SMask 7 0 R"), swapped,
@@ -465,6 +480,18 @@ void TestEngineColour::profiles_data()
                                  "/C cs 1 0 0 sc 0 0 10 10 re f"),
           swapped},
          {{100, 100, kSwappedRed}}});
+    add("soft mask",
+        {"/G gs 0 g" + kAll,
+         "/ExtGState << /G << /SMask << /S /Luminosity /G 5 0 R >> >> >>",
+         {form("/C cs 0.5 sc" + kAll, own + " /Group << /S /Transparency /CS /DeviceGray >>"),
+          profile(IccProfiles::linearGray(), 1)},
+         {{100, 100, QColor(67, 67, 67)}}});
+    add("soft mask with a backdrop",
+        {"/G gs 0 g" + kAll,
+         "/ExtGState << /G << /SMask << /S /Luminosity /G 5 0 R /BC [0.5] >> >> >>",
+         {form("1 g 100 0 100 200 re f", "/Group << /S /Transparency /CS [/ICCBased 6 0 R] >>"),
+          profile(IccProfiles::linearGray(), 1)},
+         {{50, 100, QColor(67, 67, 67)}, {150, 100, Qt::black}}});
     add("shading as a pattern",
         {"/Pattern cs /P scn" + kAll,
          "/Pattern << /P << /Type /Pattern /PatternType 2 /Shading << /ShadingType 2 /ColorSpace "

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/pdf_show_page.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "pdf/viewer/reading/pdf_document_view.h"
 #include "tests/support/pdf_fixture.h"
 
 #include <QLayout>
@@ -14,6 +15,7 @@ class TestPdfShowPage final : public QObject
 
 private slots:
     void viewerFillsThePage();
+    void keyboardFocusGoesToTheDocument();
     void openFileOpensInTheViewer();
     void externalToolsAreTranslated_data();
     void externalToolsAreTranslated();
@@ -28,6 +30,18 @@ void TestPdfShowPage::viewerFillsThePage()
     QVERIFY(page.viewer());
     QCOMPARE(page.viewer()->parentWidget(), &page);
     QCOMPARE(page.viewer()->geometry(), page.rect());
+}
+
+void TestPdfShowPage::keyboardFocusGoesToTheDocument()
+{
+    PdfShowPage page;
+    page.show();
+    page.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    page.setFocus();
+    const auto *document = page.findChild<PdfDocumentView *>();
+    QVERIFY(document != nullptr);
+    QTRY_VERIFY(document->hasFocus());
 }
 
 void TestPdfShowPage::openFileOpensInTheViewer()
