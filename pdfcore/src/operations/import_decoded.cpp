@@ -51,6 +51,22 @@ QImage inPlainForm(const QImage &image)
     return image.convertToFormat(isDeep ? QImage::Format_RGBX64 : QImage::Format_RGB888);
 }
 
+/// What is to be read into, all 0: of a file that ends too early Qt reads some rows only, and
+/// leaves the others as the memory happened to be. Null where Qt does not tell what it will need,
+/// or would refuse that.
+QImage emptyImage(const QImageReader &reader)
+{
+    const QSize size = reader.size();
+    const qint64 pixels = qint64{size.width()} * size.height();
+    const qint64 limit = qint64{QImageReader::allocationLimit()} << 20;
+    if (size.isEmpty() || reader.imageFormat() == QImage::Format_Invalid || pixels > limit / 8) {
+        return {};
+    }
+    QImage image(size, reader.imageFormat());
+    image.fill(0);
+    return image;
+}
+
 QImage decode(const QString &path, QImageIOHandler::Transformations *orientation = nullptr)
 {
     QFile file(path);
@@ -63,8 +79,8 @@ QImage decode(const QString &path, QImageIOHandler::Transformations *orientation
     if (!isPictureFormat(reader.format())) {
         throw invalidPicture(QStringLiteral("It is no picture of a known kind."));
     }
-    const QImage image = reader.read();
-    if (image.isNull()) {
+    QImage image = emptyImage(reader);
+    if (!reader.read(&image) || image.isNull()) {
         throw invalidPicture(reader.errorString());
     }
     if (orientation != nullptr) {
