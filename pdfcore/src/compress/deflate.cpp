@@ -16,7 +16,9 @@ namespace {
 /// Bytes up to which the best compression is worth its time.
 constexpr qsizetype kBestBytes = qsizetype{4} * 1024 * 1024;
 constexpr int kBestLevel = 12;
+constexpr qsizetype kGoodBytes = qsizetype{32} * 1024 * 1024;
 constexpr int kGoodLevel = 9;
+constexpr int kFairLevel = 6;
 constexpr std::size_t kFilters = 5;
 
 struct FreeCompressor
@@ -80,11 +82,8 @@ long long filterRow(std::size_t filter, const unsigned char *row, const unsigned
     return sum;
 }
 
-} // namespace
-
-QByteArray deflated(const QByteArray &bytes)
+QByteArray deflatedAt(int level, const QByteArray &bytes)
 {
-    const int level = bytes.size() <= kBestBytes ? kBestLevel : kGoodLevel;
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor) {
@@ -98,6 +97,21 @@ QByteArray deflated(const QByteArray &bytes)
     packed.resize(static_cast<qsizetype>(length));
     packed.squeeze();
     return packed;
+}
+
+} // namespace
+
+QByteArray deflated(const QByteArray &bytes)
+{
+    if (bytes.size() <= kBestBytes) {
+        return deflatedAt(kBestLevel, bytes);
+    }
+    return deflatedAt(bytes.size() <= kGoodBytes ? kGoodLevel : kFairLevel, bytes);
+}
+
+QByteArray quicklyDeflated(const QByteArray &bytes)
+{
+    return deflatedAt(1, bytes);
 }
 
 std::optional<QByteArray> inflated(const QByteArray &bytes)

@@ -6,8 +6,8 @@
 #include <qpdf/Buffer.hh>
 
 #include <algorithm>
-#include <array>
 #include <memory>
+#include <set>
 
 namespace pdfcore {
 
@@ -69,18 +69,6 @@ bool isTrue(QPDFObjectHandle value)
     return value.isBool() && value.getBoolValue();
 }
 
-/// Whether the samples can be had by undoing these filters.
-bool arePlain(const std::vector<std::string> &filters)
-{
-    const std::array<const char *, 8> known{"/FlateDecode",   "/Fl", "/LZWDecode",
-                                            "/LZW",           "/RL", "/RunLengthDecode",
-                                            "/ASCII85Decode", "/A85"};
-    return std::all_of(filters.begin(), filters.end(), [&known](const std::string &filter) {
-        return std::find(known.begin(), known.end(), filter) != known.end() ||
-               filter == "/ASCIIHexDecode" || filter == "/AHx";
-    });
-}
-
 /// A length in samples; 0 when it makes no sense.
 int sideOf(QPDFObjectHandle value)
 {
@@ -110,7 +98,7 @@ std::optional<ImageFacts> imageFacts(QPDFObjectHandle image)
     // JPEG says it by itself.
     const bool hasBytes =
         bits.isInteger() ? bits.getIntValue() == 8 : facts.isJpeg && bits.isNull();
-    if (!hasBytes || (!facts.isJpeg && !arePlain(*filters))) {
+    if (!hasBytes || (!facts.isJpeg && !areGeneral(*filters))) {
         return std::nullopt;
     }
     return facts;
@@ -134,12 +122,32 @@ std::optional<std::vector<std::string>> filtersOf(QPDFObjectHandle stream)
     return names;
 }
 
-QPDFObjectHandle onlyParameters(QPDFObjectHandle stream)
+bool areGeneral(const std::vector<std::string> &filters)
 {
+    static const std::set<std::string> kGeneral{"/FlateDecode",     "/Fl", "/LZWDecode",     "/LZW",
+                                                "/RunLengthDecode", "/RL", "/ASCII85Decode", "/A85",
+                                                "/ASCIIHexDecode",  "/AHx"};
+    return std::all_of(filters.begin(), filters.end(), [](const std::string &filter) {
+        return kGeneral.find(filter) != kGeneral.end();
+    });
+}
+
+bool endsInJpeg(const std::vector<std::string> &filters)
+{
+    return !filters.empty() && (filters.back() == "/DCTDecode" || filters.back() == "/DCT") &&
+           areGeneral({filters.begin(), filters.end() - 1});
+}
+
+QPDFObjectHandle lastParameters(QPDFObjectHandle stream)
+{
+    QPDFObjectHandle filter = stream.getDict().getKey("/Filter");
     QPDFObjectHandle parameters = stream.getDict().getKey("/DecodeParms");
+    const std::size_t count = filter.isArray() ? itemsOf(filter).size() : 1;
+    if (!parameters.isArray()) {
+        return count == 1 ? parameters : QPDFObjectHandle::newNull();
+    }
     const std::vector<QPDFObjectHandle> items = itemsOf(parameters);
-    return parameters.isArray() ? (items.size() == 1 ? items[0] : QPDFObjectHandle::newNull())
-                                : parameters;
+    return items.size() == count && count > 0 ? items.back() : QPDFObjectHandle::newNull();
 }
 
 QByteArray rawData(QPDFObjectHandle stream)
@@ -147,6 +155,25 @@ QByteArray rawData(QPDFObjectHandle stream)
     const std::shared_ptr<Buffer> raw = stream.getRawStreamData();
     return QByteArray(reinterpret_cast<const char *>(raw->getBuffer()),
                       static_cast<qsizetype>(raw->getSize()));
+}
+
+QByteArray dataOfLastFilter(QPDFObjectHandle stream)
+{
+    std::vector<QPDFObjectHandle> filters = itemsOf(stream.getDict().getKey("/Filter"));
+    if (filters.size() < 2) {
+        return rawData(stream);
+    }
+    // QPDF undoes all filters or none: it gets a stream that has one less.
+    QPDFObjectHandle outer = QPDFObjectHandle::newStream(stream.getOwningQPDF());
+    std::vector<QPDFObjectHandle> parameters = itemsOf(stream.getDict().getKey("/DecodeParms"));
+    parameters.resize(filters.size(), QPDFObjectHandle::newNull());
+    filters.pop_back();
+    parameters.pop_back();
+    outer.replaceStreamData(stream.getRawStreamData(), QPDFObjectHandle::newArray(filters),
+                            QPDFObjectHandle::newArray(parameters));
+    const std::shared_ptr<Buffer> data = outer.getStreamData(qpdf_dl_generalized);
+    return QByteArray(reinterpret_cast<const char *>(data->getBuffer()),
+                      static_cast<qsizetype>(data->getSize()));
 }
 
 } // namespace pdfcore

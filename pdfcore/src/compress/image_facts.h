@@ -17,7 +17,7 @@ struct ImageFacts
     int width = 0;
     int height = 0;
     int components = 0;
-    bool isJpeg = false; ///< Else its samples can be had as they are.
+    bool isJpeg = false; ///< The last of its filters; else its samples can be had as they are.
     /// Its three or four components are such that brightness says most.
     bool isColour = false;
 };
@@ -31,10 +31,20 @@ std::optional<ImageFacts> imageFacts(QPDFObjectHandle image);
 /// no sense.
 std::optional<std::vector<std::string>> filtersOf(QPDFObjectHandle stream);
 
-/// The parameters of the filter of a stream that has one filter, or null.
-QPDFObjectHandle onlyParameters(QPDFObjectHandle stream);
+/// Whether the data of a stream are a JPEG picture, after other filters are undone that any data
+/// may have been through.
+bool endsInJpeg(const std::vector<std::string> &filters);
+
+/// Whether all filters are such as any data may have been through.
+bool areGeneral(const std::vector<std::string> &filters);
+
+/// The parameters of the last filter of a stream, or null.
+QPDFObjectHandle lastParameters(QPDFObjectHandle stream);
 
 /// The data of a stream as they stand in the file, decrypted.
 QByteArray rawData(QPDFObjectHandle stream);
+
+/// The data of a stream as they are before the last of its filters is undone.
+QByteArray dataOfLastFilter(QPDFObjectHandle stream);
 
 } // namespace pdfcore

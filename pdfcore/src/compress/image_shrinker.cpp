@@ -23,6 +23,10 @@ constexpr int kQualityStep = 4;
 constexpr qsizetype kLeastBytes = 2048;
 /// Samples of an image in its new size that are held in memory.
 constexpr long long kMaxSamples = 300'000'000;
+/// Bytes that a pixel takes in JPEG at least, even if all have one colour.
+constexpr double kLeastJpeg = 0.01;
+/// How many times smaller JPEG is than a quick try without loss when no other can compete.
+constexpr qsizetype kClearly = 3;
 /// Colours up to which a picture is a drawing, in which every one counts.
 constexpr std::size_t kFewColours = 256;
 constexpr std::size_t kFewGreys = 24;
@@ -41,7 +45,7 @@ bool isWorthwhile(qsizetype size, qsizetype before)
 /// what comes of it says so by itself.
 bool isCertain(QPDFObjectHandle image, const JpegFacts &facts)
 {
-    QPDFObjectHandle transform = entryOf(onlyParameters(image), "/ColorTransform");
+    QPDFObjectHandle transform = entryOf(lastParameters(image), "/ColorTransform");
     if (facts.saysTransform || facts.components == 1) {
         return true;
     }
@@ -55,12 +59,16 @@ NewImage newImage(const QByteArray &data, const Raster &raster, bool isJpeg)
     return {data, raster.width, raster.height, raster.components, isJpeg, false};
 }
 
+QByteArray samplesIn(const Raster &raster)
+{
+    return QByteArray::fromRawData(reinterpret_cast<const char *>(raster.samples.data()),
+                                   static_cast<qsizetype>(raster.samples.size()));
+}
+
 /// The samples without loss, in the smaller of two forms.
 NewImage packed(const Raster &raster)
 {
-    const QByteArray samples =
-        QByteArray::fromRawData(reinterpret_cast<const char *>(raster.samples.data()),
-                                static_cast<qsizetype>(raster.samples.size()));
+    const QByteArray samples = samplesIn(raster);
     NewImage plain = newImage(deflated(samples), raster, false);
     NewImage filtered =
         newImage(deflated(filteredRows(samples, raster.components, raster.width)), raster, false);
@@ -100,7 +108,7 @@ ImageShrinker::Size ImageShrinker::sizeFor(const ImageFacts &facts, const ImageU
 std::optional<NewImage> ImageShrinker::shrinkJpeg(QPDFObjectHandle image, const ImageFacts &facts,
                                                   const ImageUse *use, bool isExact) const
 {
-    const QByteArray jpeg = rawData(image);
+    const QByteArray jpeg = dataOfLastFilter(image);
     const std::optional<JpegFacts> found = jpegFacts(jpeg);
     const bool isSound = jpeg.size() >= kLeastBytes && found && found->width == facts.width &&
                          found->height == facts.height && found->components == facts.components &&
@@ -162,7 +170,8 @@ std::optional<NewImage> ImageShrinker::shrinkSamples(QPDFObjectHandle image,
     const Size size = sizeFor(facts, use);
     QPDFObjectHandle length = image.getDict().getKey("/Length");
     const auto before = static_cast<qsizetype>(length.isInteger() ? length.getIntValue() : 0);
-    if (before < kLeastBytes ||
+    const double pixels = static_cast<double>(size.width) * size.height;
+    if (before < kLeastBytes || static_cast<double>(before) < kLeastJpeg * pixels ||
         samplesOf(size.width, size.height, facts.components) > kMaxSamples) {
         return std::nullopt;
     }
@@ -187,6 +196,9 @@ std::optional<NewImage> ImageShrinker::shrinkSamples(QPDFObjectHandle image,
         settings.isTransformed = facts.isColour;
         const QByteArray jpeg = newJpeg(raster, settings, m_cancel);
         if (isWorthwhile(jpeg.size(), before) && isFaithful(jpeg, raster)) {
+            if (quicklyDeflated(samplesIn(raster)).size() > kClearly * jpeg.size()) {
+                return newImage(jpeg, raster, true);
+            }
             // What takes little more without loss is better so.
             NewImage exact = packed(raster);
             return isWorthwhile(jpeg.size(), exact.data.size()) ? newImage(jpeg, raster, true)

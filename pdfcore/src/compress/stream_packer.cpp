@@ -6,8 +6,8 @@
 #include "pdfcore/src/qpdf/qpdf_objects.h"
 
 #include <qpdf/Buffer.hh>
+#include <qpdf/QPDFExc.hh>
 
-#include <array>
 #include <exception>
 #include <optional>
 
@@ -17,6 +17,8 @@ namespace {
 
 /// Bytes of a dictionary that naming a filter takes.
 constexpr qsizetype kFilterBytes = 20;
+/// How many times smaller data are without PNG filters when these do not help any more.
+constexpr qsizetype kPoorRatio = 50;
 
 /// Data with the parameters of Flate that they need.
 struct Packed
@@ -28,24 +30,6 @@ struct Packed
 bool isFlate(const std::vector<std::string> &filters)
 {
     return filters.size() == 1 && (filters.front() == "/FlateDecode" || filters.front() == "/Fl");
-}
-
-/// Whether the filters are such as any data may be compressed by.
-bool areGeneral(const std::vector<std::string> &filters)
-{
-    const std::array<const char *, 10> known{"/FlateDecode",     "/Fl", "/LZWDecode",     "/LZW",
-                                             "/RunLengthDecode", "/RL", "/ASCII85Decode", "/A85",
-                                             "/ASCIIHexDecode",  "/AHx"};
-    for (const std::string &filter : filters) {
-        bool isKnown = false;
-        for (const char *name : known) {
-            isKnown = isKnown || filter == name;
-        }
-        if (!isKnown) {
-            return false;
-        }
-    }
-    return true;
 }
 
 QByteArray decoded(QPDFObjectHandle stream)
@@ -69,6 +53,12 @@ QPDFObjectHandle predictorParameters(int components, int width)
     return parameters;
 }
 
+/// Whether it is worth trying PNG filters: they do nothing for what is mostly the same colour.
+bool mayGain(const QByteArray &plain, const QByteArray &packed)
+{
+    return plain.size() / kPoorRatio < packed.size();
+}
+
 /// The samples of an image with a PNG filter for each row; nothing for anything else.
 std::optional<Packed> packedRows(QPDFObjectHandle stream, const QByteArray &samples)
 {
@@ -88,9 +78,9 @@ std::optional<Packed> repacked(QPDFObjectHandle stream, const QByteArray &raw)
     if (!plain) {
         return std::nullopt;
     }
-    QPDFObjectHandle parameters = onlyParameters(stream);
+    QPDFObjectHandle parameters = lastParameters(stream);
     Packed best{deflated(*plain), parameters};
-    if (wholeNumber(entryOf(parameters, "/Predictor")) <= 1) {
+    if (wholeNumber(entryOf(parameters, "/Predictor")) <= 1 && mayGain(*plain, best.data)) {
         const std::optional<Packed> rows = packedRows(stream, *plain);
         if (rows && rows->data.size() + kFilterBytes < best.data.size()) {
             best = *rows;
@@ -107,8 +97,23 @@ std::optional<Packed> newlyPacked(QPDFObjectHandle stream)
         return std::nullopt;
     }
     Packed best{deflated(plain)};
-    const std::optional<Packed> rows = packedRows(stream, plain);
+    const std::optional<Packed> rows =
+        mayGain(plain, best.data) ? packedRows(stream, plain) : std::nullopt;
     return rows && rows->data.size() + kFilterBytes < best.data.size() ? rows : best;
+}
+
+/// Takes away what a JPEG picture was packed in beside, if that is smaller.
+void unwrapJpeg(QPDFObjectHandle stream, StreamSpool &spool)
+{
+    try {
+        const QByteArray jpeg = dataOfLastFilter(stream);
+        if (!jpeg.isEmpty() && jpeg.size() < rawData(stream).size()) {
+            spool.replace(stream, jpeg, "/DCTDecode", lastParameters(stream));
+        }
+    } catch (const QPDFExc &) {
+        // It stays as damaged as it is.
+        return;
+    }
 }
 
 std::optional<Packed> packed(QPDFObjectHandle stream, const std::vector<std::string> &filters,
@@ -128,7 +133,13 @@ void packStream(QPDFObjectHandle stream, StreamSpool &spool)
 {
     QPDFObjectHandle dict = stream.getDict();
     const std::optional<std::vector<std::string>> filters = filtersOf(stream);
-    if (!filters || !areGeneral(*filters) || dict.hasKey("/F") || dict.hasKey("/FDecodeParms")) {
+    if (!filters || dict.hasKey("/F") || dict.hasKey("/FDecodeParms")) {
+        return;
+    }
+    if (filters->size() > 1 && endsInJpeg(*filters)) {
+        unwrapJpeg(stream, spool);
+    }
+    if (!areGeneral(*filters)) {
         return;
     }
     QByteArray raw;
