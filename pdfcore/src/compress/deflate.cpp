@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/compress/deflate.h"
 
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -13,12 +14,7 @@ namespace pdfcore {
 
 namespace {
 
-/// Bytes up to which the best compression is worth its time.
-constexpr qsizetype kBestBytes = qsizetype{4} * 1024 * 1024;
-constexpr int kBestLevel = 12;
-constexpr qsizetype kGoodBytes = qsizetype{32} * 1024 * 1024;
-constexpr int kGoodLevel = 9;
-constexpr int kFairLevel = 6;
+constexpr std::array<int, 4> kLevels{1, 6, 9, 12};
 constexpr std::size_t kFilters = 5;
 
 struct FreeCompressor
@@ -82,8 +78,11 @@ long long filterRow(std::size_t filter, const unsigned char *row, const unsigned
     return sum;
 }
 
-QByteArray deflatedAt(int level, const QByteArray &bytes)
+} // namespace
+
+QByteArray deflated(const QByteArray &bytes, Effort effort)
 {
+    const int level = kLevels[static_cast<std::size_t>(effort)];
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor) {
@@ -97,21 +96,6 @@ QByteArray deflatedAt(int level, const QByteArray &bytes)
     packed.resize(static_cast<qsizetype>(length));
     packed.squeeze();
     return packed;
-}
-
-} // namespace
-
-QByteArray deflated(const QByteArray &bytes)
-{
-    if (bytes.size() <= kBestBytes) {
-        return deflatedAt(kBestLevel, bytes);
-    }
-    return deflatedAt(bytes.size() <= kGoodBytes ? kGoodLevel : kFairLevel, bytes);
-}
-
-QByteArray quicklyDeflated(const QByteArray &bytes)
-{
-    return deflatedAt(1, bytes);
 }
 
 std::optional<QByteArray> inflated(const QByteArray &bytes)

@@ -10,12 +10,11 @@ namespace pdfcore {
 /// Bytes of one stream that are compressed anew; larger ones stay as they are.
 inline constexpr qsizetype kMaxPackedBytes = qsizetype{256} * 1024 * 1024;
 
-/// The bytes as small as the format of zlib (RFC 1950) makes them in reasonable time; empty when
-/// memory runs out.
-QByteArray deflated(const QByteArray &bytes);
+/// How hard to try; each is several times slower than the one before.
+enum class Effort { Least, Fair, Good, Best };
 
-/// The same in no time, and larger.
-QByteArray quicklyDeflated(const QByteArray &bytes);
+/// The bytes in the format of zlib (RFC 1950); empty when memory runs out.
+QByteArray deflated(const QByteArray &bytes, Effort effort);
 
 /// What such bytes stand for. Nothing when there is any damage, or when it is more than
 /// kMaxPackedBytes. What follows is left aside.

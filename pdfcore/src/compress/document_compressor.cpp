@@ -51,11 +51,7 @@ QPDFObjectHandle parametersOf(const NewImage &image)
     if (!image.hasFilters) {
         return QPDFObjectHandle::newNull();
     }
-    QPDFObjectHandle parameters = QPDFObjectHandle::newDictionary();
-    parameters.replaceKey("/Predictor", QPDFObjectHandle::newInteger(15));
-    parameters.replaceKey("/Colors", QPDFObjectHandle::newInteger(image.components));
-    parameters.replaceKey("/Columns", QPDFObjectHandle::newInteger(image.width));
-    return parameters;
+    return filterParameters(image.components, image.width);
 }
 
 void replaceImage(QPDFObjectHandle image, const NewImage &by, StreamSpool &spool)
@@ -112,6 +108,7 @@ void compressDocument(QPDF &document, const ImageAims &aims, bool isProtected,
     const std::vector<QPDFObjectHandle> objects = reachableObjects(document);
     const auto spool = std::make_shared<StreamSpool>();
     const std::set<QPDFObjGen> changed = shrinkImages(document, objects, aims, *spool, cancel);
+    StreamPacker packer(*spool);
     for (const QPDFObjectHandle &object : objects) {
         const bool isPacked = changed.find(object.getObjGen()) != changed.end();
         if (cancel.isSet()) {
@@ -119,7 +116,7 @@ void compressDocument(QPDF &document, const ImageAims &aims, bool isProtected,
         }
         QPDFObjectHandle stream = object;
         if (stream.isStream() && !isPacked && !isLeftAlone(stream, isProtected)) {
-            packStream(stream, *spool);
+            packer.pack(stream);
         }
     }
 }

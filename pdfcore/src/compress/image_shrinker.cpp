@@ -69,9 +69,10 @@ QByteArray samplesIn(const Raster &raster)
 NewImage packed(const Raster &raster)
 {
     const QByteArray samples = samplesIn(raster);
-    NewImage plain = newImage(deflated(samples), raster, false);
+    NewImage plain = newImage(deflated(samples, Effort::Good), raster, false);
     NewImage filtered =
-        newImage(deflated(filteredRows(samples, raster.components, raster.width)), raster, false);
+        newImage(deflated(filteredRows(samples, raster.components, raster.width), Effort::Good),
+                 raster, false);
     filtered.hasFilters = true;
     return filtered.data.size() < plain.data.size() ? filtered : plain;
 }
@@ -196,7 +197,7 @@ std::optional<NewImage> ImageShrinker::shrinkSamples(QPDFObjectHandle image,
         settings.isTransformed = facts.isColour;
         const QByteArray jpeg = newJpeg(raster, settings, m_cancel);
         if (isWorthwhile(jpeg.size(), before) && isFaithful(jpeg, raster)) {
-            if (quicklyDeflated(samplesIn(raster)).size() > kClearly * jpeg.size()) {
+            if (deflated(samplesIn(raster), Effort::Least).size() > kClearly * jpeg.size()) {
                 return newImage(jpeg, raster, true);
             }
             // What takes little more without loss is better so.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/compress/stream_packer.h"
 
-#include "pdfcore/src/compress/deflate.h"
 #include "pdfcore/src/compress/image_facts.h"
 #include "pdfcore/src/qpdf/qpdf_objects.h"
 
@@ -9,25 +8,26 @@
 #include <qpdf/QPDFExc.hh>
 
 #include <exception>
-#include <optional>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace pdfcore {
 
 namespace {
 
-/// Bytes of a dictionary that naming a filter takes.
+/// Bytes of a dictionary that naming a filter takes, and the parameters of one.
 constexpr qsizetype kFilterBytes = 20;
+constexpr qsizetype kParameterBytes = 60;
 /// How many times smaller data are without PNG filters when these do not help any more.
 constexpr qsizetype kPoorRatio = 50;
+/// How many times smaller data are when the best compression takes forever, for next to nothing.
+constexpr qsizetype kSlowRatio = 16;
+/// Bytes of one document up to which an effort is made.
+constexpr qsizetype kBestBytes = qsizetype{16} * 1024 * 1024;
+constexpr qsizetype kGoodBytes = qsizetype{64} * 1024 * 1024;
 
-/// Data with the parameters of Flate that they need.
-struct Packed
-{
-    QByteArray data;
-    QPDFObjectHandle parameters = QPDFObjectHandle::newNull();
-};
-
-bool isFlate(const std::vector<std::string> &filters)
+bool isFlateAlone(const std::vector<std::string> &filters)
 {
     return filters.size() == 1 && (filters.front() == "/FlateDecode" || filters.front() == "/Fl");
 }
@@ -39,12 +39,27 @@ QByteArray decoded(QPDFObjectHandle stream)
                       static_cast<qsizetype>(data->getSize()));
 }
 
-int wholeNumber(QPDFObjectHandle value)
+bool hasPredictor(QPDFObjectHandle parameters)
 {
-    return value.isInteger() ? value.getIntValueAsInt() : 0;
+    QPDFObjectHandle predictor = entryOf(parameters, "/Predictor");
+    return predictor.isInteger() && predictor.getIntValue() > 1;
 }
 
-QPDFObjectHandle predictorParameters(int components, int width)
+/// What an image says about itself whose samples these are.
+std::optional<ImageFacts> factsFor(QPDFObjectHandle stream, const QByteArray &samples)
+{
+    if (!hasName(stream.getDict(), "/Subtype", "/Image")) {
+        return std::nullopt;
+    }
+    const std::optional<ImageFacts> facts = imageFacts(stream);
+    const bool isWhole =
+        facts && samples.size() == qsizetype{facts->width} * facts->height * facts->components;
+    return isWhole ? facts : std::nullopt;
+}
+
+} // namespace
+
+QPDFObjectHandle filterParameters(int components, int width)
 {
     QPDFObjectHandle parameters = QPDFObjectHandle::newDictionary();
     parameters.replaceKey("/Predictor", QPDFObjectHandle::newInteger(15));
@@ -53,83 +68,68 @@ QPDFObjectHandle predictorParameters(int components, int width)
     return parameters;
 }
 
-/// Whether it is worth trying PNG filters: they do nothing for what is mostly the same colour.
-bool mayGain(const QByteArray &plain, const QByteArray &packed)
+Effort StreamPacker::effortFor(qsizetype plain, qsizetype packed)
 {
-    return plain.size() / kPoorRatio < packed.size();
+    m_done += plain;
+    if (m_done <= kBestBytes && plain / kSlowRatio < packed) {
+        return Effort::Best;
+    }
+    return m_done <= kGoodBytes ? Effort::Good : Effort::Fair;
 }
 
-/// The samples of an image with a PNG filter for each row; nothing for anything else.
-std::optional<Packed> packedRows(QPDFObjectHandle stream, const QByteArray &samples)
+/// The smallest form of data that took `before` bytes.
+StreamPacker::Packed StreamPacker::packed(QPDFObjectHandle stream, const QByteArray &plain,
+                                          qsizetype before, QPDFObjectHandle parameters)
 {
-    const std::optional<ImageFacts> facts =
-        hasName(stream.getDict(), "/Subtype", "/Image") ? imageFacts(stream) : std::nullopt;
-    if (!facts || samples.size() != qsizetype{facts->width} * facts->height * facts->components) {
-        return std::nullopt;
-    }
-    return Packed{deflated(filteredRows(samples, facts->components, facts->width)),
-                  predictorParameters(facts->components, facts->width)};
-}
-
-/// The smallest form of a stream that has one already, by Flate.
-std::optional<Packed> repacked(QPDFObjectHandle stream, const QByteArray &raw)
-{
-    const std::optional<QByteArray> plain = inflated(raw);
-    if (!plain) {
-        return std::nullopt;
-    }
-    QPDFObjectHandle parameters = lastParameters(stream);
-    Packed best{deflated(*plain), parameters};
-    if (wholeNumber(entryOf(parameters, "/Predictor")) <= 1 && mayGain(*plain, best.data)) {
-        const std::optional<Packed> rows = packedRows(stream, *plain);
-        if (rows && rows->data.size() + kFilterBytes < best.data.size()) {
-            best = *rows;
+    Packed best{deflated(plain, effortFor(plain.size(), before)), parameters};
+    const bool mayGain = !hasPredictor(parameters) && plain.size() / kPoorRatio < best.data.size();
+    const std::optional<ImageFacts> facts = mayGain ? factsFor(stream, plain) : std::nullopt;
+    if (facts) {
+        const QByteArray rows = filteredRows(plain, facts->components, facts->width);
+        QByteArray filtered = deflated(rows, effortFor(rows.size(), best.data.size()));
+        if (filtered.size() + kParameterBytes < best.data.size()) {
+            best = {filtered, filterParameters(facts->components, facts->width)};
         }
     }
     return best;
 }
 
-/// The smallest form of a stream that is not compressed, or otherwise.
-std::optional<Packed> newlyPacked(QPDFObjectHandle stream)
-{
-    const QByteArray plain = decoded(stream);
-    if (plain.size() > kMaxPackedBytes) {
-        return std::nullopt;
-    }
-    Packed best{deflated(plain)};
-    const std::optional<Packed> rows =
-        mayGain(plain, best.data) ? packedRows(stream, plain) : std::nullopt;
-    return rows && rows->data.size() + kFilterBytes < best.data.size() ? rows : best;
-}
-
-/// Takes away what a JPEG picture was packed in beside, if that is smaller.
-void unwrapJpeg(QPDFObjectHandle stream, StreamSpool &spool)
+std::optional<StreamPacker::Packed> StreamPacker::smaller(QPDFObjectHandle stream, bool isFlate,
+                                                          const QByteArray &raw)
 {
     try {
-        const QByteArray jpeg = dataOfLastFilter(stream);
-        if (!jpeg.isEmpty() && jpeg.size() < rawData(stream).size()) {
-            spool.replace(stream, jpeg, "/DCTDecode", lastParameters(stream));
+        if (isFlate) {
+            const std::optional<QByteArray> plain = inflated(raw);
+            return plain ? std::optional(packed(stream, *plain, raw.size(), lastParameters(stream)))
+                         : std::nullopt;
         }
-    } catch (const QPDFExc &) {
-        // It stays as damaged as it is.
-        return;
-    }
-}
-
-std::optional<Packed> packed(QPDFObjectHandle stream, const std::vector<std::string> &filters,
-                             const QByteArray &raw)
-{
-    try {
-        return isFlate(filters) ? repacked(stream, raw) : newlyPacked(stream);
+        const QByteArray plain = decoded(stream);
+        return plain.size() <= kMaxPackedBytes
+                   ? std::optional(packed(stream, plain, raw.size(), QPDFObjectHandle::newNull()))
+                   : std::nullopt;
     } catch (const std::exception &) {
         // It stays as damaged as it is.
         return std::nullopt;
     }
 }
 
-} // namespace
+/// Takes away what a JPEG picture was packed in beside, if that is smaller.
+void StreamPacker::unwrapJpeg(QPDFObjectHandle stream)
+{
+    QByteArray jpeg;
+    try {
+        jpeg = dataOfLastFilter(stream);
+        if (jpeg.isEmpty() || jpeg.size() >= rawData(stream).size()) {
+            return;
+        }
+    } catch (const QPDFExc &) {
+        // It stays as damaged as it is.
+        return;
+    }
+    m_spool.replace(stream, jpeg, "/DCTDecode", lastParameters(stream));
+}
 
-void packStream(QPDFObjectHandle stream, StreamSpool &spool)
+void StreamPacker::pack(QPDFObjectHandle stream)
 {
     QPDFObjectHandle dict = stream.getDict();
     const std::optional<std::vector<std::string>> filters = filtersOf(stream);
@@ -137,7 +137,7 @@ void packStream(QPDFObjectHandle stream, StreamSpool &spool)
         return;
     }
     if (filters->size() > 1 && endsInJpeg(*filters)) {
-        unwrapJpeg(stream, spool);
+        unwrapJpeg(stream);
     }
     if (!areGeneral(*filters)) {
         return;
@@ -151,10 +151,10 @@ void packStream(QPDFObjectHandle stream, StreamSpool &spool)
     if (raw.isEmpty() || raw.size() > kMaxPackedBytes) {
         return;
     }
-    std::optional<Packed> smaller = packed(stream, *filters, raw);
+    const std::optional<Packed> found = smaller(stream, isFlateAlone(*filters), raw);
     const qsizetype cost = filters->empty() ? kFilterBytes : 0;
-    if (smaller && !smaller->data.isEmpty() && smaller->data.size() + cost < raw.size()) {
-        spool.replace(stream, smaller->data, "/FlateDecode", smaller->parameters);
+    if (found && !found->data.isEmpty() && found->data.size() + cost < raw.size()) {
+        m_spool.replace(stream, found->data, "/FlateDecode", found->parameters);
     }
 }
 
