@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/compress/deflate.h"
 
-#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -9,12 +8,14 @@
 #include <vector>
 
 #include <libdeflate.h>
+#include <zlib.h>
 
 namespace pdfcore {
 
 namespace {
 
-constexpr std::array<int, 4> kLevels{1, 6, 9, 12};
+constexpr int kQuickLevel = 1;
+constexpr int kBestLevel = 12;
 constexpr std::size_t kFilters = 5;
 
 struct FreeCompressor
@@ -78,11 +79,8 @@ long long filterRow(std::size_t filter, const unsigned char *row, const unsigned
     return sum;
 }
 
-} // namespace
-
-QByteArray deflated(const QByteArray &bytes, Effort effort)
+QByteArray deflatedAt(int level, const QByteArray &bytes)
 {
-    const int level = kLevels[static_cast<std::size_t>(effort)];
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor) {
@@ -96,6 +94,31 @@ QByteArray deflated(const QByteArray &bytes, Effort effort)
     packed.resize(static_cast<qsizetype>(length));
     packed.squeeze();
     return packed;
+}
+
+/// Of what comes again and again zlib makes less than libdeflate does in the same time.
+QByteArray deflatedByZlib(const QByteArray &bytes)
+{
+    auto length = compressBound(static_cast<uLong>(bytes.size()));
+    QByteArray packed(static_cast<qsizetype>(length), Qt::Uninitialized);
+    if (compress2(reinterpret_cast<Bytef *>(packed.data()), &length,
+                  reinterpret_cast<const Bytef *>(bytes.constData()),
+                  static_cast<uLong>(bytes.size()), Z_BEST_COMPRESSION) != Z_OK) {
+        return {};
+    }
+    packed.resize(static_cast<qsizetype>(length));
+    packed.squeeze();
+    return packed;
+}
+
+} // namespace
+
+QByteArray deflated(const QByteArray &bytes, Effort effort)
+{
+    if (effort == Effort::Good) {
+        return deflatedByZlib(bytes);
+    }
+    return deflatedAt(effort == Effort::Best ? kBestLevel : kQuickLevel, bytes);
 }
 
 std::optional<QByteArray> inflated(const QByteArray &bytes)

@@ -11,7 +11,7 @@ namespace pdfcore {
 inline constexpr qsizetype kMaxPackedBytes = qsizetype{256} * 1024 * 1024;
 
 /// How hard to try; each is several times slower than the one before.
-enum class Effort { Least, Fair, Good, Best };
+enum class Effort { Least, Good, Best };
 
 /// The bytes in the format of zlib (RFC 1950); empty when memory runs out.
 QByteArray deflated(const QByteArray &bytes, Effort effort);

@@ -169,8 +169,11 @@ QByteArray dataOfLastFilter(QPDFObjectHandle stream)
     parameters.resize(filters.size(), QPDFObjectHandle::newNull());
     filters.pop_back();
     parameters.pop_back();
+    const bool hasParameters = std::any_of(parameters.begin(), parameters.end(),
+                                           [](QPDFObjectHandle one) { return !one.isNull(); });
     outer.replaceStreamData(stream.getRawStreamData(), QPDFObjectHandle::newArray(filters),
-                            QPDFObjectHandle::newArray(parameters));
+                            hasParameters ? QPDFObjectHandle::newArray(parameters)
+                                          : QPDFObjectHandle::newNull());
     const std::shared_ptr<Buffer> data = outer.getStreamData(qpdf_dl_generalized);
     return QByteArray(reinterpret_cast<const char *>(data->getBuffer()),
                       static_cast<qsizetype>(data->getSize()));

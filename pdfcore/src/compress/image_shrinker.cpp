@@ -101,7 +101,7 @@ ImageShrinker::Size ImageShrinker::sizeFor(const ImageFacts &facts, const ImageU
     }
     const double factor = m_aims.dotsPerInch / use.dotsPerInch;
     const auto side = [factor](int length) {
-        return std::clamp(static_cast<int>(std::ceil(length * factor)), 1, length);
+        return std::clamp(static_cast<int>(std::lround(length * factor)), 1, length);
     };
     return {side(facts.width), side(facts.height)};
 }

@@ -23,9 +23,8 @@ constexpr qsizetype kParameterBytes = 60;
 constexpr qsizetype kPoorRatio = 50;
 /// How many times smaller data are when the best compression takes forever, for next to nothing.
 constexpr qsizetype kSlowRatio = 16;
-/// Bytes of one document up to which an effort is made.
+/// Bytes of one document up to which the best compression is worth its time.
 constexpr qsizetype kBestBytes = qsizetype{16} * 1024 * 1024;
-constexpr qsizetype kGoodBytes = qsizetype{64} * 1024 * 1024;
 
 bool isFlateAlone(const std::vector<std::string> &filters)
 {
@@ -74,7 +73,7 @@ Effort StreamPacker::effortFor(qsizetype plain, qsizetype packed)
     if (m_done <= kBestBytes && plain / kSlowRatio < packed) {
         return Effort::Best;
     }
-    return m_done <= kGoodBytes ? Effort::Good : Effort::Fair;
+    return Effort::Good;
 }
 
 /// The smallest form of data that took `before` bytes.
@@ -94,14 +93,30 @@ StreamPacker::Packed StreamPacker::packed(QPDFObjectHandle stream, const QByteAr
     return best;
 }
 
+/// The smaller one of two forms: that which was found with the predictor of the stream, and one
+/// with another predictor or none.
+StreamPacker::Packed StreamPacker::withoutPredictor(QPDFObjectHandle stream, Packed found)
+{
+    const QByteArray plain = decoded(stream);
+    if (plain.isEmpty() || plain.size() > kMaxPackedBytes) {
+        return found;
+    }
+    Packed other = packed(stream, plain, found.data.size(), QPDFObjectHandle::newNull());
+    return !other.data.isEmpty() && other.data.size() < found.data.size() ? other : found;
+}
+
 std::optional<StreamPacker::Packed> StreamPacker::smaller(QPDFObjectHandle stream, bool isFlate,
                                                           const QByteArray &raw)
 {
     try {
         if (isFlate) {
             const std::optional<QByteArray> plain = inflated(raw);
-            return plain ? std::optional(packed(stream, *plain, raw.size(), lastParameters(stream)))
-                         : std::nullopt;
+            const QPDFObjectHandle parameters = lastParameters(stream);
+            if (!plain) {
+                return std::nullopt;
+            }
+            Packed found = packed(stream, *plain, raw.size(), parameters);
+            return hasPredictor(parameters) ? withoutPredictor(stream, std::move(found)) : found;
         }
         const QByteArray plain = decoded(stream);
         return plain.size() <= kMaxPackedBytes

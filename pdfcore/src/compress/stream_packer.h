@@ -40,6 +40,7 @@ private:
     Effort effortFor(qsizetype plain, qsizetype packed);
     Packed packed(QPDFObjectHandle stream, const QByteArray &plain, qsizetype before,
                   QPDFObjectHandle parameters);
+    Packed withoutPredictor(QPDFObjectHandle stream, Packed found);
     std::optional<Packed> smaller(QPDFObjectHandle stream, bool isFlate, const QByteArray &raw);
 
     StreamSpool &m_spool;
