@@ -92,8 +92,7 @@ std::optional<ImageFacts> imageFacts(QPDFObjectHandle image)
     }
     facts.components = colours->components;
     facts.isColour = colours->isColour;
-    facts.isJpeg =
-        filters->size() == 1 && (filters->front() == "/DCTDecode" || filters->front() == "/DCT");
+    facts.isJpeg = endsInJpeg(*filters);
     QPDFObjectHandle bits = dict.getKey("/BitsPerComponent");
     // JPEG says it by itself.
     const bool hasBytes =
