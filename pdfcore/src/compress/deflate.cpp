@@ -14,7 +14,8 @@ namespace pdfcore {
 
 namespace {
 
-constexpr int kQuickLevel = 1;
+/// Bytes between looks at whether the work was cancelled.
+constexpr qsizetype kChunk = qsizetype{1} << 20;
 constexpr int kBestLevel = 12;
 constexpr std::size_t kFilters = 5;
 
@@ -79,10 +80,10 @@ long long filterRow(std::size_t filter, const unsigned char *row, const unsigned
     return sum;
 }
 
-QByteArray deflatedAt(int level, const QByteArray &bytes)
+QByteArray deflatedByLibdeflate(const QByteArray &bytes)
 {
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
-        libdeflate_alloc_compressor(level));
+        libdeflate_alloc_compressor(kBestLevel));
     if (!compressor) {
         return {};
     }
@@ -96,29 +97,49 @@ QByteArray deflatedAt(int level, const QByteArray &bytes)
     return packed;
 }
 
-/// Of what comes again and again zlib makes less than libdeflate does in the same time.
-QByteArray deflatedByZlib(const QByteArray &bytes)
+/// Of what comes again and again zlib makes less than libdeflate does in the same time; and it can
+/// be cancelled.
+QByteArray deflatedByZlib(const QByteArray &bytes, int level, const PdfCancelFlag &cancel)
 {
-    auto length = compressBound(static_cast<uLong>(bytes.size()));
-    QByteArray packed(static_cast<qsizetype>(length), Qt::Uninitialized);
-    if (compress2(reinterpret_cast<Bytef *>(packed.data()), &length,
-                  reinterpret_cast<const Bytef *>(bytes.constData()),
-                  static_cast<uLong>(bytes.size()), Z_BEST_COMPRESSION) != Z_OK) {
+    z_stream stream{};
+    if (deflateInit(&stream, level) != Z_OK) {
         return {};
     }
-    packed.resize(static_cast<qsizetype>(length));
+    const std::unique_ptr<z_stream, decltype(&deflateEnd)> end(&stream, &deflateEnd);
+    const auto bound =
+        static_cast<qsizetype>(deflateBound(&stream, static_cast<uLong>(bytes.size())));
+    QByteArray packed(bound, Qt::Uninitialized);
+    stream.next_out = reinterpret_cast<Bytef *>(packed.data());
+    stream.avail_out = static_cast<uInt>(bound);
+    for (qsizetype begin = 0; begin <= bytes.size(); begin += kChunk) {
+        const qsizetype length = qMin(kChunk, bytes.size() - begin);
+        const bool isLast = begin + length == bytes.size();
+        // zlib does not write to what it compresses.
+        stream.next_in =
+            const_cast<Bytef *>(reinterpret_cast<const Bytef *>(bytes.constData() + begin));
+        stream.avail_in = static_cast<uInt>(length);
+        const int result = deflate(&stream, isLast ? Z_FINISH : Z_NO_FLUSH);
+        if (cancel.isSet() || result != (isLast ? Z_STREAM_END : Z_OK)) {
+            return {};
+        }
+        if (isLast) {
+            break;
+        }
+    }
+    packed.resize(static_cast<qsizetype>(stream.total_out));
     packed.squeeze();
     return packed;
 }
 
 } // namespace
 
-QByteArray deflated(const QByteArray &bytes, Effort effort)
+QByteArray deflated(const QByteArray &bytes, Effort effort, const PdfCancelFlag &cancel)
 {
-    if (effort == Effort::Good) {
-        return deflatedByZlib(bytes);
+    if (effort == Effort::Best) {
+        return deflatedByLibdeflate(bytes);
     }
-    return deflatedAt(effort == Effort::Best ? kBestLevel : kQuickLevel, bytes);
+    return deflatedByZlib(bytes, effort == Effort::Good ? Z_BEST_COMPRESSION : Z_BEST_SPEED,
+                          cancel);
 }
 
 std::optional<QByteArray> inflated(const QByteArray &bytes)
@@ -147,7 +168,8 @@ std::optional<QByteArray> inflated(const QByteArray &bytes)
     }
 }
 
-QByteArray filteredRows(const QByteArray &samples, int components, int width)
+QByteArray filteredRows(const QByteArray &samples, int components, int width,
+                        const PdfCancelFlag &cancel)
 {
     const auto step = static_cast<std::size_t>(components);
     const std::size_t stride = step * static_cast<std::size_t>(width);
@@ -160,6 +182,9 @@ QByteArray filteredRows(const QByteArray &samples, int components, int width)
     const unsigned char *before = nothing.data();
     auto *target = reinterpret_cast<unsigned char *>(out.data());
     for (std::size_t y = 0; y < rows; ++y) {
+        if (cancel.isSet()) {
+            return {};
+        }
         long long least = std::numeric_limits<long long>::max();
         std::size_t chosen = 0;
         for (std::size_t filter = 0; filter < kFilters; ++filter) {

@@ -108,7 +108,7 @@ void compressDocument(QPDF &document, const ImageAims &aims, bool isProtected,
     const std::vector<QPDFObjectHandle> objects = reachableObjects(document);
     const auto spool = std::make_shared<StreamSpool>();
     const std::set<QPDFObjGen> changed = shrinkImages(document, objects, aims, *spool, cancel);
-    StreamPacker packer(*spool);
+    StreamPacker packer(*spool, cancel);
     for (const QPDFObjectHandle &object : objects) {
         const bool isPacked = changed.find(object.getObjGen()) != changed.end();
         if (cancel.isSet()) {

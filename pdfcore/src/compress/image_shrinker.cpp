@@ -66,12 +66,13 @@ QByteArray samplesIn(const Raster &raster)
 }
 
 /// The samples without loss, in the smaller of two forms.
-NewImage packed(const Raster &raster)
+NewImage packed(const Raster &raster, const PdfCancelFlag &cancel)
 {
     const QByteArray samples = samplesIn(raster);
-    NewImage plain = newImage(deflated(samples, Effort::Good), raster, false);
+    NewImage plain = newImage(deflated(samples, Effort::Good, cancel), raster, false);
     NewImage filtered =
-        newImage(deflated(filteredRows(samples, raster.components, raster.width), Effort::Good),
+        newImage(deflated(filteredRows(samples, raster.components, raster.width, cancel),
+                          Effort::Good, cancel),
                  raster, false);
     filtered.hasFilters = true;
     return filtered.data.size() < plain.data.size() ? filtered : plain;
@@ -197,19 +198,21 @@ std::optional<NewImage> ImageShrinker::shrinkSamples(QPDFObjectHandle image,
         settings.isTransformed = facts.isColour;
         const QByteArray jpeg = newJpeg(raster, settings, m_cancel);
         if (isWorthwhile(jpeg.size(), before) && isFaithful(jpeg, raster)) {
-            if (deflated(samplesIn(raster), Effort::Least).size() > kClearly * jpeg.size()) {
+            if (deflated(samplesIn(raster), Effort::Least, m_cancel).size() >
+                kClearly * jpeg.size()) {
                 return newImage(jpeg, raster, true);
             }
             // What takes little more without loss is better so.
-            NewImage exact = packed(raster);
-            return isWorthwhile(jpeg.size(), exact.data.size()) ? newImage(jpeg, raster, true)
-                                                                : exact;
+            NewImage exact = packed(raster, m_cancel);
+            return exact.data.isEmpty() || isWorthwhile(jpeg.size(), exact.data.size())
+                       ? newImage(jpeg, raster, true)
+                       : exact;
         }
     }
     if (!isSmaller) {
         return std::nullopt;
     }
-    NewImage exact = packed(raster);
+    NewImage exact = packed(raster, m_cancel);
     return isWorthwhile(exact.data.size(), before) ? std::optional(std::move(exact)) : std::nullopt;
 }
 

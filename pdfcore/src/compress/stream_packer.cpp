@@ -25,6 +25,8 @@ constexpr qsizetype kPoorRatio = 50;
 constexpr qsizetype kSlowRatio = 16;
 /// Bytes of one document up to which the best compression is worth its time.
 constexpr qsizetype kBestBytes = qsizetype{16} * 1024 * 1024;
+/// The same for one stream; it cannot be cancelled on the way.
+constexpr qsizetype kBestStream = qsizetype{2} * 1024 * 1024;
 
 bool isFlateAlone(const std::vector<std::string> &filters)
 {
@@ -70,7 +72,7 @@ QPDFObjectHandle filterParameters(int components, int width)
 Effort StreamPacker::effortFor(qsizetype plain, qsizetype packed)
 {
     m_done += plain;
-    if (m_done <= kBestBytes && plain / kSlowRatio < packed) {
+    if (plain <= kBestStream && m_done <= kBestBytes && plain / kSlowRatio < packed) {
         return Effort::Best;
     }
     return Effort::Good;
@@ -80,13 +82,13 @@ Effort StreamPacker::effortFor(qsizetype plain, qsizetype packed)
 StreamPacker::Packed StreamPacker::packed(QPDFObjectHandle stream, const QByteArray &plain,
                                           qsizetype before, QPDFObjectHandle parameters)
 {
-    Packed best{deflated(plain, effortFor(plain.size(), before)), parameters};
+    Packed best{deflated(plain, effortFor(plain.size(), before), m_cancel), parameters};
     const bool mayGain = !hasPredictor(parameters) && plain.size() / kPoorRatio < best.data.size();
     const std::optional<ImageFacts> facts = mayGain ? factsFor(stream, plain) : std::nullopt;
     if (facts) {
-        const QByteArray rows = filteredRows(plain, facts->components, facts->width);
-        QByteArray filtered = deflated(rows, effortFor(rows.size(), best.data.size()));
-        if (filtered.size() + kParameterBytes < best.data.size()) {
+        const QByteArray rows = filteredRows(plain, facts->components, facts->width, m_cancel);
+        QByteArray filtered = deflated(rows, effortFor(rows.size(), best.data.size()), m_cancel);
+        if (!filtered.isEmpty() && filtered.size() + kParameterBytes < best.data.size()) {
             best = {filtered, filterParameters(facts->components, facts->width)};
         }
     }

@@ -7,6 +7,7 @@
 #include <QByteArray>
 
 #include <optional>
+#include <utility>
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -21,8 +22,9 @@ QPDFObjectHandle filterParameters(int components, int width);
 class StreamPacker
 {
 public:
-    explicit StreamPacker(StreamSpool &spool)
+    StreamPacker(StreamSpool &spool, PdfCancelFlag cancel)
         : m_spool(spool)
+        , m_cancel(std::move(cancel))
     {}
 
     /// Throws when there is no room for new data.
@@ -44,6 +46,7 @@ private:
     std::optional<Packed> smaller(QPDFObjectHandle stream, bool isFlate, const QByteArray &raw);
 
     StreamSpool &m_spool;
+    PdfCancelFlag m_cancel;
     qsizetype m_done = 0; ///< Bytes that were compressed.
 };
 
