@@ -109,6 +109,8 @@ void TestCompressionImages::largestPlaceCounts_data()
         << page("q 9 0 0 9 0 0 cm Q 72 0 0 72 0 0 cm /X Do", kUsesX) << 200;
     QTest::newRow("turned") << page("q 0 72 -72 0 100 0 cm /X Do Q", kUsesX) << 200;
     QTest::newRow("slanted") << page("q 50.91 50.91 -50.91 50.91 80 0 cm /X Do Q", kUsesX) << 200;
+    QTest::newRow("turned, then stretched")
+        << page("72 0 0 18 0 0 cm 0.70711 0.70711 -0.70711 0.70711 0 0 cm /X Do", kUsesX) << 146;
     QTest::newRow("stretched") << page("q 72 0 0 9 0 0 cm /X Do Q", kUsesX) << 200;
     QTest::newRow("user unit") << page("q 36 0 0 36 0 0 cm /X Do Q", kUsesX, {}, "/UserUnit 2")
                                << 200;
@@ -373,6 +375,17 @@ void TestCompressionImages::packedJpegIsUnpacked()
     QCOMPARE(result.imageSize(), QSize(200, 200));
     QCOMPARE(filterOf(result.image()), QByteArray("/DCTDecode"));
     QVERIFY(result.difference() <= kAlike);
+
+    // One that must stay what it is to the last bit.
+    Result exact(pageWith(image(kLarge,
+                                "/ColorSpace /DeviceRGB /BitsPerComponent 8 /Mask [0 1 0 1 0 1] "
+                                "/Filter [/ASCIIHexDecode /DCTDecode]",
+                                jpeg.toHex() + '>')));
+    QCOMPARE(filterOf(exact.image()), QByteArray("/DCTDecode"));
+    const auto raw = exact.image().getRawStreamData();
+    QCOMPARE(QByteArray(reinterpret_cast<const char *>(raw->getBuffer()),
+                        static_cast<qsizetype>(raw->getSize())),
+             jpeg);
 }
 
 QTEST_GUILESS_MAIN(TestCompressionImages)

@@ -56,6 +56,7 @@ private slots:
     void streamsKeepTheirData_data();
     void streamsKeepTheirData();
     void predictedSamplesStay();
+    void predictorsAreFound();
     void equalStreamsAreKeptOnce();
     void annotationsStayApart();
     void needlessEntriesGo();
@@ -136,6 +137,26 @@ void TestCompressionStreams::predictedSamplesStay()
     QCOMPARE(samplesOf(result.image()), samples);
 }
 
+void TestCompressionStreams::predictorsAreFound()
+{
+    // Each row is the one above it, a little brighter, and nothing like itself; the page does not
+    // show it, so that it stays exactly as it is.
+    const QSize size(201, 120);
+    QByteArray samples;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            samples.append(static_cast<char>(x * x * 7919 % 251 + y));
+        }
+    }
+    Result result(PdfFixture::onePage(longContent(), "/XObject << /X 5 0 R >>",
+                                      {sampledImage(size, "/ColorSpace /DeviceGray", samples)}));
+    QPDFObjectHandle parameters = result.image().getDict().getKey("/DecodeParms");
+    QVERIFY(parameters.isDictionary());
+    QCOMPARE(parameters.getKey("/Predictor").getIntValue(), 15LL);
+    QVERIFY(result.image().getRawStreamData()->getSize() < 2000);
+    QCOMPARE(samplesOf(result.image()), samples);
+}
+
 void TestCompressionStreams::equalStreamsAreKeptOnce()
 {
     const QByteArray program = PdfFixture::streamBody("/Length1 9", longContent());
@@ -196,6 +217,8 @@ void TestCompressionStreams::nothingToGainGivesTheSource()
     QCOMPARE(second.outcome().result, second.path());
     QVERIFY(second.isCopy());
     QCOMPARE(second.folder().leftovers(), QStringList());
+    // What is so small grows by being written anew.
+    QVERIFY(Result(PdfFixture::onePage({})).isCopy());
 }
 
 void TestCompressionStreams::signedDocumentsStay_data()
