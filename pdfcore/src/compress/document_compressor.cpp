@@ -61,6 +61,10 @@ void replaceImage(QPDFObjectHandle image, const NewImage &by, StreamSpool &spool
     dict.replaceKey("/Width", QPDFObjectHandle::newInteger(by.width));
     dict.replaceKey("/Height", QPDFObjectHandle::newInteger(by.height));
     dict.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(8));
+    if (dict.getKey("/Mask").isArray()) {
+        // A soft mask overrides it, but not every reader knows.
+        dict.removeKey("/Mask");
+    }
 }
 
 /// Makes the images smaller; returns those that were changed.

@@ -69,6 +69,13 @@ bool isTrue(QPDFObjectHandle value)
     return value.isBool() && value.getBoolValue();
 }
 
+/// Whether samples of certain values are not shown. A soft mask overrides that (ISO 32000-2,
+/// 8.9.5.1).
+bool hasColourKey(QPDFObjectHandle dict)
+{
+    return dict.getKey("/Mask").isArray() && !dict.getKey("/SMask").isStream();
+}
+
 /// A length in samples; 0 when it makes no sense.
 int sideOf(QPDFObjectHandle value)
 {
@@ -87,7 +94,7 @@ std::optional<ImageFacts> imageFacts(QPDFObjectHandle image)
     facts.width = sideOf(dict.getKey("/Width"));
     facts.height = sideOf(dict.getKey("/Height"));
     if (!filters || !colours || facts.width == 0 || facts.height == 0 ||
-        isTrue(dict.getKey("/ImageMask")) || dict.getKey("/Mask").isArray()) {
+        isTrue(dict.getKey("/ImageMask")) || hasColourKey(dict)) {
         return std::nullopt;
     }
     facts.components = colours->components;

@@ -48,6 +48,7 @@ private slots:
     void imagesLookTheSame_data();
     void imagesLookTheSame();
     void softMaskStaysWithoutLoss();
+    void softMaskOverridesColourKey();
     void preblendedImagesStay();
     void exactSamplesStay_data();
     void exactSamplesStay();
@@ -203,6 +204,16 @@ void TestCompressionImages::softMaskStaysWithoutLoss()
     QCOMPARE(sizeOf(softMask), QSize(200, 200));
     QCOMPARE(filterOf(softMask), QByteArray("/FlateDecode"));
     QCOMPARE(samplesOf(softMask).size(), qsizetype{200} * 200);
+    QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
+}
+
+void TestCompressionImages::softMaskOverridesColourKey()
+{
+    const QByteArray mask = sampledImage(kLarge, kGrey, photo(kLarge, 1));
+    Result result(
+        pageWith(jpegImage(kLarge, 95, "/SMask 6 0 R /Mask [0 90 0 90 0 90]"), 72, {mask}));
+    QCOMPARE(result.imageSize(), QSize(200, 200));
+    QVERIFY(!result.image().getDict().hasKey("/Mask"));
     QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
 }
 
