@@ -18,6 +18,8 @@ namespace {
 constexpr long long kMaxProgressivePixels = 60'000'000;
 /// Pixels beyond which a picture is not read at all.
 constexpr long long kMaxPixels = 2'000'000'000;
+/// Bytes that a picture that is being made may take at first.
+constexpr std::size_t kFirstOutput = std::size_t{1} << 16;
 /// Passes over a picture beyond which it is not read: a few bytes can make one of a large picture.
 constexpr int kMaxScans = 200;
 
@@ -31,6 +33,16 @@ struct Progress
 {
     jpeg_progress_mgr manager{}; ///< First, as above.
     const std::atomic<bool> *cancelled = nullptr;
+};
+
+/// Where a picture goes that is being made. That of libjpeg itself does not tell of its buffer when
+/// an error ends the work.
+struct Output
+{
+    jpeg_destination_mgr manager{}; ///< First, as above.
+    unsigned char *bytes = nullptr;
+    std::size_t capacity = 0;
+    std::size_t size = 0; ///< Once it is complete.
 };
 
 long long pixelsOf(JDIMENSION width, JDIMENSION height)
@@ -52,6 +64,34 @@ static void countWarning(j_common_ptr info, int level)
     if (level < 0) {
         ++info->err->num_warnings;
     }
+}
+
+static boolean growOutput(j_compress_ptr info)
+{
+    auto *output = reinterpret_cast<Output *>(info->dest);
+    const std::size_t used = output->capacity;
+    const std::size_t capacity = used > 0 ? used * 2 : kFirstOutput;
+    // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): C++ objects must not be jumped over.
+    auto *bytes = static_cast<unsigned char *>(std::realloc(output->bytes, capacity));
+    if (bytes == nullptr) {
+        leave(reinterpret_cast<j_common_ptr>(info));
+    }
+    output->bytes = bytes;
+    output->capacity = capacity;
+    output->manager.next_output_byte = bytes + used;
+    output->manager.free_in_buffer = capacity - used;
+    return TRUE;
+}
+
+static void beginOutput(j_compress_ptr info)
+{
+    growOutput(info);
+}
+
+static void endOutput(j_compress_ptr info)
+{
+    auto *output = reinterpret_cast<Output *>(info->dest);
+    output->size = output->capacity - output->manager.free_in_buffer;
 }
 
 static void watch(j_common_ptr info)
@@ -175,8 +215,8 @@ public:
     ~Writer()
     {
         jpeg_destroy_compress(&m_info);
-        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): libjpeg allocates it so.
-        std::free(m_bytes);
+        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): see growOutput().
+        std::free(m_output.bytes);
     }
     Writer(const Writer &) = delete;
     Writer &operator=(const Writer &) = delete;
@@ -234,7 +274,8 @@ public:
 
     [[nodiscard]] QByteArray result() const
     {
-        return QByteArray(reinterpret_cast<const char *>(m_bytes), static_cast<qsizetype>(m_size));
+        return QByteArray(reinterpret_cast<const char *>(m_output.bytes),
+                          static_cast<qsizetype>(m_output.size));
     }
 
 private:
@@ -242,7 +283,10 @@ private:
     {
         jpeg_create_compress(&m_info);
         m_info.progress = &m_progress.manager;
-        jpeg_mem_dest(&m_info, &m_bytes, &m_size);
+        m_output.manager.init_destination = &beginOutput;
+        m_output.manager.empty_output_buffer = &growOutput;
+        m_output.manager.term_destination = &endOutput;
+        m_info.dest = &m_output.manager;
     }
 
     void makeProgressive()
@@ -260,8 +304,7 @@ private:
     ErrorHandler m_errors;
     Progress m_progress;
     jpeg_compress_struct m_info{};
-    unsigned char *m_bytes = nullptr;
-    unsigned long m_size = 0;
+    Output m_output;
 };
 
 /// The quality that libjpeg would have made a table of brightness of, by its sum:

@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/src/compress/jpeg_codec.h"
 #include "tests/pdfcore/operations/compression_case.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+
+#include <chrono>
+#include <thread>
 
 #include <qpdf/Buffer.hh>
 
@@ -67,6 +72,7 @@ private slots:
     void passwordIsRequired();
     void metadataOfProtectedFilesStay();
     void cancelLeavesNothing();
+    void cancelEndsAPictureAtAnyTime();
     void sourceMayBeReplaced();
     void failuresAreTold();
     void damagedStreamsStay();
@@ -295,6 +301,38 @@ void TestCompressionStreams::cancelLeavesNothing()
     QCOMPARE(outcome.error, PdfOperationError::Cancelled);
     QVERIFY(!QFile::exists(folder.path(u"result.pdf"_s)));
     QCOMPARE(folder.leftovers(), QStringList());
+}
+
+void TestCompressionStreams::cancelEndsAPictureAtAnyTime()
+{
+    const QByteArray samples = photo({600, 600}, 3);
+    pdfcore::Raster raster;
+    raster.width = 600;
+    raster.height = 600;
+    raster.components = 3;
+    raster.samples.assign(samples.begin(), samples.end());
+    pdfcore::JpegSettings settings;
+    settings.quality = 100;
+    const PdfCancelFlag never;
+    QElapsedTimer timer;
+    timer.start();
+    const qsizetype whole = pdfcore::newJpeg(raster, settings, never).size();
+    const std::chrono::microseconds time(timer.nsecsElapsed() / 1000);
+    QVERIFY(whole > 200'000);
+    constexpr int kTries = 60;
+    int ended = 0;
+    for (int i = 0; i < kTries; ++i) {
+        const PdfCancelFlag cancel;
+        std::thread other([&] {
+            std::this_thread::sleep_for(time * i / kTries);
+            cancel.set();
+        });
+        const QByteArray jpeg = pdfcore::newJpeg(raster, settings, cancel);
+        other.join();
+        QVERIFY(jpeg.isEmpty() || jpeg.size() == whole);
+        ended += jpeg.isEmpty() ? 1 : 0;
+    }
+    QVERIFY(ended > 0);
 }
 
 void TestCompressionStreams::sourceMayBeReplaced()
