@@ -18,6 +18,7 @@ set(QUILLORA_ROOMS
     pdfcore/src/save/interactive
     pdfcore/src/save/content
     pdfcore/src/save
+    pdfcore/src/compress
     pdfcore/src/operations
     pdfcore/src
     taskcenter

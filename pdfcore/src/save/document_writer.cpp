@@ -11,6 +11,8 @@
 #include "pdfcore/src/session/document_session.h"
 #include "pdfcore/src/session/engine.h"
 
+#include <QFileInfo>
+
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
 
@@ -48,6 +50,10 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
             protection = options.protection != nullptr ? options.protection : output.protection();
             *password = protection != nullptr ? output.password() : QString();
         }
+        if (options.edit) {
+            options.edit(output.document(),
+                         protection != nullptr || !options.newPassword.isEmpty());
+        }
         prepareTrailer(output.document(), protection);
         escapeNames(output.document());
         QPDFWriter writer(output.document());
@@ -72,6 +78,9 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
     QString reason;
     if (!file.finishWriting(&reason)) {
         return {PdfBackendError::WriteFailed, reason};
+    }
+    if (options.sizeLimit > 0 && QFileInfo(file.temporaryPath()).size() >= options.sizeLimit) {
+        return {PdfBackendError::WriteFailed, QStringLiteral("The file gets too large.")};
     }
     return {};
 }

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <vector>
 
 class QPDF;
@@ -44,6 +45,11 @@ struct WriteOptions
     PdfCancelFlag cancel;
     /// Becomes the path of the file, if not null.
     QString *placed = nullptr;
+    /// Changes the output before it is written, if set; whether it will be encrypted is told.
+    /// QPDF's exceptions may come out of it.
+    std::function<void(QPDF &output, bool isProtected)> edit;
+    /// A file of as many bytes, or more, does not come into being; 0: any may.
+    qint64 sizeLimit = 0;
 };
 
 /// Writes the pages to a new file; see PdfEditorBackend::saveDocument().

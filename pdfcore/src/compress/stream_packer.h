@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#pragma once
+
+#include "pdfcore/src/compress/deflate.h"
+#include "pdfcore/src/compress/stream_spool.h"
+
+#include <QByteArray>
+
+#include <optional>
+#include <utility>
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace pdfcore {
+
+/// The parameters of Flate for rows that come out of filteredRows().
+QPDFObjectHandle filterParameters(int components, int width);
+
+/// Compresses the data of streams anew, without loss, where that makes them smaller. Streams that
+/// cannot be read to their end, are encrypted by themselves, or compressed in a way that only
+/// pictures are, stay as they are. The more there is of a document, the less hard it tries.
+class StreamPacker
+{
+public:
+    StreamPacker(StreamSpool &spool, PdfCancelFlag cancel)
+        : m_spool(spool)
+        , m_cancel(std::move(cancel))
+    {}
+
+    /// Throws when there is no room for new data.
+    void pack(QPDFObjectHandle stream);
+
+private:
+    /// Data with the parameters of Flate that they need.
+    struct Packed
+    {
+        QByteArray data;
+        QPDFObjectHandle parameters;
+    };
+
+    void unwrapJpeg(QPDFObjectHandle stream);
+    Effort effortFor(qsizetype plain, qsizetype packed);
+    Packed packed(QPDFObjectHandle stream, const QByteArray &plain, qsizetype before,
+                  QPDFObjectHandle parameters);
+    Packed withoutPredictor(QPDFObjectHandle stream, Packed found);
+    std::optional<Packed> smaller(QPDFObjectHandle stream, bool isFlate, const QByteArray &raw);
+
+    StreamSpool &m_spool;
+    PdfCancelFlag m_cancel;
+    qsizetype m_done = 0; ///< Bytes that were compressed.
+};
+
+} // namespace pdfcore

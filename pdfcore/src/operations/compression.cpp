@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "pdfcore/pdf_compression.h"
+
+#include "pdfcore/pdf_editor_backend.h"
+#include "pdfcore/src/compress/document_compressor.h"
+#include "pdfcore/src/compress/signatures.h"
+#include "pdfcore/src/operations/file_copy.h"
+#include "pdfcore/src/operations/operation_outcome.h"
+#include "pdfcore/src/save/document_writer.h"
+#include "pdfcore/src/save/output_sources.h"
+
+#include <QFileInfo>
+#include <QList>
+
+#include <utility>
+
+using pdfcore::EngineError;
+using pdfcore::ImageAims;
+using pdfcore::outcomeOf;
+using pdfcore::WriteOptions;
+
+namespace {
+
+ImageAims aimsOf(PdfCompressionLevel level)
+{
+    if (level == PdfCompressionLevel::Strong) {
+        return {120, 65, true, 27};
+    }
+    return {200, 85, false, 32};
+}
+
+/// All pages of a file that opens without a password.
+EngineError pagesOfFile(const QString &source, QList<PdfSourcePage> *pages)
+{
+    PdfDocumentInfo info;
+    EngineError error;
+    if (!PdfEditorBackend::inspectDocument(source, {}, &info, &error.code, &error.message)) {
+        return error;
+    }
+    PdfSourcePage page;
+    page.filePath = source;
+    page.revision = info.revision;
+    for (qsizetype i = 0; i < info.pageSizes.size(); ++i) {
+        page.pageIndex = static_cast<qint32>(i);
+        page.pageSize = info.pageSizes.at(i);
+        pages->append(page);
+    }
+    return {};
+}
+
+/// Whether the file bears a signature; so does, for all that is known, one that cannot be read.
+bool isSignedFile(const PdfSourcePage &page, EngineError *error)
+{
+    pdfcore::OutputSources sources;
+    pdfcore::SourceDocument *document = sources.get(page, error);
+    return document == nullptr || pdfcore::isSigned(document->document());
+}
+
+} // namespace
+
+PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressionLevel level,
+                                             const PdfPlacement &placement,
+                                             const PdfCancelFlag &cancel)
+{
+    return pdfcore::guarded([&]() -> PdfOperationOutcome {
+        QList<PdfSourcePage> pages;
+        EngineError error = pagesOfFile(source, &pages);
+        if (!error.isError() && cancel.isSet()) {
+            error = pdfcore::cancelledError(PdfBackendError::WriteFailed);
+        }
+        if (error.isError()) {
+            return outcomeOf(error, cancel, source);
+        }
+        if (pages.isEmpty() || isSignedFile(pages.constFirst(), &error)) {
+            const bool isLocked = error.code == PdfBackendError::PasswordRequired ||
+                                  error.code == PdfBackendError::FileNotFound;
+            return isLocked ? outcomeOf(error, cancel, source)
+                            : pdfcore::copyFile(source, placement, cancel);
+        }
+        QString placed;
+        WriteOptions options;
+        options.cancel = cancel;
+        options.placed = &placed;
+        options.sizeLimit = QFileInfo(source).size();
+        options.edit = [&](QPDF &document, bool isProtected) {
+            pdfcore::compressDocument(document, aimsOf(level), isProtected, cancel);
+        };
+        error = pdfcore::writeDocument(pages, placement, options);
+        if (error.isError() && !cancel.isSet()) {
+            return pdfcore::copyFile(source, placement, cancel);
+        }
+        PdfOperationOutcome outcome = outcomeOf(error, cancel, source);
+        outcome.result = placed;
+        return outcome;
+    });
+}
