@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <cmath>
+
 using namespace EngineCalls;
 using namespace Qt::StringLiterals;
 
@@ -62,7 +64,13 @@ private slots:
     void decryptedFileReplacesItsSource();
     void decryptionWithAWrongPasswordFails();
 
+    void compressedFileHasTheNameOfTheRequest();
+    void compressedFileTakesTheNextName();
+    void compressedFileReplacesItsSource();
+    void strongerLevelMakesASmallerFile();
+
 private:
+    QString addPhotograph(const QString &name);
     [[nodiscard]] QString pathOf(const QString &name) const { return m_folder->path(name); }
     static PdfOperationOutcome run(const TaskRequest &request) { return runTaskJob(request, {}); }
 
@@ -101,6 +109,7 @@ void TestTaskJobs::missingSourcesFail_data()
     QTest::newRow("merge") << TaskType::Merge;
     QTest::newRow("encrypt") << TaskType::Encrypt;
     QTest::newRow("decrypt") << TaskType::Decrypt;
+    QTest::newRow("compress") << TaskType::Compress;
 }
 
 void TestTaskJobs::missingSourcesFail()
@@ -247,6 +256,78 @@ void TestTaskJobs::decryptionWithAWrongPasswordFails()
     }
     QCOMPARE(contentOf(source), before);
     QCOMPARE(filesIn(m_output), QStringList());
+}
+
+/// A page that shows a picture of many colours, larger than it needs to be.
+QString TestTaskJobs::addPhotograph(const QString &name)
+{
+    constexpr int kSide = 1200;
+    QByteArray pixels;
+    for (int y = 0; y < kSide; ++y) {
+        for (int x = 0; x < kSide; ++x) {
+            for (const int divisor : {37, 53, 71}) {
+                const double wave = std::sin(x / double(divisor)) * std::cos(y / (divisor + 9.0));
+                pixels.append(static_cast<char>(127 + 100 * wave + (x * 7 + y * 13) % 17));
+            }
+        }
+    }
+    return m_folder->add(
+        name, PdfFixture::onePage(
+                  "q 200 0 0 200 0 0 cm /X Do Q", "/XObject << /X 5 0 R >>",
+                  {PdfFixture::streamBody("/Type /XObject /Subtype /Image /Width 1200 /Height 1200 "
+                                          "/ColorSpace /DeviceRGB /BitsPerComponent 8",
+                                          pixels)}));
+}
+
+void TestTaskJobs::compressedFileHasTheNameOfTheRequest()
+{
+    const QString source = addPhotograph(u"a.pdf"_s);
+    const QByteArray before = contentOf(source);
+    TaskRequest request = requestFor(TaskType::Compress, source, m_output + u"/a.pdf"_s);
+    request.options = {{u"compressLevel"_s, 0}, {u"saveOption"_s, 1}};
+    const PdfOperationOutcome outcome = run(request);
+    QVERIFY2(!outcome.isError(), qPrintable(outcome.message));
+    QCOMPARE(outcome.result, m_output + u"/a.pdf"_s);
+    QVERIFY(contentOf(outcome.result).size() * 5 < before.size());
+    QCOMPARE(contentOf(source), before);
+    QVERIFY(distance(render(filePage(source)).image, render(filePage(outcome.result)).image) < 40);
+}
+
+void TestTaskJobs::compressedFileTakesTheNextName()
+{
+    const QString source = m_folder->add(u"a.pdf"_s, PdfFixture::pagesByNumber(2));
+    TaskRequest request = requestFor(TaskType::Compress, source, pathOf(u"a(1).pdf"_s));
+    request.options = {{u"compressLevel"_s, 1}, {u"saveOption"_s, 1}};
+    QCOMPARE(run(request).result, pathOf(u"a(1).pdf"_s));
+    QCOMPARE(run(request).result, pathOf(u"a(2).pdf"_s));
+    QCOMPARE(numbersIn(pathOf(u"a(2).pdf"_s)), (QList<int>{0, 1}));
+}
+
+void TestTaskJobs::compressedFileReplacesItsSource()
+{
+    const QString source = addPhotograph(u"a.pdf"_s);
+    const qint64 before = contentOf(source).size();
+    TaskRequest request = requestFor(TaskType::Compress, source, pathOf(u"a(1).pdf"_s));
+    request.options = {{u"compressLevel"_s, 0}, {u"saveOption"_s, 0}};
+    QCOMPARE(run(request).result, source);
+    QVERIFY(contentOf(source).size() * 5 < before);
+    QCOMPARE(filesIn(m_folder->path()), QStringList{u"a.pdf"_s});
+}
+
+void TestTaskJobs::strongerLevelMakesASmallerFile()
+{
+    const QString source = addPhotograph(u"a.pdf"_s);
+    QList<qint64> sizes;
+    for (const int level : {0, 1, 2}) {
+        TaskRequest request =
+            requestFor(TaskType::Compress, source, m_output + u"/%1.pdf"_s.arg(level));
+        request.options = {{u"compressLevel"_s, level}, {u"saveOption"_s, 1}};
+        sizes.append(contentOf(run(request).result).size());
+    }
+    QVERIFY(sizes.at(1) > 0);
+    QVERIFY(sizes.at(1) * 3 < sizes.at(0) * 2);
+    // All but 0 is strong.
+    QVERIFY(qAbs(sizes.at(2) - sizes.at(1)) < 100);
 }
 
 QTEST_GUILESS_MAIN(TestTaskJobs)
