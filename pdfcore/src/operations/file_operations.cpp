@@ -39,6 +39,11 @@ EngineError addPages(const QString &source, const QString &password, QList<PdfSo
     return {};
 }
 
+EngineError noPagesError()
+{
+    return {PdfBackendError::InvalidDocument, QStringLiteral("There are no pages.")};
+}
+
 PdfOperationOutcome write(const QList<PdfSourcePage> &pages, const PdfPlacement &placement,
                           WriteOptions options, const PdfCancelFlag &cancel,
                           const QString &file = {})
@@ -68,6 +73,9 @@ PdfOperationOutcome rewrite(const QString &source, const QString &password,
     if (const EngineError error = addPages(source, password, &pages); error.isError()) {
         return outcomeOf(error, cancel, source);
     }
+    if (pages.isEmpty()) {
+        return outcomeOf(noPagesError(), cancel, source);
+    }
     return write(pages, placement, options, cancel, source);
 }
 
@@ -90,6 +98,9 @@ PdfOperationOutcome PdfFileOperations::join(const QStringList &sources,
             if (error.isError()) {
                 return outcomeOf(error, cancel, source);
             }
+        }
+        if (pages.isEmpty()) {
+            return outcomeOf(noPagesError(), cancel, sources.value(0));
         }
         return write(pages, placement, std::move(options), cancel);
     });

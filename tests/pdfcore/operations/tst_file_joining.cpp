@@ -92,6 +92,7 @@ private slots:
     void failingFileIsNamed_data();
     void failingFileIsNamed();
     void noFilesAreAFailure();
+    void filesWithoutPagesAreAFailureAlone();
     void cancelledJoinLeavesNothing();
     void cancelledInTheMiddleLeavesNothing();
     void manyFilesAreJoined();
@@ -275,8 +276,25 @@ void TestFileJoining::failingFileIsNamed()
 void TestFileJoining::noFilesAreAFailure()
 {
     const Folder folder;
-    QVERIFY(join({}, newAt(folder.path(u"out.pdf"_s))).isError());
+    QCOMPARE(join({}, newAt(folder.path(u"out.pdf"_s))).error, PdfOperationError::InvalidDocument);
     QVERIFY(!QFile::exists(folder.path(u"out.pdf"_s)));
+}
+
+void TestFileJoining::filesWithoutPagesAreAFailureAlone()
+{
+    Folder folder;
+    const QString empty = folder.add(
+        u"empty.pdf"_s, PdfFixture::fromObjects({"<< /Type /Catalog /Pages 2 0 R >>",
+                                                 "<< /Type /Pages /Kids [] /Count 0 >>"}));
+    const QString target = folder.path(u"out.pdf"_s);
+    const PdfOperationOutcome outcome = join({empty, empty}, newAt(target));
+    QCOMPARE(outcome.error, PdfOperationError::InvalidDocument);
+    QCOMPARE(outcome.file, empty);
+    QVERIFY(!QFile::exists(target));
+    const QString other = folder.add(u"other.pdf"_s, PdfFixture::pagesByNumber(2));
+    QVERIFY(!join({empty, other}, newAt(target)).isError());
+    QCOMPARE(numbersIn(target), (QList<int>{0, 1}));
+    QCOMPARE(outlineOf(*opened(target)), (QStringList{u"empty 1"_s, u"other 1"_s}));
 }
 
 void TestFileJoining::cancelledJoinLeavesNothing()

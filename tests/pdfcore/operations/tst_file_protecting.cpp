@@ -80,6 +80,7 @@ private slots:
     void fileThatNeedsAPasswordIsNotProtectedAgain();
     void fileThatAnybodyOpensGetsANewProtection();
     void everythingStaysThroughProtectionAndBack();
+    void fileWithoutPagesFails();
     void protectedSourceIsReplaced();
     void failingProtectionLeavesTheSource();
 
@@ -210,6 +211,19 @@ void TestFileProtecting::everythingStaysThroughProtectionAndBack()
     const QByteArray extension =
         " /Extensions << /ADBE << /BaseVersion /1.7 /ExtensionLevel 8 >> >>";
     QCOMPARE(canonicalForm(back).replace(extension, ""), canonicalForm(saved));
+}
+
+void TestFileProtecting::fileWithoutPagesFails()
+{
+    Folder folder;
+    const QString source = folder.add(
+        u"empty.pdf"_s, PdfFixture::fromObjects({"<< /Type /Catalog /Pages 2 0 R >>",
+                                                 "<< /Type /Pages /Kids [] /Count 0 >>"}));
+    const QString target = folder.path(u"out.pdf"_s);
+    const PdfOperationOutcome outcome = protect(source, u"secret"_s, target);
+    QCOMPARE(outcome.error, PdfOperationError::InvalidDocument);
+    QCOMPARE(outcome.file, source);
+    QVERIFY(!QFile::exists(target));
 }
 
 void TestFileProtecting::protectedSourceIsReplaced()
