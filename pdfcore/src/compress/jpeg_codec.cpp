@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
@@ -317,7 +318,7 @@ int qualityOf(const JQUANT_TBL &table)
     }
     const double scale = 100.0 * static_cast<double>(sum) / 3688.0;
     const double quality = scale <= 100.0 ? (200.0 - scale) / 2.0 : 5000.0 / scale;
-    return std::clamp(static_cast<int>(quality + 0.5), 1, 100);
+    return std::clamp(static_cast<int>(std::lround(quality)), 1, 100);
 }
 
 JpegFacts factsOf(const jpeg_decompress_struct &info)

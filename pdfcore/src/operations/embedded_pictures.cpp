@@ -103,7 +103,7 @@ private:
                 break;
             }
             if (isRead) {
-                if (const EngineError error = take(session, found.value()); error.isError()) {
+                if (EngineError error = take(session, found.value()); error.isError()) {
                     return error;
                 }
             }
@@ -145,7 +145,7 @@ private:
         }
         auto created = std::make_unique<PictureFile>(m_pictures.target());
         PictureFile *picture = created.get();
-        if (const EngineError error = picture->open(); error.isError()) {
+        if (EngineError error = picture->open(); error.isError()) {
             return error;
         }
         m_pictures.add(std::move(created));

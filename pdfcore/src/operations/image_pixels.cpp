@@ -194,9 +194,9 @@ QImage fittedMask(fz_context *ctx, const DecodedImage &decoded, QSize size)
     if (decoded.mask == nullptr) {
         return {};
     }
-    const QImage mask(fz_pixmap_samples(ctx, decoded.mask), fz_pixmap_width(ctx, decoded.mask),
-                      fz_pixmap_height(ctx, decoded.mask), fz_pixmap_stride(ctx, decoded.mask),
-                      QImage::Format_Grayscale8);
+    QImage mask(fz_pixmap_samples(ctx, decoded.mask), fz_pixmap_width(ctx, decoded.mask),
+                fz_pixmap_height(ctx, decoded.mask), fz_pixmap_stride(ctx, decoded.mask),
+                QImage::Format_Grayscale8);
     if (mask.size() == size) {
         return mask;
     }

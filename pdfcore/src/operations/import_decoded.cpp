@@ -5,6 +5,7 @@
 #include "pdfcore/src/operations/png_row_writer.h"
 
 #include <QColorSpace>
+#include <QFile>
 #include <QImage>
 #include <QImageReader>
 #include <QSet>

@@ -43,7 +43,7 @@ EngineError PictureSet::check() const
 
 EngineError PictureSet::place(const PdfCancelFlag &cancel, QStringList *paths)
 {
-    const EngineError error = placeAll(cancel, paths);
+    EngineError error = placeAll(cancel, paths);
     if (error.isError()) {
         for (const QString &path : std::as_const(*paths)) {
             QFile::remove(path);
@@ -61,7 +61,7 @@ EngineError PictureSet::placeAll(const PdfCancelFlag &cancel, QStringList *paths
         }
         AtomicFile &file = m_pictures[i]->file();
         const auto nameAt = [this, i](int attempt) { return pathOf(i, attempt); };
-        const EngineError error = placeResult(file, PdfPlacement::firstFree(nameAt));
+        EngineError error = placeResult(file, PdfPlacement::firstFree(nameAt));
         if (error.isError()) {
             return error;
         }

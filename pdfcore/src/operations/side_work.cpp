@@ -17,7 +17,7 @@ SideWork::~SideWork()
     }
 }
 
-void SideWork::begin(std::function<EngineError()> work)
+void SideWork::begin(const std::function<EngineError()> &work)
 {
     collect();
     if (m_error.isError()) {

@@ -22,7 +22,7 @@ public:
 
     /// Waits for the piece before and begins another, unless one has failed. The work does not
     /// throw.
-    void begin(std::function<EngineError()> work);
+    void begin(const std::function<EngineError()> &work);
 
     /// Whether a piece that has been waited for failed.
     [[nodiscard]] bool hasFailed() const { return m_error.isError(); }
