@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
 #include <QSet>
 #include <QSignalSpy>
 #include <QThread>
@@ -23,6 +24,10 @@ constexpr int kPatience = 60'000;
 
 /// Pages of a file that a task works on for a while.
 constexpr int kMany = 1500;
+
+/// Lets this program leave with so many tasks.
+const QString kLeave = u"--leave-with-tasks"_s;
+constexpr int kTasksLeft = 20;
 
 /// Collects what a service reports.
 class Reports
@@ -110,6 +115,7 @@ private slots:
     void tasksAfterTheShutdownAreCancelled();
     void serviceEndsWithItsTasks();
     void submittingDoesNotWait();
+    void programEndsWithItsTasks();
 
 private:
     TaskRequest merge(const QString &source, const QString &name);
@@ -518,5 +524,59 @@ void TestTaskCenter::submittingDoesNotWait()
     QVERIFY(!reports.isOver(first));
 }
 
-QTEST_GUILESS_MAIN(TestTaskCenter)
+/// In a program of its own, which is this one, left while tasks run and wait.
+void TestTaskCenter::programEndsWithItsTasks()
+{
+    const QString source = addMany(u"many.pdf"_s);
+    const QByteArray before = contentOf(source);
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(),
+                  {kLeave, source, m_folder->path(u"output"_s)});
+    QVERIFY(program.waitForFinished(kPatience));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    const QStringList names = results();
+    QVERIFY2(names.size() < kTasksLeft, qPrintable(names.join(u' ')));
+    for (const QString &name : names) {
+        QVERIFY2(name.endsWith(u".pdf"_s), qPrintable(name));
+        QCOMPARE(inspect(m_folder->path(u"output/"_s + name)).pageSizes.size(), 2 * kMany);
+    }
+    QCOMPARE(contentOf(source), before);
+}
+
+namespace {
+
+/// Leaves the application as soon as a task runs.
+int leaveWithTasks(QCoreApplication &application, const QString &source, const QString &folder)
+{
+    TaskCenter &center = TaskCenter::instance();
+    QObject::connect(&center, &TaskCenter::taskStatus, &application,
+                     [](const QString & /*id*/, int status) {
+                         if (status == int(TaskStatus::Running)) {
+                             QCoreApplication::quit();
+                         }
+                     });
+    for (int i = 0; i < kTasksLeft; ++i) {
+        TaskRequest request;
+        request.type = int(TaskType::Merge);
+        request.inputFiles = {source, source};
+        request.outputPath = folder + u"/%1.pdf"_s.arg(i);
+        center.submitTask(request);
+    }
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == kLeave) {
+        return leaveWithTasks(application, arguments.value(2), arguments.value(3));
+    }
+    TestTaskCenter test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_task_center.moc"
