@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <optional>
 
 namespace pdfcore {
@@ -62,7 +63,8 @@ std::optional<Rect> rectOf(QPDFObjectHandle array)
 /// What contains a rectangle once it is transformed.
 Rect transformed(const Rect &rect, const Transform &by)
 {
-    Rect around{INFINITY, INFINITY, -INFINITY, -INFINITY};
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    Rect around{kFar, kFar, -kFar, -kFar};
     for (const double x : {rect[0], rect[2]}) {
         for (const double y : {rect[1], rect[3]}) {
             const double newX = by.a * x + by.c * y + by.e;

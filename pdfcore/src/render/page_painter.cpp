@@ -52,10 +52,11 @@ void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools,
 {
     const int width = rows.width();
     const int height = rows.height();
-    const fz_irect area = fz_make_irect(0, top, width, top + height);
+    fz_irect area = fz_make_irect(0, top, width, top + height);
     fz_pixmap *pixmap = nullptr;
     fz_device *painter = nullptr;
     fz_device *colours = nullptr;
+    fz_var(area);
     fz_var(pixmap);
     fz_var(painter);
     fz_var(colours);
