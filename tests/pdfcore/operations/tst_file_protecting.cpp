@@ -153,7 +153,7 @@ void TestFileProtecting::spellingOfThePasswordDoesNotMatter()
     const QString target = folder.path(u"out.pdf"_s);
     QVERIFY(!protect(source, kDecomposed, target).isError());
     // Another program takes the bytes that it is given.
-    QVERIFY(protectionOf(target, kComposed).contains("R = 6"));
+    QVERIFY(protectionOf(target, kComposed).contains("Supplied password is user password"));
     QCOMPARE(numbersIn(target, kComposed), QList<int>{0});
     QCOMPARE(numbersIn(target, kDecomposed), QList<int>{0});
 }
