@@ -47,8 +47,8 @@ void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
               [&](fz_device *device) { pdf_run_page(ctx, page, device, ctm, &tools.cookie); });
 }
 
-void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools,
-               const std::function<void(fz_device *)> &draw)
+void paintRowsBy(fz_context *ctx, QImage &rows, int top, const PaintTools &tools, DrawOn drawOn,
+                 const void *draw)
 {
     const int width = rows.width();
     const int height = rows.height();
@@ -69,7 +69,7 @@ void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools,
         painter = fz_new_draw_device(ctx, fz_identity, pixmap);
         colours = newColourDevice(ctx, painter, area, tools.spaces, tools.images, tools.context,
                                   tools.cookie);
-        draw(colours);
+        drawOn(draw, colours);
         fz_close_device(ctx, colours);
     }
     fz_always(ctx)

@@ -6,7 +6,7 @@
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
 
-#include <functional>
+#include <type_traits>
 
 namespace pdfcore {
 
@@ -44,9 +44,25 @@ struct PaintTools
 void paintPage(fz_context *ctx, pdf_page *page, int rotation, QImage &image,
                const PaintTools &tools);
 
+/// What paintRows() calls: `draw` as it was given, and the device to draw on.
+using DrawOn = void (*)(const void *draw, fz_device *device);
+
+void paintRowsBy(fz_context *ctx, QImage &rows, int top, const PaintTools &tools, DrawOn drawOn,
+                 const void *draw);
+
 /// Paints what `draw` sends to the device that it is given over the whole of `rows`, which are the
 /// rows from `top` on of a larger image. Format and errors as for paintPage().
-void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools,
-               const std::function<void(fz_device *)> &draw);
+///
+/// An error of MuPDF jumps over whoever calls, so that `draw` must hold nothing that has to be
+/// given back, which a std::function would.
+template <typename Draw>
+void paintRows(fz_context *ctx, QImage &rows, int top, const PaintTools &tools, const Draw &draw)
+{
+    static_assert(std::is_trivially_destructible_v<Draw>);
+    paintRowsBy(
+        ctx, rows, top, tools,
+        [](const void *given, fz_device *device) { (*static_cast<const Draw *>(given))(device); },
+        &draw);
+}
 
 } // namespace pdfcore
