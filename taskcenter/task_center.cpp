@@ -7,16 +7,22 @@
 #include "taskcenter/task_job.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QHash>
 #include <QLoggingCategory>
-#include <QThreadPool>
+#include <QThread>
 #include <QUuid>
 
 #include <algorithm>
+#include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <mutex>
 #include <optional>
+#include <system_error>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -49,30 +55,39 @@ class TaskCenter::Queue final
 public:
     Queue(TaskCenter &center, int threads)
         : m_center(center)
-    {
-        m_pool.setMaxThreadCount(std::max(threads, 1));
-        // The interface and pages that somebody waits for come first.
-        m_pool.setThreadPriority(QThread::LowPriority);
-    }
+        , m_mostThreads(static_cast<std::size_t>(std::max(threads, 1)))
+    {}
 
     void add(Task task);
     void cancel(const QString &id);
     void shutdown();
+    struct Report
+    {
+        QString id;
+        TaskStatus status;
+    };
+    /// The changes since the last call, in order.
+    std::vector<Report> takeReports();
     [[nodiscard]] PdfOperationOutcome outcome(const QString &id) const;
 
 private:
-    void runNext();
+    void addThread();
+    void work();
     std::optional<Task> takeNext();
     void finish(const QString &id, const PdfOperationOutcome &outcome);
     void report(const QString &id, TaskStatus status);
 
     TaskCenter &m_center;
-    mutable std::mutex m_mutex; ///< Guards what follows, and the order of reports.
+    const std::size_t m_mostThreads;
+    mutable std::mutex m_mutex;        ///< Guards what follows, and the order of reports.
+    std::condition_variable m_changed; ///< There is a task, or there are no more.
     bool m_isClosed = false;
+    std::size_t m_idleThreads = 0;
+    std::vector<std::thread> m_threads;
+    std::vector<Report> m_reports;
     std::deque<Task> m_waiting;
     QHash<QString, PdfCancelFlag> m_running;
     QHash<QString, PdfOperationOutcome> m_outcomes; ///< Of tasks that completed or failed.
-    QThreadPool m_pool;
 };
 
 void TaskCenter::Queue::add(Task task)
@@ -84,7 +99,19 @@ void TaskCenter::Queue::add(Task task)
         return;
     }
     m_waiting.push_back(std::move(task));
-    m_pool.start([this] { runNext(); });
+    if (m_idleThreads < m_waiting.size() && m_threads.size() < m_mostThreads) {
+        addThread();
+    }
+    if (m_threads.empty()) {
+        const QString id = m_waiting.back().id;
+        m_waiting.pop_back();
+        m_outcomes.insert(id, {PdfOperationError::WriteFailed,
+                               QStringLiteral("There is no thread to do it on."),
+                               {},
+                               {}});
+        report(id, TaskStatus::Failed);
+    }
+    m_changed.notify_one();
 }
 
 void TaskCenter::Queue::cancel(const QString &id)
@@ -113,7 +140,13 @@ void TaskCenter::Queue::shutdown()
             running.set();
         }
     }
-    m_pool.waitForDone();
+    m_changed.notify_all();
+    // None is added any more.
+    for (std::thread &thread : m_threads) {
+        if (thread.joinable()) {
+            thread.join();
+        }
+    }
 }
 
 PdfOperationOutcome TaskCenter::Queue::outcome(const QString &id) const
@@ -122,16 +155,33 @@ PdfOperationOutcome TaskCenter::Queue::outcome(const QString &id) const
     return m_outcomes.value(id);
 }
 
-void TaskCenter::Queue::runNext()
+/// Adds a thread, unless the system has none left.
+void TaskCenter::Queue::addThread()
 {
-    if (const std::optional<Task> task = takeNext()) {
+    try {
+        m_threads.emplace_back([this] { work(); });
+    } catch (const std::system_error &) {
+        // Those that there are do the work.
+    }
+}
+
+/// What each thread does until the service ends.
+void TaskCenter::Queue::work()
+{
+    // The interface and pages that somebody waits for come first.
+    QThread::currentThread()->setPriority(QThread::LowPriority);
+    while (const std::optional<Task> task = takeNext()) {
         finish(task->id, runTaskJob(task->request, task->cancel));
     }
 }
 
+/// Waits for the next task; nothing once there are no more.
 std::optional<Task> TaskCenter::Queue::takeNext()
 {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
+    ++m_idleThreads;
+    m_changed.wait(lock, [this] { return m_isClosed || !m_waiting.empty(); });
+    --m_idleThreads;
     if (m_waiting.empty()) {
         return std::nullopt;
     }
@@ -154,12 +204,17 @@ void TaskCenter::Queue::finish(const QString &id, const PdfOperationOutcome &out
     report(id, status);
 }
 
+/// Notes a change of a status, for which an event comes.
 void TaskCenter::Queue::report(const QString &id, TaskStatus status)
 {
-    TaskCenter *center = &m_center;
-    QMetaObject::invokeMethod(
-        center, [center, id, status] { emit center->taskStatus(id, static_cast<int>(status)); },
-        Qt::QueuedConnection);
+    m_reports.push_back({id, status});
+    QCoreApplication::postEvent(&m_center, new QEvent(QEvent::User));
+}
+
+std::vector<TaskCenter::Queue::Report> TaskCenter::Queue::takeReports()
+{
+    const std::lock_guard lock(m_mutex);
+    return std::exchange(m_reports, {});
 }
 
 TaskCenter &TaskCenter::instance()
@@ -185,6 +240,13 @@ TaskCenter::TaskCenter(int threads, QObject *parent)
 TaskCenter::~TaskCenter()
 {
     m_queue->shutdown();
+}
+
+void TaskCenter::customEvent(QEvent * /*event*/)
+{
+    for (const Queue::Report &report : m_queue->takeReports()) {
+        emit taskStatus(report.id, static_cast<int>(report.status));
+    }
 }
 
 QString TaskCenter::submitTask(TaskRequest request)

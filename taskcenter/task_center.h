@@ -49,6 +49,9 @@ signals:
     /// never before submitTask() has returned: first 0, then 1, then 3, 4 or 5; 5 may follow 0.
     void taskStatus(const QString &id, int status);
 
+protected:
+    void customEvent(QEvent *event) override;
+
 private:
     class Queue;
 
