@@ -32,14 +32,13 @@ PdfOperationOutcome write(ImportDocument &document, AtomicFile &file, const PdfC
     pdfcore::QDeviceOutput output(file.device(), &cancel.value());
     try {
         QPDFWriter writer(document.finish());
-        writer.setOutputPipeline(&output);
         writer.setObjectStreamMode(qpdf_o_generate);
         // Equal pictures make equal files, unless finding out what the identifier of the file is
         // takes longer than all else.
         writer.setDeterministicID(document.sourceBytes() <= kMaxIdentifiedBytes);
         // Profiles of version 4 and components of 16 bits.
         writer.setMinimumPDFVersion("1.7");
-        writer.write();
+        pdfcore::writeQpdf(writer, output);
     } catch (const std::exception &exception) {
         if (document.failure().isError()) {
             return document.failure();

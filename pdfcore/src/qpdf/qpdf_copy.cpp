@@ -78,13 +78,12 @@ std::unique_ptr<QTemporaryFile> newReadableCopy(const QString &path, const QStri
         escapeNames(*document);
         QDeviceOutput pipeline(*file);
         QPDFWriter writer(*document);
-        writer.setOutputPipeline(&pipeline);
         writer.setPreserveEncryption(hasKey(*document));
         // The copy lives shortly: what is packed stays packed, nothing else is.
         writer.setStreamDataMode(qpdf_s_preserve);
         writer.setObjectStreamMode(qpdf_o_disable);
-        writer.write();
-        if (pipeline.hasFailed() || !file->flush()) {
+        writeQpdf(writer, pipeline);
+        if (!file->flush()) {
             *outcome = {PdfBackendError::InvalidDocument, file->errorString()};
             return nullptr;
         }

@@ -3,7 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
+
+#include <qpdf/QPDFWriter.hh>
 
 namespace pdfcore {
 
@@ -118,15 +121,37 @@ QDeviceOutput::QDeviceOutput(QIODevice &device, const std::atomic<bool> *cancell
 
 void QDeviceOutput::write(const unsigned char *data, size_t length)
 {
-    if (m_cancelled != nullptr && *m_cancelled) {
-        m_failed = true;
-        throw std::runtime_error("It was cancelled.");
+    if (hasToStop()) {
+        return;
     }
     const auto wanted = static_cast<qint64>(length);
     if (m_device.write(reinterpret_cast<const char *>(data), wanted) != wanted) {
         m_failed = true;
-        throw std::runtime_error(m_device.errorString().toStdString());
+        m_reason = m_device.errorString();
     }
+}
+
+bool QDeviceOutput::hasToStop()
+{
+    if (!m_failed && m_cancelled != nullptr && *m_cancelled) {
+        m_failed = true;
+        m_reason = QStringLiteral("It was cancelled.");
+    }
+    return m_failed;
+}
+
+void writeQpdf(QPDFWriter &writer, QDeviceOutput &output)
+{
+    const auto stopAtFailure = [&output](int /*percentage*/ = 0) {
+        if (output.hasToStop()) {
+            throw std::runtime_error(output.reason().toStdString());
+        }
+    };
+    writer.setOutputPipeline(&output);
+    writer.registerProgressReporter(
+        std::make_shared<QPDFWriter::FunctionProgressReporter>(stopAtFailure));
+    writer.write();
+    stopAtFailure();
 }
 
 } // namespace pdfcore

@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+class QPDFWriter;
+
 namespace pdfcore {
 
 /// Lets QPDF read a file through QFile, so that any path that Qt can open works.
@@ -48,10 +50,11 @@ private:
     qpdf_offset_t m_position = 0;
 };
 
-/// Lets QPDF write to a QIODevice; a write that fails throws std::runtime_error.
+/// Lets QPDF write to a QIODevice.
 ///
-/// Pl_Function would do for the writing alone. QPDF may take the exception for damage of the stream
-/// that is being written, so who writes has to ask afterwards.
+/// A write that fails does not throw: QPDF flushes its filters while other exceptions pass, and from
+/// destructors, where one more would end the program. What comes after the failure is dropped;
+/// writeQpdf() ends at it.
 class QDeviceOutput final : public Pipeline
 {
 public:
@@ -61,13 +64,25 @@ public:
     void write(const unsigned char *data, size_t length) override;
     void finish() override {}
 
-    /// True once the device refused data.
+    /// True once the device refused data or a write was cancelled.
     [[nodiscard]] bool hasFailed() const { return m_failed; }
+
+    /// Like hasFailed(), and a cancel since the last write counts.
+    [[nodiscard]] bool hasToStop();
+
+    /// Why it failed, in the device's words.
+    [[nodiscard]] const QString &reason() const { return m_reason; }
 
 private:
     QIODevice &m_device;
     const std::atomic<bool> *m_cancelled;
     bool m_failed = false;
+    QString m_reason;
 };
+
+/// Writes what `writer` was set up for into `output`. Throws std::runtime_error with the reason of
+/// the output as soon as that fails (after a hundredth of the objects, at the latest), and what QPDF
+/// throws.
+void writeQpdf(QPDFWriter &writer, QDeviceOutput &output);
 
 } // namespace pdfcore

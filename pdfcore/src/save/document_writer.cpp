@@ -57,7 +57,6 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
         prepareTrailer(output.document(), protection);
         escapeNames(output.document());
         QPDFWriter writer(output.document());
-        writer.setOutputPipeline(&pipeline);
         const bool packs = extract != nullptr ? extract->packsObjects() : output.packsObjects();
         writer.setObjectStreamMode(packs ? qpdf_o_generate : qpdf_o_disable);
         writer.setPreserveEncryption(false);
@@ -68,7 +67,7 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
             encryptFor(writer, options.newPassword);
         }
         writer.setMinimumPDFVersion(output.version());
-        writer.write();
+        writeQpdf(writer, pipeline);
     } catch (const std::exception &exception) {
         if (pipeline.hasFailed()) {
             return {PdfBackendError::WriteFailed, QString::fromUtf8(exception.what())};

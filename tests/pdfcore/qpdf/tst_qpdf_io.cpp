@@ -7,6 +7,8 @@
 #include <QRandomGenerator>
 
 #include <array>
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -68,6 +70,62 @@ private:
     qint64 m_room;
 };
 
+/// Sets a flag at its n-th write.
+class CancellingDevice : public QIODevice
+{
+public:
+    CancellingDevice(int last, std::atomic<bool> &cancelled)
+        : m_last(last)
+        , m_cancelled(cancelled)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+    [[nodiscard]] int writes() const { return m_writes; }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+
+    qint64 writeData(const char * /*data*/, qint64 size) override
+    {
+        m_cancelled = ++m_writes == m_last;
+        return size;
+    }
+
+private:
+    int m_last;
+    std::atomic<bool> &m_cancelled;
+    int m_writes = 0;
+};
+
+/// Writes a document; the reason why that failed, empty when it did not.
+QString written(const QByteArray &document, QIODevice &device,
+                const std::function<void(QPDFWriter &)> &prepare = {},
+                const std::atomic<bool> *cancelled = nullptr)
+{
+    QPDF pdf;
+    pdf.processMemoryFile("fixture", document.constData(), static_cast<size_t>(document.size()));
+    pdfcore::QDeviceOutput output(device, cancelled);
+    QPDFWriter writer(pdf);
+    writer.setStaticID(true);
+    if (prepare) {
+        prepare(writer);
+    }
+    try {
+        pdfcore::writeQpdf(writer, output);
+    } catch (const std::runtime_error &error) {
+        return output.hasFailed() ? QString::fromUtf8(error.what()) : QString();
+    }
+    return {};
+}
+
+void protect(QPDFWriter &writer)
+{
+    writer.setR6EncryptionParameters("user", "owner", true, true, true, true, true, true,
+                                     qpdf_r3p_full, true);
+    writer.setObjectStreamMode(qpdf_o_generate);
+}
+
 } // namespace
 
 /// The engine's own input and output for QPDF.
@@ -92,6 +150,9 @@ private slots:
     void outputTakesEverything();
     void outputThatIsRefusedThrows_data();
     void outputThatIsRefusedThrows();
+    void outputMayEndInsideOfAnEncryptedStream();
+    void writingStopsWhenCancelled_data();
+    void writingStopsWhenCancelled();
 };
 
 void TestQpdfIo::missingFileThrows()
@@ -319,34 +380,49 @@ void TestQpdfIo::outputThatIsRefusedThrows()
 {
     QFETCH(int, room);
     const QByteArray document = PdfFixture::pagesByNumber(3);
-    const auto write = [&document](QIODevice &device, bool *failed) {
-        QPDF pdf;
-        pdf.processMemoryFile("fixture", document.constData(),
-                              static_cast<size_t>(document.size()));
-        pdfcore::QDeviceOutput output(device);
-        QPDFWriter writer(pdf);
-        writer.setDeterministicID(true);
-        writer.setOutputPipeline(&output);
-        try {
-            writer.write();
-        } catch (const std::runtime_error &error) {
-            *failed = true;
-            return output.hasFailed() ? QString::fromUtf8(error.what()) : QString();
-        }
-        return QString();
-    };
     QBuffer whole;
     QVERIFY(whole.open(QIODevice::WriteOnly));
-    bool failed = false;
-    write(whole, &failed);
-    QVERIFY(!failed);
-    if (room < 0) {
-        room = static_cast<int>(whole.size()) - 1;
-    }
-    SmallDevice device(room);
-    const QString reason = write(device, &failed);
-    QVERIFY(failed);
+    QCOMPARE(written(document, whole), QString());
+    SmallDevice device(room < 0 ? static_cast<int>(whole.size()) - 1 : room);
+    const QString reason = written(document, device);
     QVERIFY2(!reason.isEmpty(), "the output does not know that it failed");
+}
+
+void TestQpdfIo::outputMayEndInsideOfAnEncryptedStream()
+{
+    // What is encrypted or packed reaches the device when QPDF puts its filters away.
+    const QByteArray document = PdfFixture::pagesByNumber(3);
+    QBuffer whole;
+    QVERIFY(whole.open(QIODevice::WriteOnly));
+    QCOMPARE(written(document, whole, protect), QString());
+    for (int room = 0; room < whole.size(); room += 5) {
+        SmallDevice device(room);
+        QVERIFY2(!written(document, device, protect).isEmpty(), qPrintable(QString::number(room)));
+    }
+}
+
+void TestQpdfIo::writingStopsWhenCancelled_data()
+{
+    QTest::addColumn<int>("writes");
+    QTest::newRow("before it begins") << 0;
+    QTest::newRow("at the header") << 1;
+    QTest::newRow("in the middle") << 200;
+    QTest::newRow("at the end") << -1;
+}
+
+void TestQpdfIo::writingStopsWhenCancelled()
+{
+    QFETCH(int, writes);
+    const QByteArray document = PdfFixture::pagesByNumber(40);
+    std::atomic<bool> cancelled = false;
+    CancellingDevice whole(-1, cancelled);
+    QCOMPARE(written(document, whole, protect, &cancelled), QString());
+    CancellingDevice device(writes < 0 ? whole.writes() : writes, cancelled);
+    cancelled = writes == 0;
+    const QString reason = written(document, device, protect, &cancelled);
+    QCOMPARE(reason, u"It was cancelled."_s);
+    // Nothing reaches the device any more.
+    QCOMPARE(device.writes(), writes < 0 ? whole.writes() : writes);
 }
 
 QTEST_GUILESS_MAIN(TestQpdfIo)
