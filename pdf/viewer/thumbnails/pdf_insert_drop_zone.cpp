@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdf/viewer/thumbnails/pdf_insert_drop_zone.h"
 
+#include "widgets/file_drop.h"
 #include "widgets/theme.h"
 
 #include <QDragEnterEvent>
@@ -67,18 +68,14 @@ QStringList brokenLines(const QString &text, const QFont &font, int width)
     return lines;
 }
 
-/// Accepts PDF files to be copied, and ignores everything else; true if it was accepted. Whoever is
-/// told that files were moved may delete its own.
-bool acceptAsCopy(QDropEvent &event)
+/// Accepts PDF files to be copied, and ignores everything else; true if it was accepted.
+bool acceptPdfFiles(QDropEvent &event)
 {
-    if (!holdsOnlyPdfFiles(*event.mimeData()) ||
-        !event.possibleActions().testFlag(Qt::CopyAction)) {
+    if (!holdsOnlyPdfFiles(*event.mimeData())) {
         event.ignore();
         return false;
     }
-    event.setDropAction(Qt::CopyAction);
-    event.accept();
-    return true;
+    return acceptAsCopy(event);
 }
 
 } // namespace
@@ -105,7 +102,7 @@ PdfInsertDropZone::~PdfInsertDropZone() = default;
 
 void PdfInsertDropZone::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!acceptAsCopy(*event)) {
+    if (!acceptPdfFiles(*event)) {
         return;
     }
     setDragActive(true);
@@ -114,7 +111,7 @@ void PdfInsertDropZone::dragEnterEvent(QDragEnterEvent *event)
 void PdfInsertDropZone::dragMoveEvent(QDragMoveEvent *event)
 {
     // What is proposed changes with the keys that are held.
-    acceptAsCopy(*event);
+    acceptPdfFiles(*event);
 }
 
 void PdfInsertDropZone::dragLeaveEvent(QDragLeaveEvent * /*event*/)
@@ -125,7 +122,7 @@ void PdfInsertDropZone::dragLeaveEvent(QDragLeaveEvent * /*event*/)
 void PdfInsertDropZone::dropEvent(QDropEvent *event)
 {
     setDragActive(false);
-    if (!acceptAsCopy(*event)) {
+    if (!acceptPdfFiles(*event)) {
         return;
     }
     QStringList files;

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tools/common/elided_label.h"
+
+#include "widgets/text_alignment.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+
+#include <algorithm>
+
+namespace {
+
+/// The least of a text that is of use.
+constexpr int kFewCharacters = 8;
+
+} // namespace
+
+ElidedLabel::ElidedLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    setAlignment(leadingSide(layoutDirection()) | Qt::AlignVCenter);
+}
+
+void ElidedLabel::setFullText(const QString &text)
+{
+    if (text == m_text) {
+        return;
+    }
+    m_text = text;
+    updateGeometry();
+    elide();
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    // Rounding may need one pixel more than the text is wide.
+    return {fontMetrics().horizontalAdvance(m_text) + 1, fontMetrics().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    const int few = fontMetrics().averageCharWidth() * kFewCharacters;
+    return {std::min(few, sizeHint().width()), fontMetrics().height()};
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    elide();
+}
+
+void ElidedLabel::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        setAlignment(leadingSide(layoutDirection()) | Qt::AlignVCenter);
+    }
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        updateGeometry();
+        elide();
+    }
+}
+
+void ElidedLabel::elide()
+{
+    const QString shown = fontMetrics().elidedText(m_text, Qt::ElideMiddle, width());
+    if (shown != text()) {
+        setText(shown);
+    }
+    setToolTip(shown == m_text ? QString() : m_text);
+}

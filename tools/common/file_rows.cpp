@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tools/common/file_rows.h"
+
+#include "widgets/scroll_bar_style.h"
+#include "widgets/theme.h"
+
+#include <QFrame>
+#include <QListWidget>
+
+namespace {
+
+constexpr QColor kRowBorder{0xEB, 0xED, 0xF0};
+constexpr QColor kHoveredRow{0xF7, 0xF8, 0xFA};
+constexpr QColor kSelectedRow{0xE8, 0xF1, 0xFF};
+constexpr QColor kSelectedText{0x1D, 0x21, 0x29};
+
+constexpr ScrollBarLook kScrollBar{8, {}, QColor(0xC9, 0xCD, 0xD4), QColor(0x86, 0x90, 0x9C), 4, 30};
+
+// %1 white, %2 border of rows, %3 hovered, %4 selected, %5 text of selected, %6 scroll bars
+constexpr QLatin1String kStyleSheet{R"(
+QListWidget { background: %1; border: none; outline: none; }
+QListWidget::item {
+    background: %1; border: none; border-bottom: 1px solid %2; padding: 0; margin: 0 15px;
+}
+QListWidget::item:hover { background: %3; }
+QListWidget::item:selected { background: %4; color: %5; }
+%6
+)"};
+
+} // namespace
+
+void FileRows::prepare(QListWidget &list)
+{
+    list.setFrameShape(QFrame::NoFrame);
+    list.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    list.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list.setSelectionMode(QAbstractItemView::NoSelection);
+    list.setFocusPolicy(Qt::NoFocus);
+    list.setSpacing(0);
+    list.setUniformItemSizes(true);
+    list.setStyleSheet(QString(kStyleSheet)
+                           .arg(Theme::white.name(), kRowBorder.name(), kHoveredRow.name(),
+                                kSelectedRow.name(), kSelectedText.name(),
+                                scrollBarStyleSheet(kScrollBar)));
+}

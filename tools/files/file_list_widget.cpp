@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tools/files/file_list_widget.h"
+
+#include "tools/common/file_rows.h"
+#include "tools/files/file_list_item.h"
+#include "widgets/icon_button.h"
+#include "widgets/theme.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QScrollBar>
+#include <QSet>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace {
+
+constexpr int kAddHeight = 40;
+constexpr int kAddWidth = 120;
+constexpr int kAddIconSize = 24;
+constexpr int kClearHeight = 35;
+constexpr int kClearWidth = 110;
+constexpr int kClearIconSize = 16;
+
+/// So near to the upper or lower edge a drag scrolls, by so much with each move, in logical pixels.
+constexpr int kScrollMargin = 32;
+constexpr int kScrollStep = 12;
+
+/// A drag that rests at the edge scrolls on; beyond the edge the faster, the farther it is.
+constexpr std::chrono::milliseconds kScrollInterval{16};
+constexpr int kFarStep = 96;
+
+constexpr QColor kSeparatorColor = Theme::borderNeutral;
+
+} // namespace
+
+FileListWidget::FileListWidget(QWidget *parent)
+    : QWidget(parent)
+    , filter(tr("PDF 文件 (*.pdf)"))
+    , caption(tr("选择 PDF"))
+    , m_list(new QListWidget(this))
+{
+    auto *add = new IconButton(tr("添加文件"), this);
+    add->setObjectName(QStringLiteral("fileListAddButton"));
+    add->setFillColor(Theme::accent);
+    add->setHoverFillColor(Theme::accentHover);
+    add->setIconPixmap(QStringLiteral(":/res/icons/modern/addfile.png"), kAddIconSize);
+    add->setFixedHeight(kAddHeight);
+    add->setFixedWidth(std::max(add->sizeHint().width(), kAddWidth));
+    connect(add, &IconButton::clicked, this, &FileListWidget::chooseFiles);
+
+    auto *clear = new IconButton(tr("清除全部"), this);
+    clear->setObjectName(QStringLiteral("fileListClearButton"));
+    clear->setFillColor(Theme::white);
+    clear->setHoverFillColor(Theme::hover);
+    clear->setBorderColor(Theme::border);
+    clear->setTextColor(Theme::textSecondary);
+    clear->setIconPixmap(QStringLiteral(":/res/icons/modern/trash.png"), kClearIconSize);
+    clear->setFixedHeight(kClearHeight);
+    clear->setFixedWidth(std::max(clear->sizeHint().width(), kClearWidth));
+    connect(clear, &IconButton::clicked, this, &FileListWidget::clearFiles);
+
+    auto *separator = new QLabel(this);
+    separator->setFixedHeight(1);
+    separator->setStyleSheet(
+        QStringLiteral("QLabel{background-color:%1;}").arg(kSeparatorColor.name().toUpper()));
+
+    FileRows::prepare(*m_list);
+    m_list->setObjectName(QStringLiteral("fileList"));
+    m_list->setStyleSheet(m_list->styleSheet() + FileListItem::rowStyleSheet());
+    m_list->setAutoScroll(true);
+    m_list->setAutoScrollMargin(kScrollMargin);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->setContentsMargins(15, 0, 15, 0);
+    buttons->addWidget(add);
+    buttons->addStretch();
+    buttons->addWidget(clear);
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 10, 0, 10);
+    column->setSpacing(0);
+    column->addLayout(buttons);
+    column->addSpacing(10);
+    column->addWidget(separator);
+    column->addWidget(m_list, 1);
+
+    m_scrollTimer.setInterval(kScrollInterval);
+    m_scrollTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_scrollTimer, &QTimer::timeout, this, &FileListWidget::scrollOn);
+}
+
+QStringList FileListWidget::files() const
+{
+    QStringList paths;
+    for (int row = 0; row < m_list->count(); ++row) {
+        paths.append(m_list->item(row)->data(Qt::UserRole).toString());
+    }
+    return paths;
+}
+
+QStringList FileListWidget::takeFiles()
+{
+    QStringList paths = files();
+    m_takenPosition = m_list->verticalScrollBar()->value();
+    m_list->clear();
+    return paths;
+}
+
+void FileListWidget::putBack(const QStringList &files)
+{
+    onAddFile(files);
+    // The scroll bar learns of the rows when they are laid out.
+    m_list->doItemsLayout();
+    m_list->verticalScrollBar()->setValue(m_takenPosition);
+}
+
+void FileListWidget::onAddFile(const QStringList &paths)
+{
+    const QStringList shown = files();
+    QSet<QString> known(shown.begin(), shown.end());
+    m_list->setUpdatesEnabled(false);
+    for (const QString &path : paths) {
+        if (!known.contains(path)) {
+            known.insert(path);
+            addFile(path);
+        }
+    }
+    m_list->setUpdatesEnabled(true);
+}
+
+void FileListWidget::clearFiles()
+{
+    finishDrag();
+    m_list->clear();
+    emit fileCountChange(0);
+}
+
+void FileListWidget::chooseFiles()
+{
+    onAddFile(QFileDialog::getOpenFileNames(this, caption, QString(), filter));
+}
+
+void FileListWidget::addFile(const QString &path)
+{
+    auto *entry = new QListWidgetItem(m_list);
+    entry->setSizeHint(QSize(0, FileRows::kHeight));
+    entry->setData(Qt::UserRole, path);
+    auto *row = new FileListItem;
+    row->setPath(path);
+    m_list->setItemWidget(entry, row);
+    connect(row, &FileListItem::dragStarted, this, [this, entry] { beginDrag(entry); });
+    connect(row, &FileListItem::dragMoved, this, &FileListWidget::moveDragged);
+    connect(row, &FileListItem::dragFinished, this, &FileListWidget::finishDrag);
+    connect(row, &FileListItem::close, this, [this, entry] { remove(entry); });
+}
+
+void FileListWidget::remove(QListWidgetItem *entry)
+{
+    // The end of a drag may empty the list, and the entry is gone then.
+    if (entry != m_dragged || !finishDrag()) {
+        delete m_list->takeItem(m_list->row(entry));
+    }
+    emit fileCountChange(m_list->count());
+}
+
+void FileListWidget::beginDrag(QListWidgetItem *entry)
+{
+    m_dragged = entry;
+    m_draggedRow = qobject_cast<FileListItem *>(m_list->itemWidget(entry));
+    m_dragStart = m_list->row(entry);
+    m_pointer = QCursor::pos();
+    if (m_draggedRow != nullptr) {
+        m_draggedRow->setDragging(true);
+        m_draggedRow->raise();
+    }
+    m_scrollTimer.start();
+}
+
+void FileListWidget::moveDragged(QPoint globalPosition)
+{
+    if (m_dragged == nullptr) {
+        return;
+    }
+    m_pointer = globalPosition;
+    QWidget *viewport = m_list->viewport();
+    QScrollBar *bar = m_list->verticalScrollBar();
+    const int y = viewport->mapFromGlobal(globalPosition).y();
+    if (y < kScrollMargin) {
+        bar->setValue(bar->value() - kScrollStep);
+    } else if (y > viewport->height() - kScrollMargin) {
+        bar->setValue(bar->value() + kScrollStep);
+    }
+    const int target = targetRow(viewport->mapFromGlobal(globalPosition));
+    const int current = m_list->row(m_dragged);
+    if (target < 0 || current < 0 || current == target) {
+        return;
+    }
+    const int before = target + (target > current ? 1 : 0);
+    if (m_list->model()->moveRow(QModelIndex(), current, QModelIndex(), before)) {
+        m_list->scrollToItem(m_dragged, QAbstractItemView::EnsureVisible);
+        viewport->update();
+    }
+}
+
+/// Goes on as if the pointer moved while it rests at an edge, and faster beyond it.
+void FileListWidget::scrollOn()
+{
+    const QWidget *viewport = m_list->viewport();
+    const int y = viewport->mapFromGlobal(m_pointer).y();
+    const int beyond = std::max(-y, y - viewport->height());
+    if (y >= kScrollMargin && y <= viewport->height() - kScrollMargin) {
+        return;
+    }
+    if (beyond > 0) {
+        QScrollBar *bar = m_list->verticalScrollBar();
+        const int step = std::min(beyond, kFarStep);
+        bar->setValue(bar->value() + (y < 0 ? -step : step));
+    }
+    moveDragged(m_pointer);
+}
+
+/// The row that a position in the viewport means; -1 for none.
+int FileListWidget::targetRow(QPoint position) const
+{
+    const QModelIndex index = m_list->indexAt(position);
+    if (index.isValid()) {
+        return index.row();
+    }
+    if (position.y() < 0) {
+        return 0;
+    }
+    return position.y() >= m_list->viewport()->height() ? m_list->count() - 1 : -1;
+}
+
+/// Ends the drag, if there is one; true if that has emptied the list.
+bool FileListWidget::finishDrag()
+{
+    if (m_dragged == nullptr) {
+        return false;
+    }
+    m_scrollTimer.stop();
+    const int row = m_list->row(std::exchange(m_dragged, nullptr));
+    if (m_draggedRow != nullptr) {
+        m_draggedRow->setDragging(false);
+    }
+    m_draggedRow = nullptr;
+    const int start = std::exchange(m_dragStart, -1);
+    if (row == start) {
+        return false;
+    }
+    emit fileOrderChanged(takeFiles());
+    return true;
+}

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tools/options/pdf_to_office_options_panel.h"
+
+PdfToOfficeOptionsPanel::PdfToOfficeOptionsPanel(QWidget *parent)
+    : ToolOptionsPanel(tr("PDF转为Office"), tr("转换"), LocationBox::Source::Offered, parent)
+{
+    addHeading(tr("选择文件格式"));
+    addChoice({tr("Word (*.docx)"), tr("Excel (*.xlsx)"), tr("PowerPoint (*.pptx)")}, 0)
+        ->setObjectName(QStringLiteral("officeFormatBox"));
+}

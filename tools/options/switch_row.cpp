@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "tools/options/switch_row.h"
+
+#include "tools/common/tool_font.h"
+#include "widgets/switch_button.h"
+#include "widgets/theme.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace {
+
+constexpr int kFontSize = 14;
+constexpr int kGap = 12;
+
+} // namespace
+
+SwitchRow::SwitchRow(const QString &text, QWidget *parent)
+    : QWidget(parent)
+    , m_switch(new SwitchButton(this))
+{
+    auto *label = new QLabel(text, this);
+    label->setObjectName(QStringLiteral("switchText"));
+    label->setFont(toolFont(kFontSize));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setStyleSheet(QStringLiteral("QLabel#switchText { color: %1; background: transparent; }")
+                             .arg(Theme::ink.name()));
+    m_switch->setAccessibleName(text);
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(kGap);
+    row->addWidget(label, 1);
+    row->addWidget(m_switch);
+}
