@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "widgets/control_painting.h"
+
+#include "widgets/theme.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <QToolTip>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kFocusLineWidth = 2.0;
+
+QRectF insetBy(const QRectF &rect, double inset)
+{
+    return rect.adjusted(inset, inset, -inset, -inset);
+}
+
+/// The rectangle with its edges on whole pixels of the device.
+QRectF onPixels(const QRectF &rect, const QTransform &toDevice)
+{
+    const QRectF device = toDevice.mapRect(rect);
+    const QPointF topLeft(std::round(device.left()), std::round(device.top()));
+    const QPointF bottomRight(std::round(device.right()), std::round(device.bottom()));
+    return toDevice.inverted().mapRect(QRectF(topLeft, bottomRight));
+}
+
+/// A line's width, of at least one and a whole number of pixels of the device.
+double onPixels(double lineWidth, const QTransform &toDevice)
+{
+    return std::max(std::round(lineWidth * toDevice.m11()), 1.0) / toDevice.m11();
+}
+
+} // namespace
+
+void ControlPainting::drawBox(QPainter &painter, const QRectF &rect, const Box &box)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF outer = onPixels(insetBy(rect, box.inset), toDevice);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(box.fill.isValid() ? QBrush(box.fill) : QBrush(Qt::NoBrush));
+    if (box.border.isValid() && box.lineWidth > 0.0) {
+        const double width = onPixels(box.lineWidth, toDevice);
+        const double radius = std::max(box.radius - width / 2, 0.0);
+        painter.setPen(QPen(box.border, width));
+        painter.drawRoundedRect(insetBy(outer, width / 2), radius, radius);
+    } else {
+        painter.setPen(Qt::NoPen);
+        painter.drawRoundedRect(outer, box.radius, box.radius);
+    }
+    painter.restore();
+}
+
+void ControlPainting::drawFocusRing(QPainter &painter, const QRectF &rect, double radius)
+{
+    drawBox(painter, rect,
+            {.border = Theme::white,
+             .radius = std::max(radius - kFocusLineWidth, 0.0),
+             .inset = kFocusLineWidth});
+    drawBox(painter, rect,
+            {.border = Theme::accent, .lineWidth = kFocusLineWidth, .radius = radius});
+}
+
+void ControlPainting::drawText(QPainter &painter, const QRect &rect, const QString &text,
+                               Qt::Alignment alignment, Qt::TextElideMode mode)
+{
+    const int flags = static_cast<int>(alignment | Qt::AlignAbsolute) | Qt::TextSingleLine;
+    painter.drawText(rect, flags, painter.fontMetrics().elidedText(text, mode, rect.width()));
+}
+
+void ControlPainting::drawTinted(QPainter &painter, const QRect &rect, const QIcon &icon,
+                                 const QColor &color)
+{
+    const double ratio = painter.device()->devicePixelRatioF();
+    QPixmap pixmap(rect.size() * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    const QRect whole(QPoint(), rect.size());
+    QPainter tinting(&pixmap);
+    icon.paint(&tinting, whole);
+    tinting.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    tinting.fillRect(whole, color);
+    tinting.end();
+    painter.drawPixmap(rect.topLeft(), pixmap);
+}
+
+bool ControlPainting::showWholeText(const QEvent &event, QWidget &widget, const QString &text)
+{
+    if (event.type() != QEvent::ToolTip || !widget.toolTip().isEmpty()) {
+        return false;
+    }
+    const auto &help = static_cast<const QHelpEvent &>(event);
+    QToolTip::showText(help.globalPos(), text.toHtmlEscaped(), &widget);
+    return true;
+}

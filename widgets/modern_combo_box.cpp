@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "widgets/modern_combo_box.h"
+
+#include "widgets/combo_popup.h"
+#include "widgets/control_painting.h"
+#include "widgets/field_frame.h"
+#include "widgets/text_alignment.h"
+#include "widgets/theme.h"
+#include "widgets/widget_font.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QPainter>
+#include <QPointer>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kHeight = 42;
+constexpr int kMinimumWidth = 96;
+constexpr int kPadding = 12;
+constexpr int kGap = 8;
+constexpr int kIconSide = 20;
+constexpr int kArrowSide = 24;
+constexpr int kFont = 14;
+constexpr int kPopupGap = 8;
+/// From the top of the box to that of a pop-up above it.
+constexpr int kPopupRise = ComboPopup::kHeight + kPopupGap;
+
+constexpr QLatin1String kArrowIcon{":/res/icons/modern/down.png"};
+
+QListWidgetItem *itemAt(const QListWidget &list, const QPersistentModelIndex &index)
+{
+    return index.isValid() ? list.item(index.row()) : nullptr;
+}
+
+} // namespace
+
+ModernComboBox::ModernComboBox(QWidget *parent, bool opensUpwards)
+    : QPushButton(parent)
+    , m_popup(new ComboPopup(this))
+    , m_opensUpwards(opensUpwards)
+{
+    setFixedHeight(kHeight);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setFont(widgetFont(kFont));
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::NoFocus);
+    setAutoDefault(false);
+    setAttribute(Qt::WA_Hover);
+    connect(this, &QPushButton::pressed, this, &ModernComboBox::togglePopup);
+    connect(m_popup, &ComboPopup::itemChosen, this, &ModernComboBox::onItemClicked);
+    connect(m_popup->list(), &QListWidget::itemChanged, this, &ModernComboBox::refreshTexts);
+}
+
+ModernComboBox::~ModernComboBox() = default;
+
+int ModernComboBox::count() const
+{
+    return m_popup->list()->count();
+}
+
+QListWidgetItem *ModernComboBox::item(int index) const
+{
+    return m_popup->list()->item(index);
+}
+
+QListWidgetItem *ModernComboBox::currentItem() const
+{
+    return itemAt(*m_popup->list(), m_current);
+}
+
+int ModernComboBox::currentIndex() const
+{
+    return m_current.isValid() ? m_current.row() : -1;
+}
+
+QSize ModernComboBox::sizeHint() const
+{
+    ensurePolished();
+    int width = kMinimumWidth;
+    for (int index = 0; index < count(); ++index) {
+        width = std::max(width, contentWidth(item(index)->text(), item(index)->icon()));
+    }
+    return {width, kHeight};
+}
+
+QSize ModernComboBox::minimumSizeHint() const
+{
+    return {kMinimumWidth, kHeight};
+}
+
+QListWidgetItem *ModernComboBox::addItem(const QString &text, const QIcon &icon, bool custom)
+{
+    auto *added = new QListWidgetItem(icon, text);
+    added->setData(kIconRole, icon);
+    added->setData(kTextRole, text);
+    m_popup->list()->addItem(added);
+    if (custom) {
+        m_custom = m_popup->list()->indexFromItem(added);
+    }
+    setCurrentItem(added);
+    updateGeometry();
+    return added;
+}
+
+void ModernComboBox::setCurrentItem(QListWidgetItem *item)
+{
+    m_popup->list()->setCurrentItem(item);
+    m_current = m_popup->list()->indexFromItem(item);
+    refreshTexts();
+}
+
+void ModernComboBox::onItemClicked(QListWidgetItem *item)
+{
+    if (item == nullptr) {
+        return;
+    }
+    setCurrentItem(item);
+    m_popup->hide();
+    if (item->data(kLocationRole).toInt() == kCustomLocation) {
+        const QPointer<ModernComboBox> self(this);
+        chooseFolder(m_current);
+        if (self == nullptr) {
+            return;
+        }
+    } else if (QListWidgetItem *custom = itemAt(*m_popup->list(), m_custom)) {
+        custom->setData(kTextRole, tr("选择位置..."));
+    }
+    emit currentIndexChanged(currentIndex());
+}
+
+bool ModernComboBox::event(QEvent *event)
+{
+    const int wanted = contentWidth(shownText(), {});
+    if (width() < wanted && ControlPainting::showWholeText(*event, *this, shownText())) {
+        return true;
+    }
+    return QPushButton::event(event);
+}
+
+void ModernComboBox::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Down && !event->isAutoRepeat()) {
+        togglePopup();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+void ModernComboBox::paintEvent(QPaintEvent * /*event*/)
+{
+    const bool open = m_popup->isVisible();
+    QPainter painter(this);
+    FieldFrame::draw(
+        painter, rect(),
+        {.focused = open || hasFocus(), .hovered = underMouse(), .enabled = isEnabled()});
+
+    const auto placed = [this](const QRect &part) {
+        return QStyle::visualRect(layoutDirection(), rect(), part);
+    };
+    const auto centred = [this](int left, int side) {
+        return QRect(left, (height() - side) / 2, side, side);
+    };
+    const QRect arrow = centred(width() - kPadding - kArrowSide, kArrowSide);
+    int textLeft = kPadding;
+    painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
+    const QListWidgetItem *shown = currentItem();
+    if (shown != nullptr && !shown->icon().isNull()) {
+        shown->icon().paint(&painter, placed(centred(textLeft, kIconSide)));
+        textLeft += kIconSide + kGap;
+    }
+    QIcon(kArrowIcon).paint(&painter, placed(arrow));
+    painter.setOpacity(1.0);
+
+    const bool isFolder = !chosenFolder().isEmpty();
+    const QRect text(textLeft, 0, arrow.left() - kGap - textLeft, height());
+    painter.setPen(isEnabled() ? Theme::ink : Theme::textMuted);
+    ControlPainting::drawText(painter, placed(text), shownText(),
+                              leadingSide(layoutDirection()) | Qt::AlignVCenter,
+                              isFolder ? Qt::ElideMiddle : Qt::ElideRight);
+}
+
+void ModernComboBox::togglePopup()
+{
+    if (m_popup->isVisible()) {
+        m_popup->hide();
+        return;
+    }
+    if (count() == 0) {
+        return;
+    }
+    setDown(false);
+    bool above = false;
+    const QRect geometry = popupGeometry(&above);
+    m_popup->list()->setCurrentItem(currentItem());
+    m_popup->setFrameAtBottom(above);
+    m_popup->setFixedWidth(geometry.width());
+    m_popup->move(geometry.topLeft());
+    m_popup->show();
+    update();
+}
+
+QRect ModernComboBox::popupGeometry(bool *above) const
+{
+    const QRect available = screen()->availableGeometry();
+    const auto placedAt = [this](int y) {
+        return QRect(mapToGlobal(QPoint(0, y)), QSize(width(), ComboPopup::kHeight));
+    };
+    const QRect below = placedAt(height() + kPopupGap);
+    const QRect over = placedAt(-kPopupRise);
+    // At the edge of the screen the list goes to the other side of the box if there is room.
+    *above = m_opensUpwards;
+    if (m_opensUpwards && over.top() < available.top()) {
+        *above = below.bottom() > available.bottom();
+    } else if (!m_opensUpwards && below.bottom() > available.bottom()) {
+        *above = over.top() >= available.top();
+    }
+    QRect geometry = *above ? over : below;
+    // Clamped, not centred: std::clamp wants the lower bound first, also on a tiny screen.
+    const int lastLeft = std::max(available.right() + 1 - geometry.width(), available.left());
+    const int lastTop = std::max(available.bottom() + 1 - geometry.height(), available.top());
+    geometry.moveLeft(std::clamp(geometry.left(), available.left(), lastLeft));
+    geometry.moveTop(std::clamp(geometry.top(), available.top(), lastTop));
+    return geometry;
+}
+
+void ModernComboBox::chooseFolder(const QPersistentModelIndex &index)
+{
+    // The box, its items or its window may go while the dialog is open.
+    const QPointer<ModernComboBox> self(this);
+    const QString folder = QFileDialog::getExistingDirectory(
+        this, tr("选择文件夹"), QDir::homePath(), QFileDialog::ShowDirsOnly);
+    if (self == nullptr || folder.isEmpty()) {
+        return;
+    }
+    QListWidgetItem *chosen = itemAt(*m_popup->list(), index);
+    if (chosen != nullptr) {
+        chosen->setData(kTextRole, folder);
+    }
+}
+
+void ModernComboBox::refreshTexts()
+{
+    setToolTip(QDir::toNativeSeparators(chosenFolder()));
+    setAccessibleName(shownText());
+    update();
+}
+
+QString ModernComboBox::chosenFolder() const
+{
+    const QListWidgetItem *shown = currentItem();
+    if (shown == nullptr || shown->data(kLocationRole).toInt() != kCustomLocation) {
+        return {};
+    }
+    const QString text = shown->data(kTextRole).toString();
+    return text == shown->text() || text == tr("选择位置...") ? QString() : text;
+}
+
+QString ModernComboBox::shownText() const
+{
+    const QListWidgetItem *shown = currentItem();
+    if (shown == nullptr) {
+        return {};
+    }
+    const QString folder = chosenFolder();
+    return folder.isEmpty() ? shown->text() : QDir::toNativeSeparators(folder);
+}
+
+int ModernComboBox::contentWidth(const QString &text, const QIcon &icon) const
+{
+    const int iconWidth = icon.isNull() ? 0 : kIconSide + kGap;
+    return kPadding + iconWidth + fontMetrics().size(Qt::TextSingleLine, text).width() + kGap +
+           kArrowSide + kPadding;
+}

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: AGPL-3.0-or-later
+#include "widgets/password_input.h"
+
+#include "widgets/field_frame.h"
+#include "widgets/widget_font.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+
+namespace {
+
+constexpr int kHeight = 42;
+constexpr int kSideMargin = 10;
+constexpr int kSpacing = 8;
+constexpr int kLockSide = 18;
+constexpr int kFont = 14;
+
+constexpr QLatin1String kLockIcon{":/res/icons/modern/lock.png"};
+constexpr QLatin1String kEyeIcon{":/res/icons/modern/eye.png"};
+
+constexpr QLatin1String kLineEditStyleSheet{
+    "QLineEdit {    background: transparent;    border: none;}"};
+
+} // namespace
+
+PasswordInput::PasswordInput(QWidget *parent)
+    : QWidget(parent)
+    , m_edit(new QLineEdit(this))
+    , m_eye(m_edit->addAction(QIcon(kEyeIcon), QLineEdit::TrailingPosition))
+{
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::IBeamCursor);
+    setFocusProxy(m_edit);
+    setMinimumHeight(kHeight);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+
+    auto *lock = new QLabel(this);
+    lock->setPixmap(QIcon(kLockIcon).pixmap(QSize(kLockSide, kLockSide), devicePixelRatioF()));
+    lock->setFixedSize(kLockSide, kLockSide);
+    m_edit->setFont(widgetFont(kFont));
+    m_edit->setEchoMode(QLineEdit::Password);
+    m_edit->setStyleSheet(kLineEditStyleSheet);
+    m_edit->installEventFilter(this);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(kSideMargin, 0, kSideMargin, 0);
+    layout->setSpacing(kSpacing);
+    layout->addWidget(lock);
+    layout->addWidget(m_edit);
+
+    m_eye->setVisible(false);
+    connect(m_eye, &QAction::triggered, this, &PasswordInput::toggleEcho);
+    connect(m_edit, &QLineEdit::textChanged, this,
+            [this](const QString &text) { m_eye->setVisible(!text.isEmpty()); });
+}
+
+PasswordInput::~PasswordInput() = default;
+
+QString PasswordInput::text() const
+{
+    return m_edit->text();
+}
+
+void PasswordInput::setError(bool error)
+{
+    m_error = error;
+    update();
+}
+
+void PasswordInput::setPlaceholderText(const QString &text)
+{
+    m_edit->setPlaceholderText(text);
+}
+
+void PasswordInput::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange) {
+        update();
+    }
+    QWidget::changeEvent(event);
+}
+
+bool PasswordInput::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PasswordInput::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    FieldFrame::draw(painter, rect(),
+                     {.focused = m_edit->hasFocus(),
+                      .hovered = underMouse(),
+                      .error = m_error,
+                      .enabled = isEnabled()});
+}
+
+void PasswordInput::toggleEcho()
+{
+    const bool hidden = m_edit->echoMode() == QLineEdit::Password;
+    m_edit->setEchoMode(hidden ? QLineEdit::Normal : QLineEdit::Password);
+}
