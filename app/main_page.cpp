@@ -8,7 +8,9 @@
 #include "app/window_shape.h"
 #include "pdf/viewer/pdf_show_page.h"
 #include "pdf/viewer/pdf_viewer_widget.h"
+#include "taskcenter/task_center.h"
 #include "widgets/icon_paths.h"
+#include "widgets/modern_message_box.h"
 #include "widgets/theme.h"
 
 #include <QDir>
@@ -183,7 +185,16 @@ bool MainPage::maybeClose()
             return false;
         }
     }
-    return true;
+    return maybeStopTasks();
+}
+
+bool MainPage::maybeStopTasks()
+{
+    return TaskCenter::instance().unfinishedTasks() == 0 ||
+           ModernMessageBox::question(this, tr("任务仍在进行"),
+                                      tr("关闭程序将停止尚未完成的任务。"), QString(),
+                                      tr("停止并关闭"), QString(),
+                                      ModernMessageBox::Warning) == ModernMessageBox::Confirmed;
 }
 
 void MainPage::openFile(const QString &path)

@@ -32,8 +32,8 @@ public:
     ///
     /// A file that does not open leaves no tab; the viewer has told the user why.
     void openFileInTab(const QString &path);
-    /// Asks about the unsaved changes of each tab in turn, with the tab in front; false when the
-    /// user wants to go on working.
+    /// Asks about the unsaved changes of each tab in turn, with the tab in front, and then whether
+    /// tasks are to be stopped that have not ended; false when the user wants to go on working.
     [[nodiscard]] bool maybeClose();
 
 public slots:
@@ -46,6 +46,9 @@ private:
     /// Follows the document of `page` to the file it was saved to, and closes other tabs of that
     /// file, which show what it was before, unless they hold changes of their own.
     void noteSaved(QWidget *page, const QString &path);
+    /// Whether no task is at work, or the user lets them be stopped, which the end of the program
+    /// does.
+    [[nodiscard]] bool maybeStopTasks();
     /// The pages of the viewer tabs in the order of the tabs.
     [[nodiscard]] QList<QPointer<PdfShowPage>> viewerPages() const;
     [[nodiscard]] int indexOfFile(const QString &normalizedPath) const;

@@ -24,6 +24,10 @@ set(QUILLORA_ROOMS
     taskcenter
     widgets
     pdf/core
+    tools/common
+    tools/files
+    tools/tasks
+    tools/options
     tools
     recent
     pdf/viewer/common

@@ -53,6 +53,12 @@ TaskStatus statusFor(const PdfOperationOutcome &outcome)
 class TaskCenter::Queue final
 {
 public:
+    struct Report
+    {
+        QString id;
+        TaskStatus status;
+    };
+
     Queue(TaskCenter &center, int threads)
         : m_center(center)
         , m_mostThreads(static_cast<std::size_t>(std::max(threads, 1)))
@@ -61,14 +67,10 @@ public:
     void add(Task task);
     void cancel(const QString &id);
     void shutdown();
-    struct Report
-    {
-        QString id;
-        TaskStatus status;
-    };
     /// The changes since the last call, in order.
     std::vector<Report> takeReports();
     [[nodiscard]] PdfOperationOutcome outcome(const QString &id) const;
+    [[nodiscard]] std::size_t unfinished() const;
 
 private:
     void addThread();
@@ -153,6 +155,12 @@ PdfOperationOutcome TaskCenter::Queue::outcome(const QString &id) const
 {
     const std::lock_guard lock(m_mutex);
     return m_outcomes.value(id);
+}
+
+std::size_t TaskCenter::Queue::unfinished() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_waiting.size() + static_cast<std::size_t>(m_running.size());
 }
 
 /// Adds a thread, unless the system has none left.
@@ -265,6 +273,11 @@ void TaskCenter::cancel(const QString &id)
 void TaskCenter::shutdown()
 {
     m_queue->shutdown();
+}
+
+int TaskCenter::unfinishedTasks() const
+{
+    return static_cast<int>(m_queue->unfinished());
 }
 
 QString TaskCenter::errorMessage(const QString &id) const

@@ -37,6 +37,9 @@ public:
     /// moments. Tasks that are submitted later are cancelled at once.
     void shutdown();
 
+    /// How many tasks are queued or run.
+    [[nodiscard]] int unfinishedTasks() const;
+
     /// Why a task failed, in the language of the interface and without any password; empty unless
     /// it has.
     [[nodiscard]] QString errorMessage(const QString &id) const;

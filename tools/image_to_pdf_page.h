@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
-#include "tools/tool_page.h"
+#include "tools/file_tool_page.h"
 
 /// The page of the tool that makes PDF files of images.
-class ImageToPdfPage final : public ToolPage
+class ImageToPdfPage final : public FileToolPage
 {
     Q_OBJECT
 
@@ -12,4 +12,6 @@ public:
     static constexpr QLatin1String kIconPath{":/res/icons/modern/image-big.png"};
 
     explicit ImageToPdfPage(QWidget *parent = nullptr);
+
+    [[nodiscard]] QList<TaskRequest> requestsFor(const QStringList &files) const override;
 };

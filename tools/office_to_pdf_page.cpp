@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/office_to_pdf_page.h"
 
+#include "tools/options/office_to_pdf_options_panel.h"
+
 OfficeToPdfPage::OfficeToPdfPage(QWidget *parent)
-    : ToolPage(kIconPath, tr("Office转为PDF"), tr("将 Word、PowerPoint 和 Excel 文件转换为 PDF"),
-               parent)
+    : OfficeToolPage(new OfficeToPdfOptionsPanel, tr("添加或拖拽文件进行转换。"), parent)
 {}

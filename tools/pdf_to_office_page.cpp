@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/pdf_to_office_page.h"
 
+#include "tools/options/pdf_to_office_options_panel.h"
+
 PdfToOfficePage::PdfToOfficePage(QWidget *parent)
-    : ToolPage(kIconPath, tr("PDF转为Office"), tr("将 PDF 转换为可编辑的 Office 文档。"), parent)
+    : OfficeToolPage(new PdfToOfficeOptionsPanel, tr("从你的桌面上添加或拖放PDF文件，开始转换。"),
+                     parent)
 {}

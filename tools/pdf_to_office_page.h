@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
-#include "tools/tool_page.h"
+#include "tools/office_tool_page.h"
 
 /// The page of the tool that turns PDF files into Office documents.
-class PdfToOfficePage final : public ToolPage
+class PdfToOfficePage final : public OfficeToolPage
 {
     Q_OBJECT
 

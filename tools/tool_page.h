@@ -1,25 +1,26 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
-#include <QString>
 #include <QWidget>
 
-class QVBoxLayout;
+class QLabel;
+class ToolOptionsPanel;
 
-/// What every page of a batch tool shows first: the tool's icon, its name and what it does.
+/// The frame of every page of a batch tool: what the tool works on, a line, and its options.
 class ToolPage : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// `iconPath` is the resource path of the tool's big icon; the texts are translated already.
-    ToolPage(const QString &iconPath, const QString &title, const QString &description,
-             QWidget *parent = nullptr);
+    [[nodiscard]] ToolOptionsPanel *optionsPanel() const { return m_panel; }
 
 protected:
-    /// The centred column that holds the icon and the texts; derived pages add to its end.
-    [[nodiscard]] QVBoxLayout *column() const { return m_column; }
+    /// Takes both widgets.
+    ToolPage(QWidget *content, ToolOptionsPanel *panel, QWidget *parent);
+
+    void setOptionsVisible(bool visible);
 
 private:
-    QVBoxLayout *m_column;
+    QLabel *m_separator;
+    ToolOptionsPanel *m_panel;
 };

@@ -12,7 +12,7 @@
 #include "tests/app/style_rules.h"
 #include "tests/support/dialog_answers.h"
 #include "tests/support/pdf_fixture.h"
-#include "tools/file_input_page.h"
+#include "tools/file_tool_page.h"
 #include "tools/image_to_pdf_page.h"
 #include "tools/office_to_pdf_page.h"
 #include "tools/pdf_compress_page.h"
@@ -262,7 +262,7 @@ void TestMainPage::closedToolOpensAfresh()
     const QPointer<QWidget> first = tabs()->widget(1);
     emit tabs()->tabBar()->tabCloseRequested(1);
     m_page->openTool(1);
-    const auto *second = qobject_cast<FileInputPage *>(tabs()->widget(1));
+    const auto *second = qobject_cast<FileToolPage *>(tabs()->widget(1));
     QVERIFY(second);
     QVERIFY(second->inputFiles().isEmpty());
     QTRY_VERIFY(!first);
@@ -309,7 +309,7 @@ void TestMainPage::toolGetsTheFile()
     m_page->openToolWithFile(type, m_pdf);
     QCOMPARE(m_page->indexOfTool(type), 1);
     QCOMPARE(tabs()->currentIndex(), 1);
-    const auto *page = qobject_cast<FileInputPage *>(tabs()->widget(1));
+    const auto *page = qobject_cast<FileToolPage *>(tabs()->widget(1));
     QCOMPARE(page != nullptr, taken);
     if (page) {
         QCOMPARE(page->inputFiles(), QStringList{m_pdf});

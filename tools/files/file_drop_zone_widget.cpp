@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/files/file_drop_zone_widget.h"
 
-#include "tools/common/tool_font.h"
 #include "widgets/file_drop.h"
 #include "widgets/icon_button.h"
 #include "widgets/theme.h"
+#include "widgets/widget_font.h"
 
 #include <QDragEnterEvent>
 #include <QFileDialog>
@@ -50,7 +50,7 @@ FileDropZoneWidget::FileDropZoneWidget(QWidget *parent)
                         .pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
 
     m_text->setObjectName(QStringLiteral("dropZoneText"));
-    m_text->setFont(toolFont(16));
+    m_text->setFont(widgetFont(16));
     m_text->setWordWrap(true);
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setTextFormat(Qt::PlainText);
@@ -137,9 +137,8 @@ void FileDropZoneWidget::paintEvent(QPaintEvent *event)
     pen.setCapStyle(Qt::RoundCap);
     painter.setPen(pen);
     painter.setBrush(m_aimedAt ? Theme::accentTintLight : kFill);
-    painter.drawRoundedRect(
-        rect().adjusted(kFrameInset, kFrameInset, -kFrameInset, -kFrameInset), kFrameRadius,
-        kFrameRadius);
+    painter.drawRoundedRect(rect().adjusted(kFrameInset, kFrameInset, -kFrameInset, -kFrameInset),
+                            kFrameRadius, kFrameRadius);
 }
 
 /// Shows whether a drop would be taken here.

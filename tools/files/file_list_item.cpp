@@ -3,9 +3,9 @@
 
 #include "tools/common/elided_label.h"
 #include "tools/common/size_text.h"
-#include "tools/common/tool_font.h"
 #include "widgets/icon_paths.h"
 #include "widgets/theme.h"
+#include "widgets/widget_font.h"
 
 #include <QApplication>
 #include <QDir>
@@ -61,9 +61,9 @@ FileListItem::FileListItem(QWidget *parent)
     m_icon->setPixmap(
         QIcon(kPdfFileIcon).pixmap(QSize(kFileIconSize, kFileIconSize), devicePixelRatioF()));
     m_name->setObjectName(QStringLiteral("fileName"));
-    m_name->setFont(toolFont(14));
+    m_name->setFont(widgetFont(14));
     m_size->setObjectName(QStringLiteral("fileSize"));
-    m_size->setFont(toolFont(12));
+    m_size->setFont(widgetFont(12));
     for (QLabel *label : {m_handle, m_icon, static_cast<QLabel *>(m_name), m_size}) {
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
     }

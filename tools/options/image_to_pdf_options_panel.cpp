@@ -15,16 +15,14 @@ constexpr int kSelectGap = 8;
 } // namespace
 
 ImageToPdfOptionsPanel::ImageToPdfOptionsPanel(QWidget *parent)
-    : ToolOptionsPanel(tr("图像转PDF"), tr("转换"), LocationBox::Source::Offered, parent)
+    : ToolOptionsPanel(tr("图像转PDF"), tr("转换"), OutputLocation::Source::Offered, parent)
     , m_portrait(new SelectButton(tr("纵向"), this))
     , m_landscape(new SelectButton(tr("横向"), this))
 {
     addHeading(tr("页面大小"));
-    m_pageSize = addChoice({tr("A4"), tr("Letter(US)")}, 0);
-    m_pageSize->setObjectName(QStringLiteral("pageSizeBox"));
+    m_pageSize = addChoice(QStringLiteral("pageSizeBox"), {tr("A4"), tr("Letter(US)")}, 0);
     addHeading(tr("页边距选项"));
-    m_margin = addChoice({tr("无"), tr("窄"), tr("宽")}, 0);
-    m_margin->setObjectName(QStringLiteral("pageMarginBox"));
+    m_margin = addChoice(QStringLiteral("pageMarginBox"), {tr("无"), tr("窄"), tr("宽")}, 0);
 
     addHeading(tr("页面方向"));
     auto *orientation = new QWidget(this);

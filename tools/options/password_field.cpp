@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/options/password_field.h"
 
-#include "tools/common/tool_font.h"
 #include "widgets/password_input.h"
+#include "widgets/widget_font.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -23,7 +23,7 @@ PasswordField::PasswordField(QWidget *parent)
 {
     m_input->setFixedHeight(kInputHeight);
     m_label->setObjectName(QStringLiteral("passwordMessage"));
-    m_label->setFont(toolFont(kMessageSize));
+    m_label->setFont(widgetFont(kMessageSize));
     m_label->setTextFormat(Qt::PlainText);
     m_label->setWordWrap(true);
     m_label->setStyleSheet(QStringLiteral("QLabel{background-color:transparent;color:#F53F3F;}"));

@@ -8,7 +8,7 @@
 #include <QRadioButton>
 
 PdfCompressOptionsPanel::PdfCompressOptionsPanel(QWidget *parent)
-    : ToolOptionsPanel(tr("压缩PDF"), tr("压缩"), LocationBox::Source::Offered, parent)
+    : ToolOptionsPanel(tr("压缩PDF"), tr("压缩"), OutputLocation::Source::Offered, parent)
     , m_basic(new CardRadioButton(tr("基本"), tr("文件尺寸适中，质量最"), this))
     , m_save(new SaveOption(this))
 {

@@ -12,11 +12,10 @@ constexpr int kJpg = 2;
 } // namespace
 
 PdfConvertOptionsPanel::PdfConvertOptionsPanel(QWidget *parent)
-    : ToolOptionsPanel(tr("PDF 转为图像"), tr("转换"), LocationBox::Source::Offered, parent)
+    : ToolOptionsPanel(tr("PDF 转为图像"), tr("转换"), OutputLocation::Source::Offered, parent)
 {
     addHeading(tr("选择图像格式"));
-    m_format = addChoice({tr("JPG"), tr("PNG")}, kJpg);
-    m_format->setObjectName(QStringLiteral("imageFormatBox"));
+    m_format = addChoice(QStringLiteral("imageFormatBox"), {tr("JPG"), tr("PNG")}, kJpg);
     addHeading(tr("更多选项"));
     auto *extract = new SwitchRow(tr("提取单个图像"), this);
     m_extract = extract->switchButton();

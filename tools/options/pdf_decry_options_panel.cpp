@@ -5,7 +5,7 @@
 #include "tools/options/save_option.h"
 
 PdfDecryOptionsPanel::PdfDecryOptionsPanel(QWidget *parent)
-    : ToolOptionsPanel(tr("解锁PDF"), tr("解锁"), LocationBox::Source::Offered, parent)
+    : ToolOptionsPanel(tr("解锁PDF"), tr("解锁"), OutputLocation::Source::Offered, parent)
     , m_password(new PasswordField(this))
     , m_save(new SaveOption(this))
 {

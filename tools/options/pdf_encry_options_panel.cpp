@@ -5,7 +5,7 @@
 #include "tools/options/save_option.h"
 
 PdfEncryOptionsPanel::PdfEncryOptionsPanel(QWidget *parent)
-    : ToolOptionsPanel(tr("加密PDF"), tr("添加密码"), LocationBox::Source::Offered, parent)
+    : ToolOptionsPanel(tr("加密PDF"), tr("添加密码"), OutputLocation::Source::Offered, parent)
     , m_first(new PasswordField(this))
     , m_second(new PasswordField(this))
     , m_save(new SaveOption(this))

@@ -2,7 +2,7 @@
 #include "tools/options/pdf_merge_options_panel.h"
 
 PdfMergeOptionsPanel::PdfMergeOptionsPanel(QWidget *parent)
-    : ToolOptionsPanel(tr("合并PDF"), tr("合并"), LocationBox::Source::Left, parent)
+    : ToolOptionsPanel(tr("合并PDF"), tr("合并"), OutputLocation::Source::LeftOut, parent)
 {
     addHeading(tr("插入"));
     addText(tr("空白"));

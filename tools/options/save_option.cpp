@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/options/save_option.h"
 
-#include "tools/common/tool_font.h"
 #include "widgets/theme.h"
+#include "widgets/widget_font.h"
 
 #include <QButtonGroup>
 #include <QRadioButton>
@@ -28,7 +28,7 @@ SaveOption::SaveOption(QWidget *parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     for (QRadioButton *button : {m_replace, m_keep}) {
-        button->setFont(toolFont(kFontSize));
+        button->setFont(widgetFont(kFontSize));
         button->setCursor(Qt::PointingHandCursor);
         button->setFocusPolicy(Qt::NoFocus);
         group->addButton(button);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/options/switch_row.h"
 
-#include "tools/common/tool_font.h"
 #include "widgets/switch_button.h"
 #include "widgets/theme.h"
+#include "widgets/widget_font.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,7 +21,7 @@ SwitchRow::SwitchRow(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(text, this);
     label->setObjectName(QStringLiteral("switchText"));
-    label->setFont(toolFont(kFontSize));
+    label->setFont(widgetFont(kFontSize));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setStyleSheet(QStringLiteral("QLabel#switchText { color: %1; background: transparent; }")

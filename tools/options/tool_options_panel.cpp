@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/options/tool_options_panel.h"
 
-#include "tools/common/tool_font.h"
 #include "widgets/icon_button.h"
+#include "widgets/modern_combo_box.h"
 #include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
+#include "widgets/widget_font.h"
 
 #include <QLabel>
 #include <QListWidgetItem>
@@ -48,15 +49,15 @@ QLabel *textLabel(const QString &name, const QString &text, const QFont &font, Q
 QLabel *headingLabel(const QString &text, QWidget *parent)
 {
     return textLabel(QStringLiteral("toolOptionsHeading"), text,
-                     toolFont(kHeadingSize, QFont::Bold), parent);
+                     widgetFont(kHeadingSize | kBoldFont), parent);
 }
 
 } // namespace
 
 ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startText,
-                                   LocationBox::Source source, QWidget *parent)
+                                   OutputLocation::Source source, QWidget *parent)
     : QWidget(parent)
-    , m_location(new LocationBox(source, this))
+    , m_location(OutputLocation::createBox(source, this))
 {
     setObjectName(QStringLiteral("toolOptionsPanel"));
     setAttribute(Qt::WA_StyledBackground);
@@ -92,7 +93,7 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     auto *top = new QVBoxLayout;
     top->setContentsMargins(kSide, 0, kSide, 0);
     top->addWidget(textLabel(QStringLiteral("toolOptionsTitle"), title,
-                             toolFont(kTitleSize, QFont::Bold), this));
+                             widgetFont(kTitleSize | kBoldFont), this));
     auto *bottom = new QVBoxLayout;
     bottom->setContentsMargins(kSide, 0, kSide, 0);
     bottom->setSpacing(kSpacing);
@@ -112,7 +113,7 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
 TaskRequest ToolOptionsPanel::buildRequest() const
 {
     TaskRequest request;
-    m_location->fill(request);
+    OutputLocation::fill(*m_location, request);
     return request;
 }
 
@@ -132,13 +133,13 @@ void ToolOptionsPanel::addControl(QWidget *control)
 void ToolOptionsPanel::addText(const QString &text)
 {
     m_sections->addWidget(
-        textLabel(QStringLiteral("toolOptionsText"), text, toolFont(kTextSize), this));
+        textLabel(QStringLiteral("toolOptionsText"), text, widgetFont(kTextSize), this));
 }
 
 void ToolOptionsPanel::addNote(const QString &text)
 {
     m_sections->addWidget(
-        textLabel(QStringLiteral("toolOptionsNote"), text, toolFont(kNoteSize), this));
+        textLabel(QStringLiteral("toolOptionsNote"), text, widgetFont(kNoteSize), this));
 }
 
 void ToolOptionsPanel::addSeparator()
@@ -150,9 +151,11 @@ void ToolOptionsPanel::addSeparator()
     m_sections->addWidget(line);
 }
 
-ModernComboBox *ToolOptionsPanel::addChoice(const QStringList &texts, int firstValue)
+ModernComboBox *ToolOptionsPanel::addChoice(const QString &objectName, const QStringList &texts,
+                                            int firstValue)
 {
     auto *box = new ModernComboBox(this, true);
+    box->setObjectName(objectName);
     box->setFixedHeight(kBoxHeight);
     int value = firstValue;
     for (const QString &text : texts) {

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "taskcenter/task_request.h"
-#include "tools/options/location_box.h"
+#include "tools/options/output_location.h"
 
 #include <QWidget>
 
+class ModernComboBox;
 class QVBoxLayout;
 
 /// What every panel of a tool's options has: a title, sections, the place of the results and the
@@ -20,14 +21,14 @@ public:
     /// A request with what was chosen here; who asks adds type and files.
     [[nodiscard]] virtual TaskRequest buildRequest() const;
 
-    [[nodiscard]] LocationBox *locationBox() const { return m_location; }
+    [[nodiscard]] ModernComboBox *locationBox() const { return m_location; }
 
 signals:
     void startClicked();
 
 protected:
     /// The texts are translated already.
-    ToolOptionsPanel(const QString &title, const QString &startText, LocationBox::Source source,
+    ToolOptionsPanel(const QString &title, const QString &startText, OutputLocation::Source source,
                      QWidget *parent);
 
     /// Appends a heading; what is added after it belongs to it.
@@ -42,7 +43,7 @@ protected:
     void addSeparator();
     /// Appends a box with a value in kValueRole for each text, counted from `firstValue`; the first
     /// is chosen.
-    ModernComboBox *addChoice(const QStringList &texts, int firstValue);
+    ModernComboBox *addChoice(const QString &objectName, const QStringList &texts, int firstValue);
 
     /// The value of the chosen item of such a box.
     [[nodiscard]] static int valueOf(const ModernComboBox &box);
@@ -51,5 +52,5 @@ protected:
 
 private:
     QVBoxLayout *m_sections;
-    LocationBox *m_location;
+    ModernComboBox *m_location;
 };

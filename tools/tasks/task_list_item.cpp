@@ -4,10 +4,10 @@
 #include "taskcenter/task_request.h"
 #include "tools/common/elided_label.h"
 #include "tools/common/size_text.h"
-#include "tools/common/tool_font.h"
 #include "tools/tasks/task_row.h"
 #include "widgets/icon_paths.h"
 #include "widgets/theme.h"
+#include "widgets/widget_font.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -100,11 +100,11 @@ TaskListItem::TaskListItem(QWidget *parent)
 {
     m_icon->setObjectName(QStringLiteral("taskIcon"));
     m_name->setObjectName(QStringLiteral("taskName"));
-    m_name->setFont(toolFont(14));
+    m_name->setFont(widgetFont(14));
     m_size->setObjectName(QStringLiteral("taskSize"));
-    m_size->setFont(toolFont(12));
+    m_size->setFont(widgetFont(12));
     m_status->setObjectName(QStringLiteral("taskStatus"));
-    m_status->setFont(toolFont(14));
+    m_status->setFont(widgetFont(14));
     m_stateIcon->setObjectName(QStringLiteral("taskStateIcon"));
     m_stateIcon->hide();
     connect(m_openFile, &QPushButton::clicked, this, &TaskListItem::openFile);
