@@ -136,7 +136,8 @@ void ModernComboBox::onItemClicked(QListWidgetItem *item)
 
 bool ModernComboBox::event(QEvent *event)
 {
-    const int wanted = contentWidth(shownText(), {});
+    const QListWidgetItem *shown = currentItem();
+    const int wanted = contentWidth(shownText(), shown != nullptr ? shown->icon() : QIcon());
     if (width() < wanted && ControlPainting::showWholeText(*event, *this, shownText())) {
         return true;
     }

@@ -23,9 +23,6 @@ constexpr int kFont = 14;
 constexpr QLatin1String kLockIcon{":/res/icons/modern/lock.png"};
 constexpr QLatin1String kEyeIcon{":/res/icons/modern/eye.png"};
 
-constexpr QLatin1String kLineEditStyleSheet{
-    "QLineEdit {    background: transparent;    border: none;}"};
-
 } // namespace
 
 PasswordInput::PasswordInput(QWidget *parent)
@@ -44,7 +41,7 @@ PasswordInput::PasswordInput(QWidget *parent)
     lock->setFixedSize(kLockSide, kLockSide);
     m_edit->setFont(widgetFont(kFont));
     m_edit->setEchoMode(QLineEdit::Password);
-    m_edit->setStyleSheet(kLineEditStyleSheet);
+    m_edit->setStyleSheet(FieldFrame::kLineEditStyleSheet);
     m_edit->installEventFilter(this);
 
     auto *layout = new QHBoxLayout(this);
