@@ -107,8 +107,7 @@ QSize CustomMenuButton::sizeHint() const
     int textWidth = metrics.size(Qt::TextSingleLine, text()).width();
     const QList<QAction *> actions = m_menu->actions();
     for (const QAction *action : actions) {
-        textWidth =
-            std::max(textWidth, metrics.size(Qt::TextSingleLine, action->text()).width());
+        textWidth = std::max(textWidth, metrics.size(Qt::TextSingleLine, action->text()).width());
     }
     return {std::max(textWidth + kBesideText, kMinimumWidth), kHeight};
 }

@@ -45,9 +45,9 @@ void FramedLineEdit::paintEvent(QPaintEvent *event)
 {
     {
         QPainter painter(this);
-        FieldFrame::draw(
-            painter, rect(),
-            {.focused = hasFocus(), .hovered = underMouse(), .enabled = isEnabled()}, m_lineWidth);
+        FieldFrame::draw(painter, rect(),
+                         {.focused = hasFocus(), .hovered = underMouse(), .enabled = isEnabled()},
+                         m_lineWidth);
     }
     QLineEdit::paintEvent(event);
 }

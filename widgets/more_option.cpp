@@ -91,6 +91,7 @@ void MoreOption::paintEvent(QPaintEvent * /*event*/)
     }
     const int textLeft = indicator.right() + 1 + kGap;
     painter.setPen(isEnabled() ? Theme::ink : Theme::textMuted);
-    ControlPainting::drawText(painter, placed({textLeft, 0, width() - kPadding - textLeft, height()}),
+    ControlPainting::drawText(painter,
+                              placed({textLeft, 0, width() - kPadding - textLeft, height()}),
                               text(), leadingSide(layoutDirection()) | Qt::AlignVCenter);
 }
