@@ -100,7 +100,7 @@ void BoderButton::setPixmap(const QPixmap &pixmap)
 
 bool BoderButton::event(QEvent *event)
 {
-    if (width() < textWidth() + 2 * kPadding &&
+    if (event->type() == QEvent::ToolTip && width() < textWidth() + 2 * kPadding &&
         ControlPainting::showWholeText(*event, *this, text())) {
         return true;
     }

@@ -56,7 +56,7 @@ void drawText(QPainter &painter, const QRect &rect, const QString &text, Qt::Ali
 void drawTinted(QPainter &painter, const QRect &rect, const QIcon &icon, const QColor &color);
 
 /// Answers a QEvent::ToolTip of a widget without a tool tip of its own with the whole text, which
-/// its face shows elided. False when the event is another one.
+/// its face shows elided. False for any other event or widget.
 bool showWholeText(const QEvent &event, QWidget &widget, const QString &text);
 
 } // namespace ControlPainting

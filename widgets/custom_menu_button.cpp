@@ -155,8 +155,8 @@ void CustomMenuButton::toggleMenu()
 
 bool CustomMenuButton::event(QEvent *event)
 {
-    const QFontMetrics metrics(m_label->font());
-    if (m_label->width() < metrics.size(Qt::TextSingleLine, text()).width() &&
+    if (event->type() == QEvent::ToolTip &&
+        m_label->width() < m_label->fontMetrics().size(Qt::TextSingleLine, text()).width() &&
         ControlPainting::showWholeText(*event, *this, text())) {
         return true;
     }

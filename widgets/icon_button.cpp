@@ -90,7 +90,7 @@ void IconButton::setIconPixmap(const QString &iconPath, int size)
 
 bool IconButton::event(QEvent *event)
 {
-    if (width() < contentWidth() + 2 * kPadding &&
+    if (event->type() == QEvent::ToolTip && width() < contentWidth() + 2 * kPadding &&
         ControlPainting::showWholeText(*event, *this, text())) {
         return true;
     }

@@ -54,7 +54,8 @@ QSize MoreOption::minimumSizeHint() const
 
 bool MoreOption::event(QEvent *event)
 {
-    if (width() < sizeHint().width() && ControlPainting::showWholeText(*event, *this, text())) {
+    if (event->type() == QEvent::ToolTip && width() < sizeHint().width() &&
+        ControlPainting::showWholeText(*event, *this, text())) {
         return true;
     }
     return QCheckBox::event(event);
