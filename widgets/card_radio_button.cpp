@@ -66,7 +66,7 @@ protected:
 
     bool event(QEvent *event) override
     {
-        if (width() < sizeHint().width() &&
+        if (event->type() == QEvent::ToolTip && width() < sizeHint().width() &&
             ControlPainting::showWholeText(*event, *this, text() + u'\n' + m_description)) {
             return true;
         }

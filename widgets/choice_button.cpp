@@ -43,7 +43,8 @@ ChoiceCard::State ChoiceButton::cardState() const
 
 bool ChoiceButton::event(QEvent *event)
 {
-    if (width() < sizeHint().width() && ControlPainting::showWholeText(*event, *this, m_text)) {
+    if (event->type() == QEvent::ToolTip && width() < sizeHint().width() &&
+        ControlPainting::showWholeText(*event, *this, m_text)) {
         return true;
     }
     if (event->type() == QEvent::EnabledChange || event->type() == QEvent::Hide) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "widgets/theme.h"
+
 #include <QColor>
 #include <QRect>
 
@@ -12,7 +14,7 @@ namespace ChoiceCard {
 inline constexpr QColor accent{0x16, 0x5D, 0xFF};
 inline constexpr QColor checkedFill{0xE8, 0xF1, 0xFF};
 inline constexpr QColor hoverFill{0xF2, 0xF3, 0xF5};
-inline constexpr QColor pressedFill{0xE5, 0xE6, 0xEB};
+inline constexpr QColor pressedFill = Theme::borderNeutral;
 /// In logical pixels, like all lengths here.
 inline constexpr double radius = 5.0;
 

@@ -3,6 +3,7 @@
 
 #include "widgets/control_painting.h"
 #include "widgets/desktop_translucency.h"
+#include "widgets/popup_click.h"
 #include "widgets/popup_hover.h"
 #include "widgets/rounded_window.h"
 #include "widgets/scroll_bar_style.h"
@@ -68,6 +69,7 @@ ComboPopup::ComboPopup(QWidget *box)
     setFixedHeight(kHeight);
     setFocusProxy(m_list);
     endHoverWithPopup(*this, *box);
+    keepClosingClickFrom(*this, *box);
     m_list->installEventFilter(this);
     connect(m_list, &QListWidget::itemClicked, this, &ComboPopup::itemChosen);
     connect(qApp, &QGuiApplication::applicationStateChanged, this,
@@ -151,11 +153,6 @@ void ComboPopup::mousePressEvent(QMouseEvent *event)
 {
     if (frameRect().contains(event->position().toPoint())) {
         return;
-    }
-    // Replayed to the box, the click that closes the list would open it again.
-    const QPoint inBox = m_box->mapFromGlobal(event->globalPosition().toPoint());
-    if (m_box->rect().contains(inBox)) {
-        setAttribute(Qt::WA_NoMouseReplay);
     }
     hide();
 }

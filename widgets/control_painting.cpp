@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QPixmap>
+#include <QStyle>
 #include <QToolTip>
 #include <QWidget>
 
@@ -55,6 +56,19 @@ void ControlPainting::drawBox(QPainter &painter, const QRectF &rect, const Box &
         painter.drawRoundedRect(outer, box.radius, box.radius);
     }
     painter.restore();
+}
+
+ControlPainting::Face ControlPainting::centredFace(const QRect &room, int iconSide, int gap,
+                                                   int textWidth, Qt::LayoutDirection direction)
+{
+    const int besideText = iconSide > 0 ? iconSide + gap : 0;
+    const int width = std::min(besideText + textWidth, room.width());
+    const int left = room.left() + (room.width() - width) / 2;
+    const QRect content(left, room.top(), width, room.height());
+    const QRect icon(left, room.top() + (room.height() - iconSide) / 2, iconSide, iconSide);
+    const QRect text = content.adjusted(besideText, 0, 0, 0);
+    return {QStyle::visualRect(direction, content, icon),
+            QStyle::visualRect(direction, content, text)};
 }
 
 void ControlPainting::drawFocusRing(QPainter &painter, const QRectF &rect, double radius)

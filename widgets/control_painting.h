@@ -32,6 +32,18 @@ struct Box
 
 void drawBox(QPainter &painter, const QRectF &rect, const Box &box);
 
+/// Where the parts of a face with an icon before a text are.
+struct Face
+{
+    QRect icon;
+    QRect text;
+};
+
+/// Icon and text side by side in the middle of `room`; mirrored from right to left. The text gets
+/// narrower where there is no room for it. An icon of side 0 is none.
+[[nodiscard]] Face centredFace(const QRect &room, int iconSide, int gap, int textWidth,
+                               Qt::LayoutDirection direction);
+
 /// A ring inside the edge of what has the keyboard focus, seen on light and on strong colours.
 void drawFocusRing(QPainter &painter, const QRectF &rect, double radius);
 
@@ -44,7 +56,7 @@ void drawText(QPainter &painter, const QRect &rect, const QString &text, Qt::Ali
 void drawTinted(QPainter &painter, const QRect &rect, const QIcon &icon, const QColor &color);
 
 /// Answers a QEvent::ToolTip of a widget without a tool tip of its own with the whole text, which
-/// its face shows elided. False when the event is another one.
+/// its face shows elided. False for any other event or widget.
 bool showWholeText(const QEvent &event, QWidget &widget, const QString &text);
 
 } // namespace ControlPainting

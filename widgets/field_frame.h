@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QLatin1String>
 #include <QRect>
 
 class QPainter;
@@ -17,10 +18,14 @@ struct State
     bool enabled = true;
 };
 
+/// For line edits inside the frame, which leave the drawing to it.
+inline constexpr QLatin1String kLineEditStyleSheet{
+    "QLineEdit {    background: transparent;    border: none;}"};
+
 /// The colour of the line: the focus counts most, then the pointer, then the error.
 [[nodiscard]] QColor lineColor(const State &state);
 
-/// `lineWidth` is in logical pixels.
+/// `lineWidth` is in logical pixels; 0 draws none.
 void draw(QPainter &painter, const QRect &rect, const State &state, double lineWidth = 1.0);
 
 } // namespace FieldFrame

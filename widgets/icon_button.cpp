@@ -90,7 +90,7 @@ void IconButton::setIconPixmap(const QString &iconPath, int size)
 
 bool IconButton::event(QEvent *event)
 {
-    if (width() < contentWidth() + 2 * kPadding &&
+    if (event->type() == QEvent::ToolTip && width() < contentWidth() + 2 * kPadding &&
         ControlPainting::showWholeText(*event, *this, text())) {
         return true;
     }
@@ -107,25 +107,16 @@ void IconButton::paintEvent(QPaintEvent * /*event*/)
         ControlPainting::drawFocusRing(painter, rect(), kRadius);
     }
 
-    const QRect room = rect().adjusted(kPadding, 0, -kPadding, 0);
-    const int width = std::min(contentWidth(), room.width());
-    const QRect content(room.left() + (room.width() - width) / 2, 0, width, height());
-    const int iconSide = icon().isNull() ? 0 : iconSize().width();
-    const auto placed = [&](const QRect &part) {
-        return QStyle::visualRect(layoutDirection(), content, part);
-    };
-    if (iconSide > 0) {
-        const QRect iconRect =
-            placed({content.left(), content.top() + (height() - iconSide) / 2, iconSide, iconSide});
-        if (isEnabled()) {
-            icon().paint(&painter, iconRect);
-        } else {
-            ControlPainting::drawTinted(painter, iconRect, icon(), Theme::textMuted);
-        }
+    const ControlPainting::Face face =
+        ControlPainting::centredFace(rect().adjusted(kPadding, 0, -kPadding, 0), iconSide(), kGap,
+                                     textWidth(), layoutDirection());
+    if (!icon().isNull() && isEnabled()) {
+        icon().paint(&painter, face.icon);
+    } else if (!icon().isNull()) {
+        ControlPainting::drawTinted(painter, face.icon, icon(), Theme::textMuted);
     }
-    const int besideText = iconSide > 0 ? iconSide + kGap : 0;
     painter.setPen(isEnabled() ? m_textColor : Theme::textMuted);
-    ControlPainting::drawText(painter, placed(content.adjusted(besideText, 0, 0, 0)), text(),
+    ControlPainting::drawText(painter, face.text, text(),
                               leadingSide(layoutDirection()) | Qt::AlignVCenter);
 }
 
@@ -144,9 +135,18 @@ QColor IconButton::fillNow() const
     return underMouse() ? m_hoverFill : m_fill;
 }
 
+int IconButton::iconSide() const
+{
+    return icon().isNull() ? 0 : iconSize().width();
+}
+
+int IconButton::textWidth() const
+{
+    return fontMetrics().size(Qt::TextSingleLine, text()).width();
+}
+
 int IconButton::contentWidth() const
 {
-    const int textWidth = fontMetrics().size(Qt::TextSingleLine, text()).width();
-    const int iconSide = icon().isNull() ? 0 : iconSize().width();
-    return iconSide + (iconSide > 0 && textWidth > 0 ? kGap : 0) + textWidth;
+    const int besideText = iconSide() > 0 ? iconSide() + kGap : 0;
+    return besideText + textWidth();
 }

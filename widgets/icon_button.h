@@ -35,6 +35,9 @@ protected:
 
 private:
     [[nodiscard]] QColor fillNow() const;
+    /// 0 without an icon.
+    [[nodiscard]] int iconSide() const;
+    [[nodiscard]] int textWidth() const;
     /// Icon, gap and text together.
     [[nodiscard]] int contentWidth() const;
 

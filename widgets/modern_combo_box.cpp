@@ -136,8 +136,8 @@ void ModernComboBox::onItemClicked(QListWidgetItem *item)
 
 bool ModernComboBox::event(QEvent *event)
 {
-    const int wanted = contentWidth(shownText(), {});
-    if (width() < wanted && ControlPainting::showWholeText(*event, *this, shownText())) {
+    if (event->type() == QEvent::ToolTip && isElided() &&
+        ControlPainting::showWholeText(*event, *this, shownText())) {
         return true;
     }
     return QPushButton::event(event);
@@ -269,6 +269,12 @@ QString ModernComboBox::shownText() const
     }
     const QString folder = chosenFolder();
     return folder.isEmpty() ? shown->text() : QDir::toNativeSeparators(folder);
+}
+
+bool ModernComboBox::isElided() const
+{
+    const QListWidgetItem *shown = currentItem();
+    return shown != nullptr && width() < contentWidth(shownText(), shown->icon());
 }
 
 int ModernComboBox::contentWidth(const QString &text, const QIcon &icon) const

@@ -69,6 +69,7 @@ private:
     /// The folder of the current item if the user has chosen one, else empty.
     [[nodiscard]] QString chosenFolder() const;
     [[nodiscard]] QString shownText() const;
+    [[nodiscard]] bool isElided() const;
     [[nodiscard]] int contentWidth(const QString &text, const QIcon &icon) const;
 
     ComboPopup *m_popup;

@@ -22,9 +22,7 @@ constexpr int kFont = 14;
 
 constexpr QLatin1String kLockIcon{":/res/icons/modern/lock.png"};
 constexpr QLatin1String kEyeIcon{":/res/icons/modern/eye.png"};
-
-constexpr QLatin1String kLineEditStyleSheet{
-    "QLineEdit {    background: transparent;    border: none;}"};
+constexpr QLatin1String kCrossedEyeIcon{":/res/icons/modern/eye-off.png"};
 
 } // namespace
 
@@ -44,7 +42,7 @@ PasswordInput::PasswordInput(QWidget *parent)
     lock->setFixedSize(kLockSide, kLockSide);
     m_edit->setFont(widgetFont(kFont));
     m_edit->setEchoMode(QLineEdit::Password);
-    m_edit->setStyleSheet(kLineEditStyleSheet);
+    m_edit->setStyleSheet(FieldFrame::kLineEditStyleSheet);
     m_edit->installEventFilter(this);
 
     auto *layout = new QHBoxLayout(this);
@@ -54,6 +52,7 @@ PasswordInput::PasswordInput(QWidget *parent)
     layout->addWidget(m_edit);
 
     m_eye->setVisible(false);
+    refreshEye();
     connect(m_eye, &QAction::triggered, this, &PasswordInput::toggleEcho);
     connect(m_edit, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_eye->setVisible(!text.isEmpty()); });
@@ -105,6 +104,17 @@ void PasswordInput::paintEvent(QPaintEvent * /*event*/)
 
 void PasswordInput::toggleEcho()
 {
-    const bool hidden = m_edit->echoMode() == QLineEdit::Password;
-    m_edit->setEchoMode(hidden ? QLineEdit::Normal : QLineEdit::Password);
+    m_edit->setEchoMode(isShown() ? QLineEdit::Password : QLineEdit::Normal);
+    refreshEye();
+}
+
+bool PasswordInput::isShown() const
+{
+    return m_edit->echoMode() == QLineEdit::Normal;
+}
+
+void PasswordInput::refreshEye()
+{
+    m_eye->setIcon(QIcon(isShown() ? kCrossedEyeIcon : kEyeIcon));
+    m_eye->setText(isShown() ? tr("隐藏密码") : tr("显示密码"));
 }

@@ -32,6 +32,9 @@ protected:
 
 private:
     void toggleEcho();
+    /// Whether what was typed can be read.
+    [[nodiscard]] bool isShown() const;
+    void refreshEye();
 
     QLineEdit *m_edit;
     QAction *m_eye;

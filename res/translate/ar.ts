@@ -211,6 +211,17 @@
     </message>
 </context>
 <context>
+    <name>ModernComboBox</name>
+    <message>
+        <source>选择位置...</source>
+        <translation>اختيار موقع…</translation>
+    </message>
+    <message>
+        <source>选择文件夹</source>
+        <translation>اختيار مجلد</translation>
+    </message>
+</context>
+<context>
     <name>ModernMessageBox</name>
     <message>
         <source>取消</source>
@@ -306,6 +317,17 @@
     <message>
         <source>第 %1 页渲染失败。</source>
         <translation>‫تعذر عرض الصفحة %1.‬</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordInput</name>
+    <message>
+        <source>隐藏密码</source>
+        <translation>إخفاء كلمة المرور</translation>
+    </message>
+    <message>
+        <source>显示密码</source>
+        <translation>إظهار كلمة المرور</translation>
     </message>
 </context>
 <context>

@@ -211,6 +211,17 @@
     </message>
 </context>
 <context>
+    <name>ModernComboBox</name>
+    <message>
+        <source>选择位置...</source>
+        <translation>Ort wählen…</translation>
+    </message>
+    <message>
+        <source>选择文件夹</source>
+        <translation>Ordner wählen</translation>
+    </message>
+</context>
+<context>
     <name>ModernMessageBox</name>
     <message>
         <source>取消</source>
@@ -306,6 +317,17 @@
     <message>
         <source>第 %1 页渲染失败。</source>
         <translation>Seite %1 konnte nicht gerendert werden.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordInput</name>
+    <message>
+        <source>隐藏密码</source>
+        <translation>Kennwort ausblenden</translation>
+    </message>
+    <message>
+        <source>显示密码</source>
+        <translation>Kennwort anzeigen</translation>
     </message>
 </context>
 <context>

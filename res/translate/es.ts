@@ -211,6 +211,17 @@
     </message>
 </context>
 <context>
+    <name>ModernComboBox</name>
+    <message>
+        <source>选择位置...</source>
+        <translation>Elegir ubicación…</translation>
+    </message>
+    <message>
+        <source>选择文件夹</source>
+        <translation>Elegir carpeta</translation>
+    </message>
+</context>
+<context>
     <name>ModernMessageBox</name>
     <message>
         <source>取消</source>
@@ -306,6 +317,17 @@
     <message>
         <source>第 %1 页渲染失败。</source>
         <translation>No se pudo representar la página %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordInput</name>
+    <message>
+        <source>隐藏密码</source>
+        <translation>Ocultar contraseña</translation>
+    </message>
+    <message>
+        <source>显示密码</source>
+        <translation>Mostrar contraseña</translation>
     </message>
 </context>
 <context>

@@ -211,6 +211,17 @@
     </message>
 </context>
 <context>
+    <name>ModernComboBox</name>
+    <message>
+        <source>选择位置...</source>
+        <translation>Choisir un emplacement…</translation>
+    </message>
+    <message>
+        <source>选择文件夹</source>
+        <translation>Choisir un dossier</translation>
+    </message>
+</context>
+<context>
     <name>ModernMessageBox</name>
     <message>
         <source>取消</source>
@@ -306,6 +317,17 @@
     <message>
         <source>第 %1 页渲染失败。</source>
         <translation>Le rendu de la page %1 a échoué.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordInput</name>
+    <message>
+        <source>隐藏密码</source>
+        <translation>Masquer le mot de passe</translation>
+    </message>
+    <message>
+        <source>显示密码</source>
+        <translation>Afficher le mot de passe</translation>
     </message>
 </context>
 <context>

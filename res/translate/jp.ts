@@ -211,6 +211,17 @@
     </message>
 </context>
 <context>
+    <name>ModernComboBox</name>
+    <message>
+        <source>选择位置...</source>
+        <translation>場所を選択…</translation>
+    </message>
+    <message>
+        <source>选择文件夹</source>
+        <translation>フォルダーを選択</translation>
+    </message>
+</context>
+<context>
     <name>ModernMessageBox</name>
     <message>
         <source>取消</source>
@@ -306,6 +317,17 @@
     <message>
         <source>第 %1 页渲染失败。</source>
         <translation>%1 ページを描画できませんでした。</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordInput</name>
+    <message>
+        <source>隐藏密码</source>
+        <translation>パスワードを隠す</translation>
+    </message>
+    <message>
+        <source>显示密码</source>
+        <translation>パスワードを表示</translation>
     </message>
 </context>
 <context>

@@ -211,6 +211,17 @@
     </message>
 </context>
 <context>
+    <name>ModernComboBox</name>
+    <message>
+        <source>选择位置...</source>
+        <translation>Choose location…</translation>
+    </message>
+    <message>
+        <source>选择文件夹</source>
+        <translation>Choose folder</translation>
+    </message>
+</context>
+<context>
     <name>ModernMessageBox</name>
     <message>
         <source>取消</source>
@@ -306,6 +317,17 @@
     <message>
         <source>第 %1 页渲染失败。</source>
         <translation>Page %1 could not be rendered.</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordInput</name>
+    <message>
+        <source>隐藏密码</source>
+        <translation>Hide password</translation>
+    </message>
+    <message>
+        <source>显示密码</source>
+        <translation>Show password</translation>
     </message>
 </context>
 <context>
