@@ -28,6 +28,51 @@
     </message>
 </context>
 <context>
+    <name>FileDropZoneWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>ملفات PDF ‏(*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>اختيار ملف PDF</translation>
+    </message>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>أضف ملفات PDF أو أفلتها هنا من سطح المكتب لبدء التحويل.</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>إضافة ملفات</translation>
+    </message>
+</context>
+<context>
+    <name>FileListItem</name>
+    <message>
+        <source>拖动排序</source>
+        <translation>اسحب لإعادة الترتيب</translation>
+    </message>
+</context>
+<context>
+    <name>FileListWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>ملفات PDF ‏(*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>اختيار ملف PDF</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>إضافة ملفات</translation>
+    </message>
+    <message>
+        <source>清除全部</source>
+        <translation>مسح الكل</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -56,6 +101,25 @@
     <message>
         <source>自定义文件夹</source>
         <translation>مجلد مخصص</translation>
+    </message>
+</context>
+<context>
+    <name>FileSize</name>
+    <message>
+        <source>%1 B</source>
+        <translation>%1 ب</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1 كب</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 مب</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 غب</translation>
     </message>
 </context>
 <context>
@@ -90,14 +154,81 @@
     </message>
 </context>
 <context>
-    <name>ImageToPdfPage</name>
+    <name>ImageToPdfOptionsPanel</name>
     <message>
         <source>图像转PDF</source>
-        <translation>‫الصور إلى PDF‬</translation>
+        <translation>صور إلى PDF</translation>
     </message>
     <message>
-        <source>将图像合成为 PDF 文件。</source>
-        <translation>‫حوّل الصور إلى ملفات PDF.‬</translation>
+        <source>转换</source>
+        <translation>تحويل</translation>
+    </message>
+    <message>
+        <source>纵向</source>
+        <translation>عمودي</translation>
+    </message>
+    <message>
+        <source>横向</source>
+        <translation>أفقي</translation>
+    </message>
+    <message>
+        <source>页面大小</source>
+        <translation>حجم الصفحة</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>Letter(US)</source>
+        <translation>Letter (US)</translation>
+    </message>
+    <message>
+        <source>页边距选项</source>
+        <translation>الهوامش</translation>
+    </message>
+    <message>
+        <source>无</source>
+        <translation>بلا</translation>
+    </message>
+    <message>
+        <source>窄</source>
+        <translation>ضيق</translation>
+    </message>
+    <message>
+        <source>宽</source>
+        <translation>واسع</translation>
+    </message>
+    <message>
+        <source>页面方向</source>
+        <translation>اتجاه الصفحة</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>خيارات أخرى</translation>
+    </message>
+    <message>
+        <source>转换为单个PDF</source>
+        <translation>تحويل إلى ملف PDF واحد</translation>
+    </message>
+    <message>
+        <source>每张图像都将保存为单个PDF</source>
+        <translation>وإلا تُحفظ كل صورة في ملف PDF منفصل</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>添加或拖拽图像文件进行转换。</source>
+        <translation>أضف صورًا أو أفلتها هنا لتحويلها.</translation>
+    </message>
+    <message>
+        <source>图像文件 (*.jpg *.jpeg *.png)</source>
+        <translation>ملفات الصور ‏(*.jpg *.jpeg *.png)</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>اختيار صور</translation>
     </message>
 </context>
 <context>
@@ -209,6 +340,18 @@
         <source>合并PDF</source>
         <translation>‫دمج PDF‬</translation>
     </message>
+    <message>
+        <source>任务仍在进行</source>
+        <translation>لا تزال هناك مهام قيد التنفيذ</translation>
+    </message>
+    <message>
+        <source>关闭程序将停止尚未完成的任务。</source>
+        <translation>يؤدي إغلاق البرنامج إلى إيقاف المهام غير المكتملة.</translation>
+    </message>
+    <message>
+        <source>停止并关闭</source>
+        <translation>إيقاف وإغلاق</translation>
+    </message>
 </context>
 <context>
     <name>ModernComboBox</name>
@@ -237,14 +380,55 @@
     </message>
 </context>
 <context>
-    <name>OfficeToPdfPage</name>
+    <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
-        <translation>‫Office إلى PDF‬</translation>
+        <translation>Office إلى PDF</translation>
+    </message>
+    <message>
+        <source>转换</source>
+        <translation>تحويل</translation>
     </message>
     <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
-        <translation>‫حوّل ملفات Word وPowerPoint وExcel إلى PDF‬</translation>
+        <translation>تحويل ملفات Word وPowerPoint وExcel إلى PDF</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>添加或拖拽文件进行转换。</source>
+        <translation>أضف ملفات أو أفلتها هنا لتحويلها.</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToolPage</name>
+    <message>
+        <source>暂不支持</source>
+        <translation>غير مدعوم بعد</translation>
+    </message>
+    <message>
+        <source>此版本尚不能转换 Office 文件。</source>
+        <translation>لا يمكن لهذا الإصدار تحويل ملفات Office بعد.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputLocation</name>
+    <message>
+        <source>原始文件</source>
+        <translation>المجلد الأصلي</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>سطح المكتب</translation>
+    </message>
+    <message>
+        <source>Quillora文件</source>
+        <translation>مجلد Quillora</translation>
+    </message>
+    <message>
+        <source>选择位置...</source>
+        <translation>اختيار موقع…</translation>
     </message>
 </context>
 <context>
@@ -400,36 +584,110 @@
     </message>
 </context>
 <context>
-    <name>PdfCompressPage</name>
+    <name>PdfCompressOptionsPanel</name>
     <message>
         <source>压缩PDF</source>
-        <translation>‫ضغط PDF‬</translation>
+        <translation>ضغط PDF</translation>
     </message>
     <message>
-        <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>‫صغّر حجم ملفات PDF ليسهل إرسالها وحفظها.‬</translation>
+        <source>压缩</source>
+        <translation>ضغط</translation>
+    </message>
+    <message>
+        <source>基本</source>
+        <translation>أساسي</translation>
+    </message>
+    <message>
+        <source>文件尺寸适中，质量最</source>
+        <translation>حجم متوسط وأفضل جودة</translation>
+    </message>
+    <message>
+        <source>强</source>
+        <translation>قوي</translation>
+    </message>
+    <message>
+        <source>文件最小，质量</source>
+        <translation>أصغر حجم وجودة أقل</translation>
+    </message>
+    <message>
+        <source>选择压缩等级</source>
+        <translation>مستوى الضغط</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>خيارات الحفظ</translation>
     </message>
 </context>
 <context>
-    <name>PdfConvertPage</name>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始压缩。</source>
+        <translation>أضف ملفات PDF أو أفلتها هنا من سطح المكتب لبدء الضغط.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
-        <translation>‫PDF إلى صور‬</translation>
+        <translation>PDF إلى صور</translation>
     </message>
     <message>
-        <source>将 PDF 的每一页保存为图像。</source>
-        <translation>‫احفظ كل صفحة من ملف PDF كصورة.‬</translation>
+        <source>转换</source>
+        <translation>تحويل</translation>
+    </message>
+    <message>
+        <source>选择图像格式</source>
+        <translation>تنسيق الصور</translation>
+    </message>
+    <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>خيارات أخرى</translation>
+    </message>
+    <message>
+        <source>提取单个图像</source>
+        <translation>استخراج الصور منفردة</translation>
+    </message>
+    <message>
+        <source>PDF 中的每张图像都将保存为单张图像</source>
+        <translation>تُحفظ كل صورة في ملف PDF على حدة</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryOptionsPanel</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>إلغاء قفل PDF</translation>
+    </message>
+    <message>
+        <source>解锁</source>
+        <translation>إلغاء القفل</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>كلمة المرور</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>خيارات الحفظ</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>هذا الحقل مطلوب</translation>
     </message>
 </context>
 <context>
     <name>PdfDecryPage</name>
     <message>
-        <source>解锁PDF</source>
-        <translation>‫إلغاء قفل PDF‬</translation>
-    </message>
-    <message>
-        <source>移除 PDF 文件的密码。</source>
-        <translation>‫أزل كلمة مرور ملفات PDF.‬</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始解密。</source>
+        <translation>أضف ملفات PDF أو أفلتها هنا من سطح المكتب لبدء إلغاء القفل.</translation>
     </message>
 </context>
 <context>
@@ -444,14 +702,57 @@
     </message>
 </context>
 <context>
+    <name>PdfEncryOptionsPanel</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>تشفير PDF</translation>
+    </message>
+    <message>
+        <source>添加密码</source>
+        <translation>إضافة كلمة مرور</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>كلمة المرور</translation>
+    </message>
+    <message>
+        <source>重新输入密码</source>
+        <translation>إعادة إدخال كلمة المرور</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>خيارات الحفظ</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>هذا الحقل مطلوب</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>يجب أن تتطابق كلمتا المرور</translation>
+    </message>
+</context>
+<context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
         <translation>‫تشفير PDF‬</translation>
     </message>
     <message>
-        <source>用密码保护 PDF 文件。</source>
-        <translation>‫احمِ ملفات PDF بكلمة مرور.‬</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始加密。</source>
+        <translation>أضف ملفات PDF أو أفلتها هنا من سطح المكتب لبدء التشفير.</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>يجب أن تتطابق كلمتا المرور</translation>
+    </message>
+    <message>
+        <source>继续将使用第一个密码加密文件。</source>
+        <translation>إذا تابعت، فستُشفَّر الملفات بكلمة المرور الأولى.</translation>
+    </message>
+    <message>
+        <source>继续</source>
+        <translation>متابعة</translation>
     </message>
 </context>
 <context>
@@ -511,14 +812,33 @@
     </message>
 </context>
 <context>
-    <name>PdfMergePage</name>
+    <name>PdfMergeOptionsPanel</name>
     <message>
         <source>合并PDF</source>
-        <translation>‫دمج PDF‬</translation>
+        <translation>دمج PDF</translation>
     </message>
     <message>
-        <source>将多个 PDF 文件合并为一个。</source>
-        <translation>‫ادمج عدة ملفات PDF في ملف واحد.‬</translation>
+        <source>合并</source>
+        <translation>دمج</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>إدراج</translation>
+    </message>
+    <message>
+        <source>空白</source>
+        <translation>فارغة</translation>
+    </message>
+    <message>
+        <source>在合并之前，你可以在文件之间插入空白页</source>
+        <translation>قبل الدمج يمكنك إدراج صفحات فارغة بين الملفات</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始合并。</source>
+        <translation>أضف ملفات PDF أو أفلتها هنا من سطح المكتب لبدء الدمج.</translation>
     </message>
 </context>
 <context>
@@ -652,14 +972,37 @@
     </message>
 </context>
 <context>
-    <name>PdfToOfficePage</name>
+    <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
-        <translation>‫PDF إلى Office‬</translation>
+        <translation>PDF إلى Office</translation>
     </message>
     <message>
-        <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>‫حوّل ملفات PDF إلى مستندات Office قابلة للتحرير.‬</translation>
+        <source>转换</source>
+        <translation>تحويل</translation>
+    </message>
+    <message>
+        <source>选择文件格式</source>
+        <translation>تنسيق الملف</translation>
+    </message>
+    <message>
+        <source>Word (*.docx)</source>
+        <translation>Word ‏(*.docx)</translation>
+    </message>
+    <message>
+        <source>Excel (*.xlsx)</source>
+        <translation>Excel ‏(*.xlsx)</translation>
+    </message>
+    <message>
+        <source>PowerPoint (*.pptx)</source>
+        <translation>PowerPoint ‏(*.pptx)</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>أضف ملفات PDF أو أفلتها هنا من سطح المكتب لبدء التحويل.</translation>
     </message>
 </context>
 <context>
@@ -825,6 +1168,17 @@
     </message>
 </context>
 <context>
+    <name>SaveOption</name>
+    <message>
+        <source>替换原始文件</source>
+        <translation>استبدال الملف الأصلي</translation>
+    </message>
+    <message>
+        <source>保留原始文件</source>
+        <translation>الاحتفاظ بالملف الأصلي</translation>
+    </message>
+</context>
+<context>
     <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
@@ -871,6 +1225,44 @@
     </message>
 </context>
 <context>
+    <name>TaskListItem</name>
+    <message>
+        <source>打开文件</source>
+        <translation>فتح الملف</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>فتح المجلد</translation>
+    </message>
+    <message>
+        <source>处理中...</source>
+        <translation>جارٍ المعالجة…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>متوقف مؤقتًا</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>تم</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation>فشل</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>أُلغي</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>重来</source>
+        <translation>بدء جديد</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
@@ -914,6 +1306,13 @@
     <message>
         <source>最大化</source>
         <translation>تكبير</translation>
+    </message>
+</context>
+<context>
+    <name>ToolOptionsPanel</name>
+    <message>
+        <source>文件位置</source>
+        <translation>موقع الحفظ</translation>
     </message>
 </context>
 </TS>

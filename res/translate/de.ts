@@ -28,6 +28,51 @@
     </message>
 </context>
 <context>
+    <name>FileDropZoneWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF-Dateien (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>PDF auswählen</translation>
+    </message>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>PDF-Dateien hinzufügen oder vom Schreibtisch hierher ziehen, um sie umzuwandeln.</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Dateien hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>FileListItem</name>
+    <message>
+        <source>拖动排序</source>
+        <translation>Zum Sortieren ziehen</translation>
+    </message>
+</context>
+<context>
+    <name>FileListWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF-Dateien (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>PDF auswählen</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Dateien hinzufügen</translation>
+    </message>
+    <message>
+        <source>清除全部</source>
+        <translation>Alle entfernen</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -56,6 +101,25 @@
     <message>
         <source>自定义文件夹</source>
         <translation>Eigener Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>FileSize</name>
+    <message>
+        <source>%1 B</source>
+        <translation>%1 B</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1 KB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
     </message>
 </context>
 <context>
@@ -90,14 +154,81 @@
     </message>
 </context>
 <context>
-    <name>ImageToPdfPage</name>
+    <name>ImageToPdfOptionsPanel</name>
     <message>
         <source>图像转PDF</source>
         <translation>Bilder in PDF</translation>
     </message>
     <message>
-        <source>将图像合成为 PDF 文件。</source>
-        <translation>Aus Bildern PDF-Dateien erstellen.</translation>
+        <source>转换</source>
+        <translation>Umwandeln</translation>
+    </message>
+    <message>
+        <source>纵向</source>
+        <translation>Hochformat</translation>
+    </message>
+    <message>
+        <source>横向</source>
+        <translation>Querformat</translation>
+    </message>
+    <message>
+        <source>页面大小</source>
+        <translation>Seitengröße</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>Letter(US)</source>
+        <translation>Letter (US)</translation>
+    </message>
+    <message>
+        <source>页边距选项</source>
+        <translation>Seitenränder</translation>
+    </message>
+    <message>
+        <source>无</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>窄</source>
+        <translation>Schmal</translation>
+    </message>
+    <message>
+        <source>宽</source>
+        <translation>Breit</translation>
+    </message>
+    <message>
+        <source>页面方向</source>
+        <translation>Seitenausrichtung</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>Weitere Optionen</translation>
+    </message>
+    <message>
+        <source>转换为单个PDF</source>
+        <translation>In eine PDF-Datei zusammenfassen</translation>
+    </message>
+    <message>
+        <source>每张图像都将保存为单个PDF</source>
+        <translation>Sonst wird jedes Bild eine eigene PDF-Datei</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>添加或拖拽图像文件进行转换。</source>
+        <translation>Bilder hinzufügen oder hierher ziehen, um sie umzuwandeln.</translation>
+    </message>
+    <message>
+        <source>图像文件 (*.jpg *.jpeg *.png)</source>
+        <translation>Bilddateien (*.jpg *.jpeg *.png)</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>Bilder auswählen</translation>
     </message>
 </context>
 <context>
@@ -209,6 +340,18 @@
         <source>合并PDF</source>
         <translation>PDF zusammenfügen</translation>
     </message>
+    <message>
+        <source>任务仍在进行</source>
+        <translation>Aufgaben laufen noch</translation>
+    </message>
+    <message>
+        <source>关闭程序将停止尚未完成的任务。</source>
+        <translation>Wenn Sie das Programm schließen, werden unfertige Aufgaben abgebrochen.</translation>
+    </message>
+    <message>
+        <source>停止并关闭</source>
+        <translation>Abbrechen und schließen</translation>
+    </message>
 </context>
 <context>
     <name>ModernComboBox</name>
@@ -237,14 +380,55 @@
     </message>
 </context>
 <context>
-    <name>OfficeToPdfPage</name>
+    <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
         <translation>Office in PDF</translation>
     </message>
     <message>
+        <source>转换</source>
+        <translation>Umwandeln</translation>
+    </message>
+    <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
         <translation>Word-, PowerPoint- und Excel-Dateien in PDF umwandeln</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>添加或拖拽文件进行转换。</source>
+        <translation>Dateien hinzufügen oder hierher ziehen, um sie umzuwandeln.</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToolPage</name>
+    <message>
+        <source>暂不支持</source>
+        <translation>Noch nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>此版本尚不能转换 Office 文件。</source>
+        <translation>Diese Version kann Office-Dateien noch nicht umwandeln.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputLocation</name>
+    <message>
+        <source>原始文件</source>
+        <translation>Originalordner</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Schreibtisch</translation>
+    </message>
+    <message>
+        <source>Quillora文件</source>
+        <translation>Quillora-Ordner</translation>
+    </message>
+    <message>
+        <source>选择位置...</source>
+        <translation>Ort wählen…</translation>
     </message>
 </context>
 <context>
@@ -400,36 +584,110 @@
     </message>
 </context>
 <context>
-    <name>PdfCompressPage</name>
+    <name>PdfCompressOptionsPanel</name>
     <message>
         <source>压缩PDF</source>
         <translation>PDF komprimieren</translation>
     </message>
     <message>
-        <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>PDF-Dateien verkleinern, um sie leichter zu senden und zu speichern.</translation>
+        <source>压缩</source>
+        <translation>Komprimieren</translation>
+    </message>
+    <message>
+        <source>基本</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>文件尺寸适中，质量最</source>
+        <translation>Mittlere Größe, beste Qualität</translation>
+    </message>
+    <message>
+        <source>强</source>
+        <translation>Stark</translation>
+    </message>
+    <message>
+        <source>文件最小，质量</source>
+        <translation>Kleinste Datei, geringere Qualität</translation>
+    </message>
+    <message>
+        <source>选择压缩等级</source>
+        <translation>Komprimierungsgrad</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Speicheroptionen</translation>
     </message>
 </context>
 <context>
-    <name>PdfConvertPage</name>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始压缩。</source>
+        <translation>PDF-Dateien hinzufügen oder vom Schreibtisch hierher ziehen, um sie zu komprimieren.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
         <translation>PDF in Bilder</translation>
     </message>
     <message>
-        <source>将 PDF 的每一页保存为图像。</source>
-        <translation>Jede Seite einer PDF-Datei als Bild speichern.</translation>
+        <source>转换</source>
+        <translation>Umwandeln</translation>
+    </message>
+    <message>
+        <source>选择图像格式</source>
+        <translation>Bildformat</translation>
+    </message>
+    <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>Weitere Optionen</translation>
+    </message>
+    <message>
+        <source>提取单个图像</source>
+        <translation>Einzelne Bilder extrahieren</translation>
+    </message>
+    <message>
+        <source>PDF 中的每张图像都将保存为单张图像</source>
+        <translation>Jedes Bild der PDF-Datei wird einzeln gespeichert</translation>
     </message>
 </context>
 <context>
-    <name>PdfDecryPage</name>
+    <name>PdfDecryOptionsPanel</name>
     <message>
         <source>解锁PDF</source>
         <translation>PDF entsperren</translation>
     </message>
     <message>
-        <source>移除 PDF 文件的密码。</source>
-        <translation>Das Kennwort von PDF-Dateien entfernen.</translation>
+        <source>解锁</source>
+        <translation>Entsperren</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Kennwort</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Speicheroptionen</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>Pflichtfeld</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始解密。</source>
+        <translation>PDF-Dateien hinzufügen oder vom Schreibtisch hierher ziehen, um sie zu entsperren.</translation>
     </message>
 </context>
 <context>
@@ -444,14 +702,57 @@
     </message>
 </context>
 <context>
+    <name>PdfEncryOptionsPanel</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>PDF verschlüsseln</translation>
+    </message>
+    <message>
+        <source>添加密码</source>
+        <translation>Kennwort hinzufügen</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Kennwort</translation>
+    </message>
+    <message>
+        <source>重新输入密码</source>
+        <translation>Kennwort wiederholen</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Speicheroptionen</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>Pflichtfeld</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>Die Kennwörter müssen übereinstimmen</translation>
+    </message>
+</context>
+<context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
         <translation>PDF verschlüsseln</translation>
     </message>
     <message>
-        <source>用密码保护 PDF 文件。</source>
-        <translation>PDF-Dateien mit einem Kennwort schützen.</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始加密。</source>
+        <translation>PDF-Dateien hinzufügen oder vom Schreibtisch hierher ziehen, um sie zu verschlüsseln.</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>Die Kennwörter müssen übereinstimmen</translation>
+    </message>
+    <message>
+        <source>继续将使用第一个密码加密文件。</source>
+        <translation>Wenn Sie fortfahren, werden die Dateien mit dem ersten Kennwort verschlüsselt.</translation>
+    </message>
+    <message>
+        <source>继续</source>
+        <translation>Fortfahren</translation>
     </message>
 </context>
 <context>
@@ -511,14 +812,33 @@ oder mehrere PDFs hier ablegen</translation>
     </message>
 </context>
 <context>
-    <name>PdfMergePage</name>
+    <name>PdfMergeOptionsPanel</name>
     <message>
         <source>合并PDF</source>
         <translation>PDF zusammenfügen</translation>
     </message>
     <message>
-        <source>将多个 PDF 文件合并为一个。</source>
-        <translation>Mehrere PDF-Dateien zu einer zusammenfügen.</translation>
+        <source>合并</source>
+        <translation>Zusammenfügen</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>空白</source>
+        <translation>Leer</translation>
+    </message>
+    <message>
+        <source>在合并之前，你可以在文件之间插入空白页</source>
+        <translation>Vor dem Zusammenfügen können Sie leere Seiten zwischen Dateien einfügen</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始合并。</source>
+        <translation>PDF-Dateien hinzufügen oder vom Schreibtisch hierher ziehen, um sie zusammenzufügen.</translation>
     </message>
 </context>
 <context>
@@ -652,14 +972,37 @@ Seiten %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfToOfficePage</name>
+    <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
         <translation>PDF in Office</translation>
     </message>
     <message>
-        <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>PDF-Dateien in bearbeitbare Office-Dokumente umwandeln.</translation>
+        <source>转换</source>
+        <translation>Umwandeln</translation>
+    </message>
+    <message>
+        <source>选择文件格式</source>
+        <translation>Dateiformat</translation>
+    </message>
+    <message>
+        <source>Word (*.docx)</source>
+        <translation>Word (*.docx)</translation>
+    </message>
+    <message>
+        <source>Excel (*.xlsx)</source>
+        <translation>Excel (*.xlsx)</translation>
+    </message>
+    <message>
+        <source>PowerPoint (*.pptx)</source>
+        <translation>PowerPoint (*.pptx)</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>PDF-Dateien hinzufügen oder vom Schreibtisch hierher ziehen, um sie umzuwandeln.</translation>
     </message>
 </context>
 <context>
@@ -825,6 +1168,17 @@ Seiten %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>SaveOption</name>
+    <message>
+        <source>替换原始文件</source>
+        <translation>Originaldatei ersetzen</translation>
+    </message>
+    <message>
+        <source>保留原始文件</source>
+        <translation>Originaldatei behalten</translation>
+    </message>
+</context>
+<context>
     <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
@@ -871,6 +1225,44 @@ Seiten %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskListItem</name>
+    <message>
+        <source>打开文件</source>
+        <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>处理中...</source>
+        <translation>Wird verarbeitet…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation>Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Abgebrochen</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>重来</source>
+        <translation>Von vorn</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
@@ -914,6 +1306,13 @@ Seiten %3-%4</translation>
     <message>
         <source>最大化</source>
         <translation>Maximieren</translation>
+    </message>
+</context>
+<context>
+    <name>ToolOptionsPanel</name>
+    <message>
+        <source>文件位置</source>
+        <translation>Speicherort</translation>
     </message>
 </context>
 </TS>

@@ -28,6 +28,51 @@
     </message>
 </context>
 <context>
+    <name>FileDropZoneWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Archivos PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>Elegir PDF</translation>
+    </message>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>Añada archivos PDF o arrástrelos aquí desde el escritorio para empezar a convertir.</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Añadir archivos</translation>
+    </message>
+</context>
+<context>
+    <name>FileListItem</name>
+    <message>
+        <source>拖动排序</source>
+        <translation>Arrastrar para ordenar</translation>
+    </message>
+</context>
+<context>
+    <name>FileListWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Archivos PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>Elegir PDF</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Añadir archivos</translation>
+    </message>
+    <message>
+        <source>清除全部</source>
+        <translation>Borrar todo</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -56,6 +101,25 @@
     <message>
         <source>自定义文件夹</source>
         <translation>Carpeta personalizada</translation>
+    </message>
+</context>
+<context>
+    <name>FileSize</name>
+    <message>
+        <source>%1 B</source>
+        <translation>%1 B</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1 KB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
     </message>
 </context>
 <context>
@@ -90,14 +154,81 @@
     </message>
 </context>
 <context>
-    <name>ImageToPdfPage</name>
+    <name>ImageToPdfOptionsPanel</name>
     <message>
         <source>图像转PDF</source>
         <translation>Imágenes a PDF</translation>
     </message>
     <message>
-        <source>将图像合成为 PDF 文件。</source>
-        <translation>Cree archivos PDF a partir de imágenes.</translation>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
+        <source>纵向</source>
+        <translation>Vertical</translation>
+    </message>
+    <message>
+        <source>横向</source>
+        <translation>Horizontal</translation>
+    </message>
+    <message>
+        <source>页面大小</source>
+        <translation>Tamaño de página</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>Letter(US)</source>
+        <translation>Carta (EE. UU.)</translation>
+    </message>
+    <message>
+        <source>页边距选项</source>
+        <translation>Márgenes</translation>
+    </message>
+    <message>
+        <source>无</source>
+        <translation>Ninguno</translation>
+    </message>
+    <message>
+        <source>窄</source>
+        <translation>Estrecho</translation>
+    </message>
+    <message>
+        <source>宽</source>
+        <translation>Ancho</translation>
+    </message>
+    <message>
+        <source>页面方向</source>
+        <translation>Orientación de la página</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>Más opciones</translation>
+    </message>
+    <message>
+        <source>转换为单个PDF</source>
+        <translation>Convertir en un solo PDF</translation>
+    </message>
+    <message>
+        <source>每张图像都将保存为单个PDF</source>
+        <translation>Si no, cada imagen será un PDF aparte</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>添加或拖拽图像文件进行转换。</source>
+        <translation>Añada imágenes o arrástrelas aquí para convertirlas.</translation>
+    </message>
+    <message>
+        <source>图像文件 (*.jpg *.jpeg *.png)</source>
+        <translation>Archivos de imagen (*.jpg *.jpeg *.png)</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>Elegir imágenes</translation>
     </message>
 </context>
 <context>
@@ -209,6 +340,18 @@
         <source>合并PDF</source>
         <translation>Combinar PDF</translation>
     </message>
+    <message>
+        <source>任务仍在进行</source>
+        <translation>Hay tareas en curso</translation>
+    </message>
+    <message>
+        <source>关闭程序将停止尚未完成的任务。</source>
+        <translation>Al cerrar el programa se detienen las tareas sin terminar.</translation>
+    </message>
+    <message>
+        <source>停止并关闭</source>
+        <translation>Detener y cerrar</translation>
+    </message>
 </context>
 <context>
     <name>ModernComboBox</name>
@@ -237,14 +380,55 @@
     </message>
 </context>
 <context>
-    <name>OfficeToPdfPage</name>
+    <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
         <translation>Office a PDF</translation>
     </message>
     <message>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
-        <translation>Convierta archivos de Word, PowerPoint y Excel a PDF</translation>
+        <translation>Convertir archivos de Word, PowerPoint y Excel en PDF</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>添加或拖拽文件进行转换。</source>
+        <translation>Añada archivos o arrástrelos aquí para convertirlos.</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToolPage</name>
+    <message>
+        <source>暂不支持</source>
+        <translation>Aún no disponible</translation>
+    </message>
+    <message>
+        <source>此版本尚不能转换 Office 文件。</source>
+        <translation>Esta versión aún no puede convertir archivos de Office.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputLocation</name>
+    <message>
+        <source>原始文件</source>
+        <translation>Carpeta original</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Escritorio</translation>
+    </message>
+    <message>
+        <source>Quillora文件</source>
+        <translation>Carpeta Quillora</translation>
+    </message>
+    <message>
+        <source>选择位置...</source>
+        <translation>Elegir ubicación…</translation>
     </message>
 </context>
 <context>
@@ -400,36 +584,110 @@
     </message>
 </context>
 <context>
-    <name>PdfCompressPage</name>
+    <name>PdfCompressOptionsPanel</name>
     <message>
         <source>压缩PDF</source>
         <translation>Comprimir PDF</translation>
     </message>
     <message>
-        <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>Reduzca el tamaño de los archivos PDF para enviarlos y guardarlos fácilmente.</translation>
+        <source>压缩</source>
+        <translation>Comprimir</translation>
+    </message>
+    <message>
+        <source>基本</source>
+        <translation>Básica</translation>
+    </message>
+    <message>
+        <source>文件尺寸适中，质量最</source>
+        <translation>Tamaño medio, mejor calidad</translation>
+    </message>
+    <message>
+        <source>强</source>
+        <translation>Alta</translation>
+    </message>
+    <message>
+        <source>文件最小，质量</source>
+        <translation>Tamaño mínimo, menor calidad</translation>
+    </message>
+    <message>
+        <source>选择压缩等级</source>
+        <translation>Nivel de compresión</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Opciones de guardado</translation>
     </message>
 </context>
 <context>
-    <name>PdfConvertPage</name>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始压缩。</source>
+        <translation>Añada archivos PDF o arrástrelos aquí desde el escritorio para empezar a comprimir.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
         <translation>PDF a imágenes</translation>
     </message>
     <message>
-        <source>将 PDF 的每一页保存为图像。</source>
-        <translation>Guarde cada página de un PDF como imagen.</translation>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
+        <source>选择图像格式</source>
+        <translation>Formato de imagen</translation>
+    </message>
+    <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>Más opciones</translation>
+    </message>
+    <message>
+        <source>提取单个图像</source>
+        <translation>Extraer imágenes individuales</translation>
+    </message>
+    <message>
+        <source>PDF 中的每张图像都将保存为单张图像</source>
+        <translation>Cada imagen del PDF se guarda por separado</translation>
     </message>
 </context>
 <context>
-    <name>PdfDecryPage</name>
+    <name>PdfDecryOptionsPanel</name>
     <message>
         <source>解锁PDF</source>
         <translation>Desbloquear PDF</translation>
     </message>
     <message>
-        <source>移除 PDF 文件的密码。</source>
-        <translation>Quite la contraseña de los archivos PDF.</translation>
+        <source>解锁</source>
+        <translation>Desbloquear</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Contraseña</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Opciones de guardado</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>Campo obligatorio</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始解密。</source>
+        <translation>Añada archivos PDF o arrástrelos aquí desde el escritorio para empezar a desbloquear.</translation>
     </message>
 </context>
 <context>
@@ -444,14 +702,57 @@
     </message>
 </context>
 <context>
+    <name>PdfEncryOptionsPanel</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>Cifrar PDF</translation>
+    </message>
+    <message>
+        <source>添加密码</source>
+        <translation>Añadir contraseña</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Contraseña</translation>
+    </message>
+    <message>
+        <source>重新输入密码</source>
+        <translation>Repetir contraseña</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Opciones de guardado</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>Campo obligatorio</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>Las contraseñas deben coincidir</translation>
+    </message>
+</context>
+<context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
         <translation>Cifrar PDF</translation>
     </message>
     <message>
-        <source>用密码保护 PDF 文件。</source>
-        <translation>Proteja archivos PDF con una contraseña.</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始加密。</source>
+        <translation>Añada archivos PDF o arrástrelos aquí desde el escritorio para empezar a cifrar.</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>Las contraseñas deben coincidir</translation>
+    </message>
+    <message>
+        <source>继续将使用第一个密码加密文件。</source>
+        <translation>Si continúa, los archivos se cifrarán con la primera contraseña.</translation>
+    </message>
+    <message>
+        <source>继续</source>
+        <translation>Continuar</translation>
     </message>
 </context>
 <context>
@@ -511,14 +812,33 @@ o soltar varios PDF aquí</translation>
     </message>
 </context>
 <context>
-    <name>PdfMergePage</name>
+    <name>PdfMergeOptionsPanel</name>
     <message>
         <source>合并PDF</source>
         <translation>Combinar PDF</translation>
     </message>
     <message>
-        <source>将多个 PDF 文件合并为一个。</source>
-        <translation>Combine varios archivos PDF en uno.</translation>
+        <source>合并</source>
+        <translation>Combinar</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Insertar</translation>
+    </message>
+    <message>
+        <source>空白</source>
+        <translation>En blanco</translation>
+    </message>
+    <message>
+        <source>在合并之前，你可以在文件之间插入空白页</source>
+        <translation>Antes de combinar puede insertar páginas en blanco entre los archivos</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始合并。</source>
+        <translation>Añada archivos PDF o arrástrelos aquí desde el escritorio para empezar a combinar.</translation>
     </message>
 </context>
 <context>
@@ -652,14 +972,37 @@ Páginas %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfToOfficePage</name>
+    <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
         <translation>PDF a Office</translation>
     </message>
     <message>
-        <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>Convierta archivos PDF en documentos de Office editables.</translation>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
+        <source>选择文件格式</source>
+        <translation>Formato de archivo</translation>
+    </message>
+    <message>
+        <source>Word (*.docx)</source>
+        <translation>Word (*.docx)</translation>
+    </message>
+    <message>
+        <source>Excel (*.xlsx)</source>
+        <translation>Excel (*.xlsx)</translation>
+    </message>
+    <message>
+        <source>PowerPoint (*.pptx)</source>
+        <translation>PowerPoint (*.pptx)</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>Añada archivos PDF o arrástrelos aquí desde el escritorio para empezar a convertir.</translation>
     </message>
 </context>
 <context>
@@ -825,6 +1168,17 @@ Páginas %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>SaveOption</name>
+    <message>
+        <source>替换原始文件</source>
+        <translation>Reemplazar archivo original</translation>
+    </message>
+    <message>
+        <source>保留原始文件</source>
+        <translation>Conservar archivo original</translation>
+    </message>
+</context>
+<context>
     <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
@@ -871,6 +1225,44 @@ Páginas %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskListItem</name>
+    <message>
+        <source>打开文件</source>
+        <translation>Abrir archivo</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>Abrir carpeta</translation>
+    </message>
+    <message>
+        <source>处理中...</source>
+        <translation>Procesando…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>En pausa</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>Completado</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Cancelado</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>重来</source>
+        <translation>Reiniciar</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
@@ -914,6 +1306,13 @@ Páginas %3-%4</translation>
     <message>
         <source>最大化</source>
         <translation>Maximizar</translation>
+    </message>
+</context>
+<context>
+    <name>ToolOptionsPanel</name>
+    <message>
+        <source>文件位置</source>
+        <translation>Ubicación de guardado</translation>
     </message>
 </context>
 </TS>

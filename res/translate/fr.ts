@@ -28,6 +28,51 @@
     </message>
 </context>
 <context>
+    <name>FileDropZoneWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>Choisir un PDF</translation>
+    </message>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>Ajoutez des fichiers PDF ou déposez-les ici depuis votre bureau pour commencer la conversion.</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Ajouter des fichiers</translation>
+    </message>
+</context>
+<context>
+    <name>FileListItem</name>
+    <message>
+        <source>拖动排序</source>
+        <translation>Glisser pour réordonner</translation>
+    </message>
+</context>
+<context>
+    <name>FileListWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>Choisir un PDF</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Ajouter des fichiers</translation>
+    </message>
+    <message>
+        <source>清除全部</source>
+        <translation>Tout effacer</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -56,6 +101,25 @@
     <message>
         <source>自定义文件夹</source>
         <translation>Dossier personnalisé</translation>
+    </message>
+</context>
+<context>
+    <name>FileSize</name>
+    <message>
+        <source>%1 B</source>
+        <translation>%1&#xa0;o</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1&#xa0;Ko</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1&#xa0;Mo</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1&#xa0;Go</translation>
     </message>
 </context>
 <context>
@@ -90,14 +154,81 @@
     </message>
 </context>
 <context>
-    <name>ImageToPdfPage</name>
+    <name>ImageToPdfOptionsPanel</name>
     <message>
         <source>图像转PDF</source>
         <translation>Images en PDF</translation>
     </message>
     <message>
-        <source>将图像合成为 PDF 文件。</source>
-        <translation>Créer des fichiers PDF à partir d’images.</translation>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
+        <source>纵向</source>
+        <translation>Portrait</translation>
+    </message>
+    <message>
+        <source>横向</source>
+        <translation>Paysage</translation>
+    </message>
+    <message>
+        <source>页面大小</source>
+        <translation>Taille de page</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>Letter(US)</source>
+        <translation>Lettre (US)</translation>
+    </message>
+    <message>
+        <source>页边距选项</source>
+        <translation>Marges</translation>
+    </message>
+    <message>
+        <source>无</source>
+        <translation>Aucune</translation>
+    </message>
+    <message>
+        <source>窄</source>
+        <translation>Étroites</translation>
+    </message>
+    <message>
+        <source>宽</source>
+        <translation>Larges</translation>
+    </message>
+    <message>
+        <source>页面方向</source>
+        <translation>Orientation de la page</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>Autres options</translation>
+    </message>
+    <message>
+        <source>转换为单个PDF</source>
+        <translation>Convertir en un seul PDF</translation>
+    </message>
+    <message>
+        <source>每张图像都将保存为单个PDF</source>
+        <translation>Sinon, chaque image devient un PDF distinct</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>添加或拖拽图像文件进行转换。</source>
+        <translation>Ajoutez des images ou déposez-les ici pour les convertir.</translation>
+    </message>
+    <message>
+        <source>图像文件 (*.jpg *.jpeg *.png)</source>
+        <translation>Fichiers image (*.jpg *.jpeg *.png)</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>Choisir des images</translation>
     </message>
 </context>
 <context>
@@ -209,6 +340,18 @@
         <source>合并PDF</source>
         <translation>Fusionner des PDF</translation>
     </message>
+    <message>
+        <source>任务仍在进行</source>
+        <translation>Des tâches sont en cours</translation>
+    </message>
+    <message>
+        <source>关闭程序将停止尚未完成的任务。</source>
+        <translation>La fermeture du programme arrête les tâches inachevées.</translation>
+    </message>
+    <message>
+        <source>停止并关闭</source>
+        <translation>Arrêter et fermer</translation>
+    </message>
 </context>
 <context>
     <name>ModernComboBox</name>
@@ -237,14 +380,55 @@
     </message>
 </context>
 <context>
-    <name>OfficeToPdfPage</name>
+    <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
         <translation>Office en PDF</translation>
     </message>
     <message>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
         <translation>Convertir des fichiers Word, PowerPoint et Excel en PDF</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>添加或拖拽文件进行转换。</source>
+        <translation>Ajoutez des fichiers ou déposez-les ici pour les convertir.</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToolPage</name>
+    <message>
+        <source>暂不支持</source>
+        <translation>Pas encore pris en charge</translation>
+    </message>
+    <message>
+        <source>此版本尚不能转换 Office 文件。</source>
+        <translation>Cette version ne peut pas encore convertir les fichiers Office.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputLocation</name>
+    <message>
+        <source>原始文件</source>
+        <translation>Dossier d’origine</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Bureau</translation>
+    </message>
+    <message>
+        <source>Quillora文件</source>
+        <translation>Dossier Quillora</translation>
+    </message>
+    <message>
+        <source>选择位置...</source>
+        <translation>Choisir un emplacement…</translation>
     </message>
 </context>
 <context>
@@ -400,36 +584,110 @@
     </message>
 </context>
 <context>
-    <name>PdfCompressPage</name>
+    <name>PdfCompressOptionsPanel</name>
     <message>
         <source>压缩PDF</source>
-        <translation>Compresser un PDF</translation>
+        <translation>Compresser PDF</translation>
     </message>
     <message>
-        <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>Réduire la taille des fichiers PDF pour les envoyer et les conserver plus facilement.</translation>
+        <source>压缩</source>
+        <translation>Compresser</translation>
+    </message>
+    <message>
+        <source>基本</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>文件尺寸适中，质量最</source>
+        <translation>Taille moyenne, meilleure qualité</translation>
+    </message>
+    <message>
+        <source>强</source>
+        <translation>Forte</translation>
+    </message>
+    <message>
+        <source>文件最小，质量</source>
+        <translation>Taille minimale, qualité réduite</translation>
+    </message>
+    <message>
+        <source>选择压缩等级</source>
+        <translation>Niveau de compression</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Options d’enregistrement</translation>
     </message>
 </context>
 <context>
-    <name>PdfConvertPage</name>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始压缩。</source>
+        <translation>Ajoutez des fichiers PDF ou déposez-les ici depuis votre bureau pour commencer la compression.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
         <translation>PDF en images</translation>
     </message>
     <message>
-        <source>将 PDF 的每一页保存为图像。</source>
-        <translation>Enregistrer chaque page d’un PDF comme image.</translation>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
+        <source>选择图像格式</source>
+        <translation>Format d’image</translation>
+    </message>
+    <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>Autres options</translation>
+    </message>
+    <message>
+        <source>提取单个图像</source>
+        <translation>Extraire les images une à une</translation>
+    </message>
+    <message>
+        <source>PDF 中的每张图像都将保存为单张图像</source>
+        <translation>Chaque image du PDF est enregistrée séparément</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryOptionsPanel</name>
+    <message>
+        <source>解锁PDF</source>
+        <translation>Déverrouiller PDF</translation>
+    </message>
+    <message>
+        <source>解锁</source>
+        <translation>Déverrouiller</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Mot de passe</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Options d’enregistrement</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>Champ obligatoire</translation>
     </message>
 </context>
 <context>
     <name>PdfDecryPage</name>
     <message>
-        <source>解锁PDF</source>
-        <translation>Déverrouiller un PDF</translation>
-    </message>
-    <message>
-        <source>移除 PDF 文件的密码。</source>
-        <translation>Supprimer le mot de passe des fichiers PDF.</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始解密。</source>
+        <translation>Ajoutez des fichiers PDF ou déposez-les ici depuis votre bureau pour commencer le déverrouillage.</translation>
     </message>
 </context>
 <context>
@@ -444,14 +702,57 @@
     </message>
 </context>
 <context>
+    <name>PdfEncryOptionsPanel</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>Chiffrer PDF</translation>
+    </message>
+    <message>
+        <source>添加密码</source>
+        <translation>Ajouter un mot de passe</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Mot de passe</translation>
+    </message>
+    <message>
+        <source>重新输入密码</source>
+        <translation>Confirmer le mot de passe</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Options d’enregistrement</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>Champ obligatoire</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>Les mots de passe doivent correspondre</translation>
+    </message>
+</context>
+<context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
         <translation>Chiffrer un PDF</translation>
     </message>
     <message>
-        <source>用密码保护 PDF 文件。</source>
-        <translation>Protéger des fichiers PDF par un mot de passe.</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始加密。</source>
+        <translation>Ajoutez des fichiers PDF ou déposez-les ici depuis votre bureau pour commencer le chiffrement.</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>Les mots de passe doivent correspondre</translation>
+    </message>
+    <message>
+        <source>继续将使用第一个密码加密文件。</source>
+        <translation>Si vous continuez, les fichiers seront chiffrés avec le premier mot de passe.</translation>
+    </message>
+    <message>
+        <source>继续</source>
+        <translation>Continuer</translation>
     </message>
 </context>
 <context>
@@ -511,14 +812,33 @@ ou déposer plusieurs PDF ici</translation>
     </message>
 </context>
 <context>
-    <name>PdfMergePage</name>
+    <name>PdfMergeOptionsPanel</name>
     <message>
         <source>合并PDF</source>
-        <translation>Fusionner des PDF</translation>
+        <translation>Fusionner PDF</translation>
     </message>
     <message>
-        <source>将多个 PDF 文件合并为一个。</source>
-        <translation>Fusionner plusieurs fichiers PDF en un seul.</translation>
+        <source>合并</source>
+        <translation>Fusionner</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Insérer</translation>
+    </message>
+    <message>
+        <source>空白</source>
+        <translation>Vierge</translation>
+    </message>
+    <message>
+        <source>在合并之前，你可以在文件之间插入空白页</source>
+        <translation>Avant la fusion, vous pouvez insérer des pages vierges entre les fichiers</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始合并。</source>
+        <translation>Ajoutez des fichiers PDF ou déposez-les ici depuis votre bureau pour commencer la fusion.</translation>
     </message>
 </context>
 <context>
@@ -652,14 +972,37 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfToOfficePage</name>
+    <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
         <translation>PDF en Office</translation>
     </message>
     <message>
-        <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>Convertir des fichiers PDF en documents Office modifiables.</translation>
+        <source>转换</source>
+        <translation>Convertir</translation>
+    </message>
+    <message>
+        <source>选择文件格式</source>
+        <translation>Format de fichier</translation>
+    </message>
+    <message>
+        <source>Word (*.docx)</source>
+        <translation>Word (*.docx)</translation>
+    </message>
+    <message>
+        <source>Excel (*.xlsx)</source>
+        <translation>Excel (*.xlsx)</translation>
+    </message>
+    <message>
+        <source>PowerPoint (*.pptx)</source>
+        <translation>PowerPoint (*.pptx)</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>Ajoutez des fichiers PDF ou déposez-les ici depuis votre bureau pour commencer la conversion.</translation>
     </message>
 </context>
 <context>
@@ -825,6 +1168,17 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>SaveOption</name>
+    <message>
+        <source>替换原始文件</source>
+        <translation>Remplacer le fichier d’origine</translation>
+    </message>
+    <message>
+        <source>保留原始文件</source>
+        <translation>Conserver le fichier d’origine</translation>
+    </message>
+</context>
+<context>
     <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
@@ -871,6 +1225,44 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskListItem</name>
+    <message>
+        <source>打开文件</source>
+        <translation>Ouvrir le fichier</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>Ouvrir le dossier</translation>
+    </message>
+    <message>
+        <source>处理中...</source>
+        <translation>Traitement…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>En pause</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>Terminé</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation>Échec</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Annulé</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>重来</source>
+        <translation>Recommencer</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
@@ -914,6 +1306,13 @@ Pages %3-%4</translation>
     <message>
         <source>最大化</source>
         <translation>Agrandir</translation>
+    </message>
+</context>
+<context>
+    <name>ToolOptionsPanel</name>
+    <message>
+        <source>文件位置</source>
+        <translation>Emplacement d’enregistrement</translation>
     </message>
 </context>
 </TS>

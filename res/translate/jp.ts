@@ -28,6 +28,51 @@
     </message>
 </context>
 <context>
+    <name>FileDropZoneWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF ファイル (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>PDF を選択</translation>
+    </message>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>PDF ファイルを追加するか、デスクトップからここにドロップして変換を始めます。</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>ファイルを追加</translation>
+    </message>
+</context>
+<context>
+    <name>FileListItem</name>
+    <message>
+        <source>拖动排序</source>
+        <translation>ドラッグして並べ替え</translation>
+    </message>
+</context>
+<context>
+    <name>FileListWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF ファイル (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>PDF を選択</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>ファイルを追加</translation>
+    </message>
+    <message>
+        <source>清除全部</source>
+        <translation>すべてクリア</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -56,6 +101,25 @@
     <message>
         <source>自定义文件夹</source>
         <translation>カスタムフォルダー</translation>
+    </message>
+</context>
+<context>
+    <name>FileSize</name>
+    <message>
+        <source>%1 B</source>
+        <translation>%1 B</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1 KB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
     </message>
 </context>
 <context>
@@ -90,14 +154,81 @@
     </message>
 </context>
 <context>
-    <name>ImageToPdfPage</name>
+    <name>ImageToPdfOptionsPanel</name>
     <message>
         <source>图像转PDF</source>
-        <translation>画像を PDF に変換</translation>
+        <translation>画像から PDF</translation>
     </message>
     <message>
-        <source>将图像合成为 PDF 文件。</source>
-        <translation>画像から PDF ファイルを作成します。</translation>
+        <source>转换</source>
+        <translation>変換</translation>
+    </message>
+    <message>
+        <source>纵向</source>
+        <translation>縦</translation>
+    </message>
+    <message>
+        <source>横向</source>
+        <translation>横</translation>
+    </message>
+    <message>
+        <source>页面大小</source>
+        <translation>用紙サイズ</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>Letter(US)</source>
+        <translation>レター (US)</translation>
+    </message>
+    <message>
+        <source>页边距选项</source>
+        <translation>余白</translation>
+    </message>
+    <message>
+        <source>无</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>窄</source>
+        <translation>狭い</translation>
+    </message>
+    <message>
+        <source>宽</source>
+        <translation>広い</translation>
+    </message>
+    <message>
+        <source>页面方向</source>
+        <translation>ページの向き</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>その他のオプション</translation>
+    </message>
+    <message>
+        <source>转换为单个PDF</source>
+        <translation>1 つの PDF にまとめる</translation>
+    </message>
+    <message>
+        <source>每张图像都将保存为单个PDF</source>
+        <translation>オフの場合、画像ごとに PDF を作成します</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>添加或拖拽图像文件进行转换。</source>
+        <translation>画像を追加するか、ここにドロップして変換します。</translation>
+    </message>
+    <message>
+        <source>图像文件 (*.jpg *.jpeg *.png)</source>
+        <translation>画像ファイル (*.jpg *.jpeg *.png)</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>画像を選択</translation>
     </message>
 </context>
 <context>
@@ -209,6 +340,18 @@
         <source>合并PDF</source>
         <translation>PDF を結合</translation>
     </message>
+    <message>
+        <source>任务仍在进行</source>
+        <translation>処理中のタスクがあります</translation>
+    </message>
+    <message>
+        <source>关闭程序将停止尚未完成的任务。</source>
+        <translation>プログラムを閉じると、完了していないタスクは中止されます。</translation>
+    </message>
+    <message>
+        <source>停止并关闭</source>
+        <translation>中止して閉じる</translation>
+    </message>
 </context>
 <context>
     <name>ModernComboBox</name>
@@ -237,14 +380,55 @@
     </message>
 </context>
 <context>
-    <name>OfficeToPdfPage</name>
+    <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
-        <translation>Office を PDF に変換</translation>
+        <translation>Office から PDF</translation>
+    </message>
+    <message>
+        <source>转换</source>
+        <translation>変換</translation>
     </message>
     <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
         <translation>Word、PowerPoint、Excel のファイルを PDF に変換します</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>添加或拖拽文件进行转换。</source>
+        <translation>ファイルを追加するか、ここにドロップして変換します。</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToolPage</name>
+    <message>
+        <source>暂不支持</source>
+        <translation>未対応</translation>
+    </message>
+    <message>
+        <source>此版本尚不能转换 Office 文件。</source>
+        <translation>このバージョンでは Office ファイルを変換できません。</translation>
+    </message>
+</context>
+<context>
+    <name>OutputLocation</name>
+    <message>
+        <source>原始文件</source>
+        <translation>元のフォルダー</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>デスクトップ</translation>
+    </message>
+    <message>
+        <source>Quillora文件</source>
+        <translation>Quillora フォルダー</translation>
+    </message>
+    <message>
+        <source>选择位置...</source>
+        <translation>場所を選択…</translation>
     </message>
 </context>
 <context>
@@ -400,36 +584,110 @@
     </message>
 </context>
 <context>
-    <name>PdfCompressPage</name>
+    <name>PdfCompressOptionsPanel</name>
     <message>
         <source>压缩PDF</source>
         <translation>PDF を圧縮</translation>
     </message>
     <message>
-        <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>PDF ファイルのサイズを小さくして、送信や保存をしやすくします。</translation>
+        <source>压缩</source>
+        <translation>圧縮</translation>
+    </message>
+    <message>
+        <source>基本</source>
+        <translation>標準</translation>
+    </message>
+    <message>
+        <source>文件尺寸适中，质量最</source>
+        <translation>中サイズ、最高品質</translation>
+    </message>
+    <message>
+        <source>强</source>
+        <translation>高圧縮</translation>
+    </message>
+    <message>
+        <source>文件最小，质量</source>
+        <translation>最小サイズ、低品質</translation>
+    </message>
+    <message>
+        <source>选择压缩等级</source>
+        <translation>圧縮レベル</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>保存オプション</translation>
     </message>
 </context>
 <context>
-    <name>PdfConvertPage</name>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始压缩。</source>
+        <translation>PDF ファイルを追加するか、デスクトップからここにドロップして圧縮を始めます。</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
-        <translation>PDF を画像に変換</translation>
+        <translation>PDF から画像</translation>
     </message>
     <message>
-        <source>将 PDF 的每一页保存为图像。</source>
-        <translation>PDF の各ページを画像として保存します。</translation>
+        <source>转换</source>
+        <translation>変換</translation>
+    </message>
+    <message>
+        <source>选择图像格式</source>
+        <translation>画像形式</translation>
+    </message>
+    <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>その他のオプション</translation>
+    </message>
+    <message>
+        <source>提取单个图像</source>
+        <translation>画像を個別に抽出</translation>
+    </message>
+    <message>
+        <source>PDF 中的每张图像都将保存为单张图像</source>
+        <translation>PDF 内の画像をそれぞれ 1 つの画像として保存します</translation>
     </message>
 </context>
 <context>
-    <name>PdfDecryPage</name>
+    <name>PdfDecryOptionsPanel</name>
     <message>
         <source>解锁PDF</source>
         <translation>PDF のロックを解除</translation>
     </message>
     <message>
-        <source>移除 PDF 文件的密码。</source>
-        <translation>PDF ファイルのパスワードを削除します。</translation>
+        <source>解锁</source>
+        <translation>ロックを解除</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>パスワード</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>保存オプション</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>必須項目です</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始解密。</source>
+        <translation>PDF ファイルを追加するか、デスクトップからここにドロップしてロックの解除を始めます。</translation>
     </message>
 </context>
 <context>
@@ -444,14 +702,57 @@
     </message>
 </context>
 <context>
+    <name>PdfEncryOptionsPanel</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>PDF を暗号化</translation>
+    </message>
+    <message>
+        <source>添加密码</source>
+        <translation>パスワードを追加</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>パスワード</translation>
+    </message>
+    <message>
+        <source>重新输入密码</source>
+        <translation>パスワードの再入力</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>保存オプション</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>必須項目です</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>パスワードが一致していません</translation>
+    </message>
+</context>
+<context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
         <translation>PDF を暗号化</translation>
     </message>
     <message>
-        <source>用密码保护 PDF 文件。</source>
-        <translation>PDF ファイルをパスワードで保護します。</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始加密。</source>
+        <translation>PDF ファイルを追加するか、デスクトップからここにドロップして暗号化を始めます。</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>パスワードが一致していません</translation>
+    </message>
+    <message>
+        <source>继续将使用第一个密码加密文件。</source>
+        <translation>続行すると、最初のパスワードでファイルを暗号化します。</translation>
+    </message>
+    <message>
+        <source>继续</source>
+        <translation>続行</translation>
     </message>
 </context>
 <context>
@@ -511,14 +812,33 @@
     </message>
 </context>
 <context>
-    <name>PdfMergePage</name>
+    <name>PdfMergeOptionsPanel</name>
     <message>
         <source>合并PDF</source>
         <translation>PDF を結合</translation>
     </message>
     <message>
-        <source>将多个 PDF 文件合并为一个。</source>
-        <translation>複数の PDF ファイルを 1 つに結合します。</translation>
+        <source>合并</source>
+        <translation>結合</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>挿入</translation>
+    </message>
+    <message>
+        <source>空白</source>
+        <translation>空白</translation>
+    </message>
+    <message>
+        <source>在合并之前，你可以在文件之间插入空白页</source>
+        <translation>結合する前に、ファイルの間に空白ページを挿入できます</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始合并。</source>
+        <translation>PDF ファイルを追加するか、デスクトップからここにドロップして結合を始めます。</translation>
     </message>
 </context>
 <context>
@@ -652,14 +972,37 @@
     </message>
 </context>
 <context>
-    <name>PdfToOfficePage</name>
+    <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
-        <translation>PDF を Office に変換</translation>
+        <translation>PDF から Office</translation>
     </message>
     <message>
-        <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>PDF を編集可能な Office 文書に変換します。</translation>
+        <source>转换</source>
+        <translation>変換</translation>
+    </message>
+    <message>
+        <source>选择文件格式</source>
+        <translation>ファイル形式</translation>
+    </message>
+    <message>
+        <source>Word (*.docx)</source>
+        <translation>Word (*.docx)</translation>
+    </message>
+    <message>
+        <source>Excel (*.xlsx)</source>
+        <translation>Excel (*.xlsx)</translation>
+    </message>
+    <message>
+        <source>PowerPoint (*.pptx)</source>
+        <translation>PowerPoint (*.pptx)</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>PDF ファイルを追加するか、デスクトップからここにドロップして変換を始めます。</translation>
     </message>
 </context>
 <context>
@@ -825,6 +1168,17 @@
     </message>
 </context>
 <context>
+    <name>SaveOption</name>
+    <message>
+        <source>替换原始文件</source>
+        <translation>元のファイルを置き換える</translation>
+    </message>
+    <message>
+        <source>保留原始文件</source>
+        <translation>元のファイルを残す</translation>
+    </message>
+</context>
+<context>
     <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
@@ -871,6 +1225,44 @@
     </message>
 </context>
 <context>
+    <name>TaskListItem</name>
+    <message>
+        <source>打开文件</source>
+        <translation>ファイルを開く</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>フォルダーを開く</translation>
+    </message>
+    <message>
+        <source>处理中...</source>
+        <translation>処理中…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>一時停止</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>完了</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation>失敗</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>キャンセル済み</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>重来</source>
+        <translation>最初から</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
@@ -914,6 +1306,13 @@
     <message>
         <source>最大化</source>
         <translation>最大化</translation>
+    </message>
+</context>
+<context>
+    <name>ToolOptionsPanel</name>
+    <message>
+        <source>文件位置</source>
+        <translation>保存場所</translation>
     </message>
 </context>
 </TS>

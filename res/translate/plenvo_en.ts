@@ -28,6 +28,51 @@
     </message>
 </context>
 <context>
+    <name>FileDropZoneWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF files (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>Choose PDF</translation>
+    </message>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>Add PDF files or drop them here from your desktop to start converting.</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Add files</translation>
+    </message>
+</context>
+<context>
+    <name>FileListItem</name>
+    <message>
+        <source>拖动排序</source>
+        <translation>Drag to reorder</translation>
+    </message>
+</context>
+<context>
+    <name>FileListWidget</name>
+    <message>
+        <source>PDF 文件 (*.pdf)</source>
+        <translation>PDF files (*.pdf)</translation>
+    </message>
+    <message>
+        <source>选择 PDF</source>
+        <translation>Choose PDF</translation>
+    </message>
+    <message>
+        <source>添加文件</source>
+        <translation>Add files</translation>
+    </message>
+    <message>
+        <source>清除全部</source>
+        <translation>Clear all</translation>
+    </message>
+</context>
+<context>
     <name>FileLocationSelector</name>
     <message>
         <source>文件保存位置</source>
@@ -56,6 +101,25 @@
     <message>
         <source>自定义文件夹</source>
         <translation>Custom folder</translation>
+    </message>
+</context>
+<context>
+    <name>FileSize</name>
+    <message>
+        <source>%1 B</source>
+        <translation>%1 B</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1 KB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
     </message>
 </context>
 <context>
@@ -90,14 +154,81 @@
     </message>
 </context>
 <context>
-    <name>ImageToPdfPage</name>
+    <name>ImageToPdfOptionsPanel</name>
     <message>
         <source>图像转PDF</source>
         <translation>Images to PDF</translation>
     </message>
     <message>
-        <source>将图像合成为 PDF 文件。</source>
-        <translation>Turn images into PDF files.</translation>
+        <source>转换</source>
+        <translation>Convert</translation>
+    </message>
+    <message>
+        <source>纵向</source>
+        <translation>Portrait</translation>
+    </message>
+    <message>
+        <source>横向</source>
+        <translation>Landscape</translation>
+    </message>
+    <message>
+        <source>页面大小</source>
+        <translation>Page size</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>Letter(US)</source>
+        <translation>Letter (US)</translation>
+    </message>
+    <message>
+        <source>页边距选项</source>
+        <translation>Margins</translation>
+    </message>
+    <message>
+        <source>无</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>窄</source>
+        <translation>Narrow</translation>
+    </message>
+    <message>
+        <source>宽</source>
+        <translation>Wide</translation>
+    </message>
+    <message>
+        <source>页面方向</source>
+        <translation>Page orientation</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>More options</translation>
+    </message>
+    <message>
+        <source>转换为单个PDF</source>
+        <translation>Combine into one PDF</translation>
+    </message>
+    <message>
+        <source>每张图像都将保存为单个PDF</source>
+        <translation>When off, each image becomes a PDF of its own</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToPdfPage</name>
+    <message>
+        <source>添加或拖拽图像文件进行转换。</source>
+        <translation>Add images or drop them here to convert them.</translation>
+    </message>
+    <message>
+        <source>图像文件 (*.jpg *.jpeg *.png)</source>
+        <translation>Image files (*.jpg *.jpeg *.png)</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>Choose images</translation>
     </message>
 </context>
 <context>
@@ -209,6 +340,18 @@
         <source>合并PDF</source>
         <translation>Merge PDF</translation>
     </message>
+    <message>
+        <source>任务仍在进行</source>
+        <translation>Tasks are still running</translation>
+    </message>
+    <message>
+        <source>关闭程序将停止尚未完成的任务。</source>
+        <translation>Closing the program stops the tasks that are not finished.</translation>
+    </message>
+    <message>
+        <source>停止并关闭</source>
+        <translation>Stop and close</translation>
+    </message>
 </context>
 <context>
     <name>ModernComboBox</name>
@@ -237,14 +380,55 @@
     </message>
 </context>
 <context>
-    <name>OfficeToPdfPage</name>
+    <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
         <translation>Office to PDF</translation>
     </message>
     <message>
+        <source>转换</source>
+        <translation>Convert</translation>
+    </message>
+    <message>
         <source>将 Word、PowerPoint 和 Excel 文件转换为 PDF</source>
         <translation>Convert Word, PowerPoint and Excel files to PDF</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToPdfPage</name>
+    <message>
+        <source>添加或拖拽文件进行转换。</source>
+        <translation>Add files or drop them here to convert them.</translation>
+    </message>
+</context>
+<context>
+    <name>OfficeToolPage</name>
+    <message>
+        <source>暂不支持</source>
+        <translation>Not supported yet</translation>
+    </message>
+    <message>
+        <source>此版本尚不能转换 Office 文件。</source>
+        <translation>This version cannot convert Office files yet.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputLocation</name>
+    <message>
+        <source>原始文件</source>
+        <translation>Original folder</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>Quillora文件</source>
+        <translation>Quillora folder</translation>
+    </message>
+    <message>
+        <source>选择位置...</source>
+        <translation>Choose location…</translation>
     </message>
 </context>
 <context>
@@ -400,36 +584,110 @@
     </message>
 </context>
 <context>
-    <name>PdfCompressPage</name>
+    <name>PdfCompressOptionsPanel</name>
     <message>
         <source>压缩PDF</source>
         <translation>Compress PDF</translation>
     </message>
     <message>
-        <source>减小 PDF 文件的体积，便于发送和保存。</source>
-        <translation>Make PDF files smaller, to send and store them easily.</translation>
+        <source>压缩</source>
+        <translation>Compress</translation>
+    </message>
+    <message>
+        <source>基本</source>
+        <translation>Basic</translation>
+    </message>
+    <message>
+        <source>文件尺寸适中，质量最</source>
+        <translation>Medium size, best quality</translation>
+    </message>
+    <message>
+        <source>强</source>
+        <translation>Strong</translation>
+    </message>
+    <message>
+        <source>文件最小，质量</source>
+        <translation>Smallest size, lower quality</translation>
+    </message>
+    <message>
+        <source>选择压缩等级</source>
+        <translation>Compression level</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Save options</translation>
     </message>
 </context>
 <context>
-    <name>PdfConvertPage</name>
+    <name>PdfCompressPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始压缩。</source>
+        <translation>Add PDF files or drop them here from your desktop to start compressing.</translation>
+    </message>
+</context>
+<context>
+    <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
-        <translation>PDF to Images</translation>
+        <translation>PDF to images</translation>
     </message>
     <message>
-        <source>将 PDF 的每一页保存为图像。</source>
-        <translation>Save every page of a PDF as an image.</translation>
+        <source>转换</source>
+        <translation>Convert</translation>
+    </message>
+    <message>
+        <source>选择图像格式</source>
+        <translation>Image format</translation>
+    </message>
+    <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>更多选项</source>
+        <translation>More options</translation>
+    </message>
+    <message>
+        <source>提取单个图像</source>
+        <translation>Extract individual images</translation>
+    </message>
+    <message>
+        <source>PDF 中的每张图像都将保存为单张图像</source>
+        <translation>Each image in the PDF is saved as an image of its own</translation>
     </message>
 </context>
 <context>
-    <name>PdfDecryPage</name>
+    <name>PdfDecryOptionsPanel</name>
     <message>
         <source>解锁PDF</source>
         <translation>Unlock PDF</translation>
     </message>
     <message>
-        <source>移除 PDF 文件的密码。</source>
-        <translation>Remove the password of PDF files.</translation>
+        <source>解锁</source>
+        <translation>Unlock</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Password</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Save options</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>This field is required</translation>
+    </message>
+</context>
+<context>
+    <name>PdfDecryPage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始解密。</source>
+        <translation>Add PDF files or drop them here from your desktop to start unlocking.</translation>
     </message>
 </context>
 <context>
@@ -444,14 +702,57 @@
     </message>
 </context>
 <context>
+    <name>PdfEncryOptionsPanel</name>
+    <message>
+        <source>加密PDF</source>
+        <translation>Encrypt PDF</translation>
+    </message>
+    <message>
+        <source>添加密码</source>
+        <translation>Add password</translation>
+    </message>
+    <message>
+        <source>密码</source>
+        <translation>Password</translation>
+    </message>
+    <message>
+        <source>重新输入密码</source>
+        <translation>Re-enter password</translation>
+    </message>
+    <message>
+        <source>保存选项</source>
+        <translation>Save options</translation>
+    </message>
+    <message>
+        <source>此项目为必填项</source>
+        <translation>This field is required</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>The passwords must match</translation>
+    </message>
+</context>
+<context>
     <name>PdfEncryPage</name>
     <message>
         <source>加密PDF</source>
         <translation>Encrypt PDF</translation>
     </message>
     <message>
-        <source>用密码保护 PDF 文件。</source>
-        <translation>Protect PDF files with a password.</translation>
+        <source>从你的桌面上添加或拖放PDF文件，开始加密。</source>
+        <translation>Add PDF files or drop them here from your desktop to start encrypting.</translation>
+    </message>
+    <message>
+        <source>两个密码应该匹配</source>
+        <translation>The passwords must match</translation>
+    </message>
+    <message>
+        <source>继续将使用第一个密码加密文件。</source>
+        <translation>If you continue, the files are encrypted with the first password.</translation>
+    </message>
+    <message>
+        <source>继续</source>
+        <translation>Continue</translation>
     </message>
 </context>
 <context>
@@ -511,14 +812,33 @@ or drop several PDFs here</translation>
     </message>
 </context>
 <context>
-    <name>PdfMergePage</name>
+    <name>PdfMergeOptionsPanel</name>
     <message>
         <source>合并PDF</source>
         <translation>Merge PDF</translation>
     </message>
     <message>
-        <source>将多个 PDF 文件合并为一个。</source>
-        <translation>Merge several PDF files into one.</translation>
+        <source>合并</source>
+        <translation>Merge</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Insert</translation>
+    </message>
+    <message>
+        <source>空白</source>
+        <translation>Blank</translation>
+    </message>
+    <message>
+        <source>在合并之前，你可以在文件之间插入空白页</source>
+        <translation>Before merging, you can insert blank pages between files</translation>
+    </message>
+</context>
+<context>
+    <name>PdfMergePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始合并。</source>
+        <translation>Add PDF files or drop them here from your desktop to start merging.</translation>
     </message>
 </context>
 <context>
@@ -652,14 +972,37 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
-    <name>PdfToOfficePage</name>
+    <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
         <translation>PDF to Office</translation>
     </message>
     <message>
-        <source>将 PDF 转换为可编辑的 Office 文档。</source>
-        <translation>Convert PDF files to editable Office documents.</translation>
+        <source>转换</source>
+        <translation>Convert</translation>
+    </message>
+    <message>
+        <source>选择文件格式</source>
+        <translation>File format</translation>
+    </message>
+    <message>
+        <source>Word (*.docx)</source>
+        <translation>Word (*.docx)</translation>
+    </message>
+    <message>
+        <source>Excel (*.xlsx)</source>
+        <translation>Excel (*.xlsx)</translation>
+    </message>
+    <message>
+        <source>PowerPoint (*.pptx)</source>
+        <translation>PowerPoint (*.pptx)</translation>
+    </message>
+</context>
+<context>
+    <name>PdfToOfficePage</name>
+    <message>
+        <source>从你的桌面上添加或拖放PDF文件，开始转换。</source>
+        <translation>Add PDF files or drop them here from your desktop to start converting.</translation>
     </message>
 </context>
 <context>
@@ -825,6 +1168,17 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>SaveOption</name>
+    <message>
+        <source>替换原始文件</source>
+        <translation>Replace original file</translation>
+    </message>
+    <message>
+        <source>保留原始文件</source>
+        <translation>Keep original file</translation>
+    </message>
+</context>
+<context>
     <name>SaveProgress</name>
     <message>
         <source>正在保存 PDF</source>
@@ -871,6 +1225,44 @@ Pages %3-%4</translation>
     </message>
 </context>
 <context>
+    <name>TaskListItem</name>
+    <message>
+        <source>打开文件</source>
+        <translation>Open file</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>Open containing folder</translation>
+    </message>
+    <message>
+        <source>处理中...</source>
+        <translation>Processing…</translation>
+    </message>
+    <message>
+        <source>已暂停</source>
+        <translation>Paused</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>Done</translation>
+    </message>
+    <message>
+        <source>失败</source>
+        <translation>Failed</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Canceled</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>重来</source>
+        <translation>Start over</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailDelegate</name>
     <message>
         <source>正在生成缩略图…</source>
@@ -914,6 +1306,13 @@ Pages %3-%4</translation>
     <message>
         <source>最大化</source>
         <translation>Maximize</translation>
+    </message>
+</context>
+<context>
+    <name>ToolOptionsPanel</name>
+    <message>
+        <source>文件位置</source>
+        <translation>Save location</translation>
     </message>
 </context>
 </TS>
