@@ -52,9 +52,15 @@ PdfOperationOutcome PictureJobs::pdfToImages(const TaskRequest &request,
     target.format = RequestValues::number(request, QStringLiteral("format"), kPng) == kJpeg
                         ? PdfPictureFormat::Jpeg
                         : PdfPictureFormat::Png;
-    return request.options.value(QStringLiteral("saveAsSeparateFiles")).toBool()
-               ? PdfPictureExport::exportImages(source, target, cancel)
-               : PdfPictureExport::exportPages(source, target, cancel);
+    PdfOperationOutcome outcome =
+        request.options.value(QStringLiteral("saveAsSeparateFiles")).toBool()
+            ? PdfPictureExport::exportImages(source, target, cancel)
+            : PdfPictureExport::exportPages(source, target, cancel);
+    if (outcome.isError() && !target.folder.isEmpty()) {
+        // It was made for the pictures. One with anything in it stays.
+        QDir().rmdir(target.folder);
+    }
+    return outcome;
 }
 
 PdfOperationOutcome PictureJobs::imagesToPdf(const TaskRequest &request,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/tool_page.h"
 
+#include "tools/common/separator_line.h"
 #include "tools/options/tool_options_panel.h"
 
 #include <QHBoxLayout>
@@ -8,12 +9,10 @@
 
 ToolPage::ToolPage(QWidget *content, ToolOptionsPanel *panel, QWidget *parent)
     : QWidget(parent)
-    , m_separator(new QLabel(this))
+    , m_separator(createSeparator(Qt::Vertical, this))
     , m_panel(panel)
 {
     m_separator->setObjectName(QStringLiteral("toolSeparator"));
-    m_separator->setFixedWidth(1);
-    m_separator->setStyleSheet(QStringLiteral("QLabel{background-color:#E5E6EB;}"));
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

@@ -383,7 +383,7 @@
     <name>OfficeToPdfOptionsPanel</name>
     <message>
         <source>Office转为PDF</source>
-        <translation>Office إلى PDF</translation>
+        <translation>‏Office إلى PDF</translation>
     </message>
     <message>
         <source>转换</source>
@@ -629,7 +629,7 @@
     <name>PdfConvertOptionsPanel</name>
     <message>
         <source>PDF 转为图像</source>
-        <translation>PDF إلى صور</translation>
+        <translation>‏PDF إلى صور</translation>
     </message>
     <message>
         <source>转换</source>
@@ -975,7 +975,7 @@
     <name>PdfToOfficeOptionsPanel</name>
     <message>
         <source>PDF转为Office</source>
-        <translation>PDF إلى Office</translation>
+        <translation>‏PDF إلى Office</translation>
     </message>
     <message>
         <source>转换</source>

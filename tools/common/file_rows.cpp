@@ -14,7 +14,8 @@ constexpr QColor kHoveredRow{0xF7, 0xF8, 0xFA};
 constexpr QColor kSelectedRow{0xE8, 0xF1, 0xFF};
 constexpr QColor kSelectedText{0x1D, 0x21, 0x29};
 
-constexpr ScrollBarLook kScrollBar{8, {}, QColor(0xC9, 0xCD, 0xD4), QColor(0x86, 0x90, 0x9C), 4, 30};
+constexpr ScrollBarLook kScrollBar{8, {}, QColor(0xC9, 0xCD, 0xD4), QColor(0x86, 0x90, 0x9C),
+                                   4, 30};
 
 // %1 white, %2 border of rows, %3 hovered, %4 selected, %5 text of selected, %6 scroll bars
 constexpr QLatin1String kStyleSheet{R"(

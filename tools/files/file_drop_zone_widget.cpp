@@ -30,6 +30,10 @@ constexpr int kFrameRadius = 8;
 constexpr int kFrameWidth = 2;
 constexpr QColor kFill{0xFA, 0xFB, 0xFC};
 
+constexpr QLatin1String kStyleSheet{"background: white;"};
+constexpr QLatin1String kIconStyleSheet{"background: transparent;"};
+constexpr QLatin1String kTextStyleSheet{"background: transparent; color: #1A1A1A;"};
+
 } // namespace
 
 FileDropZoneWidget::FileDropZoneWidget(QWidget *parent)
@@ -40,12 +44,12 @@ FileDropZoneWidget::FileDropZoneWidget(QWidget *parent)
 {
     setAcceptDrops(true);
     setMinimumSize(kMinimumSize);
-    setStyleSheet(QStringLiteral("background: white;"));
+    setStyleSheet(kStyleSheet);
 
     auto *icon = new QLabel(this);
     icon->setObjectName(QStringLiteral("dropZoneIcon"));
     icon->setAlignment(Qt::AlignCenter);
-    icon->setStyleSheet(QStringLiteral("background: transparent;"));
+    icon->setStyleSheet(kIconStyleSheet);
     icon->setPixmap(QIcon(QStringLiteral(":/res/icons/modern/pdf.png"))
                         .pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
 
@@ -55,7 +59,7 @@ FileDropZoneWidget::FileDropZoneWidget(QWidget *parent)
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setTextFormat(Qt::PlainText);
     m_text->setFixedWidth(kTextWidth);
-    m_text->setStyleSheet(QStringLiteral("background: transparent; color: #1A1A1A;"));
+    m_text->setStyleSheet(kTextStyleSheet);
 
     auto *add = new IconButton(tr("添加文件"), this);
     add->setObjectName(QStringLiteral("dropZoneAddButton"));

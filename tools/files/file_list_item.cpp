@@ -4,6 +4,7 @@
 #include "tools/common/elided_label.h"
 #include "tools/common/size_text.h"
 #include "widgets/icon_paths.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/widget_font.h"
 
@@ -24,6 +25,8 @@ namespace {
 
 constexpr int kHandleWidth = 14;
 constexpr int kFileIconSize = 32;
+constexpr int kLineGap = 4;
+constexpr int kTextGap = 12;
 constexpr int kCloseIconSize = 24;
 constexpr int kCloseButtonSize = 28;
 
@@ -64,6 +67,7 @@ FileListItem::FileListItem(QWidget *parent)
     m_name->setFont(widgetFont(14));
     m_size->setObjectName(QStringLiteral("fileSize"));
     m_size->setFont(widgetFont(12));
+    m_size->setAlignment(leadingSide(layoutDirection()));
     for (QLabel *label : {m_handle, m_icon, static_cast<QLabel *>(m_name), m_size}) {
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
@@ -78,6 +82,7 @@ FileListItem::FileListItem(QWidget *parent)
     connect(closeButton, &QPushButton::clicked, this, &FileListItem::close);
 
     auto *texts = new QVBoxLayout;
+    texts->setSpacing(kLineGap);
     texts->addStretch();
     texts->addWidget(m_name);
     texts->addWidget(m_size);
@@ -91,6 +96,7 @@ FileListItem::FileListItem(QWidget *parent)
     row->addWidget(m_icon, 0, Qt::AlignVCenter);
     row->addSpacing(15);
     row->addLayout(texts, 1);
+    row->addSpacing(kTextGap);
     row->addStretch();
     row->addWidget(closeButton, 0, Qt::AlignVCenter);
 }

@@ -2,6 +2,7 @@
 #include "tools/files/file_list_widget.h"
 
 #include "tools/common/file_rows.h"
+#include "tools/common/separator_line.h"
 #include "tools/files/file_list_item.h"
 #include "widgets/icon_button.h"
 #include "widgets/theme.h"
@@ -35,8 +36,6 @@ constexpr int kScrollStep = 12;
 constexpr std::chrono::milliseconds kScrollInterval{16};
 constexpr int kFarStep = 96;
 
-constexpr QColor kSeparatorColor = Theme::borderNeutral;
-
 } // namespace
 
 FileListWidget::FileListWidget(QWidget *parent)
@@ -65,10 +64,7 @@ FileListWidget::FileListWidget(QWidget *parent)
     clear->setFixedWidth(std::max(clear->sizeHint().width(), kClearWidth));
     connect(clear, &IconButton::clicked, this, &FileListWidget::clearFiles);
 
-    auto *separator = new QLabel(this);
-    separator->setFixedHeight(1);
-    separator->setStyleSheet(
-        QStringLiteral("QLabel{background-color:%1;}").arg(kSeparatorColor.name().toUpper()));
+    QLabel *separator = createSeparator(Qt::Horizontal, this);
 
     FileRows::prepare(*m_list);
     m_list->setObjectName(QStringLiteral("fileList"));

@@ -2,6 +2,7 @@
 #include "tools/options/password_field.h"
 
 #include "widgets/password_input.h"
+#include "widgets/text_alignment.h"
 #include "widgets/widget_font.h"
 
 #include <QLabel>
@@ -13,6 +14,8 @@ namespace {
 constexpr int kMessageSize = 12;
 constexpr int kInputHeight = 45;
 constexpr int kGap = 4;
+
+constexpr QLatin1String kMessageStyleSheet{"QLabel{background-color:transparent;color:#F53F3F;}"};
 
 } // namespace
 
@@ -26,7 +29,8 @@ PasswordField::PasswordField(QWidget *parent)
     m_label->setFont(widgetFont(kMessageSize));
     m_label->setTextFormat(Qt::PlainText);
     m_label->setWordWrap(true);
-    m_label->setStyleSheet(QStringLiteral("QLabel{background-color:transparent;color:#F53F3F;}"));
+    m_label->setAlignment(leadingSide(layoutDirection()) | Qt::AlignVCenter);
+    m_label->setStyleSheet(kMessageStyleSheet);
     m_label->hide();
 
     auto *column = new QVBoxLayout(this);

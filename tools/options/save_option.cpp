@@ -12,9 +12,19 @@ namespace {
 
 constexpr int kFontSize = 14;
 
-// %1 text
-constexpr QLatin1String kStyleSheet{"QRadioButton { color: %1; background: transparent;"
-                                    " spacing: 8px; padding: 4px 0; }"};
+// %1 text, %2 ring, %3 ring under the pointer, %4 chosen, %5 disabled, %6 white
+constexpr QLatin1String kStyleSheet{R"(
+QRadioButton { color: %1; background: transparent; spacing: 8px; padding: 4px 0; }
+QRadioButton:disabled { color: %5; }
+QRadioButton::indicator {
+    width: 14px; height: 14px; border: 1px solid %2; border-radius: 8px; background: %6;
+}
+QRadioButton::indicator:hover { border-color: %3; }
+QRadioButton::indicator:checked {
+    width: 6px; height: 6px; border: 5px solid %4; border-radius: 8px; background: %6;
+}
+QRadioButton::indicator:disabled { border-color: %5; }
+)"};
 
 } // namespace
 
@@ -36,7 +46,9 @@ SaveOption::SaveOption(QWidget *parent)
     }
     m_replace->setObjectName(QStringLiteral("replaceSourceButton"));
     m_keep->setObjectName(QStringLiteral("keepSourceButton"));
-    setStyleSheet(kStyleSheet.arg(Theme::ink.name()));
+    setStyleSheet(kStyleSheet.arg(Theme::ink.name(), Theme::borderStrong.name(),
+                                  Theme::textMuted.name(), Theme::accent.name(),
+                                  Theme::textDisabled.name(), Theme::white.name()));
     m_keep->setChecked(true);
 }
 

@@ -2,6 +2,7 @@
 #include "tools/options/switch_row.h"
 
 #include "widgets/switch_button.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/widget_font.h"
 
@@ -12,6 +13,10 @@ namespace {
 
 constexpr int kFontSize = 14;
 constexpr int kGap = 12;
+
+// %1 text
+constexpr QLatin1String kTextStyleSheet{
+    "QLabel#switchText { color: %1; background: transparent; }"};
 
 } // namespace
 
@@ -24,8 +29,8 @@ SwitchRow::SwitchRow(const QString &text, QWidget *parent)
     label->setFont(widgetFont(kFontSize));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("QLabel#switchText { color: %1; background: transparent; }")
-                             .arg(Theme::ink.name()));
+    label->setAlignment(leadingSide(layoutDirection()) | Qt::AlignVCenter);
+    label->setStyleSheet(kTextStyleSheet.arg(Theme::ink.name()));
     m_switch->setAccessibleName(text);
 
     auto *row = new QHBoxLayout(this);

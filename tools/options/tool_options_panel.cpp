@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/options/tool_options_panel.h"
 
+#include "tools/common/separator_line.h"
 #include "widgets/icon_button.h"
 #include "widgets/modern_combo_box.h"
 #include "widgets/scroll_bar_style.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/widget_font.h"
 
@@ -43,6 +45,7 @@ QLabel *textLabel(const QString &name, const QString &text, const QFont &font, Q
     label->setFont(font);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    label->setAlignment(leadingSide(parent->layoutDirection()) | Qt::AlignVCenter);
     return label;
 }
 
@@ -144,9 +147,7 @@ void ToolOptionsPanel::addNote(const QString &text)
 
 void ToolOptionsPanel::addSeparator()
 {
-    auto *line = new QLabel(this);
-    line->setFixedHeight(1);
-    line->setStyleSheet(QStringLiteral("QLabel{background-color:#E5E6EB;}"));
+    QLabel *line = createSeparator(Qt::Horizontal, this);
     m_sections->addSpacing(kSectionGap - kSpacing);
     m_sections->addWidget(line);
 }

@@ -6,6 +6,7 @@
 #include "tools/common/size_text.h"
 #include "tools/tasks/task_row.h"
 #include "widgets/icon_paths.h"
+#include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/widget_font.h"
 
@@ -23,6 +24,8 @@
 namespace {
 
 constexpr int kFileIconSize = 32;
+constexpr int kLineGap = 4;
+constexpr int kTextGap = 12;
 constexpr int kStateIconSize = 20;
 constexpr int kButtonIconSize = 18;
 constexpr int kButtonSize = 34;
@@ -103,6 +106,7 @@ TaskListItem::TaskListItem(QWidget *parent)
     m_name->setFont(widgetFont(14));
     m_size->setObjectName(QStringLiteral("taskSize"));
     m_size->setFont(widgetFont(12));
+    m_size->setAlignment(leadingSide(layoutDirection()));
     m_status->setObjectName(QStringLiteral("taskStatus"));
     m_status->setFont(widgetFont(14));
     m_stateIcon->setObjectName(QStringLiteral("taskStateIcon"));
@@ -111,6 +115,7 @@ TaskListItem::TaskListItem(QWidget *parent)
     connect(m_openFolder, &QPushButton::clicked, this, &TaskListItem::openFolder);
 
     auto *texts = new QVBoxLayout;
+    texts->setSpacing(kLineGap);
     texts->addStretch();
     texts->addWidget(m_name);
     texts->addWidget(m_size);
@@ -122,6 +127,7 @@ TaskListItem::TaskListItem(QWidget *parent)
     row->addWidget(m_icon, 0, Qt::AlignVCenter);
     row->addSpacing(15);
     row->addLayout(texts, 1);
+    row->addSpacing(kTextGap);
     row->addStretch();
     row->addWidget(m_status, 0, Qt::AlignVCenter);
     row->addSpacing(5);

@@ -3,6 +3,7 @@
 
 #include "taskcenter/task_center.h"
 #include "tools/common/file_rows.h"
+#include "tools/common/separator_line.h"
 #include "tools/tasks/task_list_item.h"
 #include "tools/tasks/task_row.h"
 #include "widgets/icon_button.h"
@@ -36,9 +37,7 @@ TaskListWidget::TaskListWidget(QWidget *parent)
     restartButton->setFixedSize(kRestartSize);
     connect(restartButton, &IconButton::clicked, this, &TaskListWidget::restart);
 
-    auto *separator = new QLabel(this);
-    separator->setFixedHeight(1);
-    separator->setStyleSheet(QStringLiteral("QLabel{background-color:#E5E6EB;}"));
+    QLabel *separator = createSeparator(Qt::Horizontal, this);
 
     FileRows::prepare(*m_list);
     m_list->setObjectName(QStringLiteral("taskList"));
@@ -78,8 +77,8 @@ void TaskListWidget::updateStatus(const QString &id, int status)
     }
     const TaskCenter &service = TaskCenter::instance();
     if (status == static_cast<int>(TaskStatus::Completed)) {
-        // Where a folder was asked for, or the name was taken meanwhile, only the service knows what
-        // the result is called; twenty rows that all name the desktop would tell nothing.
+        // Where a folder was asked for, or the name was taken meanwhile, only the service knows
+        // what the result is called; twenty rows that all name the desktop would tell nothing.
         if (const QString result = service.resultPath(id); !result.isEmpty()) {
             row->setPath(result);
         }

@@ -52,8 +52,8 @@ private:
 
 /// Lets QPDF write to a QIODevice.
 ///
-/// A write that fails does not throw: QPDF flushes its filters while other exceptions pass, and from
-/// destructors, where one more would end the program. What comes after the failure is dropped;
+/// A write that fails does not throw: QPDF flushes its filters while other exceptions pass, and
+/// from destructors, where one more would end the program. What comes after the failure is dropped;
 /// writeQpdf() ends at it.
 class QDeviceOutput final : public Pipeline
 {
@@ -81,8 +81,8 @@ private:
 };
 
 /// Writes what `writer` was set up for into `output`. Throws std::runtime_error with the reason of
-/// the output as soon as that fails (after a hundredth of the objects, at the latest), and what QPDF
-/// throws.
+/// the output as soon as that fails (after a hundredth of the objects, at the latest), and what
+/// QPDF throws.
 void writeQpdf(QPDFWriter &writer, QDeviceOutput &output);
 
 } // namespace pdfcore
