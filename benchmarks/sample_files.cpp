@@ -2,6 +2,7 @@
 #include "benchmarks/sample_files.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QList>
@@ -93,6 +94,26 @@ QByteArray scannedPage(quint32 seed)
     return jpeg;
 }
 
+/// Gradients with the noise of a camera.
+QByteArray photograph(quint32 seed)
+{
+    QImage image(2000, 1500, QImage::Format_RGB32);
+    QRandomGenerator random(seed);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int noise = random.bounded(12);
+            line[x] = qRgb((x / 10 + static_cast<int>(seed) * 16 + noise) % 256,
+                           (y / 8 + noise) % 256, ((x + y) / 20 + noise) % 256);
+        }
+    }
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPEG", 85);
+    return jpeg;
+}
+
 } // namespace
 
 namespace SampleFiles {
@@ -137,6 +158,26 @@ bool writeScan(const QString &path, int pages)
                    pictures.at(page % kDistinctPictures));
     }
     return pdf.finish();
+}
+
+bool writePhotographs(const QString &folder, int count)
+{
+    constexpr int kDistinctPictures = 8;
+    QList<QByteArray> pictures;
+    for (quint32 i = 0; i < kDistinctPictures; ++i) {
+        pictures.append(photograph(i));
+    }
+    for (int i = 0; i < count; ++i) {
+        // A comment after the marker that a JPEG file begins with makes each one different.
+        QByteArray picture = pictures.at(i % kDistinctPictures);
+        const QByteArray number = QByteArray::number(i).rightJustified(6, '0');
+        picture.insert(2, QByteArray("\xff\xfe\0\x08", 4) + number);
+        QFile file(QDir(folder).filePath(QString::fromLatin1(number) + QStringLiteral(".jpg")));
+        if (!file.open(QIODevice::WriteOnly) || file.write(picture) != picture.size()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace SampleFiles

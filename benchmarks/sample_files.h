@@ -12,4 +12,7 @@ bool writeText(const QString &path, int pages);
 /// `pages` scanned pages: each one grey JPEG picture of its own, A4 at 200 dpi.
 bool writeScan(const QString &path, int pages);
 
+/// `count` photographs of 3 megapixels as JPEG files in the folder, no two with equal bytes.
+bool writePhotographs(const QString &folder, int count);
+
 } // namespace SampleFiles

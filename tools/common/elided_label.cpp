@@ -5,13 +5,27 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QTextLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 /// The least of a text that is of use.
 constexpr int kFewCharacters = 8;
+
+/// How high a line of the text is in whichever fonts it needs, which may be higher than the one that
+/// it is set in.
+int lineHeight(const QString &text, const QFont &font)
+{
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    const int usual = QFontMetrics(font).height();
+    return line.isValid() ? std::max(usual, static_cast<int>(std::ceil(line.height()))) : usual;
+}
 
 } // namespace
 
@@ -36,13 +50,14 @@ void ElidedLabel::setFullText(const QString &text)
 QSize ElidedLabel::sizeHint() const
 {
     // Rounding may need one pixel more than the text is wide.
-    return {fontMetrics().horizontalAdvance(m_text) + 1, fontMetrics().height()};
+    return {fontMetrics().horizontalAdvance(m_text) + 1, lineHeight(m_text, font())};
 }
 
 QSize ElidedLabel::minimumSizeHint() const
 {
     const int few = fontMetrics().averageCharWidth() * kFewCharacters;
-    return {std::min(few, sizeHint().width()), fontMetrics().height()};
+    const QSize whole = sizeHint();
+    return {std::min(few, whole.width()), whole.height()};
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent *event)
