@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QListWidgetItem>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -24,10 +25,12 @@ constexpr int kBoxHeight = 48;
 constexpr int kStartHeight = 45;
 
 constexpr int kSide = 20;
-constexpr int kTop = 24;
-constexpr int kBottom = 20;
+constexpr int kTop = 20;
+constexpr int kBottom = 16;
 constexpr int kSpacing = 8;
 constexpr int kSectionGap = 16;
+constexpr int kPartGap = 12;
+constexpr int kScrollBarWidth = 8;
 
 // %1 white, %2 texts, %3 notes, %4 scroll bars
 constexpr QLatin1String kStyleSheet{R"(
@@ -66,7 +69,7 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     setAttribute(Qt::WA_StyledBackground);
     setFixedWidth(kWidth);
     ScrollBarLook scrollBar;
-    scrollBar.thickness = 8;
+    scrollBar.thickness = kScrollBarWidth;
     setStyleSheet(kStyleSheet.arg(Theme::white.name(), Theme::ink.name(),
                                   Theme::textSecondary.name(), scrollBarStyleSheet(scrollBar)));
 
@@ -78,6 +81,7 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     auto *inset = new QVBoxLayout(sections);
     inset->setContentsMargins(kSide, 0, kSide, 0);
     inset->addLayout(m_sections);
+    inset->addSpacing(kPartGap);
     inset->addStretch();
     auto *scrollArea = new QScrollArea(this);
     scrollArea->setObjectName(QStringLiteral("toolOptionsScrollArea"));
@@ -85,6 +89,12 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollArea->setFocusPolicy(Qt::NoFocus);
     scrollArea->setWidget(sections);
+    // The bar takes its room from the margin, so that all controls of the panel end at one line.
+    connect(scrollArea->verticalScrollBar(), &QScrollBar::rangeChanged, inset,
+            [inset](int minimum, int maximum) {
+                const int bar = maximum > minimum ? kScrollBarWidth : 0;
+                inset->setContentsMargins(kSide, 0, kSide - bar, 0);
+            });
 
     auto *start = new IconButton(startText, this);
     start->setObjectName(QStringLiteral("toolStartButton"));
@@ -102,14 +112,18 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     bottom->setSpacing(kSpacing);
     bottom->addWidget(headingLabel(tr("文件位置"), this));
     bottom->addWidget(m_location);
-    bottom->addSpacing(kSectionGap);
+    bottom->addSpacing(kPartGap - kSpacing);
     bottom->addWidget(start);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, kTop, 0, kBottom);
-    column->setSpacing(kSectionGap);
+    column->setSpacing(0);
     column->addLayout(top);
+    column->addSpacing(kPartGap);
     column->addWidget(scrollArea, 1);
+    // Shows that sections which are cut off here go on.
+    column->addWidget(createSeparator(Qt::Horizontal, this));
+    column->addSpacing(kPartGap);
     column->addLayout(bottom);
 }
 
