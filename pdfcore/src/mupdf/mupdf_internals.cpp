@@ -458,6 +458,16 @@ const float *backgroundOf(const fz_shade *shade)
     return shade->use_background != 0 ? shade->background : nullptr;
 }
 
+bool hasOwnColours(const fz_font *font, int glyph)
+{
+    constexpr int kGlyphs = 256;
+    if (font->t3flags == nullptr || glyph < 0 || glyph >= kGlyphs) {
+        return false;
+    }
+    const unsigned kind = font->t3flags[glyph];
+    return (kind & FZ_DEVFLAG_COLOR) != 0 && (kind & FZ_DEVFLAG_MASK) == 0;
+}
+
 void copyHints(fz_device *device, const fz_device *from)
 {
     device->hints = from->hints;
