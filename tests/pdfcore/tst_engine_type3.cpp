@@ -19,7 +19,8 @@ const QColor kSwappedRed(0, 255, 0);
 const QColor kSwappedCyan(255, 0, 255);
 
 /// Sets the letters A, B, ... of the font /F as large as the page, on its lower left corner.
-const QByteArray kText = "BT /F 200 Tf 0 0 Td ";
+const QByteArray kFont = "/F 200 Tf 0 0 Td ";
+const QByteArray kText = "BT " + kFont;
 
 /// What letters draw with; letters and whatever else they need stand from object 5 on.
 struct Case
@@ -31,6 +32,7 @@ struct Case
     QByteArray state{};             ///< Set for the letter.
     QByteArray pageResources{};     ///< Without the font.
     QByteArray shows = "(A) Tj ET"; ///< How the letter is shown.
+    QByteArray fonts{};             ///< Further ones of the page.
 };
 
 /// Fonts of square letters, each of them the object of its number.
@@ -52,11 +54,15 @@ QByteArray font(const QList<int> &letters, const QByteArray &resources)
            " /Widths [" + widths + "] /Resources << " + resources + " >> >>";
 }
 
-/// A page that shows text with the font /F.
+/// A page that shows text with the font /F, which is the last object.
 QByteArray lettered(const QByteArray &content, const QByteArray &fontObject,
-                    const QList<QByteArray> &objects, const QByteArray &resources = {})
+                    const QList<QByteArray> &objects, const QByteArray &resources = {},
+                    const QByteArray &fonts = {})
 {
-    return PdfFixture::onePage(content, "/Font << /F " + fontObject + " >> " + resources, objects);
+    const QByteArray number = QByteArray::number(5 + objects.size());
+    return PdfFixture::onePage(content,
+                               "/Font << /F " + number + " 0 R " + fonts + " >> " + resources,
+                               objects + QList<QByteArray>{fontObject});
 }
 
 QByteArray letter(const QByteArray &content)
@@ -85,6 +91,8 @@ QByteArray profile(const QByteArray &bytes, int components)
 const QByteArray kBytesCyan("\xFF\x00\x00\x00", 4);
 const QByteArray kBytesHalf("\x80\x80", 2);
 const QByteArray kSquare = " 0 0 1 1 re f\n";
+/// All that a line depends on, without which MuPDF takes it from the text.
+const QByteArray kLines = "1 w 0 J 0 j 10 M [] 0 d ";
 const QByteArray kCyanSquare = "1 0 0 0 k" + kSquare;
 
 void add(const QByteArray &name, const Case &spec)
@@ -125,7 +133,7 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
                                "/C0 [0 1 0 0] /C1 [1 0 0 0] /N 1 >> >>";
 
     add("ink", {kCyanSquare, {}, {}, kCyan});
-    add("lines of ink", {"1 0 0 0 K 1 w 0 0.5 m 1 0.5 l S", {}, {}, kCyan});
+    add("lines of ink", {kLines + "1 0 0 0 K 1 w 0 0.5 m 1 0.5 l S", {}, {}, kCyan});
     add("profile", {"/C cs 1 0 0 sc" + kSquare, usesC, {swappedRgb}, kSwappedRed});
     add("spot colour",
         {"/C cs 1 scn" + kSquare,
@@ -150,11 +158,24 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
     add("form with a default space",
         {"/X Do",
          usesX,
-         {form(kCyanSquare,
-               "/Resources << /ColorSpace << /DefaultCMYK [/ICCBased 7 0 R] >> >>"),
+         {form(kCyanSquare, "/Resources << /ColorSpace << /DefaultCMYK [/ICCBased 7 0 R] >> >>"),
           swappedInk},
          kSwappedCyan});
+    add("RGB in a form with a default space for ink",
+        {"/X Do",
+         usesX,
+         {form("1 0 1 rg" + kSquare,
+               "/Resources << /ColorSpace << /DefaultCMYK [/ICCBased 7 0 R] >> >>"),
+          swappedInk},
+         Qt::magenta});
     add("shading", {"/S sh", "/Shading << /S " + shading + " >>", {}, kCyan});
+    add("shading in RGB",
+        {"/S sh",
+         "/Shading << /S << /ShadingType 2 /ColorSpace /DeviceRGB /Coords [0 0 0.5 0] /Extend "
+         "[true true] /Function << /FunctionType 2 /Domain [0 1] /C0 [1 0 0] /C1 [0 1 0] /N 1 >> "
+         ">> >>",
+         {},
+         Qt::green});
     add("pattern",
         {"/Pattern cs /P scn" + kSquare,
          "/Pattern << /P 6 0 R >>",
@@ -162,7 +183,7 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
                                  "[0 0 1 1] /XStep 1 /YStep 1 /Resources << >>",
                                  kCyanSquare)},
          kCyan});
-    add("soft mask", {"/G gs" + kCyanSquare,
+    add("soft mask", {"/G gs " + kCyanSquare,
                       "/ExtGState << /G << /SMask << /S /Luminosity /G 6 0 R >> >> >>",
                       {form("0.5 g" + kSquare, "/Group << /S /Transparency /CS /DeviceGray >>")},
                       kHalfCyan});
@@ -179,6 +200,7 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
          "/G gs ",
          "/ExtGState << /G << /SMask << /S /Luminosity /G 6 0 R >> >> >>"});
     add("text that is outlined", {kCyanSquare, {}, {}, kCyan, "1 Tr "});
+    add("text in RGB that is outlined", {"0 1 0 rg" + kSquare, {}, {}, Qt::green, "1 Tr "});
     add("text that is filled and clips", {kCyanSquare, {}, {}, kCyan, "4 Tr "});
     add("text that clips", {"1 0 0 0 k 0 0 1 1 re f",
                             {},
@@ -187,23 +209,26 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
                             "7 Tr ",
                             {},
                             "(A) Tj ET 0 1 0 0 k 0 0 200 200 re f"});
-    add("default space of the page",
-        {kCyanSquare,
-         {},
-         {swappedInk},
-         kSwappedCyan,
-         {},
-         "/ColorSpace << /DefaultCMYK [/ICCBased 6 0 R] >>"});
-    add("letter within a letter",
-        {"0 1 0 0 k 0 0 0.1 0.1 re f BT /F 1 Tf (A) Tj ET",
-         "/Font << /F " + font({6}, {}) + " >>",
-         {letter("1 0 d0 " + kCyanSquare)},
-         kCyan});
-    add("letter in ink within a letter in RGB",
-        {"1 0 0 rg 0 0 0.1 0.1 re f BT /F 1 Tf (A) Tj ET",
-         "/Font << /F " + font({6}, {}) + " >>",
-         {letter("1 0 d0 " + kCyanSquare)},
-         kCyan});
+    add("default space of the page", {kCyanSquare,
+                                      {},
+                                      {swappedInk},
+                                      kSwappedCyan,
+                                      {},
+                                      "/ColorSpace << /DefaultCMYK [/ICCBased 6 0 R] >>"});
+    // The font of the inner letter is used before.
+    for (const auto &[name, colour] : {std::pair{"ink", "0 1 0 0 k"}, {"RGB", "1 0 0 rg"}}) {
+        add(QByteArray("letter in ink within one in ") + name,
+            {QByteArray(colour) + " 0 0 0.1 0.1 re f BT /G 1 Tf (A) Tj ET",
+             "/Font << /G 6 0 R >>",
+             {font({7}, {}), letter("1 0 d0 " + kCyanSquare)},
+             kCyan,
+             "/G 1 Tf (A) Tj ",
+             {},
+             "(A) Tj ET",
+             "/G 6 0 R"});
+    }
+    add("half transparent text that is filled and outlined",
+        {kCyanSquare, {}, {}, kHalfCyan, "2 Tr /G gs ", half});
     add("turned and stretched", {kCyanSquare, {}, {}, kCyan, "1 0.4 -0.5 1.5 20 -60 Tm "});
 }
 
@@ -212,10 +237,9 @@ void TestEngineType3::lettersHaveTheColoursOfThePage()
     QFETCH(const Case, spec);
     Folder folder;
     const QString path = folder.add(
-        u"page.pdf"_s,
-        lettered(kText + spec.state + spec.shows, font({5}, spec.resources),
-                 QList<QByteArray>{letter("1 0 d0 " + spec.letter)} + spec.objects,
-                 spec.pageResources));
+        u"page.pdf"_s, lettered("BT " + spec.state + kFont + spec.shows, font({5}, spec.resources),
+                                QList<QByteArray>{letter("1 0 d0 " + spec.letter)} + spec.objects,
+                                spec.pageResources, spec.fonts));
     const Rendering rendering = render(filePage(path), kSize);
     QVERIFY2(rendering.ok, qPrintable(rendering.message));
     COMPARE_COLOUR(middle(rendering.image), spec.colour, kTolerance);
@@ -224,7 +248,8 @@ void TestEngineType3::lettersHaveTheColoursOfThePage()
 void TestEngineType3::lettersLookLikeForms()
 {
     // The same commands, once as letters and once as forms, in whole pixels and in parts of them.
-    const QByteArray drawing = "1 0 0 0 k 0.1 0.1 0.5 0.5 re f 0 0 1 0 k 0.4 0.4 0.5 0.5 re f "
+    const QByteArray drawing = kLines +
+                               "1 0 0 0 k 0.1 0.1 0.5 0.5 re f 0 0 1 0 k 0.4 0.4 0.5 0.5 re f "
                                "0 1 0 0 k 0.15 0.55 m 0.45 0.55 l 0.3 0.95 l f 0.5 0.2 0.1 0.3 K "
                                "0.03 w 0.62 0.1 m 0.95 0.35 l S ";
     const QByteArray places[] = {"40 0 0 40 10 10", "40 0 0 40 60.3 10.7", "60 0 0 30 120 10",
@@ -257,9 +282,9 @@ void TestEngineType3::lettersKeepTheirOrder()
                                     letter("1 0 0 0 1 1 d1" + kSquare)};
     Folder folder;
     const auto shown = [&](const QByteArray &text) {
-        const QString path =
-            folder.add(QString::fromLatin1(text) + u".pdf"_s, lettered("0 1 0 0 k " + kText + '(' + text + ") Tj ET",
-                                                  font({5, 6}, {}), letters));
+        const QString path = folder.add(
+            QString::fromLatin1(text) + u".pdf"_s,
+            lettered("0 1 0 0 k " + kText + '(' + text + ") Tj ET", font({5, 6}, {}), letters));
         return middle(render(filePage(path), kSize).image);
     };
     COMPARE_COLOUR(shown("B"), kMagenta, kTolerance);
@@ -341,12 +366,12 @@ void TestEngineType3::lettersWithinLettersEnd()
     for (int i = 0; i < kFonts; ++i) {
         const int next = 5 + 2 * (i + 1);
         const bool isLast = i + 1 == kFonts;
-        objects += font({6 + 2 * i}, isLast ? QByteArray()
-                                            : "/Font << /F " + QByteArray::number(next) +
-                                                  " 0 R >>");
-        objects += letter("1 0 d0 " + kCyanSquare +
-                          (isLast ? QByteArray()
-                                  : "BT /F 1 Tf " + QByteArray("(A) Tj ").repeated(40) + "ET"));
+        objects +=
+            font({6 + 2 * i},
+                 isLast ? QByteArray() : "/Font << /F " + QByteArray::number(next) + " 0 R >>");
+        objects += letter(
+            "1 0 d0 " + kCyanSquare +
+            (isLast ? QByteArray() : "BT /F 1 Tf " + QByteArray("(A) Tj ").repeated(40) + "ET"));
     }
     Folder folder;
     const QString path = folder.add(
@@ -360,7 +385,6 @@ void TestEngineType3::lettersWithinLettersEnd()
         COMPARE_COLOUR(middle(rendering.image), kCyan, kTolerance);
     }
 }
-
 
 QTEST_GUILESS_MAIN(TestEngineType3)
 #include "tst_engine_type3.moc"

@@ -49,6 +49,7 @@ struct ColourDevice
     int glyphDepth;   ///< Letters within letters whose painting it serves.
     int tileDepth;    ///< Tiles of patterns that are being painted, which lie anywhere.
     fz_rect tileView; ///< What is seen of the outermost of them.
+    fz_text *filled;  ///< The last text with letters in colours of their own that was filled.
 };
 
 ColourDevice &self(fz_device *device)
@@ -83,12 +84,9 @@ fz_matrix matrixOf(fz_irect box)
                           static_cast<float>(box.y0));
 }
 
-/// The colour space that `space` stands for once the page's default spaces are applied.
-fz_colorspace *resolved(fz_context *ctx, const ColourDevice &device, fz_colorspace *space)
+/// The default space in the place of a device space, or null.
+fz_colorspace *defaultFor(fz_context *ctx, const ColourDevice &device, const fz_colorspace *space)
 {
-    if (space == nullptr || device.defaults == nullptr) {
-        return space;
-    }
     if (space == fz_device_gray(ctx)) {
         return fz_default_gray(ctx, device.defaults);
     }
@@ -98,7 +96,17 @@ fz_colorspace *resolved(fz_context *ctx, const ColourDevice &device, fz_colorspa
     if (space == fz_device_cmyk(ctx)) {
         return fz_default_cmyk(ctx, device.defaults);
     }
-    return space;
+    return nullptr;
+}
+
+/// The colour space that `space` stands for once the page's default spaces are applied.
+fz_colorspace *resolved(fz_context *ctx, const ColourDevice &device, fz_colorspace *space)
+{
+    if (space == nullptr || device.defaults == nullptr) {
+        return space;
+    }
+    fz_colorspace *standIn = defaultFor(ctx, device, space);
+    return standIn != nullptr ? standIn : space;
 }
 
 /// The conversion that colours of `space` need, or null.
@@ -184,21 +192,28 @@ bool needsConversion(fz_context *ctx, const void *device, fz_colorspace *space)
     return transformFor(ctx, *static_cast<const ColourDevice *>(device), space) != nullptr;
 }
 
-/// Whether a letter is painted by its font in colours that MuPDF would convert in its own way.
-bool isConvertedGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph)
+/// Which letters do not go to the target with those around them.
+enum class Apart {
+    Converted, ///< Those with colours of their own that MuPDF would convert in its own way.
+    Coloured,  ///< All with colours of their own.
+    LeftOut,   ///< The same, which are not painted at all.
+};
+
+bool isApart(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph, Apart which)
 {
     return hasOwnColours(font, glyph) && device.glyphDepth < kMaxGlyphDepth &&
-           hasConvertedColours(ctx, *device.glyphColours, font, glyph, {&needsConversion, &device});
+           (which == Apart::Coloured ||
+            isPaintedApart(ctx, *device.glyphColours, font, glyph, {&needsConversion, &device}));
 }
 
-bool hasConvertedGlyphs(fz_context *ctx, ColourDevice &device, const fz_text *text)
+bool hasLettersApart(fz_context *ctx, ColourDevice &device, const fz_text *text, Apart which)
 {
     for (const fz_text_span *span = text->head; span != nullptr; span = span->next) {
         if (fz_font_t3_procs(ctx, span->font) == nullptr) {
             continue;
         }
         for (int i = 0; i < span->len; ++i) {
-            if (isConvertedGlyph(ctx, device, span->font, span->items[i].gid)) {
+            if (isApart(ctx, device, span->font, span->items[i].gid, which)) {
                 return true;
             }
         }
@@ -253,8 +268,8 @@ void runGlyph(fz_context *ctx, ColourDevice &device, fz_pixmap *pixels, fz_font 
 }
 
 /// Paints a letter in its own colours, converted, into the pixels of `box` and draws these.
-void fillConvertedGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph,
-                        fz_matrix place, fz_irect box, float alpha, fz_color_params params)
+void fillGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph, fz_matrix place,
+               fz_irect box, float alpha, fz_color_params params)
 {
     fz_pixmap *pixels = nullptr;
     fz_image *image = nullptr;
@@ -280,8 +295,8 @@ void fillConvertedGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, in
 }
 
 /// Paints a letter in its own colours, converted; false when it takes too many pixels for that.
-bool paintConvertedGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph,
-                         fz_matrix place, float alpha, fz_color_params params)
+bool paintGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph, fz_matrix place,
+                float alpha, fz_color_params params)
 {
     const fz_rect bounds = fz_intersect_rect(
         fz_expand_rect(fz_bound_glyph(ctx, font, glyph, place), 1), seenBy(device));
@@ -291,7 +306,7 @@ bool paintConvertedGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, i
     if (pixelsOf(bounds) > kMaxOwnPixels) {
         return false;
     }
-    fillConvertedGlyph(ctx, device, font, glyph, place, fz_irect_from_rect(bounds), alpha, params);
+    fillGlyph(ctx, device, font, glyph, place, fz_irect_from_rect(bounds), alpha, params);
     return true;
 }
 
@@ -302,6 +317,7 @@ struct TextPaint
     float alpha;
     fz_color_params params;
     fz_rect seen; ///< Letters that lie outside are left out.
+    Apart apart;
 };
 
 /// Hands the letters in `part` on by `paint` and lets go of them.
@@ -315,8 +331,8 @@ void flushPart(fz_context *ctx, fz_text *&part, const Paint &paint)
     part = nullptr;
 }
 
-/// Goes through the letters of `text` in their order: those with colours to convert are painted
-/// here, what is between them is collected in `part` and handed on by `paint`.
+/// Goes through the letters of `text` in their order: those to paint apart are painted here, what
+/// is between them is collected in `part` and handed on by `paint`.
 template <typename Paint>
 void paintLetters(fz_context *ctx, ColourDevice &device, const fz_text *text, fz_text *&part,
                   const TextPaint &how, const Paint &paint)
@@ -336,10 +352,10 @@ void paintLetters(fz_context *ctx, ColourDevice &device, const fz_text *text, fz
             if (fz_is_empty_rect(fz_intersect_rect(bounds, how.seen)) != 0) {
                 continue;
             }
-            if (isDrawn && isConvertedGlyph(ctx, device, span->font, item.gid)) {
+            if (isDrawn && isApart(ctx, device, span->font, item.gid, how.apart)) {
                 flushPart(ctx, part, paint);
-                if (paintConvertedGlyph(ctx, device, span->font, item.gid, onPage, how.alpha,
-                                        how.params)) {
+                if (how.apart == Apart::LeftOut ||
+                    paintGlyph(ctx, device, span->font, item.gid, onPage, how.alpha, how.params)) {
                     continue;
                 }
             }
@@ -384,10 +400,16 @@ void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ct
     const auto fill = [&](const fz_text *letters) {
         fz_fill_text(ctx, next, letters, ctm, paint.space, paint.values, alpha, params);
     };
+    const bool isColoured = hasLettersApart(ctx, own, text, Apart::Coloured);
+    if (isColoured) {
+        fz_drop_text(ctx, own.filled);
+        own.filled = fz_keep_text(ctx, text);
+    }
     // Of a page in parts, the whole text may be a single one, and going through all large letters
     // takes longer than painting some of them.
-    if (own.images->comeAgain() || hasConvertedGlyphs(ctx, own, text)) {
-        paintByLetters(ctx, own, text, {ctm, alpha, params, seenBy(own)}, fill);
+    if (own.images->comeAgain() ||
+        (isColoured && hasLettersApart(ctx, own, text, Apart::Converted))) {
+        paintByLetters(ctx, own, text, {ctm, alpha, params, seenBy(own), Apart::Converted}, fill);
     } else {
         fill(text);
     }
@@ -403,9 +425,11 @@ void strokeText(fz_context *ctx, fz_device *dev, const fz_text *text, const fz_s
     const auto outline = [&](const fz_text *letters) {
         fz_stroke_text(ctx, next, letters, stroke, ctm, paint.space, paint.values, alpha, params);
     };
-    // Letters that their font draws have no outline: they are painted as they are.
-    if (hasConvertedGlyphs(ctx, own, text)) {
-        paintByLetters(ctx, own, text, {ctm, alpha, params, fz_infinite_rect}, outline);
+    // Letters in colours of their own have no outline: they look the same in every mode of text,
+    // also in the one that fills a text and outlines it. MuPDF would take them for masks.
+    if (hasLettersApart(ctx, own, text, Apart::Coloured)) {
+        const Apart apart = own.filled == text ? Apart::LeftOut : Apart::Coloured;
+        paintByLetters(ctx, own, text, {ctm, alpha, params, fz_infinite_rect, apart}, outline);
     } else {
         outline(text);
     }
@@ -660,7 +684,11 @@ void setDefaultColourSpaces(fz_context *ctx, fz_device *dev, fz_default_colorspa
     fz_drop_default_colorspaces(ctx, own.defaults);
     own.defaults = fz_keep_default_colorspaces(ctx, defaults);
     forgetGlyphColours(ctx, *own.glyphColours);
-    fz_set_default_colorspaces(ctx, target(dev), defaults);
+    // Those of a form within a letter have nothing in the place of spaces that it does not name,
+    // and MuPDF would paint nothing in them.
+    if (own.glyphDepth == 0) {
+        fz_set_default_colorspaces(ctx, target(dev), defaults);
+    }
 }
 
 void beginLayer(fz_context *ctx, fz_device *dev, const char *name)
@@ -683,6 +711,7 @@ void dropDevice(fz_context *ctx, fz_device *dev)
     ColourDevice &own = self(dev);
     fz_drop_default_colorspaces(ctx, own.defaults);
     forgetGlyphColours(ctx, own.ownGlyphColours);
+    fz_drop_text(ctx, own.filled);
     fz_drop_device(ctx, own.target);
 }
 

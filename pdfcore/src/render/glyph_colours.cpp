@@ -13,7 +13,7 @@ constexpr int kMaxDepth = 4;
 /// Device calls that are looked at to judge one letter.
 constexpr unsigned kMaxCalls = 200000;
 
-enum Answer : unsigned char { kUnknown, kPlain, kConverted };
+enum Answer : unsigned char { kUnknown, kPlain, kApart };
 
 /// A device that paints nothing and takes note of colours that have to be converted.
 struct Probe
@@ -196,19 +196,20 @@ bool judged(fz_context *ctx, GlyphColours &known, fz_font *font, int glyph, cons
     const auto index = static_cast<std::size_t>(glyph);
     const unsigned char answer = entryOf(ctx, known, font).answers[index];
     if (answer != kUnknown) {
-        return answer == kConverted;
+        return answer == kApart;
     }
     // A letter that draws itself has no further colours there.
     entryOf(ctx, known, font).answers[index] = kPlain;
-    const bool found = probed(ctx, known, font, glyph, judge, depth, callsLeft);
-    entryOf(ctx, known, font).answers[index] = found ? kConverted : kPlain;
+    const bool found = fz_is_infinite_rect(fz_bound_glyph(ctx, font, glyph, fz_identity)) != 0 ||
+                       probed(ctx, known, font, glyph, judge, depth, callsLeft);
+    entryOf(ctx, known, font).answers[index] = found ? kApart : kPlain;
     return found;
 }
 
 } // namespace
 
-bool hasConvertedColours(fz_context *ctx, GlyphColours &known, fz_font *font, int glyph,
-                         const SpaceJudge &judge)
+bool isPaintedApart(fz_context *ctx, GlyphColours &known, fz_font *font, int glyph,
+                    const SpaceJudge &judge)
 {
     unsigned callsLeft = kMaxCalls;
     return judged(ctx, known, font, glyph, judge, 0, callsLeft);

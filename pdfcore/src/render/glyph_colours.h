@@ -30,10 +30,11 @@ struct GlyphColours
     std::size_t next; ///< The entry that goes first.
 };
 
-/// Whether a letter is drawn by its font in colours of its own some of which have to be converted.
+/// Whether a letter is drawn by its font in colours of its own, and MuPDF would not do it well:
+/// some of them have to be converted, or the letter has no bounds, for which MuPDF makes no pixels.
 /// Looks at what the letter draws when it comes for the first time. Throws MuPDF errors.
-bool hasConvertedColours(fz_context *ctx, GlyphColours &known, fz_font *font, int glyph,
-                         const SpaceJudge &judge);
+bool isPaintedApart(fz_context *ctx, GlyphColours &known, fz_font *font, int glyph,
+                    const SpaceJudge &judge);
 
 /// Forgets all letters, as when the judgement changes. Does not throw.
 void forgetGlyphColours(fz_context *ctx, GlyphColours &known);
