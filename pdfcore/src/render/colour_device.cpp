@@ -29,8 +29,10 @@ constexpr double kMaxTilePixels = 5e9;
 /// Pixels for which placing a tile counts, however small it is.
 constexpr double kPixelsPerTile = 20;
 
-/// Letters drawn with letters drawn with letters: so many of them get their colours converted.
-constexpr int kMaxGlyphDepth = 8;
+/// Letters drawn with letters drawn with letters: so many of them get their colours converted. Each
+/// time that a letter comes it is painted anew, so that what is deeper is left to MuPDF, which
+/// keeps the letters that it painted.
+constexpr int kMaxGlyphDepth = 3;
 
 struct ColourDevice
 {
@@ -68,6 +70,13 @@ fz_device *target(fz_device *device)
     }
     --own.callsUntilClock;
     return own.target;
+}
+
+/// Whether all further painting would be in vain. Nothing ends the drawing of a letter before its
+/// last command, while everything else ends by itself.
+bool isGivenUp(fz_device *device)
+{
+    return self(device).glyphDepth > 0 && self(device).cookie->abort != 0;
 }
 
 /// How many pixels an area has.
@@ -164,7 +173,11 @@ void fillPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd,
               fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_fill_path(ctx, target(dev), path, evenOdd, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
+    fz_fill_path(ctx, next, path, evenOdd, ctm, paint.space, paint.values, alpha, params);
 }
 
 void strokePath(fz_context *ctx, fz_device *dev, const fz_path *path, const fz_stroke_state *stroke,
@@ -172,7 +185,11 @@ void strokePath(fz_context *ctx, fz_device *dev, const fz_path *path, const fz_s
                 fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_stroke_path(ctx, target(dev), path, stroke, ctm, paint.space, paint.values, alpha, params);
+    fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
+    fz_stroke_path(ctx, next, path, stroke, ctm, paint.space, paint.values, alpha, params);
 }
 
 void clipPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd, fz_matrix ctm,
@@ -397,6 +414,9 @@ void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ct
     ColourDevice &own = self(dev);
     const PaintColour paint(ctx, own, space, colour);
     fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
     const auto fill = [&](const fz_text *letters) {
         fz_fill_text(ctx, next, letters, ctm, paint.space, paint.values, alpha, params);
     };
@@ -422,6 +442,9 @@ void strokeText(fz_context *ctx, fz_device *dev, const fz_text *text, const fz_s
     ColourDevice &own = self(dev);
     const PaintColour paint(ctx, own, space, colour);
     fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
     const auto outline = [&](const fz_text *letters) {
         fz_stroke_text(ctx, next, letters, stroke, ctm, paint.space, paint.values, alpha, params);
     };
@@ -493,6 +516,9 @@ void fillShade(fz_context *ctx, fz_device *dev, fz_shade *shade, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(shade));
     if (transform != nullptr) {
         fz_rect bounds =
@@ -537,6 +563,9 @@ void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
     fz_image *shown = self(dev).images->imageFor(ctx, image, transform);
     paintDecodable(ctx, image, [&] { fz_fill_image(ctx, next, shown, ctm, alpha, params); });
@@ -547,6 +576,9 @@ void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix c
 {
     const PaintColour paint(ctx, self(dev), space, colour);
     fz_device *next = target(dev);
+    if (isGivenUp(dev)) {
+        return;
+    }
     fz_image *shown = self(dev).images->imageFor(ctx, image, nullptr);
     paintDecodable(ctx, image, [&] {
         fz_fill_image_mask(ctx, next, shown, ctm, paint.space, paint.values, alpha, params);

@@ -7,8 +7,8 @@ namespace pdfcore {
 
 namespace {
 
-/// Letters drawn with letters drawn with letters: so many of them are followed.
-constexpr int kMaxDepth = 4;
+/// Letters drawn with letters drawn with letters: so many of them are looked into.
+constexpr int kMaxDepth = 3;
 
 /// Device calls that are looked at to judge one letter.
 constexpr unsigned kMaxCalls = 200000;
