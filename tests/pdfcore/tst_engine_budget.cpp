@@ -148,17 +148,6 @@ void TestEngineBudget::slowPagesAreGivenUp_data()
         {PdfFixture::streamBody("/Type /XObject /Subtype /Form /BBox [0 0 200 200] /Group << /S "
                                 "/Transparency /I true >>",
                                 "0 0 200 200 re f")});
-    const auto letters = [](qsizetype count, qsizetype fills) {
-        return withTrouble(
-            "BT /F 200 Tf (" + QByteArray(count, 'A') + ") Tj ET",
-            "/Font << /F << /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [1 0 0 1 0 "
-            "0] /CharProcs << /A 7 0 R >> /Encoding << /Differences [65 /A] >> /FirstChar 65 "
-            "/LastChar 65 /Widths [0] /Resources << >> >> >>",
-            {PdfFixture::streamBody({}, "1 0 d0 1 0 0 0 k " +
-                                            QByteArray("0 0 1 1 re f ").repeated(fills))});
-    };
-    QTest::newRow("many letters in ink") << letters(100'000, 5);
-    QTest::newRow("letter of many fills in ink") << letters(1, 300'000);
     QTest::newRow("tiny tiles") << withTrouble(
         "/Pattern cs /P scn 0 0 200 200 re f", "/Pattern << /P 7 0 R >>",
         {PdfFixture::streamBody(

@@ -294,22 +294,23 @@ void TestEngineType3::lettersKeepTheirOrder()
 
 void TestEngineType3::lettersInAMaskFollowThePlainFormula()
 {
-    // Full black hides all.
+    // Full black hides all, and is no plain black where it is seen.
     Folder folder;
     const QString path = folder.add(
         u"mask.pdf"_s,
         PdfFixture::onePage(
-            "/G gs 1 0 0 0 k 0 0 200 200 re f",
-            "/ExtGState << /G << /SMask << /S /Luminosity /G 5 0 R >> >> >>",
+            "q /G gs 1 0 0 0 k 0 0 200 200 re f Q BT /F 40 Tf (A) Tj ET",
+            "/ExtGState << /G << /SMask << /S /Luminosity /G 5 0 R >> >> >> /Font << /F 7 0 R >>",
             {PdfFixture::streamBody(
                  "/Type /XObject /Subtype /Form /BBox [0 0 200 200] /Group << /S /Transparency /CS "
-                 "/DeviceCMYK >> /Resources << /Font << /F " +
-                     font({6}, {}) + " >> >>",
+                 "/DeviceCMYK >> /Resources << /Font << /F 7 0 R >> >>",
                  kText + "(A) Tj ET"),
-             letter("1 0 d0 0 0 0 1 k 0 0 0.5 1 re f 0 0 0 0 k 0.5 0 0.5 1 re f")}));
+             letter("1 0 d0 0 0 0 1 k 0 0 0.5 1 re f 0 0 0 0 k 0.5 0 0.5 1 re f"), font({6}, {})}));
     const QImage image = render(filePage(path), kSize).image;
     COMPARE_COLOUR(image.pixelColor(50, 100), QColor(Qt::white), 0);
     COMPARE_COLOUR(image.pixelColor(150, 100), kCyan, kTolerance);
+    COMPARE_COLOUR(image.pixelColor(10, 190), kBlack, kTolerance);
+    COMPARE_COLOUR(image.pixelColor(30, 190), QColor(Qt::white), 0);
 }
 
 void TestEngineType3::lettersInTilesAreWhole()
@@ -359,7 +360,7 @@ void TestEngineType3::deeplyNestedLettersAreShown()
 {
     // Fonts whose letters are drawn with those of the one before, which the page uses earlier,
     // because MuPDF loads no such fonts while it loads others.
-    constexpr int kFonts = 6;
+    constexpr int kFonts = 12;
     constexpr int kFirst = 5;
     QList<QByteArray> objects;
     QByteArray names;
@@ -371,7 +372,7 @@ void TestEngineType3::deeplyNestedLettersAreShown()
         objects += font({kFirst + 2 * i + 1}, i == 0 ? QByteArray() : "/Font << " + names + " >>");
         objects += letter("1 0 d0 " + (i == 0 ? kCyanSquare
                                               : "0 1 0 0 k 0 0 0.1 0.1 re f BT " + inner + "1 Tf " +
-                                                    QByteArray("(A) Tj ").repeated(2) + "ET"));
+                                                    "(A) Tj ET"));
         names += name + reference;
         content += name + (i + 1 < kFonts ? "1" : "200") + " Tf (A) Tj ";
     }

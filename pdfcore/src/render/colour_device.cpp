@@ -30,9 +30,8 @@ constexpr double kMaxTilePixels = 5e9;
 constexpr double kPixelsPerTile = 20;
 
 /// Letters drawn with letters drawn with letters: so many of them get their colours converted. Each
-/// time that a letter comes it is painted anew, so that what is deeper is left to MuPDF, which
-/// keeps the letters that it painted.
-constexpr int kMaxGlyphDepth = 3;
+/// of them takes several of the 256 places that MuPDF has for handlers of errors.
+constexpr int kMaxGlyphDepth = 8;
 
 struct ColourDevice
 {
@@ -70,13 +69,6 @@ fz_device *target(fz_device *device)
     }
     --own.callsUntilClock;
     return own.target;
-}
-
-/// Whether all further painting would be in vain. Nothing ends the drawing of a letter before its
-/// last command, while everything else ends by itself.
-bool isGivenUp(fz_device *device)
-{
-    return self(device).glyphDepth > 0 && self(device).cookie->abort != 0;
 }
 
 /// How many pixels an area has.
@@ -118,15 +110,22 @@ fz_colorspace *resolved(fz_context *ctx, const ColourDevice &device, fz_colorspa
     return standIn != nullptr ? standIn : space;
 }
 
-/// The conversion that colours of `space` need, or null.
-const ColourTransform *transformFor(fz_context *ctx, const ColourDevice &device,
-                                    fz_colorspace *space)
+/// The conversion that colours of `space` need where they are seen, or null.
+const ColourTransform *transformOnPage(fz_context *ctx, const ColourDevice &device,
+                                       fz_colorspace *space)
 {
     fz_colorspace *base = resolved(ctx, device, baseOf(space));
     for (int depth = 0; depth < 2 && baseOf(base) != base; ++depth) {
         base = resolved(ctx, device, baseOf(base));
     }
-    const ColourTransform *transform = device.spaces->transformOf(base);
+    return device.spaces->transformOf(base);
+}
+
+/// The conversion that colours of `space` need, or null.
+const ColourTransform *transformFor(fz_context *ctx, const ColourDevice &device,
+                                    fz_colorspace *space)
+{
+    const ColourTransform *transform = transformOnPage(ctx, device, space);
     // A mask is no picture: its luminosity follows the plain formula, by which full black is none.
     if (device.maskDepth > 0 && transform == ColourTransform::pressCmyk().get()) {
         return nullptr;
@@ -173,11 +172,7 @@ void fillPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd,
               fz_colorspace *space, const float *colour, float alpha, fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
-    fz_fill_path(ctx, next, path, evenOdd, ctm, paint.space, paint.values, alpha, params);
+    fz_fill_path(ctx, target(dev), path, evenOdd, ctm, paint.space, paint.values, alpha, params);
 }
 
 void strokePath(fz_context *ctx, fz_device *dev, const fz_path *path, const fz_stroke_state *stroke,
@@ -185,11 +180,7 @@ void strokePath(fz_context *ctx, fz_device *dev, const fz_path *path, const fz_s
                 fz_color_params params)
 {
     const PaintColour paint(ctx, self(dev), space, colour);
-    fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
-    fz_stroke_path(ctx, next, path, stroke, ctm, paint.space, paint.values, alpha, params);
+    fz_stroke_path(ctx, target(dev), path, stroke, ctm, paint.space, paint.values, alpha, params);
 }
 
 void clipPath(fz_context *ctx, fz_device *dev, const fz_path *path, int evenOdd, fz_matrix ctm,
@@ -204,9 +195,10 @@ void clipStrokePath(fz_context *ctx, fz_device *dev, const fz_path *path,
     fz_clip_stroke_path(ctx, target(dev), path, stroke, ctm, scissor);
 }
 
+/// For all uses of a letter, also those outside of masks.
 bool needsConversion(fz_context *ctx, const void *device, fz_colorspace *space)
 {
-    return transformFor(ctx, *static_cast<const ColourDevice *>(device), space) != nullptr;
+    return transformOnPage(ctx, *static_cast<const ColourDevice *>(device), space) != nullptr;
 }
 
 /// Which letters do not go to the target with those around them.
@@ -219,7 +211,7 @@ enum class Apart {
 bool isApart(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph, Apart which)
 {
     return hasOwnColours(font, glyph) && device.glyphDepth < kMaxGlyphDepth &&
-           (which == Apart::Coloured ||
+           (which != Apart::Converted ||
             isPaintedApart(ctx, *device.glyphColours, font, glyph, {&needsConversion, &device}));
 }
 
@@ -317,7 +309,7 @@ bool paintGlyph(fz_context *ctx, ColourDevice &device, fz_font *font, int glyph,
 {
     const fz_rect bounds = fz_intersect_rect(
         fz_expand_rect(fz_bound_glyph(ctx, font, glyph, place), 1), seenBy(device));
-    if (fz_is_empty_rect(bounds) != 0 || device.cookie->abort != 0) {
+    if (fz_is_empty_rect(bounds) != 0) {
         return true;
     }
     if (pixelsOf(bounds) > kMaxOwnPixels) {
@@ -414,9 +406,6 @@ void fillText(fz_context *ctx, fz_device *dev, const fz_text *text, fz_matrix ct
     ColourDevice &own = self(dev);
     const PaintColour paint(ctx, own, space, colour);
     fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
     const auto fill = [&](const fz_text *letters) {
         fz_fill_text(ctx, next, letters, ctm, paint.space, paint.values, alpha, params);
     };
@@ -442,9 +431,6 @@ void strokeText(fz_context *ctx, fz_device *dev, const fz_text *text, const fz_s
     ColourDevice &own = self(dev);
     const PaintColour paint(ctx, own, space, colour);
     fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
     const auto outline = [&](const fz_text *letters) {
         fz_stroke_text(ctx, next, letters, stroke, ctm, paint.space, paint.values, alpha, params);
     };
@@ -516,9 +502,6 @@ void fillShade(fz_context *ctx, fz_device *dev, fz_shade *shade, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(shade));
     if (transform != nullptr) {
         fz_rect bounds =
@@ -563,9 +546,6 @@ void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, 
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
     fz_image *shown = self(dev).images->imageFor(ctx, image, transform);
     paintDecodable(ctx, image, [&] { fz_fill_image(ctx, next, shown, ctm, alpha, params); });
@@ -576,9 +556,6 @@ void fillImageMask(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix c
 {
     const PaintColour paint(ctx, self(dev), space, colour);
     fz_device *next = target(dev);
-    if (isGivenUp(dev)) {
-        return;
-    }
     fz_image *shown = self(dev).images->imageFor(ctx, image, nullptr);
     paintDecodable(ctx, image, [&] {
         fz_fill_image_mask(ctx, next, shown, ctm, paint.space, paint.values, alpha, params);
