@@ -422,6 +422,11 @@ bool isCmyk(const fz_colorspace *space)
     return space->type == FZ_COLORSPACE_CMYK;
 }
 
+bool isLab(const fz_colorspace *space)
+{
+    return space->type == FZ_COLORSPACE_LAB;
+}
+
 fz_image *maskOf(const fz_image *image)
 {
     return image->mask;

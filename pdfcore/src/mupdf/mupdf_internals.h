@@ -139,6 +139,7 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
 /// The kind of a space, of its own or of its profile. All releases: the interface gives it away as
 /// a number only. Does not throw.
 [[nodiscard]] bool isCmyk(const fz_colorspace *space);
+[[nodiscard]] bool isLab(const fz_colorspace *space);
 
 /// The mask of an image; null where it has none. Borrowed. All releases: there is no function for
 /// it. Does not throw.

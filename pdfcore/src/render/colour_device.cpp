@@ -118,7 +118,12 @@ const ColourTransform *transformOnPage(fz_context *ctx, const ColourDevice &devi
     for (int depth = 0; depth < 2 && baseOf(base) != base; ++depth) {
         base = resolved(ctx, device, baseOf(base));
     }
-    return device.spaces->transformOf(base);
+    const ColourTransform *transform = device.spaces->transformOf(base);
+    // MuPDF has no pixels in L*a*b* that it could mix spot colours in, and these are to be the same
+    // in pictures, shadings and elsewhere.
+    const bool isMixed = transform != nullptr && transform->isLab() && !isLab(space) &&
+                         (fz_colorspace_is_indexed(ctx, space) == 0 || !isLab(baseOf(space)));
+    return isMixed ? nullptr : transform;
 }
 
 /// The conversion that colours of `space` need, or null.
@@ -157,12 +162,17 @@ struct PaintColour
         std::array<float, FZ_MAX_COLORS> second{};
         toBase(ctx, given, colour, first.data());
         fz_colorspace *base = baseOf(given);
+        float *own = first.data();
         if (baseOf(base) != base) {
             toBase(ctx, base, first.data(), second.data());
-            transform->convertColour(second.data(), rgb.data());
-        } else {
-            transform->convertColour(first.data(), rgb.data());
+            own = second.data();
         }
+        if (transform->isLab() && isLab(given)) {
+            transform->normalise(own);
+        } else if (transform->isLab()) {
+            transform = device.spaces->labPixels();
+        }
+        transform->convertColour(own, rgb.data());
         space = fz_device_rgb(ctx);
         values = rgb.data();
     }
@@ -503,7 +513,8 @@ void fillShade(fz_context *ctx, fz_device *dev, fz_shade *shade, fz_matrix ctm, 
 {
     fz_device *next = target(dev);
     const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(shade));
-    if (transform != nullptr) {
+    // MuPDF has no pixels in L*a*b*.
+    if (transform != nullptr && !transform->isLab()) {
         fz_rect bounds =
             fz_intersect_rect(fz_bound_shade(ctx, shade, ctm), fz_device_current_scissor(ctx, dev));
         if (fz_is_infinite_rect(bounds) != 0) {
@@ -542,11 +553,26 @@ void paintDecodable(fz_context *ctx, fz_image *image, Paint &&paint)
     }
 }
 
+/// The conversion that the pixels of an image need, or null.
+const ColourTransform *transformForImage(fz_context *ctx, const ColourDevice &device,
+                                         fz_image *image)
+{
+    fz_colorspace *space = colourSpaceOf(image);
+    const ColourTransform *transform = transformFor(ctx, device, space);
+    if (transform == nullptr || !transform->isLab()) {
+        return transform;
+    }
+    if (isLab(space)) {
+        leaveUndecoded(image);
+    }
+    return device.spaces->labPixels();
+}
+
 void fillImage(fz_context *ctx, fz_device *dev, fz_image *image, fz_matrix ctm, float alpha,
                fz_color_params params)
 {
     fz_device *next = target(dev);
-    const ColourTransform *transform = transformFor(ctx, self(dev), colourSpaceOf(image));
+    const ColourTransform *transform = transformForImage(ctx, self(dev), image);
     fz_image *shown = self(dev).images->imageFor(ctx, image, transform);
     paintDecodable(ctx, image, [&] { fz_fill_image(ctx, next, shown, ctm, alpha, params); });
 }
