@@ -118,12 +118,14 @@ const ColourTransform *transformOnPage(fz_context *ctx, const ColourDevice &devi
     for (int depth = 0; depth < 2 && baseOf(base) != base; ++depth) {
         base = resolved(ctx, device, baseOf(base));
     }
-    const ColourTransform *transform = device.spaces->transformOf(base);
+    if (base == nullptr || !isLab(base)) {
+        return device.spaces->transformOf(base);
+    }
     // MuPDF has no pixels in L*a*b* that it could mix spot colours in, and these are to be the same
     // in pictures, shadings and elsewhere.
-    const bool isMixed = transform != nullptr && transform->isLab() && !isLab(space) &&
-                         (fz_colorspace_is_indexed(ctx, space) == 0 || !isLab(baseOf(space)));
-    return isMixed ? nullptr : transform;
+    const bool isPlain =
+        isLab(space) || (fz_colorspace_is_indexed(ctx, space) != 0 && isLab(baseOf(space)));
+    return isPlain ? ColourTransform::lab().get() : nullptr;
 }
 
 /// The conversion that colours of `space` need, or null.

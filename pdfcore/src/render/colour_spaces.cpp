@@ -90,9 +90,6 @@ const ColourTransform *ColourSpaces::transformOf(const fz_colorspace *space) con
     if (const auto found = m_transforms.find(space); found != m_transforms.end()) {
         return found->second.get();
     }
-    if (isLab(space)) {
-        return ColourTransform::lab().get();
-    }
     return isCmyk(space) ? ColourTransform::pressCmyk().get() : nullptr;
 }
 

@@ -31,7 +31,8 @@ public:
     /// Registers the profiles that `page` can reach. Damaged resources are passed over.
     void prepare(pdf_document *document, pdf_obj *page);
 
-    /// How colours of `space` become sRGB; null where MuPDF's own conversion is right.
+    /// How colours of `space` become sRGB; null where MuPDF's own conversion is right, and
+    /// for L*a*b*.
     [[nodiscard]] const ColourTransform *transformOf(const fz_colorspace *space) const;
 
     /// How pixels of L*a*b* become sRGB, whose bytes go from one limit of a* and b* to the other.
