@@ -268,9 +268,7 @@ void runGlyph(fz_context *ctx, ColourDevice &device, fz_pixmap *pixels, fz_font 
         inner.glyphColours = device.glyphColours;
         inner.glyphDepth = device.glyphDepth + 1;
         inner.maskDepth = device.maskDepth;
-        if (device.defaults != nullptr) {
-            inner.defaults = fz_keep_default_colorspaces(ctx, device.defaults);
-        }
+        inner.defaults = fz_keep_default_colorspaces(ctx, device.defaults);
         fz_run_t3_glyph(ctx, font, glyph, place, colours);
         fz_close_device(ctx, colours);
         if (inner.defaults != device.defaults) {
