@@ -249,6 +249,28 @@ void TestEngineBands::bandsJoinToTheWholePage_data()
     const QByteArray slanted = "q 120 50 -40 110 60 20 cm /X Do Q";
     row("letters", kSlantedEdge, letters(),
         "/Font << /F << /Type /Font /Subtype /Type1 /BaseFont /Times-Roman >> >>");
+    row("letters in tiles", kSlantedEdge, "/Pattern cs /P scn 0 0 200 200 re f",
+        "/Pattern << /P 5 0 R >>",
+        {PdfFixture::streamBody("/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox "
+                                "[0 0 60 60] /XStep 60 /YStep 60 /Matrix [1 0 0 1 7 -653] "
+                                "/Resources << /Font << /F << /Type /Font /Subtype /Type1 "
+                                "/BaseFont /Times-Roman >> >> >>",
+                                "BT /F 40 Tf 0 10 Td (Qg) Tj ET")});
+    const QByteArray drawn =
+        "/Font << /F << /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [1 0 0 1 0 0] "
+        "/CharProcs << /A 5 0 R /B 6 0 R >> /Encoding << /Differences [65 /A /B] >> /FirstChar 65 "
+        "/LastChar 66 /Widths [0.9 0.9] /Resources << /XObject << /X 7 0 R >> >> >> >> ";
+    const QList<QByteArray> letters{
+        PdfFixture::streamBody({}, "1 0 d0 1 0 0 0 k 0.1 0.1 0.6 0.7 re f 0 1 0 0 k 0.2 0.3 m 0.8 "
+                                   "0.4 l 0.5 0.9 l f q 0.4 0 0 0.4 0.5 0.5 cm /X Do Q"),
+        PdfFixture::streamBody({}, "1 0 0 0 1 1 d1 0.1 0.1 0.4 0.8 re f"),
+        noisyImage(120, "/DeviceCMYK", 4)};
+    row("letters in colours of their own", kSlantedEdge,
+        "0 0 1 0 k BT /F 31 Tf 4 150 Td (ABABA) Tj /F 140 Tf 10 -145 Td (AB) Tj ET", drawn,
+        letters);
+    row("half transparent letters in colours of their own", kSlantedEdge,
+        "/G gs BT /F 31 Tf 4 150 Td (ABABA) Tj /F 140 Tf 10 -145 Td (AB) Tj ET",
+        drawn + "/ExtGState << /G << /ca 0.5 >> >>", letters);
     row("boxes", kNone,
         "0.2 0.4 0.8 rg 10.3 20.7 150.1 130.9 re f 1 0 0 RG 3.3 w 40 40 99 99 re S");
     row("slanted edges", kSlantedEdge,

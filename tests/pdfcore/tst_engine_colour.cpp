@@ -151,6 +151,8 @@ private slots:
     void spotColours();
     void profiles_data();
     void profiles();
+    void lab_data();
+    void lab();
     void shadings_data();
     void shadings();
     void wideShadingIsTransparentWhereItPaintsNothing();
@@ -519,6 +521,43 @@ void TestEngineColour::profiles_data()
 }
 
 void TestEngineColour::profiles()
+{
+    check();
+}
+
+void TestEngineColour::lab_data()
+{
+    QTest::addColumn<Case>("spec");
+    const auto lab = [](const QByteArray &range) -> QByteArray {
+        return "[/Lab << /WhitePoint [0.9642 1 0.8249] " + range + " >>]";
+    };
+    // L* 50, a* 60, b* 30, as it is in sRGB and in bytes, which go from one limit to the other.
+    const QColor red(212, 61, 73);
+    const QByteArray usual = lab({});
+    const QByteArray usualBytes = "\x80\xCC\xA6";
+    const QByteArray wide = lab("/Range [-128 127 -128 127]");
+    const QByteArray wideBytes = "\x80\xBC\x9E";
+    const auto fill = [](const QByteArray &space, const QByteArray &colour) -> Case {
+        return {"/C cs " + colour + " sc" + kAll, "/ColorSpace << /C " + space + " >>", {}, {}};
+    };
+    const auto row = [](const QByteArray &name, Case spec, const QColor &colour) {
+        spec.spots = {{100, 100, colour}};
+        add(name, spec);
+    };
+    row("fill", fill(usual, "50 60 30"), red);
+    row("fill with wide limits", fill(wide, "50 60 30"), red);
+    row("indexed fill", fill("[/Indexed " + wide + " 1 <00000080BC9E>]", "1"), red);
+    row("picture", {kImage, kUsesX, {image(usual, usualBytes)}, {}}, red);
+    row("picture with wide limits", {kImage, kUsesX, {image(wide, wideBytes)}, {}}, red);
+    row("picture that says how it is decoded",
+        {kImage, kUsesX, {image(usual, usualBytes, "/Decode [0 100 -100 100 -100 100]")}, {}}, red);
+    row("indexed picture",
+        {kImage, kUsesX, {image("[/Indexed " + usual + " 1 <00000080CCA6>]", "\x01")}, {}}, red);
+    row("picture in grey", {kImage, kUsesX, {image(wide, "\x80\x80\x80")}, {}},
+        QColor(119, 119, 119));
+}
+
+void TestEngineColour::lab()
 {
     check();
 }

@@ -422,6 +422,11 @@ bool isCmyk(const fz_colorspace *space)
     return space->type == FZ_COLORSPACE_CMYK;
 }
 
+bool isLab(const fz_colorspace *space)
+{
+    return space->type == FZ_COLORSPACE_LAB;
+}
+
 fz_image *maskOf(const fz_image *image)
 {
     return image->mask;
@@ -456,6 +461,16 @@ fz_colorspace *colourSpaceOf(const fz_shade *shade)
 const float *backgroundOf(const fz_shade *shade)
 {
     return shade->use_background != 0 ? shade->background : nullptr;
+}
+
+bool hasOwnColours(const fz_font *font, int glyph)
+{
+    constexpr int kGlyphs = 256;
+    if (font->t3flags == nullptr || glyph < 0 || glyph >= kGlyphs) {
+        return false;
+    }
+    const unsigned kind = font->t3flags[glyph];
+    return (kind & FZ_DEVFLAG_COLOR) != 0 && (kind & FZ_DEVFLAG_MASK) == 0;
 }
 
 void copyHints(fz_device *device, const fz_device *from)

@@ -139,6 +139,7 @@ void toBase(fz_context *ctx, fz_colorspace *space, const float *colour, float *b
 /// The kind of a space, of its own or of its profile. All releases: the interface gives it away as
 /// a number only. Does not throw.
 [[nodiscard]] bool isCmyk(const fz_colorspace *space);
+[[nodiscard]] bool isLab(const fz_colorspace *space);
 
 /// The mask of an image; null where it has none. Borrowed. All releases: there is no function for
 /// it. Does not throw.
@@ -162,6 +163,11 @@ fz_image *loadInlineImage(fz_context *ctx, pdf_document *document, pdf_obj *reso
 /// none. All releases: there is no function for them. Do not throw.
 [[nodiscard]] fz_colorspace *colourSpaceOf(const fz_shade *shade);
 [[nodiscard]] const float *backgroundOf(const fz_shade *shade);
+
+/// Whether a letter is one that its font (of Type 3) draws in colours of its own, so that the
+/// colour of the text does not matter to it. All releases: there is no function for it. Does not
+/// throw.
+[[nodiscard]] bool hasOwnColours(const fz_font *font, int glyph);
 
 /// Lets a device do without the same things as another one. All releases: there is no function that
 /// tells what a device does without. Does not throw.

@@ -13,8 +13,9 @@ class PageImages;
 /// claims for its letters may be too small.
 inline constexpr float kPartReach = 64;
 
-/// Makes a device that hands every call on to `target` after turning CMYK and ICC-based colours,
-/// images, shadings and groups into RGB. `area` is what the target covers, in device pixels.
+/// Makes a device that hands every call on to `target` after turning CMYK, ICC-based and L*a*b*
+/// colours, images, shadings and groups into RGB, also those within letters that a font draws in
+/// colours of its own. `area` is what the target covers, in device pixels.
 ///
 /// It also looks at the clock of `context` and sets `cookie->abort` when the time is up. `spaces`,
 /// `images`, `context` and `cookie` must outlive the device; `target` is kept. Throws MuPDF errors.

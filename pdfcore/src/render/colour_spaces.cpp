@@ -4,6 +4,8 @@
 #include "pdfcore/src/mupdf/mupdf_context.h"
 #include "pdfcore/src/mupdf/mupdf_internals.h"
 
+#include <algorithm>
+
 namespace pdfcore {
 
 namespace {
@@ -21,6 +23,24 @@ enum fz_colorspace_type typeFor(int components)
     default:
         return FZ_COLORSPACE_CMYK;
     }
+}
+
+/// The limits of a* and b* in an L*a*b* space.
+std::array<float, 4> limitsOf(fz_context *ctx, pdf_obj *space)
+{
+    constexpr float kLeast = -128;
+    constexpr float kMost = 127;
+    std::array<float, 4> limits{-100, 100, -100, 100};
+    pdf_obj *range = pdf_dict_get(ctx, pdf_array_get(ctx, space, 1), PDF_NAME(Range));
+    for (int i = 0; i + 1 < std::min(pdf_array_len(ctx, range), 4); i += 2) {
+        const float low = pdf_array_get_real(ctx, range, i);
+        const float high = pdf_array_get_real(ctx, range, i + 1);
+        if (low >= kLeast && low < high && high <= kMost + 1) {
+            limits[static_cast<std::size_t>(i)] = low;
+            limits[static_cast<std::size_t>(i) + 1] = std::min(high, kMost);
+        }
+    }
+    return limits;
 }
 
 } // namespace
@@ -71,6 +91,11 @@ const ColourTransform *ColourSpaces::transformOf(const fz_colorspace *space) con
         return found->second.get();
     }
     return isCmyk(space) ? ColourTransform::pressCmyk().get() : nullptr;
+}
+
+const ColourTransform *ColourSpaces::labPixels() const
+{
+    return m_labPixels ? m_labPixels.get() : ColourTransform::lab().get();
 }
 
 bool ColourSpaces::enter(fz_context *ctx, pdf_obj *object) noexcept
@@ -137,6 +162,8 @@ void ColourSpaces::visitColourSpace(fz_context *ctx, pdf_document *document, pdf
     pdf_obj *kind = pdf_array_get(ctx, space, 0);
     if (pdf_name_eq(ctx, kind, PDF_NAME(ICCBased)) != 0) {
         registerProfile(ctx, document, space);
+    } else if (pdf_name_eq(ctx, kind, PDF_NAME(Lab)) != 0) {
+        noteLab(ctx, space);
     } else if ((pdf_name_eq(ctx, kind, PDF_NAME(Indexed)) != 0) ||
                (pdf_name_eq(ctx, kind, PDF_NAME(Pattern)) != 0)) {
         visitColourSpace(ctx, document, pdf_array_get(ctx, space, 1), depth + 1);
@@ -188,6 +215,13 @@ void ColourSpaces::registerProfile(fz_context *ctx, pdf_document *document, pdf_
         fz_drop_colorspace(ctx, static_cast<fz_colorspace *>(stored));
     } else {
         pdf_store_item(ctx, key, known->second, sizeof(fz_colorspace));
+    }
+}
+
+void ColourSpaces::noteLab(fz_context *ctx, pdf_obj *space) noexcept
+{
+    if (!m_labPixels) {
+        m_labPixels = ColourTransform::fromLab(limitsOf(ctx, space));
     }
 }
 

@@ -73,20 +73,15 @@ cmsInt32Number samplePress(const cmsUInt16Number in[], cmsUInt16Number out[], vo
     return TRUE;
 }
 
-Profile pressLinkProfile()
+/// `profile` with a table of `points` for each of its `components` that `sample` fills; null when
+/// there is no memory for it.
+Profile withTable(Profile profile, cmsUInt32Number components, cmsUInt32Number points,
+                  cmsSAMPLER16 sample, void *cargo)
 {
-    Profile profile(cmsCreateProfilePlaceholder(nullptr));
-    if (!profile) {
-        return nullptr;
-    }
-    cmsSetProfileVersion(profile.get(), 4.3);
-    cmsSetDeviceClass(profile.get(), cmsSigLinkClass);
-    cmsSetColorSpace(profile.get(), cmsSigCmykData);
-    cmsSetPCS(profile.get(), cmsSigRgbData);
-    cmsPipeline *pipeline = cmsPipelineAlloc(nullptr, 4, 3);
-    cmsStage *table = cmsStageAllocCLut16bit(nullptr, kPressGridPoints, 4, 3, nullptr);
+    cmsPipeline *pipeline = cmsPipelineAlloc(nullptr, components, 3);
+    cmsStage *table = cmsStageAllocCLut16bit(nullptr, points, components, 3, nullptr);
     bool ok = pipeline != nullptr && table != nullptr &&
-              cmsStageSampleCLut16bit(table, &samplePress, nullptr, 0) != 0 &&
+              cmsStageSampleCLut16bit(table, sample, cargo, 0) != 0 &&
               cmsPipelineInsertStage(pipeline, cmsAT_BEGIN, table) != 0;
     if (ok) {
         ok = cmsWriteTag(profile.get(), cmsSigAToB0Tag, pipeline) != 0;
@@ -97,6 +92,47 @@ Profile pressLinkProfile()
         cmsPipelineFree(pipeline);
     }
     return ok ? std::move(profile) : nullptr;
+}
+
+Profile pressLinkProfile()
+{
+    Profile profile(cmsCreateProfilePlaceholder(nullptr));
+    if (!profile) {
+        return nullptr;
+    }
+    cmsSetProfileVersion(profile.get(), 4.3);
+    cmsSetDeviceClass(profile.get(), cmsSigLinkClass);
+    cmsSetColorSpace(profile.get(), cmsSigCmykData);
+    cmsSetPCS(profile.get(), cmsSigRgbData);
+    return withTable(std::move(profile), 4, kPressGridPoints, &samplePress, nullptr);
+}
+
+cmsInt32Number sampleLab(const cmsUInt16Number in[], cmsUInt16Number out[], void *cargo)
+{
+    const auto &limits = *static_cast<const std::array<float, 4> *>(cargo);
+    const auto encoded = [](double value, double low, double high) {
+        return static_cast<cmsUInt16Number>(
+            std::lround((low + value / 65535.0 * (high - low) + 128) * 257));
+    };
+    out[0] = in[0];
+    out[1] = encoded(in[1], limits[0], limits[1]);
+    out[2] = encoded(in[2], limits[2], limits[3]);
+    return TRUE;
+}
+
+/// A profile of a device whose values from 0 to 1 are those of L*a*b* between their limits. Two
+/// points for each of them are enough for that.
+Profile labProfile(std::array<float, 4> limits)
+{
+    Profile profile(cmsCreateProfilePlaceholder(nullptr));
+    if (!profile) {
+        return nullptr;
+    }
+    cmsSetProfileVersion(profile.get(), 4.3);
+    cmsSetDeviceClass(profile.get(), cmsSigInputClass);
+    cmsSetColorSpace(profile.get(), cmsSigRgbData);
+    cmsSetPCS(profile.get(), cmsSigLabData);
+    return withTable(std::move(profile), 3, 2, &sampleLab, &limits);
 }
 
 cmsUInt32Number pixelFormat(int components, int bytes)
@@ -182,12 +218,10 @@ ColourTransform::~ColourTransform()
     cmsDeleteTransform(m_words);
 }
 
-std::shared_ptr<const ColourTransform> ColourTransform::adopt(void *bytes, void *words,
-                                                              int components)
+std::shared_ptr<ColourTransform> ColourTransform::adopt(void *bytes, void *words, int components)
 {
     if (bytes != nullptr && words != nullptr) {
-        return std::shared_ptr<const ColourTransform>(
-            new ColourTransform(bytes, words, components));
+        return std::shared_ptr<ColourTransform>(new ColourTransform(bytes, words, components));
     }
     if (bytes != nullptr) {
         cmsDeleteTransform(bytes);
@@ -257,6 +291,42 @@ std::shared_ptr<const ColourTransform> ColourTransform::create(const QByteArray 
                                      TYPE_RGB_16, INTENT_RELATIVE_COLORIMETRIC, kFlags);
     const std::shared_ptr<const ColourTransform> transform = adopt(bytes, words, components);
     return transform && looksLikeDeviceColour(*transform) ? nullptr : transform;
+}
+
+std::shared_ptr<const ColourTransform> ColourTransform::fromLab(const std::array<float, 4> &limits)
+{
+    const Profile input = labProfile(limits);
+    const Profile output(cmsCreate_sRGBProfile());
+    if (!input || !output) {
+        return nullptr;
+    }
+    constexpr cmsUInt32Number kExact = cmsFLAGS_NOCACHE | cmsFLAGS_NOOPTIMIZE;
+    constexpr cmsUInt32Number kFine = cmsFLAGS_NOCACHE | cmsFLAGS_HIGHRESPRECALC;
+    void *bytes = cmsCreateTransform(input.get(), pixelFormat(3, 1), output.get(), TYPE_RGB_8,
+                                     INTENT_RELATIVE_COLORIMETRIC, kFine);
+    void *words = cmsCreateTransform(input.get(), pixelFormat(3, 2), output.get(), TYPE_RGB_16,
+                                     INTENT_RELATIVE_COLORIMETRIC, kExact);
+    const std::shared_ptr<ColourTransform> transform = adopt(bytes, words, 3);
+    if (transform) {
+        transform->m_isLab = true;
+        transform->m_limits = limits;
+    }
+    return transform;
+}
+
+const std::shared_ptr<const ColourTransform> &ColourTransform::lab()
+{
+    static const std::shared_ptr<const ColourTransform> transform = fromLab({-128, 127, -128, 127});
+    return transform;
+}
+
+void ColourTransform::normalise(float *colour) const
+{
+    if (m_isLab) {
+        colour[0] /= 100;
+        colour[1] = (colour[1] - m_limits[0]) / (m_limits[1] - m_limits[0]);
+        colour[2] = (colour[2] - m_limits[2]) / (m_limits[3] - m_limits[2]);
+    }
 }
 
 void ColourTransform::convertPixels(const unsigned char *source, unsigned char *rgb,

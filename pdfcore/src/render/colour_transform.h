@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -33,7 +34,20 @@ public:
     static std::shared_ptr<const ColourTransform> fromProfile(const QByteArray &profile,
                                                               int components);
 
+    /// The transform for colours of CIE L*a*b* of which a* and b* lie within these limits; the
+    /// white point becomes white. Null when Little CMS has no memory.
+    static std::shared_ptr<const ColourTransform> fromLab(const std::array<float, 4> &limits);
+
+    /// The same with the widest limits that colours of a page have.
+    static const std::shared_ptr<const ColourTransform> &lab();
+
     [[nodiscard]] int components() const { return m_components; }
+
+    /// Whether it is for CIE L*a*b*, whose colours in a page are given in its own units.
+    [[nodiscard]] bool isLab() const { return m_isLab; }
+
+    /// Turns a colour as a page gives it into values from 0 to 1.
+    void normalise(float *colour) const;
 
     /// Converts `count` packed 8-bit pixels to packed 8-bit RGB.
     void convertPixels(const unsigned char *source, unsigned char *rgb, std::size_t count) const;
@@ -43,12 +57,14 @@ public:
 
 private:
     ColourTransform(void *bytes, void *words, int components);
-    static std::shared_ptr<const ColourTransform> adopt(void *bytes, void *words, int components);
+    static std::shared_ptr<ColourTransform> adopt(void *bytes, void *words, int components);
     static std::shared_ptr<const ColourTransform> create(const QByteArray &profile, int components);
     static std::shared_ptr<const ColourTransform> createPressCmyk();
 
-    void *m_bytes; ///< 8 bits per component.
-    void *m_words; ///< 16 bits per component.
+    bool m_isLab = false;
+    std::array<float, 4> m_limits{}; ///< Of a* and b*.
+    void *m_bytes;                   ///< 8 bits per component.
+    void *m_words;                   ///< 16 bits per component.
     int m_components;
 };
 
