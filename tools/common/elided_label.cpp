@@ -15,8 +15,8 @@ namespace {
 /// The least of a text that is of use.
 constexpr int kFewCharacters = 8;
 
-/// How high a line of the text is in whichever fonts it needs, which may be higher than the one that
-/// it is set in.
+/// How high a line of the text is in whichever fonts it needs, which may be higher than the one
+/// that it is set in.
 int lineHeight(const QString &text, const QFont &font)
 {
     QTextLayout layout(text, font);
