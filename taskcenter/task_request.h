@@ -42,16 +42,14 @@ struct TaskRequest
     bool useSourceFolder = false;
     /// What else was chosen, by these names:
     ///
-    /// | name                  | type   | of                        | meaning |
-    /// |-----------------------|--------|---------------------------|------------------------------|
-    /// | "compressLevel"       | int    | compress                  | 0 basic, else strong | |
-    /// "saveOption"          | int    | compress, encrypt,decrypt | 0 replaces the source        |
-    /// | "password"            | text   | encrypt, decrypt          | | | "pageSize"            |
-    /// int    | images to PDF             | 0 A4, 1 Letter               | | "pageMargin" | int |
-    /// images to PDF             | 0 none, 1 narrow, 2 wide     | | "pageOrientation"     | int |
-    /// images to PDF             | 0 portrait, 1 landscape      | | "singlePdf"           | bool |
-    /// images to PDF             | for the page of the tool     | | "format"              | int |
-    /// PDF to images             | 2 JPEG, 3 PNG                | | "saveAsSeparateFiles" | bool |
-    /// PDF to images             | embedded images, not pages   |
+    /// - "compressLevel", int, to compress: 0 is basic, anything else strong.
+    /// - "saveOption", int, to compress, encrypt and decrypt: 0 replaces the source.
+    /// - "password", text, to encrypt and decrypt.
+    /// - "pageSize", int, of images to PDF: 0 is A4, 1 Letter.
+    /// - "pageMargin", int, of images to PDF: 0 is none, 1 narrow, 2 wide.
+    /// - "pageOrientation", int, of images to PDF: 0 is portrait, 1 landscape.
+    /// - "singlePdf", bool, of images to PDF: which the page of the tool has heeded already.
+    /// - "format", int, of PDF to images: 2 is JPEG, 3 PNG.
+    /// - "saveAsSeparateFiles", bool, of PDF to images: the embedded images in place of pages.
     QVariantMap options;
 };
