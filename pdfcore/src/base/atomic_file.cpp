@@ -46,7 +46,10 @@ AtomicFile::AtomicFile(const QString &target, Flush flush, Existing existing)
 AtomicFile::~AtomicFile()
 {
     if (m_pending) {
-        m_file.remove();
+        // QFile::remove() leaves a file that cannot be closed in order, as on a full disk.
+        const QString path = m_file.fileName();
+        m_file.close();
+        QFile::remove(path);
     }
 }
 

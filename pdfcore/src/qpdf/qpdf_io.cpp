@@ -124,10 +124,17 @@ void QDeviceOutput::write(const unsigned char *data, size_t length)
     if (hasToStop()) {
         return;
     }
+    // A device that has room for a part only tells why when it is given the rest.
     const auto wanted = static_cast<qint64>(length);
-    if (m_device.write(reinterpret_cast<const char *>(data), wanted) != wanted) {
-        m_failed = true;
-        m_reason = m_device.errorString();
+    for (qint64 done = 0; done < wanted;) {
+        const qint64 taken =
+            m_device.write(reinterpret_cast<const char *>(data) + done, wanted - done);
+        if (taken <= 0) {
+            m_failed = true;
+            m_reason = m_device.errorString();
+            return;
+        }
+        done += taken;
     }
 }
 
