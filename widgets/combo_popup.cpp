@@ -49,8 +49,9 @@ protected:
     {
         QStyledItemDelegate::initStyleOption(option, index);
         if (!option->icon.isNull() && option->widget != nullptr) {
-            const QPixmap pixmap =
-                option->icon.pixmap(option->decorationSize, option->widget->devicePixelRatioF());
+            const QPixmap pixmap = ControlPainting::pixmapOf(option->icon, option->decorationSize,
+                                                             option->widget->devicePixelRatioF());
+            option->icon = QIcon(pixmap);
             option->icon.addPixmap(pixmap, QIcon::Selected);
         }
     }

@@ -102,11 +102,25 @@ void ControlPainting::drawPath(QPainter &painter, const QRect &rect, const QStri
                static_cast<int>(alignment) | Qt::TextForceLeftToRight);
 }
 
+QPixmap ControlPainting::pixmapOf(const QIcon &icon, const QSize &size, double ratio)
+{
+    // Between two whole scales Qt takes the picture for the lower one, which is too coarse.
+    const QPixmap pixmap = icon.pixmap(size, std::ceil(ratio));
+    const QSize wanted = (QSizeF(size) * ratio).toSize();
+    if (pixmap.width() <= wanted.width() && pixmap.height() <= wanted.height()) {
+        return pixmap;
+    }
+    QPixmap fitting = pixmap.scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    fitting.setDevicePixelRatio(ratio);
+    return fitting;
+}
+
 void ControlPainting::drawIcon(QPainter &painter, const QRect &rect, const QIcon &icon)
 {
-    const QPixmap pixmap = icon.pixmap(rect.size(), painter.device()->devicePixelRatioF());
+    const QPixmap pixmap = pixmapOf(icon, rect.size(), painter.device()->devicePixelRatioF());
     QRectF place(QPointF(), pixmap.deviceIndependentSize());
     place.moveCenter(QRectF(rect).center());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(onPixels(place, painter.deviceTransform()).topLeft(), pixmap);
 }
 

@@ -55,6 +55,9 @@ void drawText(QPainter &painter, const QRect &rect, const QString &text, Qt::Ali
 /// middle.
 void drawPath(QPainter &painter, const QRect &rect, const QString &path, Qt::Alignment alignment);
 
+/// The icon's picture in a size in logical pixels for a scale; smaller only where the icon is.
+[[nodiscard]] QPixmap pixmapOf(const QIcon &icon, const QSize &size, double ratio);
+
 /// An icon in the middle of the rectangle, pixel for pixel where it has a picture for the scale.
 void drawIcon(QPainter &painter, const QRect &rect, const QIcon &icon);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "widgets/password_input.h"
 
+#include "widgets/control_painting.h"
 #include "widgets/field_frame.h"
 
 #include <QAction>
@@ -17,6 +18,7 @@ constexpr int kHeight = 42;
 constexpr int kSideMargin = 10;
 constexpr int kSpacing = 8;
 constexpr int kLockSide = 18;
+constexpr int kEyeSide = 16;
 
 constexpr QLatin1String kLockIcon{":/res/icons/modern/lock.png"};
 constexpr QLatin1String kEyeIcon{":/res/icons/modern/eye.png"};
@@ -36,7 +38,8 @@ PasswordInput::PasswordInput(QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 
     auto *lock = new QLabel(this);
-    lock->setPixmap(QIcon(kLockIcon).pixmap(QSize(kLockSide, kLockSide), devicePixelRatioF()));
+    lock->setPixmap(
+        ControlPainting::pixmapOf(QIcon(kLockIcon), {kLockSide, kLockSide}, devicePixelRatioF()));
     lock->setFixedSize(kLockSide, kLockSide);
     m_edit->setEchoMode(QLineEdit::Password);
     FieldFrame::dress(*m_edit);
@@ -120,6 +123,8 @@ bool PasswordInput::isShown() const
 
 void PasswordInput::refreshEye()
 {
-    m_eye->setIcon(QIcon(isShown() ? kCrossedEyeIcon : kEyeIcon));
+    const QIcon icon(isShown() ? kCrossedEyeIcon : kEyeIcon);
+    m_eye->setIcon(
+        QIcon(ControlPainting::pixmapOf(icon, {kEyeSide, kEyeSide}, devicePixelRatioF())));
     m_eye->setText(isShown() ? tr("隐藏密码") : tr("显示密码"));
 }

@@ -36,6 +36,8 @@ private slots:
     void textStaysAtItsSide();
     void pathsRunFromLeftToRight();
     void iconStandsBeforeTheText();
+    void iconsAreSharpAtAnyScale_data();
+    void iconsAreSharpAtAnyScale();
     void tintKeepsTheShape();
     void fontsFollowTheirCodes();
 };
@@ -198,6 +200,44 @@ void TestControlPainting::iconStandsBeforeTheText()
     QCOMPARE(face.text, QRect(30, 0, 80, 40));
     face = ControlPainting::centredFace(room, 0, 4, 20, Qt::LeftToRight);
     QCOMPARE(face.text, QRect(50, 0, 20, 40));
+}
+
+void TestControlPainting::iconsAreSharpAtAnyScale_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("1") << 1.0;
+    QTest::newRow("1.5") << 1.5;
+    QTest::newRow("2") << 2.0;
+}
+
+void TestControlPainting::iconsAreSharpAtAnyScale()
+{
+    QFETCH(double, ratio);
+    // Half of the icon is of one colour, half of the other.
+    const auto halves = [](int side) {
+        QPixmap pixmap(side, side);
+        pixmap.fill(kFill);
+        QPainter(&pixmap).fillRect(side / 2, 0, side / 2, side, kLine);
+        return pixmap;
+    };
+    QIcon icon;
+    icon.addPixmap(halves(16));
+    QPixmap twice = halves(32);
+    twice.setDevicePixelRatio(2.0);
+    icon.addPixmap(twice);
+    QImage image = canvas({16, 16}, ratio);
+    {
+        QPainter painter(&image);
+        ControlPainting::drawIcon(painter, {0, 0, 16, 16}, icon);
+    }
+    const int side = image.width();
+    QCOMPARE(ControlPainting::pixmapOf(icon, {16, 16}, ratio).size(), image.size());
+    for (const int x : {0, side / 2 - 1}) {
+        QCOMPARE(image.pixelColor(x, side / 2), kFill);
+    }
+    for (const int x : {side / 2, side - 1}) {
+        QCOMPARE(image.pixelColor(x, side / 2), kLine);
+    }
 }
 
 void TestControlPainting::tintKeepsTheShape()
