@@ -16,6 +16,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 
@@ -37,12 +38,32 @@ QListWidget#comboPopupList::item:hover { background: %4; }
 QListWidget#comboPopupList::item:selected { color: %3; background: %2; }
 )"};
 
+/// Shows the icon of the chosen item in its own colours, where the style would tint it.
+class ItemDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!option->icon.isNull() && option->widget != nullptr) {
+            const QPixmap pixmap = ControlPainting::pixmapOf(option->icon, option->decorationSize,
+                                                             option->widget->devicePixelRatioF());
+            option->icon = QIcon(pixmap);
+            option->icon.addPixmap(pixmap, QIcon::Selected);
+        }
+    }
+};
+
 QListWidget *createList(QWidget *parent)
 {
     auto *list = new QListWidget(parent);
     list->setObjectName(QStringLiteral("comboPopupList"));
     list->setFont(widgetFont(kFont));
     list->setIconSize({kIconSide, kIconSide});
+    list->setItemDelegate(new ItemDelegate(list));
     list->setFrameShape(QFrame::NoFrame);
     list->setUniformItemSizes(true);
     list->setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -31,10 +31,17 @@ QRectF onPixels(const QRectF &rect, const QTransform &toDevice)
     return toDevice.inverted().mapRect(QRectF(topLeft, bottomRight));
 }
 
-/// A line's width, of at least one and a whole number of pixels of the device.
-double onPixels(double lineWidth, const QTransform &toDevice)
+/// A length that is a whole number of pixels of the device.
+double onPixels(double length, const QTransform &toDevice)
 {
-    return std::max(std::round(lineWidth * toDevice.m11()), 1.0) / toDevice.m11();
+    return std::round(length * toDevice.m11()) / toDevice.m11();
+}
+
+void drawElided(QPainter &painter, const QRect &rect, const QString &text, Qt::TextElideMode mode,
+                int flags)
+{
+    painter.drawText(rect, flags | Qt::AlignAbsolute | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(text, mode, rect.width()));
 }
 
 } // namespace
@@ -42,12 +49,13 @@ double onPixels(double lineWidth, const QTransform &toDevice)
 void ControlPainting::drawBox(QPainter &painter, const QRectF &rect, const Box &box)
 {
     const QTransform toDevice = painter.deviceTransform();
-    const QRectF outer = onPixels(insetBy(rect, box.inset), toDevice);
+    // All four sides get the same inset, which rounding each edge for itself would not give them.
+    const QRectF outer = insetBy(onPixels(rect, toDevice), onPixels(box.inset, toDevice));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(box.fill.isValid() ? QBrush(box.fill) : QBrush(Qt::NoBrush));
     if (box.border.isValid() && box.lineWidth > 0.0) {
-        const double width = onPixels(box.lineWidth, toDevice);
+        const double width = onPixels(std::max(box.lineWidth, 1.0), toDevice);
         const double radius = std::max(box.radius - width / 2, 0.0);
         painter.setPen(QPen(box.border, width));
         painter.drawRoundedRect(insetBy(outer, width / 2), radius, radius);
@@ -82,10 +90,38 @@ void ControlPainting::drawFocusRing(QPainter &painter, const QRectF &rect, doubl
 }
 
 void ControlPainting::drawText(QPainter &painter, const QRect &rect, const QString &text,
-                               Qt::Alignment alignment, Qt::TextElideMode mode)
+                               Qt::Alignment alignment)
 {
-    const int flags = static_cast<int>(alignment | Qt::AlignAbsolute) | Qt::TextSingleLine;
-    painter.drawText(rect, flags, painter.fontMetrics().elidedText(text, mode, rect.width()));
+    drawElided(painter, rect, text, Qt::ElideRight, static_cast<int>(alignment));
+}
+
+void ControlPainting::drawPath(QPainter &painter, const QRect &rect, const QString &path,
+                               Qt::Alignment alignment)
+{
+    drawElided(painter, rect, path, Qt::ElideMiddle,
+               static_cast<int>(alignment) | Qt::TextForceLeftToRight);
+}
+
+QPixmap ControlPainting::pixmapOf(const QIcon &icon, const QSize &size, double ratio)
+{
+    // Between two whole scales Qt takes the picture for the lower one, which is too coarse.
+    const QPixmap pixmap = icon.pixmap(size, std::ceil(ratio));
+    const QSize wanted = (QSizeF(size) * ratio).toSize();
+    if (pixmap.width() <= wanted.width() && pixmap.height() <= wanted.height()) {
+        return pixmap;
+    }
+    QPixmap fitting = pixmap.scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    fitting.setDevicePixelRatio(ratio);
+    return fitting;
+}
+
+void ControlPainting::drawIcon(QPainter &painter, const QRect &rect, const QIcon &icon)
+{
+    const QPixmap pixmap = pixmapOf(icon, rect.size(), painter.device()->devicePixelRatioF());
+    QRectF place(QPointF(), pixmap.deviceIndependentSize());
+    place.moveCenter(QRectF(rect).center());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(onPixels(place, painter.deviceTransform()).topLeft(), pixmap);
 }
 
 void ControlPainting::drawTinted(QPainter &painter, const QRect &rect, const QIcon &icon,
@@ -97,11 +133,11 @@ void ControlPainting::drawTinted(QPainter &painter, const QRect &rect, const QIc
     pixmap.fill(Qt::transparent);
     const QRect whole(QPoint(), rect.size());
     QPainter tinting(&pixmap);
-    icon.paint(&tinting, whole);
+    drawIcon(tinting, whole, icon);
     tinting.setCompositionMode(QPainter::CompositionMode_SourceIn);
     tinting.fillRect(whole, color);
     tinting.end();
-    painter.drawPixmap(rect.topLeft(), pixmap);
+    painter.drawPixmap(onPixels(rect, painter.deviceTransform()).topLeft(), pixmap);
 }
 
 bool ControlPainting::showWholeText(const QEvent &event, QWidget &widget, const QString &text)

@@ -49,8 +49,17 @@ void drawFocusRing(QPainter &painter, const QRectF &rect, double radius);
 
 /// One line of text, elided where it is wider than the rectangle. The horizontal alignment is taken
 /// as it is, whichever way the text runs.
-void drawText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment,
-              Qt::TextElideMode mode = Qt::ElideRight);
+void drawText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment);
+
+/// The same for a path, which runs from left to right in every language and is elided in the
+/// middle.
+void drawPath(QPainter &painter, const QRect &rect, const QString &path, Qt::Alignment alignment);
+
+/// The icon's picture in a size in logical pixels for a scale; smaller only where the icon is.
+[[nodiscard]] QPixmap pixmapOf(const QIcon &icon, const QSize &size, double ratio);
+
+/// An icon in the middle of the rectangle, pixel for pixel where it has a picture for the scale.
+void drawIcon(QPainter &painter, const QRect &rect, const QIcon &icon);
 
 /// An icon of one colour in another one.
 void drawTinted(QPainter &painter, const QRect &rect, const QIcon &icon, const QColor &color);

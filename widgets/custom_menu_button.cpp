@@ -78,8 +78,11 @@ CustomMenuButton::CustomMenuButton(QWidget *parent)
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(kPadding, 0, kPadding + kArrowSide + kGap, 0);
-    layout->addWidget(m_label);
+    layout->setContentsMargins(kPadding, 0, kPadding, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_label, 1);
+    // Layouts mirror this, other than margins.
+    layout->addSpacing(kGap + kArrowSide);
 
     m_menu->setObjectName(QStringLiteral("customMenuButtonMenu"));
     m_menu->setFont(widgetFont(kFont));
@@ -191,5 +194,6 @@ void CustomMenuButton::paintEvent(QPaintEvent * /*event*/)
     const QRect arrow(width() - kPadding - kArrowSide, (height() - kArrowSide) / 2, kArrowSide,
                       kArrowSide);
     painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
-    QIcon(kArrowIcon).paint(&painter, QStyle::visualRect(layoutDirection(), rect(), arrow));
+    ControlPainting::drawIcon(painter, QStyle::visualRect(layoutDirection(), rect(), arrow),
+                              QIcon(kArrowIcon));
 }

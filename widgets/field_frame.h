@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QColor>
-#include <QLatin1String>
 #include <QRect>
 
+class QLineEdit;
 class QPainter;
 
 /// The frame of the fields that take text.
@@ -18,9 +18,9 @@ struct State
     bool enabled = true;
 };
 
-/// For line edits inside the frame, which leave the drawing to it.
-inline constexpr QLatin1String kLineEditStyleSheet{
-    "QLineEdit {    background: transparent;    border: none;}"};
+/// Gives a line edit inside the frame its style sheet and its colours, and puts its text at the
+/// side where the layout begins. To be called again when the direction of the layout has changed.
+void dress(QLineEdit &edit);
 
 /// The colour of the line: the focus counts most, then the pointer, then the error.
 [[nodiscard]] QColor lineColor(const State &state);

@@ -2,15 +2,14 @@
 #include "widgets/framed_line_edit.h"
 
 #include "widgets/field_frame.h"
-#include "widgets/widget_font.h"
 
+#include <QEvent>
 #include <QPainter>
 
 namespace {
 
 constexpr int kHeight = 36;
 constexpr int kPadding = 8;
-constexpr int kFont = 14;
 
 } // namespace
 
@@ -18,11 +17,10 @@ FramedLineEdit::FramedLineEdit(QWidget *parent)
     : QLineEdit(parent)
 {
     setAttribute(Qt::WA_Hover);
-    setFont(widgetFont(kFont));
     setFrame(false);
     setTextMargins(kPadding, 0, kPadding, 0);
     setMinimumHeight(kHeight);
-    setStyleSheet(FieldFrame::kLineEditStyleSheet);
+    FieldFrame::dress(*this);
 }
 
 FramedLineEdit::~FramedLineEdit() = default;
@@ -38,6 +36,14 @@ void FramedLineEdit::setLineWidth(int width)
         m_lineWidth = width;
         update();
         emit lineWidthChanged(width);
+    }
+}
+
+void FramedLineEdit::changeEvent(QEvent *event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        FieldFrame::dress(*this);
     }
 }
 

@@ -24,6 +24,7 @@ signals:
 protected:
     explicit FramedLineEdit(QWidget *parent);
 
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

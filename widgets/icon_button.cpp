@@ -111,7 +111,7 @@ void IconButton::paintEvent(QPaintEvent * /*event*/)
         ControlPainting::centredFace(rect().adjusted(kPadding, 0, -kPadding, 0), iconSide(), kGap,
                                      textWidth(), layoutDirection());
     if (!icon().isNull() && isEnabled()) {
-        icon().paint(&painter, face.icon);
+        ControlPainting::drawIcon(painter, face.icon, icon());
     } else if (!icon().isNull()) {
         ControlPainting::drawTinted(painter, face.icon, icon(), Theme::textMuted);
     }

@@ -50,7 +50,7 @@ void IconOnlyButton::paintEvent(QPaintEvent * /*event*/)
     QRect place(QPoint(), iconSize());
     place.moveTopLeft({(width() - place.width()) / 2, (height() - place.height()) / 2});
     painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
-    icon().paint(&painter, place);
+    ControlPainting::drawIcon(painter, place, icon());
 }
 
 QColor IconOnlyButton::fillNow() const

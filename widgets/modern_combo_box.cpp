@@ -13,7 +13,6 @@
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QPainter>
-#include <QPointer>
 #include <QScreen>
 
 #include <algorithm>
@@ -123,11 +122,7 @@ void ModernComboBox::onItemClicked(QListWidgetItem *item)
     setCurrentItem(item);
     m_popup->hide();
     if (item->data(kLocationRole).toInt() == kCustomLocation) {
-        const QPointer<ModernComboBox> self(this);
         chooseFolder(m_current);
-        if (self == nullptr) {
-            return;
-        }
     } else if (QListWidgetItem *custom = itemAt(*m_popup->list(), m_custom)) {
         custom->setData(kTextRole, tr("选择位置..."));
     }
@@ -171,18 +166,20 @@ void ModernComboBox::paintEvent(QPaintEvent * /*event*/)
     painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
     const QListWidgetItem *shown = currentItem();
     if (shown != nullptr && !shown->icon().isNull()) {
-        shown->icon().paint(&painter, placed(centred(textLeft, kIconSide)));
+        ControlPainting::drawIcon(painter, placed(centred(textLeft, kIconSide)), shown->icon());
         textLeft += kIconSide + kGap;
     }
-    QIcon(kArrowIcon).paint(&painter, placed(arrow));
+    ControlPainting::drawIcon(painter, placed(arrow), QIcon(kArrowIcon));
     painter.setOpacity(1.0);
 
-    const bool isFolder = !chosenFolder().isEmpty();
-    const QRect text(textLeft, 0, arrow.left() - kGap - textLeft, height());
+    const QRect text = placed({textLeft, 0, arrow.left() - kGap - textLeft, height()});
+    const Qt::Alignment side = leadingSide(layoutDirection()) | Qt::AlignVCenter;
     painter.setPen(isEnabled() ? Theme::ink : Theme::textMuted);
-    ControlPainting::drawText(painter, placed(text), shownText(),
-                              leadingSide(layoutDirection()) | Qt::AlignVCenter,
-                              isFolder ? Qt::ElideMiddle : Qt::ElideRight);
+    if (chosenFolder().isEmpty()) {
+        ControlPainting::drawText(painter, text, shownText(), side);
+    } else {
+        ControlPainting::drawPath(painter, text, shownText(), side);
+    }
 }
 
 void ModernComboBox::togglePopup()
@@ -221,7 +218,7 @@ QRect ModernComboBox::popupGeometry(bool *above) const
         *above = over.top() >= available.top();
     }
     QRect geometry = *above ? over : below;
-    // Clamped, not centred: std::clamp wants the lower bound first, also on a tiny screen.
+    // Nothing of it is beyond the screen, but on a screen that is smaller than the list.
     const int lastLeft = std::max(available.right() + 1 - geometry.width(), available.left());
     const int lastTop = std::max(available.bottom() + 1 - geometry.height(), available.top());
     geometry.moveLeft(std::clamp(geometry.left(), available.left(), lastLeft));
@@ -231,15 +228,11 @@ QRect ModernComboBox::popupGeometry(bool *above) const
 
 void ModernComboBox::chooseFolder(const QPersistentModelIndex &index)
 {
-    // The box, its items or its window may go while the dialog is open.
-    const QPointer<ModernComboBox> self(this);
     const QString folder = QFileDialog::getExistingDirectory(
         this, tr("选择文件夹"), QDir::homePath(), QFileDialog::ShowDirsOnly);
-    if (self == nullptr || folder.isEmpty()) {
-        return;
-    }
+    // The item may have gone while the dialog was open.
     QListWidgetItem *chosen = itemAt(*m_popup->list(), index);
-    if (chosen != nullptr) {
+    if (chosen != nullptr && !folder.isEmpty()) {
         chosen->setData(kTextRole, folder);
     }
 }

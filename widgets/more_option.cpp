@@ -85,7 +85,8 @@ void MoreOption::paintEvent(QPaintEvent * /*event*/)
     const QRect indicator(kPadding, (height() - kIndicatorSide) / 2, kIndicatorSide,
                           kIndicatorSide);
     painter.setOpacity(isEnabled() ? 1.0 : Theme::disabledOpacity);
-    QIcon(isChecked() ? kCheckedIcon : kUncheckedIcon).paint(&painter, placed(indicator));
+    ControlPainting::drawIcon(painter, placed(indicator),
+                              QIcon(isChecked() ? kCheckedIcon : kUncheckedIcon));
     painter.setOpacity(1.0);
     if (hasFocus()) {
         ControlPainting::drawFocusRing(painter, rect(), kRadius + kInset);

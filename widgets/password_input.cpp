@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "widgets/password_input.h"
 
+#include "widgets/control_painting.h"
 #include "widgets/field_frame.h"
-#include "widgets/widget_font.h"
 
 #include <QAction>
 #include <QEvent>
@@ -18,7 +18,7 @@ constexpr int kHeight = 42;
 constexpr int kSideMargin = 10;
 constexpr int kSpacing = 8;
 constexpr int kLockSide = 18;
-constexpr int kFont = 14;
+constexpr int kEyeSide = 16;
 
 constexpr QLatin1String kLockIcon{":/res/icons/modern/lock.png"};
 constexpr QLatin1String kEyeIcon{":/res/icons/modern/eye.png"};
@@ -38,11 +38,11 @@ PasswordInput::PasswordInput(QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 
     auto *lock = new QLabel(this);
-    lock->setPixmap(QIcon(kLockIcon).pixmap(QSize(kLockSide, kLockSide), devicePixelRatioF()));
+    lock->setPixmap(
+        ControlPainting::pixmapOf(QIcon(kLockIcon), {kLockSide, kLockSide}, devicePixelRatioF()));
     lock->setFixedSize(kLockSide, kLockSide);
-    m_edit->setFont(widgetFont(kFont));
     m_edit->setEchoMode(QLineEdit::Password);
-    m_edit->setStyleSheet(FieldFrame::kLineEditStyleSheet);
+    FieldFrame::dress(*m_edit);
     m_edit->installEventFilter(this);
 
     auto *layout = new QHBoxLayout(this);
@@ -78,16 +78,24 @@ void PasswordInput::setPlaceholderText(const QString &text)
 
 void PasswordInput::changeEvent(QEvent *event)
 {
+    QWidget::changeEvent(event);
     if (event->type() == QEvent::EnabledChange) {
         update();
     }
-    QWidget::changeEvent(event);
 }
 
 bool PasswordInput::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
         update();
+        break;
+    case QEvent::LayoutDirectionChange:
+        FieldFrame::dress(*m_edit);
+        break;
+    default:
+        break;
     }
     return QWidget::eventFilter(watched, event);
 }
@@ -115,6 +123,8 @@ bool PasswordInput::isShown() const
 
 void PasswordInput::refreshEye()
 {
-    m_eye->setIcon(QIcon(isShown() ? kCrossedEyeIcon : kEyeIcon));
+    const QIcon icon(isShown() ? kCrossedEyeIcon : kEyeIcon);
+    m_eye->setIcon(
+        QIcon(ControlPainting::pixmapOf(icon, {kEyeSide, kEyeSide}, devicePixelRatioF())));
     m_eye->setText(isShown() ? tr("隐藏密码") : tr("显示密码"));
 }

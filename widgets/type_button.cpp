@@ -62,7 +62,7 @@ void TypeButton::paintEvent(QPaintEvent * /*event*/)
         rect().adjusted(kPadding, 0, -kPadding, 0), m_icon.isNull() ? 0 : kIconSide, kGap,
         textWidth, layoutDirection());
     painter.setOpacity(state.enabled ? 1.0 : Theme::disabledOpacity);
-    m_icon.paint(&painter, face.icon);
+    ControlPainting::drawIcon(painter, face.icon, m_icon);
     painter.setOpacity(1.0);
     painter.setPen(ChoiceCard::titleColor(state));
     ControlPainting::drawText(painter, face.text, text(),

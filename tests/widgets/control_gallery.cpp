@@ -28,10 +28,12 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
+#include <QPalette>
 #include <QRadioButton>
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <array>
 #include <functional>
 
 namespace {
@@ -104,11 +106,17 @@ QPixmap picture(const Sample &sample, State state)
         control->setFixedSize(control->sizeHint());
     }
     layout->addWidget(control);
+    QPalette palette;
+    palette.setColor(QPalette::Window, Theme::white);
+    window.setPalette(palette);
+    // Away from the pointer.
+    window.move(200, 200);
     window.show();
     window.activateWindow();
     if (!QTest::qWaitForWindowActive(&window)) {
         qWarning("The window is not active.");
     }
+    window.setFocus();
     apply(state, control);
     QCoreApplication::processEvents();
     QPixmap pixmap = control->grab();
@@ -312,7 +320,8 @@ int main(int argc, char **argv)
         for (const QPixmap &pixmap : row) {
             height = std::max(height, pixmap.deviceIndependentSize().height());
         }
-        return qRound(height);
+        // Even, so that pictures of half pixels start on whole ones.
+        return 2 * qCeil(height / 2);
     };
     int height = 2 * kMargin;
     for (const QList<QPixmap> &row : rows) {
