@@ -34,7 +34,10 @@ public:
     FullDisk(const FullDisk &) = delete;
     FullDisk &operator=(const FullDisk &) = delete;
 
-    [[nodiscard]] bool isActive() const { return m_isActive; }
+    [[nodiscard]] bool isActive() const
+    {
+        return m_isActive;
+    }
 
 private:
     bool m_isActive = false;
