@@ -19,6 +19,8 @@ namespace {
 /// Bytes of a dictionary that naming a filter takes, and the parameters of one.
 constexpr qsizetype kFilterBytes = 20;
 constexpr qsizetype kParameterBytes = 60;
+/// Bytes of a colour profile that is more than a few curves.
+constexpr qsizetype kLeastProfile = 16 * 1024;
 /// How many times smaller data are without PNG filters when these do not help any more.
 constexpr qsizetype kPoorRatio = 50;
 /// How many times smaller data are when the best compression takes forever, for next to nothing.
@@ -35,7 +37,7 @@ bool isFlateAlone(const std::vector<std::string> &filters)
 
 QByteArray decoded(QPDFObjectHandle stream)
 {
-    const std::shared_ptr<Buffer> data = stream.getStreamData(qpdf_dl_generalized);
+    const std::shared_ptr<Buffer> data = stream.getStreamData(qpdf_dl_specialized);
     return QByteArray(reinterpret_cast<const char *>(data->getBuffer()),
                       static_cast<qsizetype>(data->getSize()));
 }
@@ -46,16 +48,54 @@ bool hasPredictor(QPDFObjectHandle parameters)
     return predictor.isInteger() && predictor.getIntValue() > 1;
 }
 
-/// What an image says about itself whose samples these are.
-std::optional<ImageFacts> factsFor(QPDFObjectHandle stream, const QByteArray &samples)
+/// How data may be divided into rows of samples.
+struct Shape
+{
+    int components = 0;
+    int width = 0;
+};
+
+/// Samples in a row of a profile, about; any number does, even all in one row.
+constexpr qsizetype kProfileRow = 256;
+
+/// The shapes of a colour profile (ICC.1:2010, 7.2), most of which is a table of colours in two or
+/// four bytes or twos of bytes each. All rows have to be full.
+std::vector<Shape> profileShapes(const QByteArray &bytes)
+{
+    constexpr qsizetype kSignature = 36;
+    std::vector<Shape> shapes;
+    if (bytes.size() < kLeastProfile || bytes.mid(kSignature, 4) != "acsp") {
+        return shapes;
+    }
+    for (const int components : {1, 2, 4, 8}) {
+        const qsizetype samples = bytes.size() / components;
+        if (samples * components != bytes.size()) {
+            continue;
+        }
+        qsizetype width = kProfileRow;
+        while (width < 4 * kProfileRow && samples % width != 0) {
+            ++width;
+        }
+        shapes.push_back({components, static_cast<int>(samples % width == 0 ? width : samples)});
+    }
+    return shapes;
+}
+
+/// The shapes in which the data of a stream may gain by PNG filters: that of the image whose
+/// samples they are, or those of a profile.
+std::vector<Shape> shapesOf(QPDFObjectHandle stream, const QByteArray &plain)
 {
     if (!hasName(stream.getDict(), "/Subtype", "/Image")) {
-        return std::nullopt;
+        return profileShapes(plain);
     }
     const std::optional<ImageFacts> facts = imageFacts(stream);
-    const bool isWhole =
-        facts && samples.size() == qsizetype{facts->width} * facts->height * facts->components;
-    return isWhole ? facts : std::nullopt;
+    if (!facts) {
+        return {};
+    }
+    const int components = facts->palette.empty() ? facts->components : 1;
+    return plain.size() == qsizetype{facts->width} * facts->height * components
+               ? std::vector<Shape>{{components, facts->width}}
+               : std::vector<Shape>{};
 }
 
 } // namespace
@@ -84,12 +124,11 @@ StreamPacker::Packed StreamPacker::packed(QPDFObjectHandle stream, const QByteAr
 {
     Packed best{deflated(plain, effortFor(plain.size(), before), m_cancel), parameters};
     const bool mayGain = !hasPredictor(parameters) && plain.size() / kPoorRatio < best.data.size();
-    const std::optional<ImageFacts> facts = mayGain ? factsFor(stream, plain) : std::nullopt;
-    if (facts) {
-        const QByteArray rows = filteredRows(plain, facts->components, facts->width, m_cancel);
+    for (const Shape &shape : mayGain ? shapesOf(stream, plain) : std::vector<Shape>{}) {
+        const QByteArray rows = filteredRows(plain, shape.components, shape.width, m_cancel);
         QByteArray filtered = deflated(rows, effortFor(rows.size(), best.data.size()), m_cancel);
         if (!filtered.isEmpty() && filtered.size() + kParameterBytes < best.data.size()) {
-            best = {filtered, filterParameters(facts->components, facts->width)};
+            best = {filtered, filterParameters(shape.components, shape.width)};
         }
     }
     return best;
