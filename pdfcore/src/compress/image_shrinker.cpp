@@ -79,17 +79,17 @@ QByteArray samplesIn(const Raster &raster)
                                    static_cast<qsizetype>(raster.samples.size()));
 }
 
-/// The samples without loss, in the smaller of two forms.
+/// The samples without loss, in that of two forms which promises to be smaller.
 NewImage packed(const Raster &raster, const PdfCancelFlag &cancel)
 {
     const QByteArray samples = samplesIn(raster);
-    NewImage plain = newImage(deflated(samples, Effort::Good, cancel), raster, false);
-    NewImage filtered =
-        newImage(deflated(filteredRows(samples, raster.components, raster.width, cancel),
-                          Effort::Good, cancel),
-                 raster, false);
-    filtered.hasFilters = true;
-    return filtered.data.size() < plain.data.size() ? filtered : plain;
+    const QByteArray rows = filteredRows(samples, raster.components, raster.width, cancel);
+    const bool isFiltered = deflated(rows, Effort::Least, cancel).size() <
+                            deflated(samples, Effort::Least, cancel).size();
+    NewImage image =
+        newImage(deflated(isFiltered ? rows : samples, Effort::Good, cancel), raster, false);
+    image.hasFilters = isFiltered;
+    return image;
 }
 
 } // namespace
