@@ -16,6 +16,8 @@ namespace {
 
 /// Samples in one direction; more is nonsense, or at least nothing to hold in memory.
 constexpr long long kMaxSide = 100'000;
+/// Bytes that a palette takes in its file. What is beyond stands for far more than that.
+constexpr qsizetype kMaxTable = 4096;
 /// The highest number of a colour that a sample of 8 bits can be.
 constexpr long long kLastColour = 255;
 
@@ -82,7 +84,8 @@ std::vector<std::uint8_t> paletteOf(QPDFObjectHandle space, std::size_t componen
     std::string colours;
     if (table.isString()) {
         colours = table.getStringValue();
-    } else if (table.isStream()) {
+    } else if (table.isStream() && rawData(table).size() <= kMaxTable &&
+               filtersOf(table).value_or(std::vector<std::string>(2)).size() < 2) {
         const std::shared_ptr<Buffer> data = table.getStreamData(qpdf_dl_generalized);
         colours.assign(reinterpret_cast<const char *>(data->getBuffer()), data->getSize());
     }

@@ -17,8 +17,8 @@ namespace {
 
 /// Bytes of an inline image that are worth an object.
 constexpr std::size_t kLeastBytes = 4096;
-/// Bytes of the contents of a page that are held in memory.
-constexpr std::size_t kMaxContent = std::size_t{64} * 1024 * 1024;
+/// Bytes of the contents of a page that are held in memory, and read without a look at a cancel.
+constexpr std::size_t kMaxContent = std::size_t{16} * 1024 * 1024;
 /// Forms within forms.
 constexpr int kMaxDepth = 40;
 

@@ -27,6 +27,8 @@ namespace pdfcore {
 namespace {
 
 constexpr qint64 kChunk = qint64{1} << 18;
+/// Bytes that the best compression is for; it cannot be cancelled.
+constexpr qsizetype kMaxBest = qsizetype{2} * 1024 * 1024;
 /// The last field of what is said about an object is a place in a stream, of which QPDF puts a
 /// hundred into one, or a generation, of which it knows one.
 constexpr int kTypes = 3;
@@ -63,6 +65,9 @@ Coded coded(const QByteArray &plain, const QByteArray &entries, const PdfCancelF
 {
     Coded best{plain, {}};
     for (const Effort effort : {Effort::Best, Effort::Good}) {
+        if (effort == Effort::Best && plain.size() > kMaxBest) {
+            continue;
+        }
         const QByteArray packed = deflated(plain, effort, cancel);
         if (!packed.isEmpty()) {
             best = smaller(best, {packed, "/Filter/FlateDecode" + entries});
