@@ -2,6 +2,7 @@
 #include "pdfcore/src/compress/document_compressor.h"
 
 #include "pdfcore/src/compress/equal_objects.h"
+#include "pdfcore/src/compress/inline_images.h"
 #include "pdfcore/src/compress/object_graph.h"
 #include "pdfcore/src/compress/stream_packer.h"
 #include "pdfcore/src/compress/stream_spool.h"
@@ -38,12 +39,12 @@ bool isImage(QPDFObjectHandle object)
     return object.isStream() && hasName(object.getDict(), "/Subtype", "/Image");
 }
 
-/// Streams that QPDF makes anew, or that are to be readable without a password.
-bool isLeftAlone(QPDFObjectHandle stream, bool isProtected)
+/// Streams that QPDF makes anew, or that are to be readable as they are.
+bool isLeftAlone(QPDFObjectHandle stream, bool keepsMetadata)
 {
     QPDFObjectHandle dict = stream.getDict();
     return hasName(dict, "/Type", "/XRef") || hasName(dict, "/Type", "/ObjStm") ||
-           (isProtected && hasName(dict, "/Type", "/Metadata"));
+           (keepsMetadata && hasName(dict, "/Type", "/Metadata"));
 }
 
 QPDFObjectHandle parametersOf(const NewImage &image)
@@ -60,6 +61,7 @@ void replaceImage(QPDFObjectHandle image, const NewImage &by, StreamSpool &spool
     spool.replace(image, by.data, by.isJpeg ? "/DCTDecode" : "/FlateDecode", parametersOf(by));
     dict.replaceKey("/Width", QPDFObjectHandle::newInteger(by.width));
     dict.replaceKey("/Height", QPDFObjectHandle::newInteger(by.height));
+    dict.replaceKey("/ColorSpace", baseOf(dict.getKey("/ColorSpace")));
     dict.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(8));
     if (dict.getKey("/Mask").isArray()) {
         // A soft mask overrides it, but not every reader knows.
@@ -73,9 +75,8 @@ std::set<QPDFObjGen> shrinkImages(QPDF &document, const std::vector<QPDFObjectHa
                                   const PdfCancelFlag &cancel)
 {
     std::set<QPDFObjGen> changed;
-    const bool areThere = std::any_of(objects.begin(), objects.end(), [](QPDFObjectHandle object) {
-        return isImage(object) && imageFacts(object);
-    });
+    const bool areThere = std::any_of(objects.begin(), objects.end(),
+                                      [](QPDFObjectHandle object) { return isImage(object); });
     if (!areThere) {
         return changed;
     }
@@ -104,10 +105,11 @@ std::set<QPDFObjGen> shrinkImages(QPDF &document, const std::vector<QPDFObjectHa
 
 } // namespace
 
-void compressDocument(QPDF &document, const ImageAims &aims, bool isProtected,
+void compressDocument(QPDF &document, const ImageAims &aims, bool keepsMetadata,
                       const PdfCancelFlag &cancel)
 {
     dropUnneeded(reachableObjects(document));
+    takeOutInlineImages(pagesOf(document), cancel);
     joinEqualObjects(document, reachableObjects(document), cancel);
     const std::vector<QPDFObjectHandle> objects = reachableObjects(document);
     const auto spool = std::make_shared<StreamSpool>();
@@ -119,7 +121,7 @@ void compressDocument(QPDF &document, const ImageAims &aims, bool isProtected,
             return;
         }
         QPDFObjectHandle stream = object;
-        if (stream.isStream() && !isPacked && !isLeftAlone(stream, isProtected)) {
+        if (stream.isStream() && !isPacked && !isLeftAlone(stream, keepsMetadata)) {
             packer.pack(stream);
         }
     }

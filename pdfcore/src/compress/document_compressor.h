@@ -13,9 +13,8 @@ namespace pdfcore {
 /// made it), and keeping equal objects once. Stops early when it is cancelled. QPDF's exceptions
 /// may come out of it.
 ///
-/// @param isProtected  It will be encrypted; its metadata, which may be kept readable, stay as they
-///                     are.
-void compressDocument(QPDF &document, const ImageAims &aims, bool isProtected,
+/// @param keepsMetadata  Metadata stay as they are.
+void compressDocument(QPDF &document, const ImageAims &aims, bool keepsMetadata,
                       const PdfCancelFlag &cancel);
 
 } // namespace pdfcore

@@ -6,6 +6,7 @@
 #include <qpdf/Buffer.hh>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <set>
 
@@ -15,6 +16,10 @@ namespace {
 
 /// Samples in one direction; more is nonsense, or at least nothing to hold in memory.
 constexpr long long kMaxSide = 100'000;
+/// Bytes that a palette takes in its file. What is beyond stands for far more than that.
+constexpr qsizetype kMaxTable = 4096;
+/// The highest number of a colour that a sample of 8 bits can be.
+constexpr long long kLastColour = 255;
 
 struct Colours
 {
@@ -64,6 +69,40 @@ std::optional<Colours> coloursOf(QPDFObjectHandle space)
     return Colours{static_cast<int>(components), components > 1};
 }
 
+bool isIndexed(QPDFObjectHandle space)
+{
+    const std::vector<QPDFObjectHandle> parts = itemsOf(space);
+    return parts.size() == 4 && QPDFObjectHandle(parts[0]).isNameAndEquals("/Indexed");
+}
+
+/// The colours of an indexed colour space (ISO 32000-2, 8.6.6.3); what is beyond them is the last.
+std::vector<std::uint8_t> paletteOf(QPDFObjectHandle space, std::size_t components)
+{
+    const std::vector<QPDFObjectHandle> parts = itemsOf(space);
+    QPDFObjectHandle highest = parts[2];
+    QPDFObjectHandle table = parts[3];
+    std::string colours;
+    if (table.isString()) {
+        colours = table.getStringValue();
+    } else if (table.isStream() && rawData(table).size() <= kMaxTable &&
+               filtersOf(table).value_or(std::vector<std::string>(2)).size() < 2) {
+        const std::shared_ptr<Buffer> data = table.getStreamData(qpdf_dl_generalized);
+        colours.assign(reinterpret_cast<const char *>(data->getBuffer()), data->getSize());
+    }
+    const long long last = highest.isInteger() ? highest.getIntValue() : -1;
+    if (last < 0 || last > kLastColour ||
+        colours.size() < (static_cast<std::size_t>(last) + 1) * components) {
+        return {};
+    }
+    std::vector<std::uint8_t> palette;
+    for (long long i = 0; i <= kLastColour; ++i) {
+        const std::size_t from = static_cast<std::size_t>(std::min(i, last)) * components;
+        palette.insert(palette.end(), colours.begin() + static_cast<std::ptrdiff_t>(from),
+                       colours.begin() + static_cast<std::ptrdiff_t>(from + components));
+    }
+    return palette;
+}
+
 bool isTrue(QPDFObjectHandle value)
 {
     return value.isBool() && value.getBoolValue();
@@ -89,7 +128,8 @@ std::optional<ImageFacts> imageFacts(QPDFObjectHandle image)
 {
     QPDFObjectHandle dict = image.getDict();
     const std::optional<std::vector<std::string>> filters = filtersOf(image);
-    const std::optional<Colours> colours = coloursOf(dict.getKey("/ColorSpace"));
+    QPDFObjectHandle space = dict.getKey("/ColorSpace");
+    const std::optional<Colours> colours = coloursOf(baseOf(space));
     ImageFacts facts;
     facts.width = sideOf(dict.getKey("/Width"));
     facts.height = sideOf(dict.getKey("/Height"));
@@ -107,7 +147,18 @@ std::optional<ImageFacts> imageFacts(QPDFObjectHandle image)
     if (!hasBytes || (!facts.isJpeg && !areGeneral(*filters))) {
         return std::nullopt;
     }
+    if (isIndexed(space)) {
+        facts.palette = paletteOf(space, static_cast<std::size_t>(facts.components));
+        if (facts.palette.empty() || facts.isJpeg || !dict.getKey("/Decode").isNull()) {
+            return std::nullopt;
+        }
+    }
     return facts;
+}
+
+QPDFObjectHandle baseOf(QPDFObjectHandle colourSpace)
+{
+    return isIndexed(colourSpace) ? colourSpace.getArrayItem(1) : colourSpace;
 }
 
 std::optional<std::vector<std::string>> filtersOf(QPDFObjectHandle stream)

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,12 +21,18 @@ struct ImageFacts
     bool isJpeg = false; ///< The last of its filters; else its samples can be had as they are.
     /// Its three or four components are such that brightness says most.
     bool isColour = false;
+    /// The colours that its samples are numbers of, 256 of `components` bytes; empty for none.
+    std::vector<std::uint8_t> palette;
 };
 
 /// Nothing for an image that shows something else, or fails, when its samples change a little: a
-/// stencil, one with a colour key, of other than 8 bits, whose samples are numbers of colours; and
-/// for one whose samples are compressed in a way that is best left, or cannot be told.
+/// stencil, one with a colour key, of other than 8 bits, whose samples are numbers of colours in
+/// any but the usual order; and for one whose samples are compressed in a way that is best left, or
+/// cannot be told.
 std::optional<ImageFacts> imageFacts(QPDFObjectHandle image);
+
+/// The colour space in which the colours of a palette are; the colour space itself for any other.
+QPDFObjectHandle baseOf(QPDFObjectHandle colourSpace);
 
 /// The names of the filters of a stream, in the order in which they decode; nothing when they make
 /// no sense.

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
 namespace pdfcore {
 
@@ -30,10 +32,22 @@ constexpr qsizetype kClearly = 3;
 /// Colours up to which a picture is a drawing, in which every one counts.
 constexpr std::size_t kFewColours = 256;
 constexpr std::size_t kFewGreys = 24;
+/// Bytes that a pixel takes without loss from which it is a photograph in few colours all the same.
+constexpr double kBusy = 0.5;
+/// How many times more dots to an inch than a photograph a drawing is left with: its edges are
+/// sharp.
+constexpr double kDrawingFactor = 1.5;
 
 long long samplesOf(int width, int height, int components)
 {
     return static_cast<long long>(width) * height * components;
+}
+
+/// Bytes that an image takes in its file.
+qsizetype storedBytes(QPDFObjectHandle image)
+{
+    QPDFObjectHandle length = image.getDict().getKey("/Length");
+    return static_cast<qsizetype>(length.isInteger() ? length.getIntValue() : 0);
 }
 
 bool isWorthwhile(qsizetype size, qsizetype before)
@@ -65,17 +79,17 @@ QByteArray samplesIn(const Raster &raster)
                                    static_cast<qsizetype>(raster.samples.size()));
 }
 
-/// The samples without loss, in the smaller of two forms.
+/// The samples without loss, in that of two forms which promises to be smaller.
 NewImage packed(const Raster &raster, const PdfCancelFlag &cancel)
 {
     const QByteArray samples = samplesIn(raster);
-    NewImage plain = newImage(deflated(samples, Effort::Good, cancel), raster, false);
-    NewImage filtered =
-        newImage(deflated(filteredRows(samples, raster.components, raster.width, cancel),
-                          Effort::Good, cancel),
-                 raster, false);
-    filtered.hasFilters = true;
-    return filtered.data.size() < plain.data.size() ? filtered : plain;
+    const QByteArray rows = filteredRows(samples, raster.components, raster.width, cancel);
+    const bool isFiltered = deflated(rows, Effort::Least, cancel).size() <
+                            deflated(samples, Effort::Least, cancel).size();
+    NewImage image =
+        newImage(deflated(isFiltered ? rows : samples, Effort::Good, cancel), raster, false);
+    image.hasFilters = isFiltered;
+    return image;
 }
 
 } // namespace
@@ -95,12 +109,13 @@ std::optional<NewImage> ImageShrinker::shrink(QPDFObjectHandle image, const Imag
     return isExact ? std::nullopt : shrinkSamples(image, *facts, *use);
 }
 
-ImageShrinker::Size ImageShrinker::sizeFor(const ImageFacts &facts, const ImageUse &use) const
+ImageShrinker::Size ImageShrinker::sizeFor(const ImageFacts &facts, const ImageUse &use,
+                                           double dotsPerInch) const
 {
-    if (!(use.dotsPerInch > kSlack * m_aims.dotsPerInch)) {
+    if (!(use.dotsPerInch > kSlack * dotsPerInch)) {
         return {facts.width, facts.height};
     }
-    const double factor = m_aims.dotsPerInch / use.dotsPerInch;
+    const double factor = dotsPerInch / use.dotsPerInch;
     const auto side = [factor](int length) {
         return std::clamp(static_cast<int>(std::lround(length * factor)), 1, length);
     };
@@ -111,6 +126,8 @@ std::optional<NewImage> ImageShrinker::shrinkJpeg(QPDFObjectHandle image, const 
                                                   const ImageUse *use, bool isExact) const
 {
     const QByteArray jpeg = dataOfLastFilter(image);
+    // A picture that has been packed once more may take less than it does by itself.
+    const qsizetype before = storedBytes(image);
     const std::optional<JpegFacts> found = jpegFacts(jpeg);
     const bool isSound = jpeg.size() >= kLeastBytes && found && found->width == facts.width &&
                          found->height == facts.height && found->components == facts.components &&
@@ -118,7 +135,8 @@ std::optional<NewImage> ImageShrinker::shrinkJpeg(QPDFObjectHandle image, const 
     if (!isSound) {
         return std::nullopt;
     }
-    const Size size = isExact ? Size{facts.width, facts.height} : sizeFor(facts, *use);
+    const Size size =
+        isExact ? Size{facts.width, facts.height} : sizeFor(facts, *use, m_aims.dotsPerInch);
     const bool isSmaller = size.width < facts.width || size.height < facts.height;
     if (!isExact && (isSmaller || found->quality >= m_aims.quality + kQualityStep)) {
         if (const std::optional<Raster> raster = scaledJpeg(jpeg, *found, size)) {
@@ -128,13 +146,13 @@ std::optional<NewImage> ImageShrinker::shrinkJpeg(QPDFObjectHandle image, const 
             settings.isSubsampled = m_aims.isSubsampled || found->isSubsampled;
             settings.isTransformed = facts.isColour;
             const QByteArray made = newJpeg(*raster, settings, m_cancel);
-            if (isWorthwhile(made.size(), jpeg.size())) {
+            if (isWorthwhile(made.size(), before)) {
                 return newImage(made, *raster, true);
             }
         }
     }
     const QByteArray repacked = repackedJpeg(jpeg, m_cancel);
-    if (!isWorthwhile(repacked.size(), jpeg.size())) {
+    if (!isWorthwhile(repacked.size(), before)) {
         return std::nullopt;
     }
     return NewImage{repacked, facts.width, facts.height, facts.components, true, false};
@@ -165,53 +183,90 @@ std::optional<Raster> ImageShrinker::scaledJpeg(const QByteArray &jpeg, const Jp
     return scaler.takeResult();
 }
 
+std::optional<Raster> ImageShrinker::scaledSamples(QPDFObjectHandle image, const ImageFacts &facts,
+                                                   Size size, ColourCount *colours) const
+{
+    if (samplesOf(size.width, size.height, facts.components) > kMaxSamples) {
+        return std::nullopt;
+    }
+    AreaScaler scaler(facts.components, facts.width, facts.height, size.width, size.height);
+    const auto width = static_cast<std::size_t>(facts.width);
+    const auto components = static_cast<std::size_t>(facts.components);
+    std::vector<std::uint8_t> expanded(facts.palette.empty() ? 0 : width * components);
+    const auto add = [&](const std::uint8_t *row) {
+        if (!facts.palette.empty()) {
+            for (std::size_t x = 0; x < width; ++x) {
+                std::copy_n(facts.palette.data() + row[x] * components, components,
+                            expanded.data() + x * components);
+            }
+            row = expanded.data();
+        }
+        colours->addRow(row, facts.width);
+        scaler.addRow(row);
+    };
+    const std::size_t stride = facts.palette.empty() ? width * components : width;
+    if (!readSamples(image, stride, facts.height, m_cancel, add)) {
+        return std::nullopt;
+    }
+    return scaler.takeResult();
+}
+
 std::optional<NewImage> ImageShrinker::shrinkSamples(QPDFObjectHandle image,
                                                      const ImageFacts &facts,
                                                      const ImageUse &use) const
 {
-    const Size size = sizeFor(facts, use);
-    QPDFObjectHandle length = image.getDict().getKey("/Length");
-    const auto before = static_cast<qsizetype>(length.isInteger() ? length.getIntValue() : 0);
+    const Size size = sizeFor(facts, use, m_aims.dotsPerInch);
+    const qsizetype before = storedBytes(image);
     const double pixels = static_cast<double>(size.width) * size.height;
-    if (before < kLeastBytes || static_cast<double>(before) < kLeastJpeg * pixels ||
-        samplesOf(size.width, size.height, facts.components) > kMaxSamples) {
+    if (before < kLeastBytes || static_cast<double>(before) < kLeastJpeg * pixels) {
         return std::nullopt;
     }
-    AreaScaler scaler(facts.components, facts.width, facts.height, size.width, size.height);
     ColourCount colours(facts.components, facts.components == 1 ? kFewGreys : kFewColours);
-    const auto stride =
-        static_cast<std::size_t>(facts.width) * static_cast<std::size_t>(facts.components);
-    const bool isRead =
-        readSamples(image, stride, facts.height, m_cancel, [&](const std::uint8_t *row) {
-            colours.addRow(row, facts.width);
-            scaler.addRow(row);
-        });
-    if (!isRead || !colours.areMany()) {
+    const std::optional<Raster> raster = scaledSamples(image, facts, size, &colours);
+    if (!raster) {
         return std::nullopt;
     }
-    const Raster raster = scaler.takeResult();
     const bool isSmaller = size.width < facts.width || size.height < facts.height;
+    const qsizetype quickly = deflated(samplesIn(*raster), Effort::Least, m_cancel).size();
+    if (!colours.areMany() && static_cast<double>(quickly) < kBusy * pixels) {
+        return isSmaller ? shrinkDrawing(image, facts, use) : std::nullopt;
+    }
     if (!use.isSoftMask) {
         JpegSettings settings;
         settings.quality = m_aims.quality;
         settings.isSubsampled = m_aims.isSubsampled;
         settings.isTransformed = facts.isColour;
-        const QByteArray jpeg = newJpeg(raster, settings, m_cancel);
-        if (isWorthwhile(jpeg.size(), before) && isFaithful(jpeg, raster)) {
-            if (deflated(samplesIn(raster), Effort::Least, m_cancel).size() >
-                kClearly * jpeg.size()) {
-                return newImage(jpeg, raster, true);
+        const QByteArray jpeg = newJpeg(*raster, settings, m_cancel);
+        if (isWorthwhile(jpeg.size(), before) && isFaithful(jpeg, *raster)) {
+            if (quickly > kClearly * jpeg.size()) {
+                return newImage(jpeg, *raster, true);
             }
             // What takes little more without loss is better so.
-            NewImage exact = packed(raster, m_cancel);
+            NewImage exact = packed(*raster, m_cancel);
             return exact.data.isEmpty() || isWorthwhile(jpeg.size(), exact.data.size())
-                       ? newImage(jpeg, raster, true)
+                       ? newImage(jpeg, *raster, true)
                        : exact;
         }
     }
-    if (!isSmaller) {
+    return isSmaller ? packedIfWorthwhile(*raster, before) : std::nullopt;
+}
+
+std::optional<NewImage> ImageShrinker::shrinkDrawing(QPDFObjectHandle image,
+                                                     const ImageFacts &facts,
+                                                     const ImageUse &use) const
+{
+    const Size size = sizeFor(facts, use, kDrawingFactor * m_aims.dotsPerInch);
+    if (size.width == facts.width && size.height == facts.height) {
         return std::nullopt;
     }
+    ColourCount colours(facts.components, 1);
+    const std::optional<Raster> raster = scaledSamples(image, facts, size, &colours);
+    return raster ? packedIfWorthwhile(*raster, storedBytes(image)) : std::nullopt;
+}
+
+std::optional<NewImage> ImageShrinker::packedIfWorthwhile(const Raster &raster,
+                                                          qsizetype before) const
+{
     NewImage exact = packed(raster, m_cancel);
     return isWorthwhile(exact.data.size(), before) ? std::optional(std::move(exact)) : std::nullopt;
 }

@@ -6,6 +6,7 @@
 #include "pdfcore/src/compress/image_uses.h"
 #include "pdfcore/src/compress/jpeg_codec.h"
 #include "pdfcore/src/compress/raster.h"
+#include "pdfcore/src/compress/sample_reader.h"
 
 #include <QByteArray>
 
@@ -26,7 +27,7 @@ struct ImageAims
     double leastRatio = 32;
 };
 
-/// What an image becomes; its colour space stays.
+/// What an image becomes; its colour space stays, or is the base of the palette that it had.
 struct NewImage
 {
     QByteArray data;
@@ -59,12 +60,20 @@ private:
         int height = 0;
     };
 
-    [[nodiscard]] Size sizeFor(const ImageFacts &facts, const ImageUse &use) const;
+    [[nodiscard]] Size sizeFor(const ImageFacts &facts, const ImageUse &use,
+                               double dotsPerInch) const;
     [[nodiscard]] std::optional<NewImage> shrinkJpeg(QPDFObjectHandle image,
                                                      const ImageFacts &facts, const ImageUse *use,
                                                      bool isExact) const;
     [[nodiscard]] std::optional<NewImage>
     shrinkSamples(QPDFObjectHandle image, const ImageFacts &facts, const ImageUse &use) const;
+    [[nodiscard]] std::optional<NewImage>
+    shrinkDrawing(QPDFObjectHandle image, const ImageFacts &facts, const ImageUse &use) const;
+    [[nodiscard]] std::optional<NewImage> packedIfWorthwhile(const Raster &raster,
+                                                             qsizetype before) const;
+    [[nodiscard]] std::optional<Raster> scaledSamples(QPDFObjectHandle image,
+                                                      const ImageFacts &facts, Size size,
+                                                      ColourCount *colours) const;
     [[nodiscard]] std::optional<Raster> scaledJpeg(const QByteArray &jpeg, const JpegFacts &facts,
                                                    Size size) const;
     [[nodiscard]] bool isFaithful(const QByteArray &jpeg, const Raster &raster) const;

@@ -4,11 +4,12 @@
 #include "pdfcore/src/compress/image_facts.h"
 #include "pdfcore/src/qpdf/qpdf_objects.h"
 
-#include <qpdf/Buffer.hh>
+#include <qpdf/Pl_Function.hh>
 #include <qpdf/QPDFExc.hh>
 
+#include <algorithm>
 #include <exception>
-#include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,12 @@ namespace {
 /// Bytes of a dictionary that naming a filter takes, and the parameters of one.
 constexpr qsizetype kFilterBytes = 20;
 constexpr qsizetype kParameterBytes = 60;
+/// Bytes of a colour profile that is more than a few curves.
+constexpr qsizetype kLeastProfile = 16 * 1024;
+/// Bytes from which only the form of data that promises most is compressed with all effort.
+constexpr qsizetype kTryAll = 64 * 1024;
+/// Bytes that filters may give which QPDF undoes.
+constexpr qsizetype kMaxDecoded = qsizetype{64} * 1024 * 1024;
 /// How many times smaller data are without PNG filters when these do not help any more.
 constexpr qsizetype kPoorRatio = 50;
 /// How many times smaller data are when the best compression takes forever, for next to nothing.
@@ -33,11 +40,21 @@ bool isFlateAlone(const std::vector<std::string> &filters)
     return filters.size() == 1 && (filters.front() == "/FlateDecode" || filters.front() == "/Fl");
 }
 
+/// Throws when it is too much: a few kilobytes can stand for any amount.
 QByteArray decoded(QPDFObjectHandle stream)
 {
-    const std::shared_ptr<Buffer> data = stream.getStreamData(qpdf_dl_generalized);
-    return QByteArray(reinterpret_cast<const char *>(data->getBuffer()),
-                      static_cast<qsizetype>(data->getSize()));
+    QByteArray data;
+    Pl_Function append("data", nullptr, [&data](const unsigned char *bytes, size_t length) {
+        if (length > static_cast<size_t>(kMaxDecoded - data.size())) {
+            throw std::length_error("too much data");
+        }
+        data.append(reinterpret_cast<const char *>(bytes), static_cast<qsizetype>(length));
+    });
+    bool isDecoded = false;
+    if (!stream.pipeStreamData(&append, &isDecoded, 0, qpdf_dl_specialized, true) || !isDecoded) {
+        throw std::runtime_error("the data cannot be decoded");
+    }
+    return data;
 }
 
 bool hasPredictor(QPDFObjectHandle parameters)
@@ -46,16 +63,54 @@ bool hasPredictor(QPDFObjectHandle parameters)
     return predictor.isInteger() && predictor.getIntValue() > 1;
 }
 
-/// What an image says about itself whose samples these are.
-std::optional<ImageFacts> factsFor(QPDFObjectHandle stream, const QByteArray &samples)
+/// How data may be divided into rows of samples.
+struct Shape
+{
+    int components = 0;
+    int width = 0;
+};
+
+/// Samples in a row of a profile, about; any number does, even all in one row.
+constexpr qsizetype kProfileRow = 256;
+
+/// The shapes of a colour profile (ICC.1:2010, 7.2), most of which is a table of colours in two or
+/// four bytes or twos of bytes each. All rows have to be full.
+std::vector<Shape> profileShapes(const QByteArray &bytes)
+{
+    constexpr qsizetype kSignature = 36;
+    std::vector<Shape> shapes;
+    if (bytes.size() < kLeastProfile || bytes.mid(kSignature, 4) != "acsp") {
+        return shapes;
+    }
+    for (const int components : {1, 2, 4, 8}) {
+        const qsizetype samples = bytes.size() / components;
+        if (samples * components != bytes.size()) {
+            continue;
+        }
+        qsizetype width = kProfileRow;
+        while (width < 4 * kProfileRow && samples % width != 0) {
+            ++width;
+        }
+        shapes.push_back({components, static_cast<int>(samples % width == 0 ? width : samples)});
+    }
+    return shapes;
+}
+
+/// The shapes in which the data of a stream may gain by PNG filters: that of the image whose
+/// samples they are, or those of a profile.
+std::vector<Shape> shapesOf(QPDFObjectHandle stream, const QByteArray &plain)
 {
     if (!hasName(stream.getDict(), "/Subtype", "/Image")) {
-        return std::nullopt;
+        return profileShapes(plain);
     }
     const std::optional<ImageFacts> facts = imageFacts(stream);
-    const bool isWhole =
-        facts && samples.size() == qsizetype{facts->width} * facts->height * facts->components;
-    return isWhole ? facts : std::nullopt;
+    if (!facts) {
+        return {};
+    }
+    const int components = facts->palette.empty() ? facts->components : 1;
+    return plain.size() == qsizetype{facts->width} * facts->height * components
+               ? std::vector<Shape>{{components, facts->width}}
+               : std::vector<Shape>{};
 }
 
 } // namespace
@@ -78,52 +133,66 @@ Effort StreamPacker::effortFor(qsizetype plain, qsizetype packed)
     return Effort::Good;
 }
 
-/// The smallest form of data that took `before` bytes.
-StreamPacker::Packed StreamPacker::packed(QPDFObjectHandle stream, const QByteArray &plain,
-                                          qsizetype before, QPDFObjectHandle parameters)
+/// All forms in which the data of a stream, which are `raw` in its file, may be compressed.
+std::vector<StreamPacker::Form> StreamPacker::formsOf(QPDFObjectHandle stream, bool isFlate,
+                                                      const QByteArray &raw) const
 {
-    Packed best{deflated(plain, effortFor(plain.size(), before), m_cancel), parameters};
-    const bool mayGain = !hasPredictor(parameters) && plain.size() / kPoorRatio < best.data.size();
-    const std::optional<ImageFacts> facts = mayGain ? factsFor(stream, plain) : std::nullopt;
-    if (facts) {
-        const QByteArray rows = filteredRows(plain, facts->components, facts->width, m_cancel);
-        QByteArray filtered = deflated(rows, effortFor(rows.size(), best.data.size()), m_cancel);
-        if (!filtered.isEmpty() && filtered.size() + kParameterBytes < best.data.size()) {
-            best = {filtered, filterParameters(facts->components, facts->width)};
+    std::vector<Form> forms;
+    QByteArray plain;
+    const QPDFObjectHandle parameters = lastParameters(stream);
+    if (isFlate) {
+        const std::optional<QByteArray> data = inflated(raw);
+        if (!data) {
+            return forms;
+        }
+        plain = *data;
+        forms.push_back({plain, parameters});
+    }
+    if (!isFlate || hasPredictor(parameters)) {
+        plain = decoded(stream);
+        forms.push_back({plain, QPDFObjectHandle::newNull()});
+    }
+    const bool mayGain = plain.size() / kPoorRatio < raw.size();
+    for (const Shape &shape : mayGain ? shapesOf(stream, plain) : std::vector<Shape>{}) {
+        forms.push_back({filteredRows(plain, shape.components, shape.width, m_cancel),
+                         filterParameters(shape.components, shape.width)});
+    }
+    return forms;
+}
+
+/// The form that takes the least, or that promises so where there is much to try.
+StreamPacker::Form StreamPacker::packed(std::vector<Form> forms, qsizetype before)
+{
+    const auto costOf = [](const QByteArray &data, QPDFObjectHandle parameters) {
+        return data.size() + (parameters.isNull() ? 0 : kParameterBytes);
+    };
+    if (forms.size() > 1 && forms.front().data.size() > kTryAll) {
+        std::vector<qsizetype> costs;
+        costs.reserve(forms.size());
+        for (const Form &form : forms) {
+            costs.push_back(costOf(deflated(form.data, Effort::Least, m_cancel), form.parameters));
+        }
+        const auto least = std::min_element(costs.begin(), costs.end()) - costs.begin();
+        forms = {forms[static_cast<std::size_t>(least)]};
+    }
+    Form best;
+    for (const Form &form : forms) {
+        const QByteArray data = deflated(form.data, effortFor(form.data.size(), before), m_cancel);
+        const bool isFirst = best.data.isEmpty();
+        if (!data.isEmpty() &&
+            (isFirst || costOf(data, form.parameters) < costOf(best.data, best.parameters))) {
+            best = {data, form.parameters};
         }
     }
     return best;
 }
 
-/// The smaller one of two forms: that which was found with the predictor of the stream, and one
-/// with another predictor or none.
-StreamPacker::Packed StreamPacker::withoutPredictor(QPDFObjectHandle stream, Packed found)
-{
-    const QByteArray plain = decoded(stream);
-    if (plain.isEmpty() || plain.size() > kMaxPackedBytes) {
-        return found;
-    }
-    Packed other = packed(stream, plain, found.data.size(), QPDFObjectHandle::newNull());
-    return !other.data.isEmpty() && other.data.size() < found.data.size() ? other : found;
-}
-
-std::optional<StreamPacker::Packed> StreamPacker::smaller(QPDFObjectHandle stream, bool isFlate,
-                                                          const QByteArray &raw)
+std::optional<StreamPacker::Form> StreamPacker::smaller(QPDFObjectHandle stream, bool isFlate,
+                                                        const QByteArray &raw)
 {
     try {
-        if (isFlate) {
-            const std::optional<QByteArray> plain = inflated(raw);
-            const QPDFObjectHandle parameters = lastParameters(stream);
-            if (!plain) {
-                return std::nullopt;
-            }
-            Packed found = packed(stream, *plain, raw.size(), parameters);
-            return hasPredictor(parameters) ? withoutPredictor(stream, std::move(found)) : found;
-        }
-        const QByteArray plain = decoded(stream);
-        return plain.size() <= kMaxPackedBytes
-                   ? std::optional(packed(stream, plain, raw.size(), QPDFObjectHandle::newNull()))
-                   : std::nullopt;
+        std::vector<Form> forms = formsOf(stream, isFlate, raw);
+        return forms.empty() ? std::nullopt : std::optional(packed(std::move(forms), raw.size()));
     } catch (const std::exception &) {
         // It stays as damaged as it is.
         return std::nullopt;
@@ -168,7 +237,7 @@ void StreamPacker::pack(QPDFObjectHandle stream)
     if (raw.isEmpty() || raw.size() > kMaxPackedBytes) {
         return;
     }
-    const std::optional<Packed> found = smaller(stream, isFlateAlone(*filters), raw);
+    const std::optional<Form> found = smaller(stream, isFlateAlone(*filters), raw);
     const qsizetype cost = filters->empty() ? kFilterBytes : 0;
     if (found && !found->data.isEmpty() && found->data.size() + cost < raw.size()) {
         m_spool.replace(stream, found->data, "/FlateDecode", found->parameters);

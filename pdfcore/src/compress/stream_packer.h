@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -32,18 +33,18 @@ public:
 
 private:
     /// Data with the parameters of Flate that they need.
-    struct Packed
+    struct Form
     {
         QByteArray data;
-        QPDFObjectHandle parameters;
+        QPDFObjectHandle parameters = QPDFObjectHandle::newNull();
     };
 
     void unwrapJpeg(QPDFObjectHandle stream);
     Effort effortFor(qsizetype plain, qsizetype packed);
-    Packed packed(QPDFObjectHandle stream, const QByteArray &plain, qsizetype before,
-                  QPDFObjectHandle parameters);
-    Packed withoutPredictor(QPDFObjectHandle stream, Packed found);
-    std::optional<Packed> smaller(QPDFObjectHandle stream, bool isFlate, const QByteArray &raw);
+    [[nodiscard]] std::vector<Form> formsOf(QPDFObjectHandle stream, bool isFlate,
+                                            const QByteArray &raw) const;
+    Form packed(std::vector<Form> forms, qsizetype before);
+    std::optional<Form> smaller(QPDFObjectHandle stream, bool isFlate, const QByteArray &raw);
 
     StreamSpool &m_spool;
     PdfCancelFlag m_cancel;

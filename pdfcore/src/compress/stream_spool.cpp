@@ -31,6 +31,8 @@ void StreamSpool::replace(QPDFObjectHandle stream, const QByteArray &data, const
     m_places[stream.getObjGen()] = {m_end, data.size()};
     m_end += data.size();
     stream.replaceStreamData(shared_from_this(), QPDFObjectHandle::newName(filter), parameters);
+    // QPDF would write metadata without a filter.
+    stream.setFilterOnWrite(false);
 }
 
 void StreamSpool::provideStreamData(const QPDFObjGen &object, Pipeline *pipeline)

@@ -4,6 +4,7 @@
 #include "pdfcore/pdf_editor_backend.h"
 #include "pdfcore/src/compress/document_compressor.h"
 #include "pdfcore/src/compress/signatures.h"
+#include "pdfcore/src/compress/tight_file.h"
 #include "pdfcore/src/operations/file_copy.h"
 #include "pdfcore/src/operations/operation_outcome.h"
 #include "pdfcore/src/save/document_writer.h"
@@ -82,8 +83,12 @@ PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressi
         options.cancel = cancel;
         options.placed = &placed;
         options.sizeLimit = QFileInfo(source).size();
-        options.edit = [&](QPDF &document, bool isProtected) {
-            pdfcore::compressDocument(document, aimsOf(level), isProtected, cancel);
+        options.edit = [&](QPDF &document, bool keepsMetadata) {
+            pdfcore::compressDocument(document, aimsOf(level), keepsMetadata, cancel);
+        };
+        options.packsManyPages = true;
+        options.rewrite = [&cancel](const QString &written, Pipeline &to) {
+            pdfcore::writeTightly(written, to, cancel);
         };
         error = pdfcore::writeDocument(pages, placement, options);
         if (error.isError() && !cancel.isSet()) {

@@ -12,12 +12,14 @@
 #include "pdfcore/src/session/engine.h"
 
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include <future>
 #include <memory>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -27,6 +29,25 @@ namespace {
 
 /// Pages from which letting go of the objects of an output takes so long that it is worth a thread.
 constexpr qsizetype kManyPages = 1000;
+
+/// Writes to a temporary file first, which is then rewritten as the options say.
+void writeTwice(QPDFWriter &writer, const WriteOptions &options, QDeviceOutput &to)
+{
+    QTemporaryFile draft;
+    if (!draft.open()) {
+        throw std::runtime_error(draft.errorString().toStdString());
+    }
+    QDeviceOutput pipeline(draft, &options.cancel.value());
+    writeQpdf(writer, pipeline);
+    if (!draft.flush()) {
+        throw std::runtime_error(draft.errorString().toStdString());
+    }
+    draft.close();
+    options.rewrite(draft.fileName(), to);
+    if (to.hasToStop()) {
+        throw std::runtime_error(to.reason().toStdString());
+    }
+}
 
 /// Assembles and writes the output to `file`, and tells the password that opens it. The source
 /// files are open until `assembled` goes.
@@ -50,14 +71,16 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
             protection = options.protection != nullptr ? options.protection : output.protection();
             *password = protection != nullptr ? output.password() : QString();
         }
+        const bool packs = extract != nullptr ? extract->packsObjects()
+                                              : output.packsObjects(options.packsManyPages);
+        const bool isProtected =
+            protection != nullptr || options.newProtection == NewProtection::Password;
         if (options.edit) {
-            options.edit(output.document(),
-                         protection != nullptr || !options.newPassword.isEmpty());
+            options.edit(output.document(), isProtected || !packs);
         }
         prepareTrailer(output.document(), protection);
         escapeNames(output.document());
         QPDFWriter writer(output.document());
-        const bool packs = extract != nullptr ? extract->packsObjects() : output.packsObjects();
         writer.setObjectStreamMode(packs ? qpdf_o_generate : qpdf_o_disable);
         writer.setPreserveEncryption(false);
         if (protection != nullptr) {
@@ -67,7 +90,11 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
             encryptFor(writer, options.newPassword);
         }
         writer.setMinimumPDFVersion(output.version());
-        writeQpdf(writer, pipeline);
+        if (options.rewrite && packs && !isProtected) {
+            writeTwice(writer, options, pipeline);
+        } else {
+            writeQpdf(writer, pipeline);
+        }
     } catch (const std::exception &exception) {
         if (pipeline.hasFailed()) {
             return {PdfBackendError::WriteFailed, QString::fromUtf8(exception.what())};

@@ -14,6 +14,7 @@
 #include <functional>
 #include <vector>
 
+class Pipeline;
 class QPDF;
 
 namespace pdfcore {
@@ -45,9 +46,15 @@ struct WriteOptions
     PdfCancelFlag cancel;
     /// Becomes the path of the file, if not null.
     QString *placed = nullptr;
-    /// Changes the output before it is written, if set; whether it will be encrypted is told.
-    /// QPDF's exceptions may come out of it.
-    std::function<void(QPDF &output, bool isProtected)> edit;
+    /// Changes the output before it is written, if set. It is told whether metadata have to stay as
+    /// they are: where they may be left readable beside what is encrypted, and in archives that
+    /// have them without filters (ISO 19005-1, 6.7.2). QPDF's exceptions may come out of it.
+    std::function<void(QPDF &output, bool keepsMetadata)> edit;
+    /// Writes what stands in a temporary file once more, in its own way, if set; for files with
+    /// object streams that are not encrypted. What it throws ends the writing.
+    std::function<void(const QString &written, Pipeline &to)> rewrite;
+    /// Whether documents of many pages are packed like others.
+    bool packsManyPages = false;
     /// A file of as many bytes, or more, does not come into being; 0: any may.
     qint64 sizeLimit = 0;
 };

@@ -166,12 +166,12 @@ QPDF *OutputDocument::protection() const
     return isKept ? own : nullptr;
 }
 
-bool OutputDocument::packsObjects() const
+bool OutputDocument::packsObjects(bool manyPages) const
 {
     if (m_main == nullptr || hasPackedObjects(m_main->source().document())) {
         return true;
     }
-    return m_places.size() < kManyPages && !forbidsPacking(m_main->source().root());
+    return (manyPages || m_places.size() < kManyPages) && !forbidsPacking(m_main->source().root());
 }
 
 EngineError OutputDocument::findPlaces(const QList<PdfSourcePage> &pages)

@@ -61,8 +61,8 @@ public:
     [[nodiscard]] QString password() const { return m_password; }
     /// Whether objects are to be packed into object streams, which makes documents of little
     /// content much smaller. Not where the main document has none and either must not have any or
-    /// has so many pages that packing takes its time.
-    [[nodiscard]] bool packsObjects() const;
+    /// has so many pages that packing takes its time, unless `manyPages` are packed too.
+    [[nodiscard]] bool packsObjects(bool manyPages = false) const;
     /// The least PDF version that the source documents need.
     [[nodiscard]] PDFVersion version() const { return m_sources.version(); }
 

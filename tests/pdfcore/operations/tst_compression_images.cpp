@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tests/pdfcore/operations/compression_case.h"
 
+#include <QBuffer>
+
+#include <qpdf/Buffer.hh>
+
 using namespace CompressionCase;
 using namespace EngineCalls;
 using namespace Qt::StringLiterals;
@@ -29,6 +33,38 @@ QByteArray pattern(const QByteArray &matrix, const QByteArray &content)
                                   content);
 }
 
+/// Areas of one colour each, with sharp edges.
+QByteArray drawing(QSize size)
+{
+    QByteArray samples;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            samples.append(x / 37 % 2 == 0 ? '\x10' : '\xF0')
+                .append(static_cast<char>(y / 50 * 20))
+                .append('\x20');
+        }
+    }
+    return samples;
+}
+
+/// 256 colours.
+QByteArray palette()
+{
+    QByteArray colours;
+    for (int i = 0; i < 256; ++i) {
+        colours.append(static_cast<char>(i)).append(static_cast<char>(255 - i)).append('\x7F');
+    }
+    return colours;
+}
+
+/// Content that draws a photograph in a square of an inch, in a colour space called /C.
+QByteArray inlineImage(QSize size)
+{
+    return "q 72 0 0 72 20 20 cm BI /W " + QByteArray::number(size.width()) + " /H " +
+           QByteArray::number(size.height()) + " /CS /C /BPC 8 /F /AHx ID " +
+           photo(size, 3).toHex() + "> EI Q ";
+}
+
 const QByteArray kUsesX = "/XObject << /X 5 0 R >> ";
 const QByteArray kInForm = "/XObject << /F 6 0 R >> ";
 const QByteArray kGrey = "/ColorSpace /DeviceGray ";
@@ -53,13 +89,21 @@ private slots:
     void exactSamplesStay_data();
     void exactSamplesStay();
     void entriesStay();
-    void drawingStays();
+    void drawingsStayWithoutLoss_data();
+    void drawingsStayWithoutLoss();
+    void photographsInFewColoursAreNoDrawings();
+    void palettesAreLookedUp_data();
+    void palettesAreLookedUp();
+    void inlineImagesBecomeSmaller_data();
+    void inlineImagesBecomeSmaller();
+    void smallInlineImagesStay();
     void jpegOfUnknownSizeKeepsEveryPixel();
     void littleGainChangesNothing();
     void damagedPicturesStay_data();
     void damagedPicturesStay();
     void levelsDifferInQuality();
     void packedJpegIsUnpacked();
+    void packedJpegNeverGrows();
 };
 
 void TestCompressionImages::sizeFollowsTheLevel_data()
@@ -242,9 +286,12 @@ void TestCompressionImages::exactSamplesStay_data()
     const QByteArray bits = "/BitsPerComponent ";
     QTest::newRow("colour key") << "/ColorSpace /DeviceRGB /Mask [0 10 0 10 0 10] " + bits + "8"
                                 << rgb;
-    QTest::newRow("indexed") << "/ColorSpace [/Indexed /DeviceRGB 255 <" + palette + ">] " + bits +
-                                    "8"
-                             << grey;
+    QTest::newRow("indexed, in another order")
+        << "/ColorSpace [/Indexed /DeviceRGB 255 <" + palette + ">] /Decode [255 0] " + bits + "8"
+        << grey;
+    QTest::newRow("indexed, with too few colours")
+        << "/ColorSpace [/Indexed /DeviceRGB 255 <" + palette.chopped(6) + ">] " + bits + "8"
+        << grey;
     QTest::newRow("Lab") << "/ColorSpace [/Lab << /WhitePoint [0.95 1 1.09] >>] " + bits + "8"
                          << rgb;
     QTest::newRow("stencil") << "/ImageMask true " + bits + "1" << grey.left(75 * 600);
@@ -287,19 +334,101 @@ void TestCompressionImages::entriesStay()
     QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
 }
 
-void TestCompressionImages::drawingStays()
+void TestCompressionImages::drawingsStayWithoutLoss_data()
 {
-    // Two hundred colours in no order: without loss it is large, and still no photograph.
+    QTest::addColumn<double>("points");
+    QTest::addColumn<int>("side");
+    // Half as many dots to an inch again as a photograph is left with, and half again before that.
+    QTest::newRow("as large as it may be") << 160.0 << 600;
+    QTest::newRow("too large") << 158.0 << 395;
+}
+
+void TestCompressionImages::drawingsStayWithoutLoss()
+{
+    QFETCH(double, points);
+    QFETCH(int, side);
+    const QByteArray samples = drawing(kLarge);
+    Result result(
+        pageWith(image(kLarge, "/ColorSpace /DeviceRGB /BitsPerComponent 8", samples), points),
+        kStrong);
+    QVERIFY(!result.isCopy());
+    QCOMPARE(result.imageSize(), QSize(side, side));
+    QCOMPARE(filterOf(result.image()), QByteArray("/FlateDecode"));
+    QVERIFY(side < kLarge.width() || samplesOf(result.image()) == samples);
+    QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
+}
+
+void TestCompressionImages::photographsInFewColoursAreNoDrawings()
+{
+    // Two hundred colours at most, but so mixed that they take a lot without loss.
     QByteArray samples;
     for (const char grey : photo(kLarge, 1)) {
         const char step = static_cast<char>(static_cast<unsigned char>(grey) / 2);
         samples.append(step).append(static_cast<char>(255 - step)).append('\x20');
     }
-    Result result(pageWith(image(kLarge, "/ColorSpace /DeviceRGB /BitsPerComponent 8", samples)),
-                  kStrong);
+    Result result(
+        pageWith(image(kLarge, "/ColorSpace /DeviceRGB /BitsPerComponent 8", samples), 300),
+        kStrong);
+    QCOMPARE(filterOf(result.image()), QByteArray("/DCTDecode"));
+    QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
+}
+
+void TestCompressionImages::palettesAreLookedUp_data()
+{
+    QTest::addColumn<QByteArray>("table");
+    QTest::addColumn<QList<QByteArray>>("more");
+    const QByteArray colours = palette();
+    QTest::newRow("string") << '<' + colours.toHex() + '>' << QList<QByteArray>();
+    QTest::newRow("stream") << QByteArray("6 0 R")
+                            << QList<QByteArray>{PdfFixture::streamBody({}, colours)};
+}
+
+void TestCompressionImages::palettesAreLookedUp()
+{
+    QFETCH(QByteArray, table);
+    QFETCH(QList<QByteArray>, more);
+    Result result(
+        pageWith(sampledImage(kLarge, "/ColorSpace [/Indexed /DeviceRGB 255 " + table + ']',
+                              photo(kLarge, 1)),
+                 72, more));
+    QCOMPARE(filterOf(result.image()), QByteArray("/DCTDecode"));
+    QCOMPARE(result.imageSize(), QSize(200, 200));
+    QVERIFY(result.image().getDict().getKey("/ColorSpace").isNameAndEquals("/DeviceRGB"));
+    QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
+}
+
+void TestCompressionImages::inlineImagesBecomeSmaller_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    const QByteArray picture = inlineImage(kLarge);
+    const QByteArray resources = "/ColorSpace << /C /DeviceRGB >>";
+    QTest::newRow("page") << PdfFixture::onePage(picture, resources);
+    QTest::newRow("form") << PdfFixture::onePage("/X Do", "/XObject << /X 5 0 R >>",
+                                                 {form("1 0 0 1 0 0", picture, resources)});
+    QTest::newRow("form in a form")
+        << PdfFixture::onePage("/F Do", "/XObject << /F 5 0 R >>",
+                               {form("1 0 0 1 0 0", "/F Do", "/XObject << /F 6 0 R >>"),
+                                form("1 0 0 1 0 0", picture, resources)});
+}
+
+void TestCompressionImages::inlineImagesBecomeSmaller()
+{
+    QFETCH(QByteArray, document);
+    Result result(document);
+    QCOMPARE(result.images().size(), size_t{1});
+    QCOMPARE(result.imageSize(), QSize(200, 200));
+    QCOMPARE(filterOf(result.image()), QByteArray("/DCTDecode"));
+    QVERIFY(result.bytes().size() < document.size() / 20);
+    QVERIFY2(result.difference() <= kAlike, QByteArray::number(result.difference()));
+}
+
+void TestCompressionImages::smallInlineImagesStay()
+{
+    Result result(PdfFixture::onePage(inlineImage({20, 20}) + QByteArray(9000, ' '),
+                                      "/ColorSpace << /C /DeviceRGB >>"));
     QVERIFY(!result.isCopy());
-    QCOMPARE(result.imageSize(), kLarge);
-    QCOMPARE(samplesOf(result.image()), samples);
+    QCOMPARE(result.images().size(), size_t{0});
+    QCOMPARE(result.difference(), 0);
 }
 
 void TestCompressionImages::jpegOfUnknownSizeKeepsEveryPixel()
@@ -397,6 +526,25 @@ void TestCompressionImages::packedJpegIsUnpacked()
     QCOMPARE(QByteArray(reinterpret_cast<const char *>(raw->getBuffer()),
                         static_cast<qsizetype>(raw->getSize())),
              jpeg);
+}
+
+void TestCompressionImages::packedJpegNeverGrows()
+{
+    // Of one colour, so that packing it as any data gains far more than JPEG does by itself.
+    const QSize size(1500, 1500);
+    QImage plain(size, QImage::Format_RGB888);
+    plain.fill(Qt::red);
+    QBuffer jpeg;
+    jpeg.open(QIODevice::WriteOnly);
+    QVERIFY(plain.save(&jpeg, "JPG", 95));
+    const QByteArray data = flate(jpeg.data());
+    Result result(pageWith(image(size,
+                                 "/ColorSpace /DeviceRGB /BitsPerComponent 8 /Filter [/FlateDecode "
+                                 "/DCTDecode]",
+                                 data),
+                           720, {PdfFixture::streamBody({}, QByteArray(9000, 'x'))}));
+    QVERIFY(!result.isCopy());
+    QVERIFY(result.image().getRawStreamData()->getSize() <= static_cast<size_t>(data.size()));
 }
 
 QTEST_GUILESS_MAIN(TestCompressionImages)

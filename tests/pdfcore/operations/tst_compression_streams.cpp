@@ -9,6 +9,8 @@
 #include <thread>
 
 #include <qpdf/Buffer.hh>
+#include <qpdf/Pl_Flate.hh>
+#include <qpdf/QPDFWriter.hh>
 
 using namespace CompressionCase;
 using namespace EngineCalls;
@@ -43,6 +45,29 @@ QByteArray signedDocument(const QByteArray &catalogEntries, const QByteArray &pa
         more);
 }
 
+/// Bytes in the form of RunLength (ISO 32000-2, 7.4.5), each as it is.
+QByteArray runs(const QByteArray &bytes)
+{
+    QByteArray packed;
+    for (qsizetype i = 0; i < bytes.size(); i += 128) {
+        const QByteArray part = bytes.mid(i, 128);
+        packed.append(static_cast<char>(part.size() - 1)).append(part);
+    }
+    return packed + '\x80';
+}
+
+/// A document with metadata that say what they are for.
+QByteArray withMetadata(const QByteArray &metadata)
+{
+    return PdfFixture::fromObjects({
+        "<< /Type /Catalog /Pages 2 0 R /Metadata 4 0 R >>",
+        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 5 0 R >>",
+        PdfFixture::streamBody("/Type /Metadata /Subtype /XML", metadata),
+        PdfFixture::streamBody({}, longContent()),
+    });
+}
+
 QByteArray dataOf(QPDFObjectHandle stream)
 {
     const auto data = stream.getStreamData(qpdf_dl_generalized);
@@ -62,6 +87,12 @@ private slots:
     void streamsKeepTheirData();
     void predictedSamplesStay();
     void predictorsAreFound();
+    void profilesKeepTheirData_data();
+    void profilesKeepTheirData();
+    void objectsArePackedTightly();
+    void manyPagesArePacked();
+    void metadataArePacked();
+    void metadataOfArchivesStay();
     void equalStreamsAreKeptOnce();
     void annotationsStayApart();
     void needlessEntriesGo();
@@ -87,6 +118,7 @@ void TestCompressionStreams::streamsKeepTheirData_data()
     QTest::newRow("plain") << QByteArray() << content;
     QTest::newRow("Flate") << QByteArray("/Filter /FlateDecode") << qCompress(content, 1).mid(4);
     QTest::newRow("hexadecimal") << QByteArray("/Filter /ASCIIHexDecode") << content.toHex() + '>';
+    QTest::newRow("run length") << QByteArray("/Filter /RunLengthDecode") << runs(content);
     QTest::newRow("two filters") << QByteArray("/Filter [/ASCIIHexDecode /FlateDecode]")
                                  << qCompress(content, 1).mid(4).toHex() + '>';
 }
@@ -161,6 +193,96 @@ void TestCompressionStreams::predictorsAreFound()
     QCOMPARE(parameters.getKey("/Predictor").getIntValue(), 15LL);
     QVERIFY(result.image().getRawStreamData()->getSize() < 2000);
     QCOMPARE(samplesOf(result.image()), samples);
+}
+
+void TestCompressionStreams::profilesKeepTheirData_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("in rows") << 40 * 1024;
+    QTest::newRow("in one row") << 4 * 10'007;
+    QTest::newRow("of an odd length") << 40 * 1024 + 1;
+}
+
+void TestCompressionStreams::profilesKeepTheirData()
+{
+    QFETCH(int, size);
+    // A table of colours in four bytes, each a little more than the one before it.
+    QByteArray profile(size, '\0');
+    for (int i = 0; i < size; ++i) {
+        const int step = i / 4;
+        const int slope = 3 + i % 4;
+        profile[i] = static_cast<char>(step * slope + step * step % 7 + step % 5);
+    }
+    profile.replace(36, 4, "acsp");
+    Result result(PdfFixture::onePage(longContent(), "/ColorSpace << /C [/ICCBased 5 0 R] >>",
+                                      {PdfFixture::streamBody("/N 4", profile)}));
+    QPDFObjectHandle packed =
+        result.page().getKey("/Resources").getKey("/ColorSpace").getKey("/C").getArrayItem(1);
+    QCOMPARE(dataOf(packed), profile);
+    const bool isPredicted = packed.getDict().hasKey("/DecodeParms");
+    QCOMPARE(isPredicted, size % 4 == 0);
+    const qsizetype plainly = flate(profile).size();
+    QVERIFY(!isPredicted ||
+            packed.getRawStreamData()->getSize() < static_cast<size_t>(plainly * 3 / 4));
+}
+
+void TestCompressionStreams::objectsArePackedTightly()
+{
+    QList<QByteArray> notes;
+    QByteArray list;
+    for (int i = 0; i < 250; ++i) {
+        notes += "<< /Type /Annot /Subtype /Text /Rect [0 0 9 9] /Contents (" +
+                 QByteArray::number(i * 7919 % 1000) + " notes) /NM (n" + QByteArray::number(i) +
+                 ") >>";
+        list += QByteArray::number(5 + i) + " 0 R ";
+    }
+    const QByteArray document =
+        PdfFixture::onePage(longContent(), {}, notes, "/Annots [" + list + ']');
+    Result result(document);
+    QCOMPARE(result.page().getKey("/Annots").getArrayNItems(), 250);
+    for (int i = 0; i < 250; ++i) {
+        QPDFObjectHandle note = result.page().getKey("/Annots").getArrayItem(i);
+        QCOMPARE(note.getKey("/NM").getStringValue(), "n" + std::to_string(i));
+    }
+    // The same objects as QPDF packs them with all its effort.
+    QPDF again;
+    again.processFile(result.path().toUtf8().constData());
+    QPDFWriter writer(again);
+    Pl_Flate::setCompressionLevel(9);
+    writer.setObjectStreamMode(qpdf_o_generate);
+    writer.setOutputMemory();
+    writer.write();
+    const std::unique_ptr<Buffer> peer(writer.getBuffer());
+    QVERIFY(static_cast<size_t>(result.bytes().size()) + 40 < peer->getSize());
+    QVERIFY(again.getWarnings().empty());
+}
+
+void TestCompressionStreams::manyPagesArePacked()
+{
+    const QByteArray document = PdfFixture::pagesByNumber(1001);
+    Result result(document);
+    QVERIFY(result.bytes().contains("/ObjStm"));
+    QCOMPARE(result.pdf().getAllPages().size(), size_t{1001});
+}
+
+void TestCompressionStreams::metadataArePacked()
+{
+    const QByteArray metadata = "<x>" + longContent() + "</x>";
+    Result result(withMetadata(metadata));
+    QPDFObjectHandle packed = result.pdf().getRoot().getKey("/Metadata");
+    QCOMPARE(dataOf(packed), metadata);
+    QCOMPARE(filterOf(packed), QByteArray("/FlateDecode"));
+}
+
+void TestCompressionStreams::metadataOfArchivesStay()
+{
+    const QByteArray metadata = "<x><pdfaid:part>1</pdfaid:part>" + longContent() + "</x>";
+    Result result(withMetadata(metadata));
+    QVERIFY(!result.isCopy());
+    QPDFObjectHandle kept = result.pdf().getRoot().getKey("/Metadata");
+    QCOMPARE(dataOf(kept), metadata);
+    QVERIFY(!kept.getDict().hasKey("/Filter"));
+    QVERIFY(!result.bytes().contains("/ObjStm"));
 }
 
 void TestCompressionStreams::equalStreamsAreKeptOnce()
