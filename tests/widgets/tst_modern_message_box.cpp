@@ -117,6 +117,9 @@ private slots:
     void backdropCoversTheWindowWhileTheBoxIsShown();
     void backdropOfANestedParentCoversTheTopLevelWindow();
     void backdropGoesWithADeletedBox();
+    void backdropIsUnseenAsSoonAsItsBoxCloses_data();
+    void backdropIsUnseenAsSoonAsItsBoxCloses();
+    void boxThatIsShownAgainHasABackdropAgain();
     void boxWithoutParentHasNoBackdropAndIsCentredOnItsScreen();
     void boxIsCentredOnItsWindow();
     void widthStaysInItsLimits_data();
@@ -454,6 +457,44 @@ void TestModernMessageBox::backdropGoesWithADeletedBox()
     QVERIFY(backdropOf(*m_window));
     box.reset();
     QTRY_VERIFY(!backdropOf(*m_window));
+}
+
+void TestModernMessageBox::backdropIsUnseenAsSoonAsItsBoxCloses_data()
+{
+    QTest::addColumn<std::function<void(ModernMessageBox *)>>("close");
+    using Close = std::function<void(ModernMessageBox *)>;
+    QTest::newRow("answered") << Close([](ModernMessageBox *box) { box->accept(); });
+    QTest::newRow("cancelled") << Close([](ModernMessageBox *box) { box->reject(); });
+    QTest::newRow("hidden") << Close([](ModernMessageBox *box) { box->hide(); });
+    QTest::newRow("deleted") << Close([](ModernMessageBox *box) { delete box; });
+}
+
+void TestModernMessageBox::backdropIsUnseenAsSoonAsItsBoxCloses()
+{
+    // What follows a question, as a save, may begin without a turn of the event loop.
+    QFETCH(const std::function<void(ModernMessageBox *)>, close);
+    m_window->setStyleSheet(QStringLiteral("QWidget { background: #FFFFFF; }"));
+    const QPointer<ModernMessageBox> box(
+        new ModernMessageBox(optionsWithAllButtons(), m_window.get()));
+    box->show();
+    QVERIFY(m_window->grab().toImage().pixelColor(5, 5) != QColor(Qt::white));
+    close(box);
+    QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), QColor(Qt::white));
+    delete box;
+}
+
+void TestModernMessageBox::boxThatIsShownAgainHasABackdropAgain()
+{
+    ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    m_window->setStyleSheet(QStringLiteral("QWidget { background: #FFFFFF; }"));
+    box.show();
+    const QColor darkened = m_window->grab().toImage().pixelColor(5, 5);
+    box.hide();
+    box.show();
+    QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), darkened);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), darkened);
+    QCOMPARE(m_window->findChildren<QWidget *>(QStringLiteral("modalBackdrop")).size(), 1);
 }
 
 void TestModernMessageBox::boxWithoutParentHasNoBackdropAndIsCentredOnItsScreen()

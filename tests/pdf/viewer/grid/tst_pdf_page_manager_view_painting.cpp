@@ -91,6 +91,11 @@ private slots:
     void disabledGridIsPaler();
     void everyPartOfADisabledGridIsPaler_data();
     void everyPartOfADisabledGridIsPaler();
+    void boxUnderThePointerIsLit();
+    void markUnderThePointerOnlyIsLit();
+    void actionBarShowsItsIconsInOrder();
+    void zoomButtonsShowTheirIcons();
+    void zoomMovesTheHover();
     void pointerMovesOnTheSamePlaceRepaintNothing();
 };
 
@@ -310,6 +315,133 @@ void TestPdfPageManagerViewPainting::everyPartOfADisabledGridIsPaler()
     QVERIFY2(disabled > enabled + 15,
              qPrintable(QStringLiteral("%1, disabled %2").arg(enabled).arg(disabled)));
     QVERIFY(disabled < 240);
+}
+
+void TestPdfPageManagerViewPainting::boxUnderThePointerIsLit()
+{
+    ShownGrid shown(a4Pages(3));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 3);
+    const QRect zone = shown.cell(1).selectionBox;
+    const QPoint edge = zone.center() - QPoint(9, 0);
+    const QPoint inside = zone.center() - QPoint(6, 0);
+    const auto colorAt = [&shown](QPoint point) { return shown.picture().pixelColor(point); };
+    QCOMPARE(colorAt(edge), Theme::textMuted);
+    shown.moveTo(shown.cell(1).thumbnail.center());
+    QCOMPARE(colorAt(edge), Theme::textMuted);
+    shown.moveTo(zone.center());
+    QCOMPARE(colorAt(edge), Theme::accent);
+    QCOMPARE(colorAt(inside), Theme::white);
+    QVERIFY(!holdsColor(shown.picture(), shown.cell(2).selectionBox, Theme::accent));
+
+    shown.press(zone.center());
+    QCOMPARE(colorAt(inside), Theme::accentPressed);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, zone.center());
+    QCOMPARE(colorAt(inside), Theme::accentHover);
+    shown.press(zone.center());
+    QCOMPARE(colorAt(inside), Theme::accentTint);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, zone.center());
+    QCOMPARE(colorAt(inside), Theme::white);
+    shown.moveTo({900, 600});
+    QCOMPARE(colorAt(edge), Theme::textMuted);
+}
+
+void TestPdfPageManagerViewPainting::markUnderThePointerOnlyIsLit()
+{
+    ShownGrid shown(a4Pages(6));
+    const QList<std::pair<int, QRect PageCellGeometry::*>> marks{
+        {kInsertMode, &PageCellGeometry::insertZone}, {kSplitMode, &PageCellGeometry::splitZone}};
+    for (const auto &[mode, zone] : marks) {
+        shown.view.setWorkspaceMode(mode);
+        const QPoint point = (shown.cell(1).*zone).center();
+        const auto rowsLitIn = [&](const QColor &color) {
+            QList<int> rows;
+            for (const int row : {1, 2, 4, 5}) {
+                if (holdsColor(shown.picture(), shown.cell(row).*zone, color)) {
+                    rows.append(row);
+                }
+            }
+            return rows;
+        };
+        shown.moveTo({900, 600});
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>());
+        shown.moveTo(point);
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>{1});
+        shown.press(point);
+        QCOMPARE(rowsLitIn(Theme::accentPressed), QList<int>{1});
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>());
+        QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
+        QCOMPARE(rowsLitIn(Theme::accentPressed), QList<int>());
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>{1});
+    }
+}
+
+void TestPdfPageManagerViewPainting::actionBarShowsItsIconsInOrder()
+{
+    ShownGrid shown(a4Pages(2));
+    shown.moveTo(shown.cell(0).card.topLeft() + QPoint(10, 10));
+    const QImage picture = shown.picture().convertToFormat(QImage::Format_RGB32);
+    const QStringList icons{QStringLiteral("pdfviewer/expand"),
+                            QStringLiteral("pdfviewer/duplicate"),
+                            QStringLiteral("pdfviewer/rotate-right"),
+                            QStringLiteral("modern/trash")};
+    QList<QImage> painted;
+    for (int part = 0; part < 4; ++part) {
+        constexpr QSize kIconSize(20, 20);
+        const QRect bar = barPart(shown.cell(0).actionBar, 4, part);
+        painted.append(picture.copy(centredIn(bar, kIconSize).toRect()));
+        QImage expected(kIconSize, QImage::Format_RGB32);
+        expected.fill(Theme::white);
+        QPainter painter(&expected);
+        QIcon(QStringLiteral(":/res/icons/%1.png").arg(icons.at(part)))
+            .paint(&painter, expected.rect());
+        painter.end();
+        QVERIFY2(painted.constLast() == expected, qPrintable(icons.at(part)));
+        QCOMPARE(painted.count(expected), 1);
+    }
+}
+
+void TestPdfPageManagerViewPainting::zoomButtonsShowTheirIcons()
+{
+    ShownGrid shown(a4Pages(1));
+    const QList<std::pair<QString, QString>> icons{
+        {QStringLiteral("pdfPageGridZoomOut"), QStringLiteral("zoom-out")},
+        {QStringLiteral("pdfPageGridZoomIn"), QStringLiteral("zoom-in")}};
+    QList<QImage> pictures;
+    for (const auto &[name, icon] : icons) {
+        const auto *button = shown.view.findChild<QToolButton *>(name);
+        const QSize size = button->iconSize();
+        pictures.append(button->icon().pixmap(size, 1.0).toImage());
+        QVERIFY(!pictures.constLast().isNull());
+        QCOMPARE(pictures.constLast(),
+                 QIcon(QStringLiteral(":/res/icons/pdfviewer/%1.png").arg(icon))
+                     .pixmap(size, 1.0)
+                     .toImage());
+    }
+    QVERIFY(pictures.at(0) != pictures.at(1));
+    const auto *in = shown.view.findChild<QToolButton *>(icons.at(1).first);
+    const auto *out = shown.view.findChild<QToolButton *>(icons.at(0).first);
+    QVERIFY(out->x() < shown.slider->x() && shown.slider->x() < in->x());
+    QCOMPARE(out->toolTip(), QStringLiteral("缩小"));
+    QCOMPARE(in->toolTip(), QStringLiteral("放大"));
+}
+
+void TestPdfPageManagerViewPainting::zoomMovesTheHover()
+{
+    ShownGrid shown(a4Pages(12));
+    const QPoint point = shown.cell(5).thumbnail.center();
+    const auto look = [&shown](int row) {
+        return shown.picture().pixelColor(shown.cell(row).card.topLeft() + QPoint(10, 10));
+    };
+    shown.moveTo(point);
+    QCOMPARE(look(5), Theme::hover);
+    // The pages become larger under a pointer that rests.
+    shown.slider->setValue(160);
+    QTRY_COMPARE(look(0), Theme::hover);
+    QVERIFY(shown.list->visualRect(shown.model.index(0)).contains(point));
+    QCOMPARE(look(1), Theme::white);
+    shown.slider->setValue(80);
+    QTRY_COMPARE(look(5), Theme::hover);
+    QCOMPARE(look(0), Theme::white);
 }
 
 void TestPdfPageManagerViewPainting::pointerMovesOnTheSamePlaceRepaintNothing()

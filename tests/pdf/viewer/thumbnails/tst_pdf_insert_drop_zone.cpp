@@ -78,7 +78,12 @@ void TestPdfInsertDropZone::hasItsShape()
     QCOMPARE(zone.objectName(), QStringLiteral("pdfInsertDropZone"));
     QCOMPARE(zone.text(), QStringLiteral("插入 PDF\n或将多个 PDF 拖放至此处"));
     QCOMPARE(zone.iconSize(), QSize(28, 28));
-    QVERIFY(!zone.icon().isNull());
+    const auto pictureOf = [](const QIcon &icon) {
+        return icon.pixmap(QSize(28, 28), 1.0).toImage();
+    };
+    QVERIFY(!pictureOf(zone.icon()).isNull());
+    QCOMPARE(pictureOf(zone.icon()),
+             pictureOf(QIcon(QStringLiteral(":/res/icons/modern/add-file.png"))));
     QCOMPARE(zone.minimumHeight(), 152);
     QCOMPARE(zone.sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     QCOMPARE(zone.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
