@@ -166,6 +166,9 @@ void TestHomePage::cardsStandInTheOrderOfTheTools()
     for (const QToolButton *card : cards()) {
         shown.append(card->text());
         QVERIFY(card->toolButtonStyle() == Qt::ToolButtonTextUnderIcon);
+        QCOMPARE(card->height(), 88);
+        QCOMPARE(card->focusPolicy(), Qt::NoFocus);
+        QCOMPARE(card->cursor().shape(), Qt::PointingHandCursor);
         QVERIFY(std::abs(card->width() - cards().constFirst()->width()) <= 1);
     }
     QCOMPARE(shown, titles);
@@ -246,7 +249,10 @@ void TestHomePage::rowShowsNameAboveFolder()
     QVERIFY(pixelsOf(row, lower, Theme::textMuted) > 0);
     QCOMPARE(pixelsOf(row, upper, Theme::textMuted), 0);
 
-    // Another folder looks different, in its own line only.
+    // Another name looks different, in its own line only, and so does another folder.
+    m_page->recordFile(createFile(QStringLiteral("other.pdf")));
+    QVERIFY(firstRow().copy(upper) != row.copy(upper));
+    QCOMPARE(firstRow().copy(lower), row.copy(lower));
     QVERIFY(QDir().mkpath(m_folders->filePath(QStringLiteral("elsewhere"))));
     m_page->recordFile(createFile(QStringLiteral("elsewhere/row.pdf")));
     QCOMPARE(firstRow().copy(upper), row.copy(upper));

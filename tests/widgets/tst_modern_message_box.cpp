@@ -93,6 +93,7 @@ private slots:
     void cleanup();
 
     void defaultOptionsAreAnInformationBoxWithOneButton();
+    void boxIsNamedByItsTitle();
     void boxIsModalFramelessAndTranslucent();
     void cardHasAShadow();
     void emptyTextsHaveNoLabels();
@@ -120,6 +121,8 @@ private slots:
     void backdropIsUnseenAsSoonAsItsBoxCloses_data();
     void backdropIsUnseenAsSoonAsItsBoxCloses();
     void boxThatIsShownAgainHasABackdropAgain();
+    void boxThatIsShownAgainForgetsItsAnswer();
+    void backdropHasTheShapeOfItsWindow();
     void boxWithoutParentHasNoBackdropAndIsCentredOnItsScreen();
     void boxIsCentredOnItsWindow();
     void widthStaysInItsLimits_data();
@@ -164,6 +167,12 @@ void TestModernMessageBox::defaultOptionsAreAnInformationBoxWithOneButton()
     const ModernMessageBox box(options);
     QCOMPARE(buttonsOf(box), QStringList{kConfirm});
     QCOMPARE(box.result(), 0);
+}
+
+void TestModernMessageBox::boxIsNamedByItsTitle()
+{
+    const ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    QCOMPARE(box.windowTitle(), QStringLiteral("保存修改"));
 }
 
 void TestModernMessageBox::boxIsModalFramelessAndTranslucent()
@@ -495,6 +504,32 @@ void TestModernMessageBox::boxThatIsShownAgainHasABackdropAgain()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), darkened);
     QCOMPARE(m_window->findChildren<QWidget *>(QStringLiteral("modalBackdrop")).size(), 1);
+}
+
+void TestModernMessageBox::boxThatIsShownAgainForgetsItsAnswer()
+{
+    ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    box.show();
+    QTest::mouseClick(buttonOf(box, kDiscard), Qt::LeftButton);
+    QCOMPARE(box.result(), 2);
+    box.show();
+    QTest::keyClick(&box, Qt::Key_Escape);
+    QVERIFY(!box.isVisible());
+    QCOMPARE(box.result(), 0);
+}
+
+void TestModernMessageBox::backdropHasTheShapeOfItsWindow()
+{
+    const QRegion shape(QRect(10, 20, 100, 50));
+    m_window->setStyleSheet(QStringLiteral("QWidget { background: #FFFFFF; }"));
+    m_window->setProperty(ModernMessageBox::kBackdropShapeProperty, shape);
+    ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    box.show();
+    const QImage window = m_window->grab().toImage();
+    QVERIFY(window.pixelColor(10, 20) != QColor(Qt::white));
+    QVERIFY(window.pixelColor(109, 69) != QColor(Qt::white));
+    QCOMPARE(window.pixelColor(9, 20), QColor(Qt::white));
+    QCOMPARE(window.pixelColor(109, 70), QColor(Qt::white));
 }
 
 void TestModernMessageBox::boxWithoutParentHasNoBackdropAndIsCentredOnItsScreen()

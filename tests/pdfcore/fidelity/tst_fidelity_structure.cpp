@@ -63,6 +63,8 @@ private slots:
     void elementsAreOnTheirPages();
     void structureGoesWithItsLastElement();
     void pagesKeepTheKeysThatTheyShare();
+    void keysOfLinksThatAreGoneGoWithThem();
+    void keysThatLeadToNothingStayForPagesOnly();
     void brokenStructuresGiveSoundFiles_data();
     void brokenStructuresGiveSoundFiles();
     void deepStructureEnds();
@@ -261,23 +263,26 @@ void TestFidelityStructure::structureGoesWithItsLastElement()
 
 void TestFidelityStructure::pagesKeepTheKeysThatTheyShare()
 {
-    // Of the keys, 0 is one of two pages, 1 one of two annotations, and 2 that of an annotation
-    // that is on two pages.
+    // Of the keys, 0 is one of two pages, 1 one of two annotations, 2 that of an annotation that
+    // is on two pages, and 3 and 4 are those of annotations that share nothing but their element.
     FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
     document.addEntries("catalogue", "/StructTreeRoot {root}");
-    document.addEntries("page1", "/StructParents 0 /Annots [{note1} {shared}]");
-    document.addEntries("page2", "/StructParents 0 /Annots [{note2} {shared}]");
+    document.addEntries("page1", "/StructParents 0 /Annots [{note1} {shared} {own1}]");
+    document.addEntries("page2", "/StructParents 0 /Annots [{note2} {shared} {own2}]");
     const Bytes note = "<< /Type /Annot /Subtype /Text /Rect [20 20 40 40] /StructParent ";
     document.set("note1", note + "1 >>");
     document.set("note2", note + "1 >>");
     document.set("shared", note + "2 >>");
+    document.set("own1", note + "3 >>");
+    document.set("own2", note + "4 >>");
     document.set("root", "<< /Type /StructTreeRoot /K [{text1} {text2} {link}] /ParentTree << "
-                         "/Nums [0 [{text1} {text2}] 1 {link} 2 {link}] >> >>");
+                         "/Nums [0 [{text1} {text2}] 1 {link} 2 {link} 3 {link} 4 {link}] >> >>");
     document.set("text1", "<< /S /P /P {root} /Pg {page1} /K 0 /Alt (text1) >>");
     document.set("text2", "<< /S /P /P {root} /Pg {page2} /K 0 /Alt (text2) >>");
     document.set("link", "<< /S /Annot /P {root} /Alt (link) "
                          "/K [<< /Type /OBJR /Obj {note1} >> << /Type /OBJR /Obj {note2} >> "
-                         "<< /Type /OBJR /Obj {shared} >>] >>");
+                         "<< /Type /OBJR /Obj {shared} >> << /Type /OBJR /Obj {own1} >> "
+                         "<< /Type /OBJR /Obj {own2} >>] >>");
     FidelityCase test;
     test.add("MAIN", document.file());
     for (const int page : {1, 2}) {
@@ -285,9 +290,53 @@ void TestFidelityStructure::pagesKeepTheKeysThatTheyShare()
         QCOMPARE(elementTexts(saved->output()), QStringList({u"text%1"_s.arg(page), u"link"_s}));
         QPDFObjectHandle root = structure(saved->output());
         const auto keys = FidelityDocument::numbers(root.getKey("/ParentTree"));
-        QCOMPARE(keys.size(), std::size_t{3});
-        QCOMPARE(root.getKey("/K").getArrayItem(1).getKey("/K").getArrayNItems(), 2);
+        QCOMPARE(keys.size(), std::size_t{4});
+        QVERIFY(keys.contains(page + 2));
+        QCOMPARE(root.getKey("/K").getArrayItem(1).getKey("/K").getArrayNItems(), 3);
     }
+}
+
+void TestFidelityStructure::keysOfLinksThatAreGoneGoWithThem()
+{
+    // The element stays with the text that it holds besides the link.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root}");
+    document.addEntries("page1", "/StructParents 0 /Annots [{link}]");
+    document.set("link", "<< /Type /Annot /Subtype /Link /Rect [20 20 40 40] /StructParent 1 "
+                         "/Dest [{page2} /Fit] >>");
+    document.set("root", "<< /Type /StructTreeRoot /K {text} /ParentTree << /Nums [0 [{text}] "
+                         "1 {text}] >> >>");
+    document.set("text", "<< /S /P /P {root} /Pg {page1} /Alt (text) "
+                         "/K [0 << /Type /OBJR /Obj {link} >>] >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    for (const auto &[list, stays] : {std::pair{u"M1 M3"_s, false}, std::pair{u"M1 M2"_s, true}}) {
+        const auto saved = test.save(list);
+        QCOMPARE(elementTexts(saved->output()), QStringList{u"text"_s});
+        const auto keys =
+            FidelityDocument::numbers(structure(saved->output()).getKey("/ParentTree"));
+        QCOMPARE(keys.contains(0), true);
+        QCOMPARE(keys.contains(1), stays);
+    }
+}
+
+void TestFidelityStructure::keysThatLeadToNothingStayForPagesOnly()
+{
+    // The elements of page 1 say that they are on page 2, and key 7 is that of a form within it.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root}");
+    document.addEntries("page1", "/StructParents 0");
+    document.set("root", "<< /Type /StructTreeRoot /K [{text} {gone}] /ParentTree << /Nums "
+                         "[0 [{gone}] 7 [{gone} {gone}] 8 [{text} {gone}] 9 {gone}] >> >>");
+    document.set("text", "<< /S /P /P {root} /Pg {page1} /K 0 /Alt (text) >>");
+    document.set("gone", "<< /S /P /P {root} /Pg {page2} /K 0 /Alt (gone) >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    const auto saved = test.save(u"M1 M3"_s);
+    QCOMPARE(elementTexts(saved->output()), QStringList{u"text"_s});
+    const auto keys = FidelityDocument::numbers(structure(saved->output()).getKey("/ParentTree"));
+    QVERIFY(keys.contains(0) && keys.contains(8));
+    QCOMPARE(keys.size(), std::size_t{2});
 }
 
 void TestFidelityStructure::brokenStructuresGiveSoundFiles_data()
