@@ -84,6 +84,8 @@ private slots:
     void paintsSelectionHoverAndBox();
     void currentCardDoesNotLookChosen();
     void partLooksPressedOnlyWhileThePointerStaysOnIt();
+    void partOfALostReleaseLooksPressedNoLonger();
+    void partLooksPressedInItsModelOnly();
     void paintsInsertMarksOnlyInInsertMode();
     void marksOutOfViewAreNotPainted();
     void paintsSplitLines();
@@ -93,6 +95,9 @@ private slots:
     void everyPartOfADisabledGridIsPaler();
     void boxUnderThePointerIsLit();
     void markUnderThePointerOnlyIsLit();
+    void cardUnderAPressLooksPressed();
+    void binUnderThePointerIsRed();
+    void disabledGridShowsNoActionBar();
     void actionBarShowsItsIconsInOrder();
     void zoomButtonsShowTheirIcons();
     void zoomMovesTheHover();
@@ -199,6 +204,33 @@ void TestPdfPageManagerViewPainting::partLooksPressedOnlyWhileThePointerStaysOnI
         QCOMPARE(look(2), Theme::hover);
         QCOMPARE(look(0), Theme::white);
     }
+}
+
+void TestPdfPageManagerViewPainting::partOfALostReleaseLooksPressedNoLonger()
+{
+    ShownGrid shown(a4Pages(3));
+    const QPoint part = shown.barPartOf(1, 0);
+    const auto look = [&] { return shown.picture().pixelColor(part + QPoint(0, 13)); };
+    shown.moveTo(part);
+    shown.press(part);
+    QCOMPARE(look(), Theme::pressed);
+    // The button was let go over another window.
+    moveMouse(shown.list->viewport(), part + QPoint(1, 0), Qt::NoButton);
+    QCOMPARE(look(), Theme::hover);
+}
+
+void TestPdfPageManagerViewPainting::partLooksPressedInItsModelOnly()
+{
+    ShownGrid shown(a4Pages(3));
+    const QPoint part = shown.barPartOf(1, 0);
+    const auto look = [&] { return shown.picture().pixelColor(part + QPoint(0, 13)); };
+    shown.moveTo(part);
+    shown.press(part);
+    QCOMPARE(look(), Theme::pressed);
+    shown.view.setModel(nullptr);
+    shown.view.setModel(&shown.model);
+    QCoreApplication::processEvents();
+    QVERIFY(look() != Theme::pressed);
 }
 
 void TestPdfPageManagerViewPainting::paintsInsertMarksOnlyInInsertMode()
@@ -373,6 +405,53 @@ void TestPdfPageManagerViewPainting::markUnderThePointerOnlyIsLit()
         QCOMPARE(rowsLitIn(Theme::accentPressed), QList<int>());
         QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>{1});
     }
+}
+
+void TestPdfPageManagerViewPainting::cardUnderAPressLooksPressed()
+{
+    ShownGrid shown(a4Pages(3));
+    const auto look = [&shown](int row) {
+        return shown.picture().pixelColor(shown.cell(row).card.topLeft() + QPoint(10, 10));
+    };
+    const QPoint point = shown.cell(1).thumbnail.center();
+    shown.moveTo(point);
+    QCOMPARE(look(1), Theme::hover);
+    shown.press(point);
+    QCOMPARE(look(1), Theme::pressed);
+    QCOMPARE(look(0), Theme::white);
+    QCOMPARE(look(2), Theme::white);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCOMPARE(look(1), Theme::hover);
+}
+
+void TestPdfPageManagerViewPainting::binUnderThePointerIsRed()
+{
+    ShownGrid shown(a4Pages(3));
+    const auto look = [&shown](int part) {
+        return shown.picture().pixelColor(shown.barPartOf(1, part) + QPoint(0, 13));
+    };
+    for (const int part : {0, 1, 2, 3}) {
+        shown.moveTo(shown.barPartOf(1, part));
+        QCOMPARE(look(part), part == 3 ? QColor(0xFD, 0xEC, 0xEC) : Theme::hover);
+    }
+    shown.press(shown.barPartOf(1, 3));
+    QCOMPARE(look(3), QColor(0xFA, 0xD9, 0xD9));
+}
+
+void TestPdfPageManagerViewPainting::disabledGridShowsNoActionBar()
+{
+    ShownGrid shown(a4Pages(3));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 3);
+    const QRect bar = shown.cell(1).actionBar;
+    const auto holdsABar = [&] {
+        const QRect onThePage = bar.adjusted(40, 4, -40, -4);
+        return holdsColor(shown.picture(), onThePage, Theme::white);
+    };
+    QVERIFY(!holdsABar());
+    shown.moveTo(shown.cell(1).thumbnail.center());
+    QVERIFY(holdsABar());
+    shown.view.setEnabled(false);
+    QVERIFY(!holdsABar());
 }
 
 void TestPdfPageManagerViewPainting::actionBarShowsItsIconsInOrder()

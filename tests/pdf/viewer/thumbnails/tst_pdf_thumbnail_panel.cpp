@@ -88,6 +88,8 @@ private slots:
     void paintsCardImageCaptionAndStrip();
     void stripIsPaintedOnTheHoveredRowOnly();
     void stripShowsItsIconsInOrder();
+    void binUnderThePointerIsRed();
+    void cardUnderAPressLooksPressed();
     void waitingAndFailedPagesShowATextEach();
 };
 
@@ -635,6 +637,35 @@ void TestPdfThumbnailPanel::stripShowsItsIconsInOrder()
     QVERIFY(painted.at(0) != painted.at(1));
     QVERIFY(painted.at(1) != painted.at(2));
     QVERIFY(painted.at(2) != painted.at(0));
+}
+
+void TestPdfThumbnailPanel::binUnderThePointerIsRed()
+{
+    ShownPanel shown(a4Pages(2));
+    const auto look = [&shown](int part) {
+        return shown.picture().pixelColor(shown.stripPart(1, part) + QPoint(0, 13));
+    };
+    for (const int part : {0, 1, 2}) {
+        shown.moveTo(shown.stripPart(1, part));
+        QCOMPARE(look(part), part == 2 ? QColor(0xFD, 0xEC, 0xEC) : Theme::hover);
+    }
+    QTest::mousePress(shown.list->viewport(), Qt::LeftButton, {}, shown.stripPart(1, 2));
+    QCOMPARE(look(2), QColor(0xFA, 0xD9, 0xD9));
+}
+
+void TestPdfThumbnailPanel::cardUnderAPressLooksPressed()
+{
+    ShownPanel shown(a4Pages(3));
+    const auto look = [&shown](int row) {
+        const QRect card = thumbnailRowGeometry(shown.itemAt(row)).card;
+        return shown.picture().pixel(card.topLeft() + QPoint(8, 8));
+    };
+    shown.moveTo(shown.cardCentre(1));
+    QCOMPARE(look(1), Theme::hover.rgb());
+    QTest::mousePress(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(1));
+    QCOMPARE(look(1), Theme::accentTint.darker(104).rgb());
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(1));
+    QCOMPARE(look(1), Theme::accentTint.rgb());
 }
 
 void TestPdfThumbnailPanel::waitingAndFailedPagesShowATextEach()
