@@ -44,6 +44,7 @@ private slots:
     void twoRowsAboveAndFourBelowTheViewAreRequested();
     void rowsScrolledIntoViewOvertakeTheBackgroundPass();
     void scrollingRequestsTheRowsInView();
+    void higherPanelRequestsTheRowsInView();
     void currentPageRequestsTheRowsInView();
     void overtakenResultIsDropped();
     void rotatedPageGetsANewThumbnail();
@@ -170,6 +171,23 @@ void TestPdfThumbnailPanelImages::scrollingRequestsTheRowsInView()
     shown.list->verticalScrollBar()->setValue(shown.list->verticalScrollBar()->maximum());
     QTRY_VERIFY(shown.thumbnail(1999));
     QVERIFY(shown.panel.thumbnails().heldCount() < 100);
+}
+
+void TestPdfThumbnailPanelImages::higherPanelRequestsTheRowsInView()
+{
+    ShownPanel shown({}, {210, panelHeightForRows(2)});
+    shown.probe.hold();
+    // The rows in view only.
+    generationTimer(shown.panel)->blockSignals(true);
+    shown.model.setPages(recordsOfSizes(a4Pages(100)), false);
+    QTRY_VERIFY(shown.panel.thumbnails().pendingCount() > 0);
+    const auto isPending = [&shown](int row) {
+        return shown.panel.thumbnails().isPending(shown.model.pageAt(row)->id);
+    };
+    QVERIFY(!isPending(9));
+    shown.panel.resize(210, panelHeightForRows(10));
+    QTRY_VERIFY(isPending(9));
+    QVERIFY(!isPending(20));
 }
 
 void TestPdfThumbnailPanelImages::currentPageRequestsTheRowsInView()
