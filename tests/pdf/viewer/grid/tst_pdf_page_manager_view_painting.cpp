@@ -13,6 +13,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -85,7 +86,6 @@ private slots:
     void currentCardDoesNotLookChosen();
     void partLooksPressedOnlyWhileThePointerStaysOnIt();
     void partOfALostReleaseLooksPressedNoLonger();
-    void partLooksPressedInItsModelOnly();
     void paintsInsertMarksOnlyInInsertMode();
     void marksOutOfViewAreNotPainted();
     void paintsSplitLines();
@@ -95,12 +95,15 @@ private slots:
     void everyPartOfADisabledGridIsPaler();
     void boxUnderThePointerIsLit();
     void markUnderThePointerOnlyIsLit();
+    void restingPointerSeesTheMarksComeAndGo();
     void cardUnderAPressLooksPressed();
     void binUnderThePointerIsRed();
     void disabledGridShowsNoActionBar();
     void actionBarShowsItsIconsInOrder();
     void zoomButtonsShowTheirIcons();
     void zoomMovesTheHover();
+    void whatChangesIsPaintedAnew_data();
+    void whatChangesIsPaintedAnew();
     void pointerMovesOnTheSamePlaceRepaintNothing();
 };
 
@@ -217,20 +220,6 @@ void TestPdfPageManagerViewPainting::partOfALostReleaseLooksPressedNoLonger()
     // The button was let go over another window.
     moveMouse(shown.list->viewport(), part + QPoint(1, 0), Qt::NoButton);
     QCOMPARE(look(), Theme::hover);
-}
-
-void TestPdfPageManagerViewPainting::partLooksPressedInItsModelOnly()
-{
-    ShownGrid shown(a4Pages(3));
-    const QPoint part = shown.barPartOf(1, 0);
-    const auto look = [&] { return shown.picture().pixelColor(part + QPoint(0, 13)); };
-    shown.moveTo(part);
-    shown.press(part);
-    QCOMPARE(look(), Theme::pressed);
-    shown.view.setModel(nullptr);
-    shown.view.setModel(&shown.model);
-    QCoreApplication::processEvents();
-    QVERIFY(look() != Theme::pressed);
 }
 
 void TestPdfPageManagerViewPainting::paintsInsertMarksOnlyInInsertMode()
@@ -407,6 +396,36 @@ void TestPdfPageManagerViewPainting::markUnderThePointerOnlyIsLit()
     }
 }
 
+void TestPdfPageManagerViewPainting::restingPointerSeesTheMarksComeAndGo()
+{
+    ShownGrid shown(a4Pages(6));
+    const QRect insertZone = shown.cell(1).insertZone;
+    const auto isLit = [&shown](const QRect &zone) {
+        return holdsColor(shown.picture(), zone, Theme::accentHover);
+    };
+    const auto cursor = [&shown] { return shown.list->viewport()->cursor().shape(); };
+    shown.moveTo(insertZone.center());
+    QCOMPARE(cursor(), Qt::ArrowCursor);
+    shown.view.setWorkspaceMode(kInsertMode);
+    QVERIFY(isLit(insertZone));
+    QCOMPARE(cursor(), Qt::PointingHandCursor);
+    shown.view.setWorkspaceMode(kNormalMode);
+    QVERIFY(!isLit(insertZone));
+    QCOMPARE(cursor(), Qt::ArrowCursor);
+
+    const QRect gap = shown.cell(1).splitZone;
+    shown.view.setWorkspaceMode(kSplitMode);
+    shown.moveTo(gap.center());
+    QVERIFY(isLit(gap));
+    QCOMPARE(cursor(), Qt::PointingHandCursor);
+    shown.view.setEveryPageSplit(true);
+    QVERIFY(!isLit(gap));
+    QCOMPARE(cursor(), Qt::ArrowCursor);
+    shown.view.setEveryPageSplit(false);
+    QVERIFY(isLit(gap));
+    QCOMPARE(cursor(), Qt::PointingHandCursor);
+}
+
 void TestPdfPageManagerViewPainting::cardUnderAPressLooksPressed()
 {
     ShownGrid shown(a4Pages(3));
@@ -521,6 +540,39 @@ void TestPdfPageManagerViewPainting::zoomMovesTheHover()
     shown.slider->setValue(80);
     QTRY_COMPARE(look(5), Theme::hover);
     QCOMPARE(look(0), Theme::white);
+}
+
+void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew_data()
+{
+    using Change = std::function<void(ShownGrid &)>;
+    QTest::addColumn<Change>("change");
+    QTest::newRow("mode") << Change(
+        [](ShownGrid &shown) { shown.view.setWorkspaceMode(kInsertMode); });
+    QTest::newRow("every page split") << Change(
+        [](ShownGrid &shown) { shown.view.setEveryPageSplit(true); });
+    QTest::newRow("split point") << Change(
+        [](ShownGrid &shown) { shown.press(shown.cell(2).splitZone.center()); });
+    QTest::newRow("chosen page") << Change(
+        [](ShownGrid &shown) { shown.model.setPageSelected(2, true); });
+    QTest::newRow("all pages chosen") << Change([](ShownGrid &shown) { shown.model.selectAll(); });
+    QTest::newRow("turned page") << Change(
+        [](ShownGrid &shown) { shown.model.rotatePages({2}, 90); });
+    QTest::newRow("model taken away") << Change(
+        [](ShownGrid &shown) { shown.view.setModel(nullptr); });
+}
+
+void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew()
+{
+    QFETCH(const std::function<void(ShownGrid &)>, change);
+    ShownGrid shown(a4Pages(5));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 5);
+    shown.view.setWorkspaceMode(kSplitMode);
+    QTest::qWait(50);
+    const PaintCounter paints(shown.list->viewport());
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count(), 0);
+    change(shown);
+    QTRY_VERIFY(paints.count() > 0);
 }
 
 void TestPdfPageManagerViewPainting::pointerMovesOnTheSamePlaceRepaintNothing()

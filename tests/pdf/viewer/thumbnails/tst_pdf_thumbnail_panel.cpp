@@ -79,6 +79,7 @@ private slots:
     void currentPageSurvivesUndo();
     void undoLeavesTheListWhereItWasScrolledTo();
     void newDocumentBeginsAtItsFirstPage();
+    void panelBeginsAnewWithItsModel();
     void removedCurrentPageLeavesASelectedOne();
     void checkStateIsNotToggledByClicks();
     void chooseInsertsBehindTheLastPage();
@@ -468,6 +469,17 @@ void TestPdfThumbnailPanel::newDocumentBeginsAtItsFirstPage()
     shown.model.setPages(records, false);
     QTRY_COMPARE(shown.list->currentIndex().row(), 0);
     QVERIFY(shown.list->viewport()->rect().contains(shown.cardCentre(0)));
+}
+
+void TestPdfThumbnailPanel::panelBeginsAnewWithItsModel()
+{
+    ShownPanel shown(a4Pages(6));
+    shown.panel.setCurrentPage(4);
+    shown.panel.setModel(nullptr);
+    shown.panel.setModel(&shown.model);
+    shown.model.setPages(recordsOfSizes(a4Pages(6)), false);
+    QTRY_COMPARE(shown.list->currentIndex().row(), 0);
+    QVERIFY(shown.list->selectionModel()->isSelected(shown.model.index(0)));
 }
 
 void TestPdfThumbnailPanel::removedCurrentPageLeavesASelectedOne()
