@@ -22,6 +22,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -147,8 +148,7 @@ void TestHomePage::headerShowsTheProgram()
 {
     const auto *title = m_page->findChild<QLabel *>(QStringLiteral("homeTitle"));
     QCOMPARE(title->text(), QStringLiteral("Quillora"));
-    const QImage logo =
-        pictureOf(QIcon(QStringLiteral(":/res/icons/modern/logo.png")), 48);
+    const QImage logo = pictureOf(QIcon(QStringLiteral(":/res/icons/modern/logo.png")), 48);
     QVERIFY(!logo.isNull());
     const auto labels = title->parentWidget()->findChildren<QLabel *>();
     QVERIFY(std::any_of(labels.begin(), labels.end(), [&logo](const QLabel *label) {
@@ -179,16 +179,16 @@ void TestHomePage::cardsStandInTheOrderOfTheTools()
 void TestHomePage::cardsShowTheLargeIcons()
 {
     const QList<QToolButton *> shown = cards();
-    const QStringList names{
-        QStringLiteral("compress"), QStringLiteral("convert"), QStringLiteral("convert"),
-        QStringLiteral("image"),    QStringLiteral("image"),   QStringLiteral("decrypt"),
-        QStringLiteral("encrypt"),  QStringLiteral("merge")};
+    const QStringList names{QStringLiteral("compress"), QStringLiteral("convert"),
+                            QStringLiteral("convert"),  QStringLiteral("image"),
+                            QStringLiteral("image"),    QStringLiteral("decrypt"),
+                            QStringLiteral("encrypt"),  QStringLiteral("merge")};
     QCOMPARE(shown.size(), names.size());
     for (qsizetype i = 0; i < names.size(); ++i) {
         const QIcon icon = shown.at(i)->icon();
         QCOMPARE(shown.at(i)->iconSize(), QSize(32, 32));
-        QVERIFY(showsIcon(icon, QStringLiteral(":/res/icons/modern/%1-big.png").arg(names.at(i)),
-                          32));
+        QVERIFY(
+            showsIcon(icon, QStringLiteral(":/res/icons/modern/%1-big.png").arg(names.at(i)), 32));
         QVERIFY(!showsIcon(icon, QStringLiteral(":/res/icons/modern/%1.png").arg(names.at(i)), 32));
     }
 }
@@ -236,8 +236,8 @@ void TestHomePage::rowShowsNameAboveFolder()
     m_page->recordFile(createFile(QStringLiteral("row.pdf")));
     const QImage row = firstRow();
     QCOMPARE(row.height(), 52);
-    QVERIFY(showsIcon(list()->item(0)->icon(), QStringLiteral(":/res/icons/modern/file-pdf.png"),
-                      28));
+    QVERIFY(
+        showsIcon(list()->item(0)->icon(), QStringLiteral(":/res/icons/modern/file-pdf.png"), 28));
     const QRect icon(12, 12, 28, 28);
     QImage expected = row.copy(icon);
     expected.fill(row.pixelColor(0, 0));

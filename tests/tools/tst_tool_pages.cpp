@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 
@@ -61,10 +62,9 @@ void TestToolPages::pageSaysWhatItIsFor_data()
     QTest::newRow("to Office") << NewPage([] { return new PdfToOfficePage; })
                                << QStringLiteral("convert") << QStringLiteral("PDF转为Office")
                                << QStringLiteral("将 PDF 转换为可编辑的 Office 文档。");
-    QTest::newRow("from Office")
-        << NewPage([] { return new OfficeToPdfPage; }) << QStringLiteral("convert")
-        << QStringLiteral("Office转为PDF")
-        << QStringLiteral("将 Word、PowerPoint 和 Excel 文件转换为 PDF");
+    QTest::newRow("from Office") << NewPage([] { return new OfficeToPdfPage; })
+                                 << QStringLiteral("convert") << QStringLiteral("Office转为PDF")
+                                 << QStringLiteral("将 Word、PowerPoint 和 Excel 文件转换为 PDF");
     QTest::newRow("from images") << NewPage([] { return new ImageToPdfPage; })
                                  << QStringLiteral("image") << QStringLiteral("图像转PDF")
                                  << QStringLiteral("将图像合成为 PDF 文件。");
@@ -89,14 +89,12 @@ void TestToolPages::pageSaysWhatItIsFor()
     const std::unique_ptr<QWidget> page(newPage());
     QTEST(textOf(*page, QStringLiteral("toolTitle")), "title");
     QTEST(textOf(*page, QStringLiteral("toolDescription")), "description");
-    const QImage picture =
-        pictureOf(QStringLiteral(":/res/icons/modern/%1-big.png").arg(icon), 64);
+    const QImage picture = pictureOf(QStringLiteral(":/res/icons/modern/%1-big.png").arg(icon), 64);
     QVERIFY(!picture.isNull());
     const auto labels = page->findChildren<QLabel *>();
-    QCOMPARE(std::count_if(labels.begin(), labels.end(),
-                           [&picture](const QLabel *label) {
-                               return label->pixmap().toImage() == picture;
-                           }),
+    QCOMPARE(std::count_if(
+                 labels.begin(), labels.end(),
+                 [&picture](const QLabel *label) { return label->pixmap().toImage() == picture; }),
              1);
 }
 

@@ -195,8 +195,8 @@ void TestFidelityStructure::elementsAreOnTheirPages_data()
     QTest::newRow("of one further up") << onPage2 << none << Bytes("/K 0");
     QTest::newRow("of the nearest element") << onPage1 << onPage2 << Bytes("/K [0]");
     QTest::newRow("of its own below another") << onPage1 << onPage1 << onPage2 + " /K [0]";
-    QTest::newRow("content of the element") << none << none
-                                            << onPage2 + " /K << /Type /MCR /MCID 0 >>";
+    QTest::newRow("content of the element")
+        << none << none << onPage2 + " /K << /Type /MCR /MCID 0 >>";
     QTest::newRow("content of the element above")
         << onPage2 << none << Bytes("/K << /Type /MCR /MCID 0 >>");
     QTest::newRow("content of a page of its own")

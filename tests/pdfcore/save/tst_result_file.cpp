@@ -4,6 +4,7 @@
 #include "tests/pdfcore/engine_calls.h"
 #include "tests/support/pdf_fixture.h"
 
+#include <QFile>
 #include <QTest>
 
 using namespace EngineCalls;

@@ -118,6 +118,11 @@ private slots:
     void cardHasTheColorsOfItsState();
     void cardIsRoundedAndItsBorderInside();
     void captionOfAChosenCardIsInTheAccent();
+    void captionIsBold();
+    void waitingTextIsBrokenIntoLines();
+    void pageOfItsSizeIsDrawnPixelByPixel_data();
+    void pageOfItsSizeIsDrawnPixelByPixel();
+    void pageOfAnotherSizeIsScaledSmoothly();
     void selectionBoxShowsItsState_data() { addPartStates(); }
     void selectionBoxShowsItsState();
     void insertMarkerShowsItsState_data() { addPartStates(); }
@@ -191,20 +196,127 @@ void TestPageCardPainter::captionOfAChosenCardIsInTheAccent()
 {
     for (const bool chosen : {false, true}) {
         const CardState state{.selected = chosen};
-        const QImage image = drawn([&](QPainter &painter) {
-            drawCaption(painter, kCard, kText, painter.font(), state);
-        });
+        const QImage image = drawn(
+            [&](QPainter &painter) { drawCaption(painter, kCard, kText, painter.font(), state); });
         QCOMPARE(pixelsLike(image, kCard, Theme::accent) > 0, chosen);
         QCOMPARE(pixelsLike(image, kCard, Theme::textSecondary) > 0, !chosen);
     }
+}
+
+void TestPageCardPainter::captionIsBold()
+{
+    const QImage image =
+        drawn([](QPainter &painter) { drawCaption(painter, kCard, kText, painter.font(), {}); });
+    const QImage expected = drawn([](QPainter &painter) {
+        QFont font = painter.font();
+        font.setPixelSize(12);
+        font.setBold(true);
+        painter.setFont(font);
+        painter.setPen(Theme::textSecondary);
+        painter.drawText(kCard, Qt::AlignCenter, kText);
+    });
+    QCOMPARE(image, expected);
+}
+
+void TestPageCardPainter::waitingTextIsBrokenIntoLines()
+{
+    const auto heightOfInk = [](const QString &text) {
+        const QImage image = drawn([&text](QPainter &painter) {
+            drawWaitingPage(painter, kCard, {150, 110}, text, painter.font(), {});
+        });
+        int first = kCanvas.height();
+        int last = 0;
+        for (int y = kCard.top() + 10; y <= kCard.bottom() - 10; ++y) {
+            const QRect line(kCard.left() + 10, y, kCard.width() - 20, 1);
+            if (pixelsLike(image, line, Theme::textMuted) > 0) {
+                first = std::min(first, y);
+                last = std::max(last, y);
+            }
+        }
+        return last - first + 1;
+    };
+    const int oneLine = heightOfInk(kText);
+    QVERIFY(oneLine > 0 && oneLine < 16);
+    QVERIFY(heightOfInk(QString(kText + u' ').repeated(12)) > 20);
+}
+
+void TestPageCardPainter::pageOfItsSizeIsDrawnPixelByPixel_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<double>("ratioOfTheImage");
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        for (const QSize &size : {QSize(100, 80), QSize(101, 81), QSize(97, 60)}) {
+            QTest::addRow("%dx%d at %g", size.width(), size.height(), ratio)
+                << size << ratio << 1.0;
+        }
+    }
+    QTest::newRow("image for a finer screen") << QSize(100, 80) << 1.0 << 2.0;
+}
+
+void TestPageCardPainter::pageOfItsSizeIsDrawnPixelByPixel()
+{
+    QFETCH(const QSize, size);
+    QFETCH(const double, ratio);
+    QFETCH(const double, ratioOfTheImage);
+    QImage page(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            page.setPixelColor(x, y, (x + y) % 2 == 0 ? Qt::red : Qt::blue);
+        }
+    }
+    QImage shown = page;
+    shown.setDevicePixelRatio(ratioOfTheImage);
+    QImage image(kCanvas * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::black);
+    {
+        QPainter painter(&image);
+        drawPage(painter, kCard, size, shown, {});
+    }
+    image.setDevicePixelRatio(1.0);
+    QPoint corner(-1, -1);
+    for (int y = image.height() - 1; y >= 0; --y) {
+        for (int x = image.width() - 1; x >= 0; --x) {
+            const QColor color = image.pixelColor(x, y);
+            corner = color == QColor(Qt::red) || color == QColor(Qt::blue) ? QPoint(x, y) : corner;
+        }
+    }
+    QCOMPARE(image.copy(QRect(corner, size)), page);
+    // The border lies close around it.
+    for (const QPoint &beside :
+         {QPoint(-1, 10), QPoint(size.width(), 10), QPoint(10, -1), QPoint(10, size.height())}) {
+        QCOMPARE(image.pixelColor(corner + beside), Theme::borderStrong);
+    }
+}
+
+void TestPageCardPainter::pageOfAnotherSizeIsScaledSmoothly()
+{
+    QImage page(50, 40, QImage::Format_RGB32);
+    for (int x = 0; x < page.width(); ++x) {
+        for (int y = 0; y < page.height(); ++y) {
+            page.setPixelColor(x, y, x < 25 ? Qt::white : Qt::black);
+        }
+    }
+    const QImage image = drawn([&page](QPainter &painter) {
+        drawPage(painter, kCard, {100, 80}, page, {});
+    });
+    const int y = kCard.center().y();
+    QCOMPARE(image.pixelColor(55, y), QColor(Qt::white));
+    QCOMPARE(image.pixelColor(145, y), QColor(Qt::black));
+    int between = 0;
+    for (int x = 95; x < 105; ++x) {
+        const int lightness = image.pixelColor(x, y).lightness();
+        between += lightness > 20 && lightness < 235 ? 1 : 0;
+    }
+    QVERIFY(between > 0);
 }
 
 void TestPageCardPainter::selectionBoxShowsItsState()
 {
     QFETCH(const PartState, state);
     QFETCH(const QColor, color);
-    const QImage image =
-        drawn([&](QPainter &painter) { drawSelectionBox(painter, kZone, state); });
+    const QImage image = drawn([&](QPainter &painter) { drawSelectionBox(painter, kZone, state); });
     // A box of 20 in a zone of 28.
     const QRect box = kZone.adjusted(4, 4, -4, -4);
     const QColor edge = image.pixelColor(box.left(), box.center().y());
@@ -296,8 +408,8 @@ void TestPageCardPainter::actionBarShowsWhatIsUnderThePointer()
     QFETCH(const int, pressed);
     QFETCH(const QList<QColor>, fills);
     const QList<Action> actions{{QIcon()}, {QIcon()}, {QIcon(), true}};
-    const QImage image = drawn(
-        [&](QPainter &painter) { drawActionBar(painter, kBar, actions, hovered, pressed); });
+    const QImage image =
+        drawn([&](QPainter &painter) { drawActionBar(painter, kBar, actions, hovered, pressed); });
     for (int part = 0; part < 3; ++part) {
         const QRect rect = barPart(kBar, 3, part);
         QCOMPARE(image.pixelColor(rect.center()), fills.at(part));
@@ -357,9 +469,8 @@ void TestPageCardPainter::whatIsDraggedOrDisabledIsPaler_data()
 {
     using Draw = std::function<void(QPainter &, const CardState &)>;
     QTest::addColumn<Draw>("draw");
-    QTest::newRow("card") << Draw([](QPainter &painter, const CardState &state) {
-        drawCard(painter, kCard, state);
-    });
+    QTest::newRow("card") << Draw(
+        [](QPainter &painter, const CardState &state) { drawCard(painter, kCard, state); });
     QTest::newRow("page") << Draw([](QPainter &painter, const CardState &state) {
         QImage page(100, 80, QImage::Format_RGB32);
         page.fill(Qt::white);
@@ -390,15 +501,13 @@ void TestPageCardPainter::disabledPartsArePaler_data()
 {
     using Draw = std::function<void(QPainter &, const PartState &)>;
     QTest::addColumn<Draw>("draw");
-    QTest::newRow("selection box") << Draw([](QPainter &painter, const PartState &state) {
-        drawSelectionBox(painter, kZone, state);
-    });
+    QTest::newRow("selection box") << Draw(
+        [](QPainter &painter, const PartState &state) { drawSelectionBox(painter, kZone, state); });
     QTest::newRow("insert marker") << Draw([](QPainter &painter, const PartState &state) {
         drawInsertMarker(painter, kZone, kGap, state);
     });
-    QTest::newRow("split line") << Draw([](QPainter &painter, const PartState &state) {
-        drawSplitLine(painter, kGap, state);
-    });
+    QTest::newRow("split line") << Draw(
+        [](QPainter &painter, const PartState &state) { drawSplitLine(painter, kGap, state); });
 }
 
 void TestPageCardPainter::disabledPartsArePaler()
@@ -406,9 +515,8 @@ void TestPageCardPainter::disabledPartsArePaler()
     QFETCH(const std::function<void(QPainter &, const PartState &)>, draw);
     for (const bool on : {false, true}) {
         const auto darkestOf = [&](bool enabled) {
-            const QImage image = drawn([&](QPainter &painter) {
-                draw(painter, {.on = on, .enabled = enabled});
-            });
+            const QImage image =
+                drawn([&](QPainter &painter) { draw(painter, {.on = on, .enabled = enabled}); });
             return darkestIn(image, image.rect());
         };
         QVERIFY(darkestOf(false) > darkestOf(true) + 15);

@@ -478,10 +478,9 @@ void TestPdfPageManagerViewPainting::actionBarShowsItsIconsInOrder()
     ShownGrid shown(a4Pages(2));
     shown.moveTo(shown.cell(0).card.topLeft() + QPoint(10, 10));
     const QImage picture = shown.picture().convertToFormat(QImage::Format_RGB32);
-    const QStringList icons{QStringLiteral("pdfviewer/expand"),
-                            QStringLiteral("pdfviewer/duplicate"),
-                            QStringLiteral("pdfviewer/rotate-right"),
-                            QStringLiteral("modern/trash")};
+    const QStringList icons{
+        QStringLiteral("pdfviewer/expand"), QStringLiteral("pdfviewer/duplicate"),
+        QStringLiteral("pdfviewer/rotate-right"), QStringLiteral("modern/trash")};
     QList<QImage> painted;
     for (int part = 0; part < 4; ++part) {
         constexpr QSize kIconSize(20, 20);
@@ -518,7 +517,13 @@ void TestPdfPageManagerViewPainting::zoomButtonsShowTheirIcons()
     QVERIFY(pictures.at(0) != pictures.at(1));
     const auto *in = shown.view.findChild<QToolButton *>(icons.at(1).first);
     const auto *out = shown.view.findChild<QToolButton *>(icons.at(0).first);
-    QVERIFY(out->x() < shown.slider->x() && shown.slider->x() < in->x());
+    // In every language.
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        shown.view.setLayoutDirection(direction);
+        QCoreApplication::processEvents();
+        QVERIFY(out->x() < shown.slider->x() && shown.slider->x() < in->x());
+        QCOMPARE(shown.slider->layoutDirection(), Qt::LeftToRight);
+    }
     QCOMPARE(out->toolTip(), QStringLiteral("缩小"));
     QCOMPARE(in->toolTip(), QStringLiteral("放大"));
 }
@@ -548,8 +553,8 @@ void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew_data()
     QTest::addColumn<Change>("change");
     QTest::newRow("mode") << Change(
         [](ShownGrid &shown) { shown.view.setWorkspaceMode(kInsertMode); });
-    QTest::newRow("every page split") << Change(
-        [](ShownGrid &shown) { shown.view.setEveryPageSplit(true); });
+    QTest::newRow("every page split")
+        << Change([](ShownGrid &shown) { shown.view.setEveryPageSplit(true); });
     QTest::newRow("split point") << Change(
         [](ShownGrid &shown) { shown.press(shown.cell(2).splitZone.center()); });
     QTest::newRow("chosen page") << Change(
@@ -557,8 +562,8 @@ void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew_data()
     QTest::newRow("all pages chosen") << Change([](ShownGrid &shown) { shown.model.selectAll(); });
     QTest::newRow("turned page") << Change(
         [](ShownGrid &shown) { shown.model.rotatePages({2}, 90); });
-    QTest::newRow("model taken away") << Change(
-        [](ShownGrid &shown) { shown.view.setModel(nullptr); });
+    QTest::newRow("model taken away")
+        << Change([](ShownGrid &shown) { shown.view.setModel(nullptr); });
 }
 
 void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew()

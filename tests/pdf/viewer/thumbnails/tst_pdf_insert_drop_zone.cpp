@@ -10,6 +10,10 @@
 #include <QUrl>
 #include <QWindow>
 
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
 namespace {
 
 /// Lets a drag of `data` enter the zone; true if it was taken.
@@ -70,6 +74,8 @@ private slots:
     void highlightChangesTheLook();
     void hoverChangesTheLook();
     void longTextIsBrokenIntoLines();
+    void iconStandsAboveTheText();
+    void disabledZoneIsPaler();
 };
 
 void TestPdfInsertDropZone::hasItsShape()
@@ -236,6 +242,49 @@ void TestPdfInsertDropZone::longTextIsBrokenIntoLines()
         QCOMPARE(image.pixelColor(4, y), QColor(0xEE, 0xF2, 0xFF));
         QCOMPARE(image.pixelColor(155, y), QColor(0xEE, 0xF2, 0xFF));
     }
+}
+
+void TestPdfInsertDropZone::iconStandsAboveTheText()
+{
+    PdfInsertDropZone zone;
+    zone.resize(200, 152);
+    const QImage with = zone.grab().toImage();
+    zone.setIcon(QIcon());
+    const QImage without = zone.grab().toImage();
+    QRect icon;
+    for (int y = 0; y < with.height(); ++y) {
+        for (int x = 0; x < with.width(); ++x) {
+            if (with.pixel(x, y) != without.pixel(x, y)) {
+                icon |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    QVERIFY(!icon.isEmpty());
+    QVERIFY(icon.width() <= 28 && icon.height() <= 28);
+    QVERIFY(std::abs(icon.center().x() - zone.rect().center().x()) <= 3);
+    QVERIFY(icon.bottom() < zone.rect().center().y());
+}
+
+void TestPdfInsertDropZone::disabledZoneIsPaler()
+{
+    PdfInsertDropZone zone;
+    zone.resize(200, 152);
+    const auto darkest = [&zone](const QRect &rect) {
+        const QImage image = zone.grab(rect).toImage();
+        int lightness = 255;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                lightness = std::min(lightness, image.pixelColor(x, y).lightness());
+            }
+        }
+        return lightness;
+    };
+    const QRect icon(80, 30, 40, 40);
+    const QRect text(20, 85, 160, 50);
+    const std::pair enabled(darkest(icon), darkest(text));
+    zone.setEnabled(false);
+    QVERIFY(darkest(icon) > enabled.first + 15);
+    QVERIFY(darkest(text) > enabled.second + 15);
 }
 
 QTEST_MAIN(TestPdfInsertDropZone)

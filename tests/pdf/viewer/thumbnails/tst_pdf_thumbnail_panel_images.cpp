@@ -47,6 +47,7 @@ private slots:
     void higherPanelRequestsTheRowsInView();
     void currentPageRequestsTheRowsInView();
     void overtakenResultIsDropped();
+    void failedPageIsTriedAgainWhenItComesBack();
     void rotatedPageGetsANewThumbnail();
     void undoOfARotationGetsTheOldThumbnail();
     void undoKeepsTheThumbnailsOfUnchangedPages();
@@ -216,6 +217,20 @@ void TestPdfThumbnailPanelImages::overtakenResultIsDropped()
     QTRY_COMPARE(rendered.size(), 2);
     QCOMPARE(shown.thumbnail(0)->size(), QSize(136, 96));
     QCOMPARE(shown.panel.thumbnails().heldCount(), 1);
+}
+
+void TestPdfThumbnailPanelImages::failedPageIsTriedAgainWhenItComesBack()
+{
+    ShownPanel shown({});
+    generationTimer(shown.panel)->blockSignals(true);
+    shown.probe.setFailing(0, true);
+    shown.model.setPages(recordsOfSizes(a4Pages(200)), false);
+    QTRY_VERIFY(shown.panel.thumbnails().hasFailed(1));
+    shown.probe.setFailing(0, false);
+    shown.list->verticalScrollBar()->setValue(shown.list->verticalScrollBar()->maximum());
+    QTRY_VERIFY(shown.thumbnail(199));
+    shown.list->verticalScrollBar()->setValue(0);
+    QTRY_VERIFY(shown.thumbnail(0));
 }
 
 void TestPdfThumbnailPanelImages::rotatedPageGetsANewThumbnail()
