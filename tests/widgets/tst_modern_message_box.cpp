@@ -93,6 +93,7 @@ private slots:
     void cleanup();
 
     void defaultOptionsAreAnInformationBoxWithOneButton();
+    void boxIsNamedByItsTitle();
     void boxIsModalFramelessAndTranslucent();
     void cardHasAShadow();
     void emptyTextsHaveNoLabels();
@@ -117,6 +118,11 @@ private slots:
     void backdropCoversTheWindowWhileTheBoxIsShown();
     void backdropOfANestedParentCoversTheTopLevelWindow();
     void backdropGoesWithADeletedBox();
+    void backdropIsUnseenAsSoonAsItsBoxCloses_data();
+    void backdropIsUnseenAsSoonAsItsBoxCloses();
+    void boxThatIsShownAgainHasABackdropAgain();
+    void boxThatIsShownAgainForgetsItsAnswer();
+    void backdropHasTheShapeOfItsWindow();
     void boxWithoutParentHasNoBackdropAndIsCentredOnItsScreen();
     void boxIsCentredOnItsWindow();
     void widthStaysInItsLimits_data();
@@ -161,6 +167,12 @@ void TestModernMessageBox::defaultOptionsAreAnInformationBoxWithOneButton()
     const ModernMessageBox box(options);
     QCOMPARE(buttonsOf(box), QStringList{kConfirm});
     QCOMPARE(box.result(), 0);
+}
+
+void TestModernMessageBox::boxIsNamedByItsTitle()
+{
+    const ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    QCOMPARE(box.windowTitle(), QStringLiteral("保存修改"));
 }
 
 void TestModernMessageBox::boxIsModalFramelessAndTranslucent()
@@ -454,6 +466,70 @@ void TestModernMessageBox::backdropGoesWithADeletedBox()
     QVERIFY(backdropOf(*m_window));
     box.reset();
     QTRY_VERIFY(!backdropOf(*m_window));
+}
+
+void TestModernMessageBox::backdropIsUnseenAsSoonAsItsBoxCloses_data()
+{
+    QTest::addColumn<std::function<void(ModernMessageBox *)>>("close");
+    using Close = std::function<void(ModernMessageBox *)>;
+    QTest::newRow("answered") << Close([](ModernMessageBox *box) { box->accept(); });
+    QTest::newRow("cancelled") << Close([](ModernMessageBox *box) { box->reject(); });
+    QTest::newRow("hidden") << Close([](ModernMessageBox *box) { box->hide(); });
+    QTest::newRow("deleted") << Close([](ModernMessageBox *box) { delete box; });
+}
+
+void TestModernMessageBox::backdropIsUnseenAsSoonAsItsBoxCloses()
+{
+    // What follows a question, as a save, may begin without a turn of the event loop.
+    QFETCH(const std::function<void(ModernMessageBox *)>, close);
+    m_window->setStyleSheet(QStringLiteral("QWidget { background: #FFFFFF; }"));
+    const QPointer<ModernMessageBox> box(
+        new ModernMessageBox(optionsWithAllButtons(), m_window.get()));
+    box->show();
+    QVERIFY(m_window->grab().toImage().pixelColor(5, 5) != QColor(Qt::white));
+    close(box);
+    QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), QColor(Qt::white));
+    delete box;
+}
+
+void TestModernMessageBox::boxThatIsShownAgainHasABackdropAgain()
+{
+    ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    m_window->setStyleSheet(QStringLiteral("QWidget { background: #FFFFFF; }"));
+    box.show();
+    const QColor darkened = m_window->grab().toImage().pixelColor(5, 5);
+    box.hide();
+    box.show();
+    QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), darkened);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(m_window->grab().toImage().pixelColor(5, 5), darkened);
+    QCOMPARE(m_window->findChildren<QWidget *>(QStringLiteral("modalBackdrop")).size(), 1);
+}
+
+void TestModernMessageBox::boxThatIsShownAgainForgetsItsAnswer()
+{
+    ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    box.show();
+    QTest::mouseClick(buttonOf(box, kDiscard), Qt::LeftButton);
+    QCOMPARE(box.result(), 2);
+    box.show();
+    QTest::keyClick(&box, Qt::Key_Escape);
+    QVERIFY(!box.isVisible());
+    QCOMPARE(box.result(), 0);
+}
+
+void TestModernMessageBox::backdropHasTheShapeOfItsWindow()
+{
+    const QRegion shape(QRect(10, 20, 100, 50));
+    m_window->setStyleSheet(QStringLiteral("QWidget { background: #FFFFFF; }"));
+    m_window->setProperty(ModernMessageBox::kBackdropShapeProperty, shape);
+    ModernMessageBox box(optionsWithAllButtons(), m_window.get());
+    box.show();
+    const QImage window = m_window->grab().toImage();
+    QVERIFY(window.pixelColor(10, 20) != QColor(Qt::white));
+    QVERIFY(window.pixelColor(109, 69) != QColor(Qt::white));
+    QCOMPARE(window.pixelColor(9, 20), QColor(Qt::white));
+    QCOMPARE(window.pixelColor(109, 70), QColor(Qt::white));
 }
 
 void TestModernMessageBox::boxWithoutParentHasNoBackdropAndIsCentredOnItsScreen()

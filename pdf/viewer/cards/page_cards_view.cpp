@@ -145,6 +145,10 @@ bool PageCardsView::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Leave:
         movePointer(std::nullopt);
         break;
+    case QEvent::Resize:
+        // A list whose pages keep their places is not laid out anew when more of them are seen.
+        schedulePass();
+        break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         return onPress(*static_cast<QMouseEvent *>(event));

@@ -109,9 +109,11 @@ struct StructureWalker
         if (!kid.isDictionary()) {
             return;
         }
-        if (hasName(kid, "/Type", "/MCR")) {
+        // Only elements have to have a kind; the others need not say what they are.
+        const bool isElement = kid.hasKey("/S");
+        if (hasName(kid, "/Type", "/MCR") || (!isElement && kid.hasKey("/MCID"))) {
             checkPage(kid, parent);
-        } else if (hasName(kid, "/Type", "/OBJR")) {
+        } else if (hasName(kid, "/Type", "/OBJR") || (!isElement && kid.hasKey("/Obj"))) {
             checkPage(kid, parent);
             bool isOnPage = false;
             for (qsizetype i = 0; i < document.marks().size(); ++i) {

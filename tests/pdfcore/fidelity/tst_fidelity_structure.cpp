@@ -59,6 +59,12 @@ private slots:
     void foreignDocumentWithStructureOnly();
     void copiesDoNotShareKeys();
     void linksThatAreGoneLeaveTheStructure();
+    void elementsAreOnTheirPages_data();
+    void elementsAreOnTheirPages();
+    void structureGoesWithItsLastElement();
+    void pagesKeepTheKeysThatTheyShare();
+    void keysOfLinksThatAreGoneGoWithThem();
+    void keysThatLeadToNothingStayForPagesOnly();
     void brokenStructuresGiveSoundFiles_data();
     void brokenStructuresGiveSoundFiles();
     void deepStructureEnds();
@@ -174,6 +180,163 @@ void TestFidelityStructure::linksThatAreGoneLeaveTheStructure()
     NO_PROBLEMS(FidelitySoundness::structureProblems(saved->output()));
     NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
     QCOMPARE(elementTexts(saved->output()), QStringList({u"MAIN-1"_s, u"MAIN-8"_s}));
+}
+
+void TestFidelityStructure::elementsAreOnTheirPages_data()
+{
+    QTest::addColumn<Bytes>("outer");
+    QTest::addColumn<Bytes>("middle");
+    QTest::addColumn<Bytes>("inner");
+    const Bytes onPage1 = "/Pg {page1}";
+    const Bytes onPage2 = "/Pg {page2}";
+    const Bytes none;
+    QTest::newRow("of its own") << none << none << onPage2 + " /K 0";
+    QTest::newRow("of the element above") << none << onPage2 << Bytes("/K 0");
+    QTest::newRow("of one further up") << onPage2 << none << Bytes("/K 0");
+    QTest::newRow("of the nearest element") << onPage1 << onPage2 << Bytes("/K [0]");
+    QTest::newRow("of its own below another") << onPage1 << onPage1 << onPage2 + " /K [0]";
+    QTest::newRow("content of the element")
+        << none << none << onPage2 + " /K << /Type /MCR /MCID 0 >>";
+    QTest::newRow("content of the element above")
+        << onPage2 << none << Bytes("/K << /Type /MCR /MCID 0 >>");
+    QTest::newRow("content of a page of its own")
+        << onPage1 << none << onPage1 + " /K << /Type /MCR /MCID 0 /Pg {page2} >>";
+    QTest::newRow("content without its type") << onPage2 << none << Bytes("/K << /MCID 0 >>");
+    QTest::newRow("content without its type, of a page of its own")
+        << none << none << onPage1 + " /K << /MCID 0 /Pg {page2} >>";
+    QTest::newRow("object of a page of its own")
+        << onPage1 << none << Bytes("/K << /Type /OBJR /Obj {note} /Pg {page2} >>");
+    QTest::newRow("object of the element above")
+        << onPage2 << none << Bytes("/K [<< /Type /OBJR /Obj {note} >>]");
+    QTest::newRow("object that says no page")
+        << none << none << Bytes("/K << /Type /OBJR /Obj {note} >>");
+    QTest::newRow("object without its type") << none << none << Bytes("/K << /Obj {note} >>");
+}
+
+void TestFidelityStructure::elementsAreOnTheirPages()
+{
+    QFETCH(const Bytes, outer);
+    QFETCH(const Bytes, middle);
+    QFETCH(const Bytes, inner);
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root}");
+    document.addEntries("page1", "/StructParents 0");
+    document.addEntries("page2", "/StructParents 1 /Annots [{note}]");
+    document.set("note", "<< /Type /Annot /Subtype /Text /Rect [20 20 40 40] /StructParent 2 >>");
+    document.set("root", "<< /Type /StructTreeRoot /K [{first} {outer}] /ParentTree << /Nums "
+                         "[0 [{first}] 1 [{inner}] 2 {inner}] >> >>");
+    document.set("first", "<< /S /P /P {root} /Pg {page1} /K 0 /Alt (first) >>");
+    document.set("outer", "<< /S /Sect /P {root} /K {middle} " + outer + " >>");
+    document.set("middle", "<< /S /Div /P {outer} /K [{inner}] " + middle + " >>");
+    document.set("inner", "<< /S /P /P {middle} /Alt (inner) " + inner + " >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    const QStringList first{u"first"_s};
+    const QStringList second{u"inner"_s};
+    const QList<std::pair<QString, QStringList>> lists{
+        {u"M1"_s, first}, {u"M3 M1"_s, first}, {u"M2"_s, second}, {u"M2 M1"_s, first + second}};
+    for (const auto &[list, texts] : lists) {
+        const auto saved = test.save(list);
+        QCOMPARE(elementTexts(saved->output()), texts);
+        NO_PROBLEMS(FidelitySoundness::structureProblems(saved->output()));
+        NO_PROBLEMS(FidelitySoundness::pageProblems(saved->output()));
+    }
+}
+
+void TestFidelityStructure::structureGoesWithItsLastElement()
+{
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root} /MarkInfo << /Marked true >>");
+    document.addEntries("page1", "/StructParents 0");
+    document.set("root", "<< /Type /StructTreeRoot /K {first} /ParentTree << /Nums [0 [{first}]] "
+                         ">> >>");
+    document.set("first", "<< /S /P /P {root} /Pg {page1} /K 0 /Alt (first) >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    for (const auto &[list, stays] : {std::pair{u"M3 M2"_s, false}, std::pair{u"M2 M1"_s, true}}) {
+        const auto saved = test.save(list);
+        for (const char *key : {"/StructTreeRoot", "/MarkInfo"}) {
+            QCOMPARE(saved->output().catalogue().hasKey(key), stays);
+        }
+    }
+}
+
+void TestFidelityStructure::pagesKeepTheKeysThatTheyShare()
+{
+    // Of the keys, 0 is one of two pages, 1 one of two annotations, 2 that of an annotation that
+    // is on two pages, and 3 and 4 are those of annotations that share nothing but their element.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root}");
+    document.addEntries("page1", "/StructParents 0 /Annots [{note1} {shared} {own1}]");
+    document.addEntries("page2", "/StructParents 0 /Annots [{note2} {shared} {own2}]");
+    const Bytes note = "<< /Type /Annot /Subtype /Text /Rect [20 20 40 40] /StructParent ";
+    document.set("note1", note + "1 >>");
+    document.set("note2", note + "1 >>");
+    document.set("shared", note + "2 >>");
+    document.set("own1", note + "3 >>");
+    document.set("own2", note + "4 >>");
+    document.set("root", "<< /Type /StructTreeRoot /K [{text1} {text2} {link}] /ParentTree << "
+                         "/Nums [0 [{text1} {text2}] 1 {link} 2 {link} 3 {link} 4 {link}] >> >>");
+    document.set("text1", "<< /S /P /P {root} /Pg {page1} /K 0 /Alt (text1) >>");
+    document.set("text2", "<< /S /P /P {root} /Pg {page2} /K 0 /Alt (text2) >>");
+    document.set("link", "<< /S /Annot /P {root} /Alt (link) "
+                         "/K [<< /Type /OBJR /Obj {note1} >> << /Type /OBJR /Obj {note2} >> "
+                         "<< /Type /OBJR /Obj {shared} >> << /Type /OBJR /Obj {own1} >> "
+                         "<< /Type /OBJR /Obj {own2} >>] >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    for (const int page : {1, 2}) {
+        const auto saved = test.save(u"M%1 M3"_s.arg(page));
+        QCOMPARE(elementTexts(saved->output()), QStringList({u"text%1"_s.arg(page), u"link"_s}));
+        QPDFObjectHandle root = structure(saved->output());
+        const auto keys = FidelityDocument::numbers(root.getKey("/ParentTree"));
+        QCOMPARE(keys.size(), std::size_t{4});
+        QVERIFY(keys.contains(page + 2));
+        QCOMPARE(root.getKey("/K").getArrayItem(1).getKey("/K").getArrayNItems(), 3);
+    }
+}
+
+void TestFidelityStructure::keysOfLinksThatAreGoneGoWithThem()
+{
+    // The element stays with the text that it holds besides the link.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root}");
+    document.addEntries("page1", "/StructParents 0 /Annots [{link}]");
+    document.set("link", "<< /Type /Annot /Subtype /Link /Rect [20 20 40 40] /StructParent 1 "
+                         "/Dest [{page2} /Fit] >>");
+    document.set("root", "<< /Type /StructTreeRoot /K {text} /ParentTree << /Nums [0 [{text}] "
+                         "1 {text}] >> >>");
+    document.set("text", "<< /S /P /P {root} /Pg {page1} /Alt (text) "
+                         "/K [0 << /Type /OBJR /Obj {link} >>] >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    for (const auto &[list, stays] : {std::pair{u"M1 M3"_s, false}, std::pair{u"M1 M2"_s, true}}) {
+        const auto saved = test.save(list);
+        QCOMPARE(elementTexts(saved->output()), QStringList{u"text"_s});
+        const auto keys =
+            FidelityDocument::numbers(structure(saved->output()).getKey("/ParentTree"));
+        QCOMPARE(keys.contains(0), true);
+        QCOMPARE(keys.contains(1), stays);
+    }
+}
+
+void TestFidelityStructure::keysThatLeadToNothingStayForPagesOnly()
+{
+    // The elements of page 1 say that they are on page 2, and key 7 is that of a form within it.
+    FidelityAssembly document = FidelityFixture::plain("MAIN", 3);
+    document.addEntries("catalogue", "/StructTreeRoot {root}");
+    document.addEntries("page1", "/StructParents 0");
+    document.set("root", "<< /Type /StructTreeRoot /K [{text} {gone}] /ParentTree << /Nums "
+                         "[0 [{gone}] 7 [{gone} {gone}] 8 [{text} {gone}] 9 {gone}] >> >>");
+    document.set("text", "<< /S /P /P {root} /Pg {page1} /K 0 /Alt (text) >>");
+    document.set("gone", "<< /S /P /P {root} /Pg {page2} /K 0 /Alt (gone) >>");
+    FidelityCase test;
+    test.add("MAIN", document.file());
+    const auto saved = test.save(u"M1 M3"_s);
+    QCOMPARE(elementTexts(saved->output()), QStringList{u"text"_s});
+    const auto keys = FidelityDocument::numbers(structure(saved->output()).getKey("/ParentTree"));
+    QVERIFY(keys.contains(0) && keys.contains(8));
+    QCOMPARE(keys.size(), std::size_t{2});
 }
 
 void TestFidelityStructure::brokenStructuresGiveSoundFiles_data()

@@ -351,6 +351,8 @@ void TestPageDrag::dragShowsWhereThePageWouldGo()
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, {2000, 2000});
     });
     const QPoint from = shown.cell(0).thumbnail.center();
+    const QPoint edgeOfTheBox = shown.cell(0).selectionBox.center() - QPoint(9, 0);
+    QCOMPARE(shown.picture().pixelColor(edgeOfTheBox), Theme::textMuted);
     QTest::mousePress(viewport, Qt::LeftButton, {}, from);
     for (const int distance : {30, 60}) {
         QMouseEvent move(QEvent::MouseMove, from + QPoint(0, distance),
@@ -366,8 +368,12 @@ void TestPageDrag::dragShowsWhereThePageWouldGo()
     QCOMPARE(during.pixelColor(520, 127), Theme::accent);
     // It is the only mark.
     QCOMPARE(during.pixelColor(0, 0), background);
+    // Nothing is under the pointer, which holds a page.
+    const QPoint inTheBar = shown.cell(0).actionBar.center() + QPoint(0, 13);
+    QCOMPARE(during.pixelColor(inTheBar), during.pixelColor(from));
     // The page being dragged is paler at its old place.
     QVERIFY(during.pixelColor(from) != RenderProbe::colorOf(0));
+    QVERIFY(during.pixelColor(edgeOfTheBox).lightness() > Theme::textMuted.lightness() + 15);
     QCOMPARE(shown.picture().pixelColor(from), RenderProbe::colorOf(0));
     QVERIFY(shown.picture().pixelColor(520, 127) != Theme::accent);
     QCOMPARE(idsOf(shown.model), (QList<PdfPageId>{1, 2, 3, 4}));

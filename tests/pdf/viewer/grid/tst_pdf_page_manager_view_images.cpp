@@ -35,6 +35,8 @@ private slots:
     void zoomOfTheSameSizesRequestsNothing();
     void zoomingGoesOnWithTheImagesThereAre();
     void scrollingRequestsThePagesInView();
+    void pagesThatPassByAreRequestedAfterAZoom();
+    void failedPageIsTriedAgainWhenItComesBack();
     void rotatedPageGetsANewThumbnail();
     void insertedAndRestoredPagesGetThumbnails();
     void overtakenResultIsDropped();
@@ -127,6 +129,39 @@ void TestPdfPageManagerViewImages::scrollingRequestsThePagesInView()
     shown.list->verticalScrollBar()->setValue(shown.list->verticalScrollBar()->maximum());
     QTRY_VERIFY(shown.thumbnail(2999));
     QVERIFY(!shown.thumbnail(1500));
+}
+
+void TestPdfPageManagerViewImages::pagesThatPassByAreRequestedAfterAZoom()
+{
+    ShownGrid shown(a4Pages(400));
+    QTRY_VERIFY(shown.thumbnail(0));
+    const QSize before = shown.thumbnail(0)->size();
+    shown.slider->setValue(100);
+    QTRY_VERIFY(shown.thumbnail(0)->size() != before);
+    QTRY_COMPARE(shown.view.thumbnails().pendingCount(), 0);
+    shown.probe.hold();
+    // Without a rest.
+    QScrollBar *bar = shown.list->verticalScrollBar();
+    const int start = bar->maximum() / 2;
+    for (int step = 0; step < 60 && shown.view.thumbnails().pendingCount() == 0; ++step) {
+        bar->setValue(start + step);
+        QTest::qWait(5);
+    }
+    QVERIFY(shown.view.thumbnails().pendingCount() > 0);
+}
+
+void TestPdfPageManagerViewImages::failedPageIsTriedAgainWhenItComesBack()
+{
+    ShownGrid shown({});
+    shown.probe.setFailing(0, true);
+    shown.model.setPages(recordsOfSizes(a4Pages(400)), false);
+    QTRY_VERIFY(shown.view.thumbnails().hasFailed(1));
+    shown.probe.setFailing(0, false);
+    shown.list->verticalScrollBar()->setValue(shown.list->verticalScrollBar()->maximum());
+    QTRY_VERIFY(shown.thumbnail(399));
+    QTRY_VERIFY(!shown.view.thumbnails().hasFailed(1));
+    shown.list->verticalScrollBar()->setValue(0);
+    QTRY_VERIFY(shown.thumbnail(0));
 }
 
 void TestPdfPageManagerViewImages::rotatedPageGetsANewThumbnail()

@@ -13,6 +13,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -84,6 +85,7 @@ private slots:
     void paintsSelectionHoverAndBox();
     void currentCardDoesNotLookChosen();
     void partLooksPressedOnlyWhileThePointerStaysOnIt();
+    void partOfALostReleaseLooksPressedNoLonger();
     void paintsInsertMarksOnlyInInsertMode();
     void marksOutOfViewAreNotPainted();
     void paintsSplitLines();
@@ -91,6 +93,17 @@ private slots:
     void disabledGridIsPaler();
     void everyPartOfADisabledGridIsPaler_data();
     void everyPartOfADisabledGridIsPaler();
+    void boxUnderThePointerIsLit();
+    void markUnderThePointerOnlyIsLit();
+    void restingPointerSeesTheMarksComeAndGo();
+    void cardUnderAPressLooksPressed();
+    void binUnderThePointerIsRed();
+    void disabledGridShowsNoActionBar();
+    void actionBarShowsItsIconsInOrder();
+    void zoomButtonsShowTheirIcons();
+    void zoomMovesTheHover();
+    void whatChangesIsPaintedAnew_data();
+    void whatChangesIsPaintedAnew();
     void pointerMovesOnTheSamePlaceRepaintNothing();
 };
 
@@ -194,6 +207,19 @@ void TestPdfPageManagerViewPainting::partLooksPressedOnlyWhileThePointerStaysOnI
         QCOMPARE(look(2), Theme::hover);
         QCOMPARE(look(0), Theme::white);
     }
+}
+
+void TestPdfPageManagerViewPainting::partOfALostReleaseLooksPressedNoLonger()
+{
+    ShownGrid shown(a4Pages(3));
+    const QPoint part = shown.barPartOf(1, 0);
+    const auto look = [&] { return shown.picture().pixelColor(part + QPoint(0, 13)); };
+    shown.moveTo(part);
+    shown.press(part);
+    QCOMPARE(look(), Theme::pressed);
+    // The button was let go over another window.
+    moveMouse(shown.list->viewport(), part + QPoint(1, 0), Qt::NoButton);
+    QCOMPARE(look(), Theme::hover);
 }
 
 void TestPdfPageManagerViewPainting::paintsInsertMarksOnlyInInsertMode()
@@ -310,6 +336,248 @@ void TestPdfPageManagerViewPainting::everyPartOfADisabledGridIsPaler()
     QVERIFY2(disabled > enabled + 15,
              qPrintable(QStringLiteral("%1, disabled %2").arg(enabled).arg(disabled)));
     QVERIFY(disabled < 240);
+}
+
+void TestPdfPageManagerViewPainting::boxUnderThePointerIsLit()
+{
+    ShownGrid shown(a4Pages(3));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 3);
+    const QRect zone = shown.cell(1).selectionBox;
+    const QPoint edge = zone.center() - QPoint(9, 0);
+    const QPoint inside = zone.center() - QPoint(6, 0);
+    const auto colorAt = [&shown](QPoint point) { return shown.picture().pixelColor(point); };
+    QCOMPARE(colorAt(edge), Theme::textMuted);
+    shown.moveTo(shown.cell(1).thumbnail.center());
+    QCOMPARE(colorAt(edge), Theme::textMuted);
+    shown.moveTo(zone.center());
+    QCOMPARE(colorAt(edge), Theme::accent);
+    QCOMPARE(colorAt(inside), Theme::white);
+    QVERIFY(!holdsColor(shown.picture(), shown.cell(2).selectionBox, Theme::accent));
+
+    shown.press(zone.center());
+    QCOMPARE(colorAt(inside), Theme::accentPressed);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, zone.center());
+    QCOMPARE(colorAt(inside), Theme::accentHover);
+    shown.press(zone.center());
+    QCOMPARE(colorAt(inside), Theme::accentTint);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, zone.center());
+    QCOMPARE(colorAt(inside), Theme::white);
+    shown.moveTo({900, 600});
+    QCOMPARE(colorAt(edge), Theme::textMuted);
+}
+
+void TestPdfPageManagerViewPainting::markUnderThePointerOnlyIsLit()
+{
+    ShownGrid shown(a4Pages(6));
+    const QList<std::pair<int, QRect PageCellGeometry::*>> marks{
+        {kInsertMode, &PageCellGeometry::insertZone}, {kSplitMode, &PageCellGeometry::splitZone}};
+    for (const auto &[mode, zone] : marks) {
+        shown.view.setWorkspaceMode(mode);
+        const QPoint point = (shown.cell(1).*zone).center();
+        const auto rowsLitIn = [&](const QColor &color) {
+            QList<int> rows;
+            for (const int row : {1, 2, 4, 5}) {
+                if (holdsColor(shown.picture(), shown.cell(row).*zone, color)) {
+                    rows.append(row);
+                }
+            }
+            return rows;
+        };
+        shown.moveTo({900, 600});
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>());
+        shown.moveTo(point);
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>{1});
+        shown.press(point);
+        QCOMPARE(rowsLitIn(Theme::accentPressed), QList<int>{1});
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>());
+        QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
+        QCOMPARE(rowsLitIn(Theme::accentPressed), QList<int>());
+        QCOMPARE(rowsLitIn(Theme::accentHover), QList<int>{1});
+    }
+}
+
+void TestPdfPageManagerViewPainting::restingPointerSeesTheMarksComeAndGo()
+{
+    ShownGrid shown(a4Pages(6));
+    const QRect insertZone = shown.cell(1).insertZone;
+    const auto isLit = [&shown](const QRect &zone) {
+        return holdsColor(shown.picture(), zone, Theme::accentHover);
+    };
+    const auto cursor = [&shown] { return shown.list->viewport()->cursor().shape(); };
+    shown.moveTo(insertZone.center());
+    QCOMPARE(cursor(), Qt::ArrowCursor);
+    shown.view.setWorkspaceMode(kInsertMode);
+    QVERIFY(isLit(insertZone));
+    QCOMPARE(cursor(), Qt::PointingHandCursor);
+    shown.view.setWorkspaceMode(kNormalMode);
+    QVERIFY(!isLit(insertZone));
+    QCOMPARE(cursor(), Qt::ArrowCursor);
+
+    const QRect gap = shown.cell(1).splitZone;
+    shown.view.setWorkspaceMode(kSplitMode);
+    shown.moveTo(gap.center());
+    QVERIFY(isLit(gap));
+    QCOMPARE(cursor(), Qt::PointingHandCursor);
+    shown.view.setEveryPageSplit(true);
+    QVERIFY(!isLit(gap));
+    QCOMPARE(cursor(), Qt::ArrowCursor);
+    shown.view.setEveryPageSplit(false);
+    QVERIFY(isLit(gap));
+    QCOMPARE(cursor(), Qt::PointingHandCursor);
+}
+
+void TestPdfPageManagerViewPainting::cardUnderAPressLooksPressed()
+{
+    ShownGrid shown(a4Pages(3));
+    const auto look = [&shown](int row) {
+        return shown.picture().pixelColor(shown.cell(row).card.topLeft() + QPoint(10, 10));
+    };
+    const QPoint point = shown.cell(1).thumbnail.center();
+    shown.moveTo(point);
+    QCOMPARE(look(1), Theme::hover);
+    shown.press(point);
+    QCOMPARE(look(1), Theme::pressed);
+    QCOMPARE(look(0), Theme::white);
+    QCOMPARE(look(2), Theme::white);
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, point);
+    QCOMPARE(look(1), Theme::hover);
+}
+
+void TestPdfPageManagerViewPainting::binUnderThePointerIsRed()
+{
+    ShownGrid shown(a4Pages(3));
+    const auto look = [&shown](int part) {
+        return shown.picture().pixelColor(shown.barPartOf(1, part) + QPoint(0, 13));
+    };
+    for (const int part : {0, 1, 2, 3}) {
+        shown.moveTo(shown.barPartOf(1, part));
+        QCOMPARE(look(part), part == 3 ? QColor(0xFD, 0xEC, 0xEC) : Theme::hover);
+    }
+    shown.press(shown.barPartOf(1, 3));
+    QCOMPARE(look(3), QColor(0xFA, 0xD9, 0xD9));
+}
+
+void TestPdfPageManagerViewPainting::disabledGridShowsNoActionBar()
+{
+    ShownGrid shown(a4Pages(3));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 3);
+    const QRect bar = shown.cell(1).actionBar;
+    const auto holdsABar = [&] {
+        const QRect onThePage = bar.adjusted(40, 4, -40, -4);
+        return holdsColor(shown.picture(), onThePage, Theme::white);
+    };
+    QVERIFY(!holdsABar());
+    shown.moveTo(shown.cell(1).thumbnail.center());
+    QVERIFY(holdsABar());
+    shown.view.setEnabled(false);
+    QVERIFY(!holdsABar());
+}
+
+void TestPdfPageManagerViewPainting::actionBarShowsItsIconsInOrder()
+{
+    ShownGrid shown(a4Pages(2));
+    shown.moveTo(shown.cell(0).card.topLeft() + QPoint(10, 10));
+    const QImage picture = shown.picture().convertToFormat(QImage::Format_RGB32);
+    const QStringList icons{
+        QStringLiteral("pdfviewer/expand"), QStringLiteral("pdfviewer/duplicate"),
+        QStringLiteral("pdfviewer/rotate-right"), QStringLiteral("modern/trash")};
+    QList<QImage> painted;
+    for (int part = 0; part < 4; ++part) {
+        constexpr QSize kIconSize(20, 20);
+        const QRect bar = barPart(shown.cell(0).actionBar, 4, part);
+        painted.append(picture.copy(centredIn(bar, kIconSize).toRect()));
+        QImage expected(kIconSize, QImage::Format_RGB32);
+        expected.fill(Theme::white);
+        QPainter painter(&expected);
+        QIcon(QStringLiteral(":/res/icons/%1.png").arg(icons.at(part)))
+            .paint(&painter, expected.rect());
+        painter.end();
+        QVERIFY2(painted.constLast() == expected, qPrintable(icons.at(part)));
+        QCOMPARE(painted.count(expected), 1);
+    }
+}
+
+void TestPdfPageManagerViewPainting::zoomButtonsShowTheirIcons()
+{
+    ShownGrid shown(a4Pages(1));
+    const QList<std::pair<QString, QString>> icons{
+        {QStringLiteral("pdfPageGridZoomOut"), QStringLiteral("zoom-out")},
+        {QStringLiteral("pdfPageGridZoomIn"), QStringLiteral("zoom-in")}};
+    QList<QImage> pictures;
+    for (const auto &[name, icon] : icons) {
+        const auto *button = shown.view.findChild<QToolButton *>(name);
+        const QSize size = button->iconSize();
+        pictures.append(button->icon().pixmap(size, 1.0).toImage());
+        QVERIFY(!pictures.constLast().isNull());
+        QCOMPARE(pictures.constLast(),
+                 QIcon(QStringLiteral(":/res/icons/pdfviewer/%1.png").arg(icon))
+                     .pixmap(size, 1.0)
+                     .toImage());
+    }
+    QVERIFY(pictures.at(0) != pictures.at(1));
+    const auto *in = shown.view.findChild<QToolButton *>(icons.at(1).first);
+    const auto *out = shown.view.findChild<QToolButton *>(icons.at(0).first);
+    // In every language.
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        shown.view.setLayoutDirection(direction);
+        QCoreApplication::processEvents();
+        QVERIFY(out->x() < shown.slider->x() && shown.slider->x() < in->x());
+        QCOMPARE(shown.slider->layoutDirection(), Qt::LeftToRight);
+    }
+    QCOMPARE(out->toolTip(), QStringLiteral("缩小"));
+    QCOMPARE(in->toolTip(), QStringLiteral("放大"));
+}
+
+void TestPdfPageManagerViewPainting::zoomMovesTheHover()
+{
+    ShownGrid shown(a4Pages(12));
+    const QPoint point = shown.cell(5).thumbnail.center();
+    const auto look = [&shown](int row) {
+        return shown.picture().pixelColor(shown.cell(row).card.topLeft() + QPoint(10, 10));
+    };
+    shown.moveTo(point);
+    QCOMPARE(look(5), Theme::hover);
+    // The pages become larger under a pointer that rests.
+    shown.slider->setValue(160);
+    QTRY_COMPARE(look(0), Theme::hover);
+    QVERIFY(shown.list->visualRect(shown.model.index(0)).contains(point));
+    QCOMPARE(look(1), Theme::white);
+    shown.slider->setValue(80);
+    QTRY_COMPARE(look(5), Theme::hover);
+    QCOMPARE(look(0), Theme::white);
+}
+
+void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew_data()
+{
+    using Change = std::function<void(ShownGrid &)>;
+    QTest::addColumn<Change>("change");
+    QTest::newRow("mode") << Change(
+        [](ShownGrid &shown) { shown.view.setWorkspaceMode(kInsertMode); });
+    QTest::newRow("every page split")
+        << Change([](ShownGrid &shown) { shown.view.setEveryPageSplit(true); });
+    QTest::newRow("split point") << Change(
+        [](ShownGrid &shown) { shown.press(shown.cell(2).splitZone.center()); });
+    QTest::newRow("chosen page") << Change(
+        [](ShownGrid &shown) { shown.model.setPageSelected(2, true); });
+    QTest::newRow("all pages chosen") << Change([](ShownGrid &shown) { shown.model.selectAll(); });
+    QTest::newRow("turned page") << Change(
+        [](ShownGrid &shown) { shown.model.rotatePages({2}, 90); });
+    QTest::newRow("model taken away")
+        << Change([](ShownGrid &shown) { shown.view.setModel(nullptr); });
+}
+
+void TestPdfPageManagerViewPainting::whatChangesIsPaintedAnew()
+{
+    QFETCH(const std::function<void(ShownGrid &)>, change);
+    ShownGrid shown(a4Pages(5));
+    QTRY_COMPARE(shown.view.thumbnails().heldCount(), 5);
+    shown.view.setWorkspaceMode(kSplitMode);
+    QTest::qWait(50);
+    const PaintCounter paints(shown.list->viewport());
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count(), 0);
+    change(shown);
+    QTRY_VERIFY(paints.count() > 0);
 }
 
 void TestPdfPageManagerViewPainting::pointerMovesOnTheSamePlaceRepaintNothing()

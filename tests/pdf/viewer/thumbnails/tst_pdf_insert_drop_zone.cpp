@@ -10,6 +10,10 @@
 #include <QUrl>
 #include <QWindow>
 
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
 namespace {
 
 /// Lets a drag of `data` enter the zone; true if it was taken.
@@ -70,6 +74,8 @@ private slots:
     void highlightChangesTheLook();
     void hoverChangesTheLook();
     void longTextIsBrokenIntoLines();
+    void iconStandsAboveTheText();
+    void disabledZoneIsPaler();
 };
 
 void TestPdfInsertDropZone::hasItsShape()
@@ -78,7 +84,12 @@ void TestPdfInsertDropZone::hasItsShape()
     QCOMPARE(zone.objectName(), QStringLiteral("pdfInsertDropZone"));
     QCOMPARE(zone.text(), QStringLiteral("插入 PDF\n或将多个 PDF 拖放至此处"));
     QCOMPARE(zone.iconSize(), QSize(28, 28));
-    QVERIFY(!zone.icon().isNull());
+    const auto pictureOf = [](const QIcon &icon) {
+        return icon.pixmap(QSize(28, 28), 1.0).toImage();
+    };
+    QVERIFY(!pictureOf(zone.icon()).isNull());
+    QCOMPARE(pictureOf(zone.icon()),
+             pictureOf(QIcon(QStringLiteral(":/res/icons/modern/add-file.png"))));
     QCOMPARE(zone.minimumHeight(), 152);
     QCOMPARE(zone.sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     QCOMPARE(zone.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
@@ -231,6 +242,49 @@ void TestPdfInsertDropZone::longTextIsBrokenIntoLines()
         QCOMPARE(image.pixelColor(4, y), QColor(0xEE, 0xF2, 0xFF));
         QCOMPARE(image.pixelColor(155, y), QColor(0xEE, 0xF2, 0xFF));
     }
+}
+
+void TestPdfInsertDropZone::iconStandsAboveTheText()
+{
+    PdfInsertDropZone zone;
+    zone.resize(200, 152);
+    const QImage with = zone.grab().toImage();
+    zone.setIcon(QIcon());
+    const QImage without = zone.grab().toImage();
+    QRect icon;
+    for (int y = 0; y < with.height(); ++y) {
+        for (int x = 0; x < with.width(); ++x) {
+            if (with.pixel(x, y) != without.pixel(x, y)) {
+                icon |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    QVERIFY(!icon.isEmpty());
+    QVERIFY(icon.width() <= 28 && icon.height() <= 28);
+    QVERIFY(std::abs(icon.center().x() - zone.rect().center().x()) <= 3);
+    QVERIFY(icon.bottom() < zone.rect().center().y());
+}
+
+void TestPdfInsertDropZone::disabledZoneIsPaler()
+{
+    PdfInsertDropZone zone;
+    zone.resize(200, 152);
+    const auto darkest = [&zone](const QRect &rect) {
+        const QImage image = zone.grab(rect).toImage();
+        int lightness = 255;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                lightness = std::min(lightness, image.pixelColor(x, y).lightness());
+            }
+        }
+        return lightness;
+    };
+    const QRect icon(80, 30, 40, 40);
+    const QRect text(20, 85, 160, 50);
+    const std::pair enabled(darkest(icon), darkest(text));
+    zone.setEnabled(false);
+    QVERIFY(darkest(icon) > enabled.first + 15);
+    QVERIFY(darkest(text) > enabled.second + 15);
 }
 
 QTEST_MAIN(TestPdfInsertDropZone)

@@ -79,6 +79,7 @@ private slots:
     void currentPageSurvivesUndo();
     void undoLeavesTheListWhereItWasScrolledTo();
     void newDocumentBeginsAtItsFirstPage();
+    void panelBeginsAnewWithItsModel();
     void removedCurrentPageLeavesASelectedOne();
     void checkStateIsNotToggledByClicks();
     void chooseInsertsBehindTheLastPage();
@@ -88,6 +89,8 @@ private slots:
     void paintsCardImageCaptionAndStrip();
     void stripIsPaintedOnTheHoveredRowOnly();
     void stripShowsItsIconsInOrder();
+    void binUnderThePointerIsRed();
+    void cardUnderAPressLooksPressed();
     void waitingAndFailedPagesShowATextEach();
 };
 
@@ -468,6 +471,17 @@ void TestPdfThumbnailPanel::newDocumentBeginsAtItsFirstPage()
     QVERIFY(shown.list->viewport()->rect().contains(shown.cardCentre(0)));
 }
 
+void TestPdfThumbnailPanel::panelBeginsAnewWithItsModel()
+{
+    ShownPanel shown(a4Pages(6));
+    shown.panel.setCurrentPage(4);
+    shown.panel.setModel(nullptr);
+    shown.panel.setModel(&shown.model);
+    shown.model.setPages(recordsOfSizes(a4Pages(6)), false);
+    QTRY_COMPARE(shown.list->currentIndex().row(), 0);
+    QVERIFY(shown.list->selectionModel()->isSelected(shown.model.index(0)));
+}
+
 void TestPdfThumbnailPanel::removedCurrentPageLeavesASelectedOne()
 {
     ShownPanel shown(a4Pages(10));
@@ -635,6 +649,35 @@ void TestPdfThumbnailPanel::stripShowsItsIconsInOrder()
     QVERIFY(painted.at(0) != painted.at(1));
     QVERIFY(painted.at(1) != painted.at(2));
     QVERIFY(painted.at(2) != painted.at(0));
+}
+
+void TestPdfThumbnailPanel::binUnderThePointerIsRed()
+{
+    ShownPanel shown(a4Pages(2));
+    const auto look = [&shown](int part) {
+        return shown.picture().pixelColor(shown.stripPart(1, part) + QPoint(0, 13));
+    };
+    for (const int part : {0, 1, 2}) {
+        shown.moveTo(shown.stripPart(1, part));
+        QCOMPARE(look(part), part == 2 ? QColor(0xFD, 0xEC, 0xEC) : Theme::hover);
+    }
+    QTest::mousePress(shown.list->viewport(), Qt::LeftButton, {}, shown.stripPart(1, 2));
+    QCOMPARE(look(2), QColor(0xFA, 0xD9, 0xD9));
+}
+
+void TestPdfThumbnailPanel::cardUnderAPressLooksPressed()
+{
+    ShownPanel shown(a4Pages(3));
+    const auto look = [&shown](int row) {
+        const QRect card = thumbnailRowGeometry(shown.itemAt(row)).card;
+        return shown.picture().pixel(card.topLeft() + QPoint(8, 8));
+    };
+    shown.moveTo(shown.cardCentre(1));
+    QCOMPARE(look(1), Theme::hover.rgb());
+    QTest::mousePress(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(1));
+    QCOMPARE(look(1), Theme::accentTint.darker(104).rgb());
+    QTest::mouseRelease(shown.list->viewport(), Qt::LeftButton, {}, shown.cardCentre(1));
+    QCOMPARE(look(1), Theme::accentTint.rgb());
 }
 
 void TestPdfThumbnailPanel::waitingAndFailedPagesShowATextEach()

@@ -44,8 +44,10 @@ private slots:
     void twoRowsAboveAndFourBelowTheViewAreRequested();
     void rowsScrolledIntoViewOvertakeTheBackgroundPass();
     void scrollingRequestsTheRowsInView();
+    void higherPanelRequestsTheRowsInView();
     void currentPageRequestsTheRowsInView();
     void overtakenResultIsDropped();
+    void failedPageIsTriedAgainWhenItComesBack();
     void rotatedPageGetsANewThumbnail();
     void undoOfARotationGetsTheOldThumbnail();
     void undoKeepsTheThumbnailsOfUnchangedPages();
@@ -172,6 +174,23 @@ void TestPdfThumbnailPanelImages::scrollingRequestsTheRowsInView()
     QVERIFY(shown.panel.thumbnails().heldCount() < 100);
 }
 
+void TestPdfThumbnailPanelImages::higherPanelRequestsTheRowsInView()
+{
+    ShownPanel shown({}, {210, panelHeightForRows(2)});
+    shown.probe.hold();
+    // The rows in view only.
+    generationTimer(shown.panel)->blockSignals(true);
+    shown.model.setPages(recordsOfSizes(a4Pages(100)), false);
+    QTRY_VERIFY(shown.panel.thumbnails().pendingCount() > 0);
+    const auto isPending = [&shown](int row) {
+        return shown.panel.thumbnails().isPending(shown.model.pageAt(row)->id);
+    };
+    QVERIFY(!isPending(9));
+    shown.panel.resize(210, panelHeightForRows(10));
+    QTRY_VERIFY(isPending(9));
+    QVERIFY(!isPending(20));
+}
+
 void TestPdfThumbnailPanelImages::currentPageRequestsTheRowsInView()
 {
     ShownPanel shown(a4Pages(2000));
@@ -198,6 +217,20 @@ void TestPdfThumbnailPanelImages::overtakenResultIsDropped()
     QTRY_COMPARE(rendered.size(), 2);
     QCOMPARE(shown.thumbnail(0)->size(), QSize(136, 96));
     QCOMPARE(shown.panel.thumbnails().heldCount(), 1);
+}
+
+void TestPdfThumbnailPanelImages::failedPageIsTriedAgainWhenItComesBack()
+{
+    ShownPanel shown({});
+    generationTimer(shown.panel)->blockSignals(true);
+    shown.probe.setFailing(0, true);
+    shown.model.setPages(recordsOfSizes(a4Pages(200)), false);
+    QTRY_VERIFY(shown.panel.thumbnails().hasFailed(1));
+    shown.probe.setFailing(0, false);
+    shown.list->verticalScrollBar()->setValue(shown.list->verticalScrollBar()->maximum());
+    QTRY_VERIFY(shown.thumbnail(199));
+    shown.list->verticalScrollBar()->setValue(0);
+    QTRY_VERIFY(shown.thumbnail(0));
 }
 
 void TestPdfThumbnailPanelImages::rotatedPageGetsANewThumbnail()
