@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_compression.h"
 
-#include "pdfcore/pdf_editor_backend.h"
 #include "pdfcore/src/compress/document_compressor.h"
 #include "pdfcore/src/compress/signatures.h"
 #include "pdfcore/src/compress/tight_file.h"
 #include "pdfcore/src/operations/file_copy.h"
 #include "pdfcore/src/operations/operation_outcome.h"
+#include "pdfcore/src/operations/source_pages.h"
 #include "pdfcore/src/save/document_writer.h"
 #include "pdfcore/src/save/output_sources.h"
 
@@ -30,25 +30,6 @@ ImageAims aimsOf(PdfCompressionLevel level)
     return {200, 85, false, 32};
 }
 
-/// All pages of a file that opens without a password.
-EngineError pagesOfFile(const QString &source, QList<PdfSourcePage> *pages)
-{
-    PdfDocumentInfo info;
-    EngineError error;
-    if (!PdfEditorBackend::inspectDocument(source, {}, &info, &error.code, &error.message)) {
-        return error;
-    }
-    PdfSourcePage page;
-    page.filePath = source;
-    page.revision = info.revision;
-    for (qsizetype i = 0; i < info.pageSizes.size(); ++i) {
-        page.pageIndex = static_cast<qint32>(i);
-        page.pageSize = info.pageSizes.at(i);
-        pages->append(page);
-    }
-    return {};
-}
-
 /// Whether the file bears a signature; so does, for all that is known, one that cannot be read.
 bool isSignedFile(const PdfSourcePage &page, EngineError *error)
 {
@@ -65,7 +46,7 @@ PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressi
 {
     return pdfcore::guarded([&]() -> PdfOperationOutcome {
         QList<PdfSourcePage> pages;
-        EngineError error = pagesOfFile(source, &pages);
+        EngineError error = pdfcore::addPages(source, {}, &pages);
         if (!error.isError() && cancel.isSet()) {
             error = pdfcore::cancelledError(PdfBackendError::WriteFailed);
         }
@@ -79,7 +60,9 @@ PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressi
                             : pdfcore::copyFile(source, placement, cancel);
         }
         QString placed;
+        bool isUseless = false;
         WriteOptions options;
+        options.isUseless = &isUseless;
         options.cancel = cancel;
         options.placed = &placed;
         options.sizeLimit = QFileInfo(source).size();
@@ -91,7 +74,9 @@ PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressi
             pdfcore::writeTightly(written, to, cancel);
         };
         error = pdfcore::writeDocument(pages, placement, options);
-        if (error.isError() && !cancel.isSet()) {
+        // A document that cannot be made smaller stays as it is; a disk that is full is told.
+        const bool isUnwritable = error.code == PdfBackendError::WriteFailed && !isUseless;
+        if (error.isError() && !isUnwritable && !cancel.isSet()) {
             return pdfcore::copyFile(source, placement, cancel);
         }
         PdfOperationOutcome outcome = outcomeOf(error, cancel, source);

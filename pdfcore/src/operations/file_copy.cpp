@@ -70,9 +70,7 @@ PdfOperationOutcome copyFile(const QString &source, const PdfPlacement &placemen
     if (!from.open(QIODevice::ReadOnly)) {
         return outcomeOf(readError(from), cancel, source);
     }
-    AtomicFile to(placement.path(), AtomicFile::Flush::First,
-                  placement.isReplacing() ? AtomicFile::Existing::Replace
-                                          : AtomicFile::Existing::Keep);
+    AtomicFile to = pdfcore::fileFor(placement);
     QString reason;
     if (!to.open(&reason)) {
         return outcomeOf({PdfBackendError::WriteFailed, reason}, cancel, source);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/pdf_file_operations.h"
 
-#include "pdfcore/pdf_editor_backend.h"
 #include "pdfcore/src/operations/file_copy.h"
 #include "pdfcore/src/operations/operation_outcome.h"
+#include "pdfcore/src/operations/source_pages.h"
 #include "pdfcore/src/save/document_writer.h"
 #include "pdfcore/src/session/engine.h"
 
@@ -11,6 +11,7 @@
 
 #include <utility>
 
+using pdfcore::addPages;
 using pdfcore::EngineError;
 using pdfcore::guarded;
 using pdfcore::NewProtection;
@@ -18,26 +19,6 @@ using pdfcore::outcomeOf;
 using pdfcore::WriteOptions;
 
 namespace {
-
-/// Adds all pages of a file.
-EngineError addPages(const QString &source, const QString &password, QList<PdfSourcePage> *pages)
-{
-    PdfDocumentInfo info;
-    EngineError error;
-    if (!PdfEditorBackend::inspectDocument(source, password, &info, &error.code, &error.message)) {
-        return error;
-    }
-    PdfSourcePage page;
-    page.filePath = source;
-    page.password = password;
-    page.revision = info.revision;
-    for (qsizetype i = 0; i < info.pageSizes.size(); ++i) {
-        page.pageIndex = static_cast<qint32>(i);
-        page.pageSize = info.pageSizes.at(i);
-        pages->append(page);
-    }
-    return {};
-}
 
 EngineError noPagesError()
 {

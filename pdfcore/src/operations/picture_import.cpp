@@ -73,9 +73,7 @@ PdfOperationOutcome importPictures(const QStringList &pictures,
             return outcome;
         }
     }
-    AtomicFile file(placement.path(), AtomicFile::Flush::First,
-                    placement.isReplacing() ? AtomicFile::Existing::Replace
-                                            : AtomicFile::Existing::Keep);
+    AtomicFile file = pdfcore::fileFor(placement);
     QString reason;
     if (!file.open(&reason)) {
         return writeFailed(reason);

@@ -130,8 +130,7 @@ void QDeviceOutput::write(const unsigned char *data, size_t length)
         const qint64 taken =
             m_device.write(reinterpret_cast<const char *>(data) + done, wanted - done);
         if (taken <= 0) {
-            m_failed = true;
-            m_reason = m_device.errorString();
+            fail(m_device.errorString());
             return;
         }
         done += taken;
@@ -141,10 +140,15 @@ void QDeviceOutput::write(const unsigned char *data, size_t length)
 bool QDeviceOutput::hasToStop()
 {
     if (!m_failed && m_cancelled != nullptr && *m_cancelled) {
-        m_failed = true;
-        m_reason = QStringLiteral("It was cancelled.");
+        fail(QStringLiteral("It was cancelled."));
     }
     return m_failed;
+}
+
+void QDeviceOutput::fail(const QString &reason)
+{
+    m_failed = true;
+    m_reason = reason;
 }
 
 void writeQpdf(QPDFWriter &writer, QDeviceOutput &output)

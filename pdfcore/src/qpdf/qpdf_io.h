@@ -70,6 +70,9 @@ public:
     /// Like hasFailed(), and a cancel since the last write counts.
     [[nodiscard]] bool hasToStop();
 
+    /// Fails for a reason that is not the device's.
+    void fail(const QString &reason);
+
     /// Why it failed, in the device's words.
     [[nodiscard]] const QString &reason() const { return m_reason; }
 

@@ -30,23 +30,43 @@ namespace {
 /// Pages from which letting go of the objects of an output takes so long that it is worth a thread.
 constexpr qsizetype kManyPages = 1000;
 
+void noteUseless(const WriteOptions &options)
+{
+    if (options.isUseless != nullptr) {
+        *options.isUseless = true;
+    }
+}
+
 /// Writes to a temporary file first, which is then rewritten as the options say.
 void writeTwice(QPDFWriter &writer, const WriteOptions &options, QDeviceOutput &to)
 {
+    const auto throwIfFailed = [&to] {
+        if (to.hasToStop()) {
+            throw std::runtime_error(to.reason().toStdString());
+        }
+    };
     QTemporaryFile draft;
     if (!draft.open()) {
-        throw std::runtime_error(draft.errorString().toStdString());
+        to.fail(draft.errorString());
     }
+    throwIfFailed();
     QDeviceOutput pipeline(draft, &options.cancel.value());
-    writeQpdf(writer, pipeline);
-    if (!draft.flush()) {
-        throw std::runtime_error(draft.errorString().toStdString());
+    try {
+        writeQpdf(writer, pipeline);
+    } catch (const std::exception &) {
+        // No room for the draft is as bad as none for the file.
+        if (pipeline.hasFailed()) {
+            to.fail(pipeline.reason());
+        }
+        throw;
     }
+    if (!draft.flush()) {
+        to.fail(draft.errorString());
+    }
+    throwIfFailed();
     draft.close();
     options.rewrite(draft.fileName(), to);
-    if (to.hasToStop()) {
-        throw std::runtime_error(to.reason().toStdString());
-    }
+    throwIfFailed();
 }
 
 /// Assembles and writes the output to `file`, and tells the password that opens it. The source
@@ -106,6 +126,7 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
         return {PdfBackendError::WriteFailed, reason};
     }
     if (options.sizeLimit > 0 && QFileInfo(file.temporaryPath()).size() >= options.sizeLimit) {
+        noteUseless(options);
         return {PdfBackendError::WriteFailed, QStringLiteral("The file gets too large.")};
     }
     return {};
@@ -157,9 +178,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const PdfPlacement 
         return {PdfBackendError::WriteFailed, QStringLiteral("There are no pages to write.")};
     }
 
-    AtomicFile file(placement.path(), options.flush,
-                    placement.isReplacing() ? AtomicFile::Existing::Replace
-                                            : AtomicFile::Existing::Keep);
+    AtomicFile file = fileFor(placement, options.flush);
     QString reason;
     if (!file.open(&reason)) {
         return {PdfBackendError::WriteFailed, reason};
@@ -176,6 +195,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const PdfPlacement 
         released.wait();
     }
     if (checked.isError()) {
+        noteUseless(options);
         return checked;
     }
     if (EngineError error = checkSources(pages); error.isError()) {

@@ -57,6 +57,9 @@ struct WriteOptions
     bool packsManyPages = false;
     /// A file of as many bytes, or more, does not come into being; 0: any may.
     qint64 sizeLimit = 0;
+    /// Becomes true, if not null, when a file was written that is of no use: it has that size, or
+    /// it cannot be read back.
+    bool *isUseless = nullptr;
 };
 
 /// Writes the pages to a new file; see PdfEditorBackend::saveDocument().

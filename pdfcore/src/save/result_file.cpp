@@ -41,6 +41,13 @@ void encryptFor(QPDFWriter &writer, const QString &password)
                                      true, true, true, true, qpdf_r3p_full, true);
 }
 
+AtomicFile fileFor(const PdfPlacement &placement, AtomicFile::Flush flush)
+{
+    return AtomicFile(placement.path(), flush,
+                      placement.isReplacing() ? AtomicFile::Existing::Replace
+                                              : AtomicFile::Existing::Keep);
+}
+
 EngineError checkResult(const QString &path, const QString &password, qsizetype pageCount)
 {
     try {

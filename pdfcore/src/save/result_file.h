@@ -15,6 +15,10 @@ namespace pdfcore {
 /// whoever has opened it may do anything; the owner password is random.
 void encryptFor(QPDFWriter &writer, const QString &password);
 
+/// The file that a result is written to before it gets its place.
+[[nodiscard]] AtomicFile fileFor(const PdfPlacement &placement,
+                                 AtomicFile::Flush flush = AtomicFile::Flush::First);
+
 /// Reopens a PDF file that was written, which must not need a repair, and counts the pages that
 /// those who open it will see.
 EngineError checkResult(const QString &path, const QString &password, qsizetype pageCount);
