@@ -32,9 +32,9 @@ constexpr int kClearIconSize = 16;
 constexpr int kScrollMargin = 32;
 constexpr int kScrollStep = 12;
 
-/// A drag that rests at the edge scrolls on; beyond the edge the faster, the farther it is.
-constexpr std::chrono::milliseconds kScrollInterval{16};
-constexpr int kFarStep = 96;
+/// A drag that rests at an edge scrolls on: by a row each time where it is beyond it, by more the
+/// farther it is.
+constexpr std::chrono::milliseconds kScrollInterval{40};
 
 } // namespace
 
@@ -102,6 +102,8 @@ QStringList FileListWidget::files() const
 
 QStringList FileListWidget::takeFiles()
 {
+    // The entry of a drag is deleted with the others.
+    forgetDrag();
     QStringList paths = files();
     m_takenPosition = m_list->verticalScrollBar()->value();
     m_list->clear();
@@ -120,14 +122,17 @@ void FileListWidget::onAddFile(const QStringList &paths)
 {
     const QStringList shown = files();
     QSet<QString> known(shown.begin(), shown.end());
-    m_list->setUpdatesEnabled(false);
+    QStringList added;
     for (const QString &path : paths) {
         if (!known.contains(path)) {
             known.insert(path);
-            addFile(path);
+            added.append(path);
         }
     }
-    m_list->setUpdatesEnabled(true);
+    const QList<QListWidgetItem *> entries = FileRows::append(*m_list, added);
+    for (QListWidgetItem *entry : entries) {
+        addRow(entry);
+    }
 }
 
 void FileListWidget::clearFiles()
@@ -142,13 +147,10 @@ void FileListWidget::chooseFiles()
     onAddFile(QFileDialog::getOpenFileNames(this, caption, QString(), filter));
 }
 
-void FileListWidget::addFile(const QString &path)
+void FileListWidget::addRow(QListWidgetItem *entry)
 {
-    auto *entry = new QListWidgetItem(m_list);
-    entry->setSizeHint(QSize(0, FileRows::kHeight));
-    entry->setData(Qt::UserRole, path);
     auto *row = new FileListItem;
-    row->setPath(path);
+    row->setPath(entry->data(Qt::UserRole).toString());
     m_list->setItemWidget(entry, row);
     connect(row, &FileListItem::dragStarted, this, [this, entry] { beginDrag(entry); });
     connect(row, &FileListItem::dragMoved, this, &FileListWidget::moveDragged);
@@ -167,6 +169,8 @@ void FileListWidget::remove(QListWidgetItem *entry)
 
 void FileListWidget::beginDrag(QListWidgetItem *entry)
 {
+    // One whose end was never told.
+    forgetDrag();
     m_dragged = entry;
     m_draggedRow = qobject_cast<FileListItem *>(m_list->itemWidget(entry));
     m_dragStart = m_list->row(entry);
@@ -204,21 +208,14 @@ void FileListWidget::moveDragged(QPoint globalPosition)
     }
 }
 
-/// Goes on as if the pointer moved while it rests at an edge, and faster beyond it.
+/// Goes on as if the pointer moved while it rests at an edge.
 void FileListWidget::scrollOn()
 {
     const QWidget *viewport = m_list->viewport();
     const int y = viewport->mapFromGlobal(m_pointer).y();
-    const int beyond = std::max(-y, y - viewport->height());
-    if (y >= kScrollMargin && y <= viewport->height() - kScrollMargin) {
-        return;
+    if (y < kScrollMargin || y > viewport->height() - kScrollMargin) {
+        moveDragged(m_pointer);
     }
-    if (beyond > 0) {
-        QScrollBar *bar = m_list->verticalScrollBar();
-        const int step = std::min(beyond, kFarStep);
-        bar->setValue(bar->value() + (y < 0 ? -step : step));
-    }
-    moveDragged(m_pointer);
 }
 
 /// The row that a position in the viewport means; -1 for none.
@@ -240,16 +237,23 @@ bool FileListWidget::finishDrag()
     if (m_dragged == nullptr) {
         return false;
     }
-    m_scrollTimer.stop();
-    const int row = m_list->row(std::exchange(m_dragged, nullptr));
-    if (m_draggedRow != nullptr) {
-        m_draggedRow->setDragging(false);
-    }
-    m_draggedRow = nullptr;
-    const int start = std::exchange(m_dragStart, -1);
+    const int row = m_list->row(m_dragged);
+    const int start = m_dragStart;
+    forgetDrag();
     if (row == start) {
         return false;
     }
     emit fileOrderChanged(takeFiles());
     return true;
+}
+
+/// Ends the drag, if there is one, wherever it is.
+void FileListWidget::forgetDrag()
+{
+    m_scrollTimer.stop();
+    m_dragged = nullptr;
+    m_dragStart = -1;
+    if (FileListItem *row = std::exchange(m_draggedRow, nullptr); row != nullptr) {
+        row->setDragging(false);
+    }
 }

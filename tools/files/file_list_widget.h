@@ -49,12 +49,13 @@ signals:
 
 private:
     void chooseFiles();
-    void addFile(const QString &path);
+    void addRow(QListWidgetItem *entry);
     void remove(QListWidgetItem *entry);
     void beginDrag(QListWidgetItem *entry);
     void moveDragged(QPoint globalPosition);
     void scrollOn();
     bool finishDrag();
+    void forgetDrag();
     [[nodiscard]] int targetRow(QPoint position) const;
 
     QListWidget *m_list;
