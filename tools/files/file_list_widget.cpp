@@ -152,33 +152,46 @@ void FileListWidget::addRow(QListWidgetItem *entry)
     auto *row = new FileListItem;
     row->setPath(entry->data(Qt::UserRole).toString());
     m_list->setItemWidget(entry, row);
-    connect(row, &FileListItem::dragStarted, this, [this, entry] { beginDrag(entry); });
+    connect(row, &FileListItem::dragStarted, this, [this, row] { beginDrag(row); });
     connect(row, &FileListItem::dragMoved, this, &FileListWidget::moveDragged);
     connect(row, &FileListItem::dragFinished, this, &FileListWidget::finishDrag);
-    connect(row, &FileListItem::close, this, [this, entry] { remove(entry); });
+    connect(row, &FileListItem::close, this, [this, row] { remove(row); });
 }
 
-void FileListWidget::remove(QListWidgetItem *entry)
+void FileListWidget::remove(FileListItem *row)
 {
-    // The end of a drag may empty the list, and the entry is gone then.
-    if (entry != m_dragged || !finishDrag()) {
-        delete m_list->takeItem(m_list->row(entry));
+    if (row == m_draggedRow) {
+        finishDrag();
     }
+    // The end of a drag may have emptied the list.
+    delete entryOf(row);
     emit fileCountChange(m_list->count());
 }
 
-void FileListWidget::beginDrag(QListWidgetItem *entry)
+/// The entry that shows the row; null for one that has left the list and is about to be deleted.
+QListWidgetItem *FileListWidget::entryOf(const FileListItem *row) const
+{
+    for (int i = 0; i < m_list->count(); ++i) {
+        if (m_list->itemWidget(m_list->item(i)) == row) {
+            return m_list->item(i);
+        }
+    }
+    return nullptr;
+}
+
+void FileListWidget::beginDrag(FileListItem *row)
 {
     // One whose end was never told.
     forgetDrag();
-    m_dragged = entry;
-    m_draggedRow = qobject_cast<FileListItem *>(m_list->itemWidget(entry));
-    m_dragStart = m_list->row(entry);
-    m_pointer = QCursor::pos();
-    if (m_draggedRow != nullptr) {
-        m_draggedRow->setDragging(true);
-        m_draggedRow->raise();
+    m_dragged = entryOf(row);
+    if (m_dragged == nullptr) {
+        return;
     }
+    m_draggedRow = row;
+    m_dragStart = m_list->row(m_dragged);
+    m_pointer = QCursor::pos();
+    row->setDragging(true);
+    row->raise();
     m_scrollTimer.start();
 }
 
@@ -231,20 +244,18 @@ int FileListWidget::targetRow(QPoint position) const
     return position.y() >= m_list->viewport()->height() ? m_list->count() - 1 : -1;
 }
 
-/// Ends the drag, if there is one; true if that has emptied the list.
-bool FileListWidget::finishDrag()
+/// Ends the drag, if there is one; the list is empty then if it has changed the order.
+void FileListWidget::finishDrag()
 {
     if (m_dragged == nullptr) {
-        return false;
+        return;
     }
     const int row = m_list->row(m_dragged);
     const int start = m_dragStart;
     forgetDrag();
-    if (row == start) {
-        return false;
+    if (row != start) {
+        emit fileOrderChanged(takeFiles());
     }
-    emit fileOrderChanged(takeFiles());
-    return true;
 }
 
 /// Ends the drag, if there is one, wherever it is.
