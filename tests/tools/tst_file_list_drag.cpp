@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 
@@ -26,6 +27,27 @@ QStringList names(const QStringList &paths)
     }
     return bare;
 }
+
+/// Counts how often timers go off, while it lives.
+class TimerCount final : public QObject
+{
+public:
+    TimerCount() { QCoreApplication::instance()->installEventFilter(this); }
+
+    [[nodiscard]] int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Timer && qobject_cast<QTimer *>(watched) != nullptr) {
+            ++m_count;
+        }
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
 
 } // namespace
 
@@ -425,8 +447,10 @@ void TestFileListDrag::scrollingEndsWithTheDrag()
     emit row(7)->dragFinished();
     QCOMPARE(m_list->count(), 20);
     const int value = bar()->value();
+    const TimerCount timers;
     QTest::qWait(150);
     QCOMPARE(bar()->value(), value);
+    QCOMPARE(timers.count(), 0);
 }
 
 void TestFileListDrag::closingTheDraggedRowEndsTheDrag()

@@ -41,7 +41,7 @@ class TestFileListItem final : public QObject
 private slots:
     void initTestCase() { initResources(); }
     void init();
-    void cleanup() { m_row.reset(); }
+    void cleanup();
 
     void showsNameAndSize();
     void sizeHasUnits();
@@ -94,6 +94,12 @@ void TestFileListItem::init()
     m_row->setPath(u"/nowhere/a.pdf"_s);
     m_row->resize(kRowSize);
     m_row->show();
+}
+
+void TestFileListItem::cleanup()
+{
+    m_row.reset();
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 QColor TestFileListItem::pixel(int x, int y) const
@@ -197,7 +203,6 @@ void TestFileListItem::partsAreMirroredFromRightToLeft()
         QVERIFY(text->alignment().testFlag(Qt::AlignAbsolute));
     }
     QCOMPARE(m_row->findChild<QPushButton *>()->x(), 15);
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 void TestFileListItem::labelsLetTheMouseThrough()

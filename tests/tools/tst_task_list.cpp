@@ -158,6 +158,7 @@ void TestTaskList::cleanup()
 {
     m_widget.reset();
     m_folder.reset();
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TaskListItem *TestTaskList::add(const QString &id, const QString &path)
@@ -490,7 +491,6 @@ void TestTaskList::rowIsMirroredFromRightToLeft()
     QVERIFY(size->alignment().testFlag(Qt::AlignRight));
     QVERIFY(size->alignment().testFlag(Qt::AlignAbsolute));
     QCOMPARE(folderButton(*row)->x(), 15);
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 void TestTaskList::fontsAndColours()
