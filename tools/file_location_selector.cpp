@@ -2,6 +2,7 @@
 #include "tools/file_location_selector.h"
 
 #include "widgets/icon_paths.h"
+#include "widgets/plain_tool_tip.h"
 #include "widgets/popup_hover.h"
 #include "widgets/rounded_window.h"
 #include "widgets/text_alignment.h"
@@ -379,7 +380,7 @@ QString FileLocationSelector::label() const
 void FileLocationSelector::refreshTexts()
 {
     const QString folder = QDir::toNativeSeparators(directory());
-    setToolTip(folder);
+    setToolTip(plainToolTip(folder));
     setAccessibleDescription(label() + QStringLiteral(": ") + folder);
     update();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "widgets/control_painting.h"
 
+#include "widgets/plain_tool_tip.h"
 #include "widgets/theme.h"
 
 #include <QHelpEvent>
@@ -146,6 +147,6 @@ bool ControlPainting::showWholeText(const QEvent &event, QWidget &widget, const 
         return false;
     }
     const auto &help = static_cast<const QHelpEvent &>(event);
-    QToolTip::showText(help.globalPos(), text.toHtmlEscaped(), &widget);
+    QToolTip::showText(help.globalPos(), plainToolTip(text), &widget);
     return true;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "res/resources.h"
 #include "tests/support/menu_click.h"
+#include "tests/tools/row_mouse.h"
 #include "tools/file_location_selector.h"
 #include "widgets/theme.h"
 
@@ -130,6 +131,7 @@ private slots:
     void textsOfEachMode_data();
     void textsOfEachMode();
     void textsFollowTheSourceFolder();
+    void folderLikeMarkupIsShownAsItIs();
 
     void menuEntries();
     void menuChecksTheMode_data();
@@ -463,6 +465,14 @@ void TestFileLocationSelector::textsFollowTheSourceFolder()
     const QString path = QDir::toNativeSeparators(QStringLiteral("/files/other"));
     QCOMPARE(m_selector->toolTip(), path);
     QCOMPARE(m_selector->accessibleDescription(), QString(QStringLiteral("原始文件夹: ") + path));
+}
+
+void TestFileLocationSelector::folderLikeMarkupIsShownAsItIs()
+{
+    const QString folder = QStringLiteral("/files/<b>R&amp;D</b>");
+    m_selector->setSourceFolder(folder);
+    m_selector->show();
+    QCOMPARE(shownToolTip(*m_selector, QPoint(5, 5)), QDir::toNativeSeparators(folder));
 }
 
 void TestFileLocationSelector::menuEntries()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/common/elided_label.h"
 
+#include "widgets/plain_tool_tip.h"
 #include "widgets/text_alignment.h"
 
 #include <QEvent>
@@ -84,5 +85,5 @@ void ElidedLabel::elide()
     if (shown != text()) {
         setText(shown);
     }
-    setToolTip(shown == m_text ? QString() : m_text);
+    setToolTip(shown == m_text ? QString() : plainToolTip(m_text));
 }

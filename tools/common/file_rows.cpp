@@ -6,6 +6,7 @@
 
 #include <QFrame>
 #include <QListWidget>
+#include <QSignalBlocker>
 
 namespace {
 
@@ -43,4 +44,23 @@ void FileRows::prepare(QListWidget &list)
                            .arg(Theme::white.name(), kRowBorder.name(), kHoveredRow.name(),
                                 kSelectedRow.name(), kSelectedText.name(),
                                 scrollBarStyleSheet(kScrollBar)));
+}
+
+QList<QListWidgetItem *> FileRows::append(QListWidget &list, const QStringList &data)
+{
+    if (data.isEmpty()) {
+        return {};
+    }
+    const int first = list.count();
+    QList<QListWidgetItem *> entries;
+    // The list lays out all of its rows when one is inserted, and again when one is changed.
+    list.model()->insertRows(first, static_cast<int>(data.size()));
+    const QSignalBlocker silence(list.model());
+    for (const QString &text : data) {
+        QListWidgetItem *entry = list.item(first + static_cast<int>(entries.size()));
+        entry->setSizeHint(QSize(0, kHeight));
+        entry->setData(Qt::UserRole, text);
+        entries.append(entry);
+    }
+    return entries;
 }

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include <QList>
+#include <QStringList>
+
 class QListWidget;
+class QListWidgetItem;
 
 namespace FileRows {
 
@@ -10,5 +14,9 @@ inline constexpr int kHeight = 80;
 
 /// Makes a list show rows, which are widgets, and nothing else: no frame, no selection, no focus.
 void prepare(QListWidget &list);
+
+/// Appends an entry for each text, which is its Qt::UserRole data. The caller gives them their
+/// rows, before the list is laid out.
+QList<QListWidgetItem *> append(QListWidget &list, const QStringList &data);
 
 } // namespace FileRows

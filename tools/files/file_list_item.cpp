@@ -4,6 +4,7 @@
 #include "tools/common/elided_label.h"
 #include "tools/common/size_text.h"
 #include "widgets/icon_paths.h"
+#include "widgets/plain_tool_tip.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/widget_font.h"
@@ -107,7 +108,7 @@ void FileListItem::setPath(const QString &path)
     const QFileInfo file(path);
     m_name->setFullText(file.fileName());
     m_size->setText(sizeText(file.size()));
-    setToolTip(QDir::toNativeSeparators(path));
+    setToolTip(plainToolTip(QDir::toNativeSeparators(path)));
 }
 
 void FileListItem::setDragging(bool dragging)

@@ -32,9 +32,9 @@ constexpr int kClearIconSize = 16;
 constexpr int kScrollMargin = 32;
 constexpr int kScrollStep = 12;
 
-/// A drag that rests at the edge scrolls on; beyond the edge the faster, the farther it is.
-constexpr std::chrono::milliseconds kScrollInterval{16};
-constexpr int kFarStep = 96;
+/// A drag that rests at an edge scrolls on: by a row each time where it is beyond it, by more the
+/// farther it is.
+constexpr std::chrono::milliseconds kScrollInterval{40};
 
 } // namespace
 
@@ -102,6 +102,8 @@ QStringList FileListWidget::files() const
 
 QStringList FileListWidget::takeFiles()
 {
+    // The entry of a drag is deleted with the others.
+    forgetDrag();
     QStringList paths = files();
     m_takenPosition = m_list->verticalScrollBar()->value();
     m_list->clear();
@@ -120,14 +122,17 @@ void FileListWidget::onAddFile(const QStringList &paths)
 {
     const QStringList shown = files();
     QSet<QString> known(shown.begin(), shown.end());
-    m_list->setUpdatesEnabled(false);
+    QStringList added;
     for (const QString &path : paths) {
         if (!known.contains(path)) {
             known.insert(path);
-            addFile(path);
+            added.append(path);
         }
     }
-    m_list->setUpdatesEnabled(true);
+    const QList<QListWidgetItem *> entries = FileRows::append(*m_list, added);
+    for (QListWidgetItem *entry : entries) {
+        addRow(entry);
+    }
 }
 
 void FileListWidget::clearFiles()
@@ -142,39 +147,51 @@ void FileListWidget::chooseFiles()
     onAddFile(QFileDialog::getOpenFileNames(this, caption, QString(), filter));
 }
 
-void FileListWidget::addFile(const QString &path)
+void FileListWidget::addRow(QListWidgetItem *entry)
 {
-    auto *entry = new QListWidgetItem(m_list);
-    entry->setSizeHint(QSize(0, FileRows::kHeight));
-    entry->setData(Qt::UserRole, path);
     auto *row = new FileListItem;
-    row->setPath(path);
+    row->setPath(entry->data(Qt::UserRole).toString());
     m_list->setItemWidget(entry, row);
-    connect(row, &FileListItem::dragStarted, this, [this, entry] { beginDrag(entry); });
+    connect(row, &FileListItem::dragStarted, this, [this, row] { beginDrag(row); });
     connect(row, &FileListItem::dragMoved, this, &FileListWidget::moveDragged);
     connect(row, &FileListItem::dragFinished, this, &FileListWidget::finishDrag);
-    connect(row, &FileListItem::close, this, [this, entry] { remove(entry); });
+    connect(row, &FileListItem::close, this, [this, row] { remove(row); });
 }
 
-void FileListWidget::remove(QListWidgetItem *entry)
+void FileListWidget::remove(FileListItem *row)
 {
-    // The end of a drag may empty the list, and the entry is gone then.
-    if (entry != m_dragged || !finishDrag()) {
-        delete m_list->takeItem(m_list->row(entry));
+    if (row == m_draggedRow) {
+        finishDrag();
     }
+    // The end of a drag may have emptied the list.
+    delete entryOf(row);
     emit fileCountChange(m_list->count());
 }
 
-void FileListWidget::beginDrag(QListWidgetItem *entry)
+/// The entry that shows the row; null for one that has left the list and is about to be deleted.
+QListWidgetItem *FileListWidget::entryOf(const FileListItem *row) const
 {
-    m_dragged = entry;
-    m_draggedRow = qobject_cast<FileListItem *>(m_list->itemWidget(entry));
-    m_dragStart = m_list->row(entry);
-    m_pointer = QCursor::pos();
-    if (m_draggedRow != nullptr) {
-        m_draggedRow->setDragging(true);
-        m_draggedRow->raise();
+    for (int i = 0; i < m_list->count(); ++i) {
+        if (m_list->itemWidget(m_list->item(i)) == row) {
+            return m_list->item(i);
+        }
     }
+    return nullptr;
+}
+
+void FileListWidget::beginDrag(FileListItem *row)
+{
+    // One whose end was never told.
+    forgetDrag();
+    m_dragged = entryOf(row);
+    if (m_dragged == nullptr) {
+        return;
+    }
+    m_draggedRow = row;
+    m_dragStart = m_list->row(m_dragged);
+    m_pointer = QCursor::pos();
+    row->setDragging(true);
+    row->raise();
     m_scrollTimer.start();
 }
 
@@ -204,21 +221,14 @@ void FileListWidget::moveDragged(QPoint globalPosition)
     }
 }
 
-/// Goes on as if the pointer moved while it rests at an edge, and faster beyond it.
+/// Goes on as if the pointer moved while it rests at an edge.
 void FileListWidget::scrollOn()
 {
     const QWidget *viewport = m_list->viewport();
     const int y = viewport->mapFromGlobal(m_pointer).y();
-    const int beyond = std::max(-y, y - viewport->height());
-    if (y >= kScrollMargin && y <= viewport->height() - kScrollMargin) {
-        return;
+    if (y < kScrollMargin || y > viewport->height() - kScrollMargin) {
+        moveDragged(m_pointer);
     }
-    if (beyond > 0) {
-        QScrollBar *bar = m_list->verticalScrollBar();
-        const int step = std::min(beyond, kFarStep);
-        bar->setValue(bar->value() + (y < 0 ? -step : step));
-    }
-    moveDragged(m_pointer);
 }
 
 /// The row that a position in the viewport means; -1 for none.
@@ -234,22 +244,27 @@ int FileListWidget::targetRow(QPoint position) const
     return position.y() >= m_list->viewport()->height() ? m_list->count() - 1 : -1;
 }
 
-/// Ends the drag, if there is one; true if that has emptied the list.
-bool FileListWidget::finishDrag()
+/// Ends the drag, if there is one; the list is empty then if it has changed the order.
+void FileListWidget::finishDrag()
 {
     if (m_dragged == nullptr) {
-        return false;
+        return;
     }
+    const int row = m_list->row(m_dragged);
+    const int start = m_dragStart;
+    forgetDrag();
+    if (row != start) {
+        emit fileOrderChanged(takeFiles());
+    }
+}
+
+/// Ends the drag, if there is one, wherever it is.
+void FileListWidget::forgetDrag()
+{
     m_scrollTimer.stop();
-    const int row = m_list->row(std::exchange(m_dragged, nullptr));
-    if (m_draggedRow != nullptr) {
-        m_draggedRow->setDragging(false);
+    m_dragged = nullptr;
+    m_dragStart = -1;
+    if (FileListItem *row = std::exchange(m_draggedRow, nullptr); row != nullptr) {
+        row->setDragging(false);
     }
-    m_draggedRow = nullptr;
-    const int start = std::exchange(m_dragStart, -1);
-    if (row == start) {
-        return false;
-    }
-    emit fileOrderChanged(takeFiles());
-    return true;
 }

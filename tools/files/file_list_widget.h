@@ -49,12 +49,14 @@ signals:
 
 private:
     void chooseFiles();
-    void addFile(const QString &path);
-    void remove(QListWidgetItem *entry);
-    void beginDrag(QListWidgetItem *entry);
+    void addRow(QListWidgetItem *entry);
+    void remove(FileListItem *row);
+    [[nodiscard]] QListWidgetItem *entryOf(const FileListItem *row) const;
+    void beginDrag(FileListItem *row);
     void moveDragged(QPoint globalPosition);
     void scrollOn();
-    bool finishDrag();
+    void finishDrag();
+    void forgetDrag();
     [[nodiscard]] int targetRow(QPoint position) const;
 
     QListWidget *m_list;

@@ -222,7 +222,7 @@ void TaskListItem::openFolder() const
 void TaskListItem::showState(const QString &text, const QColor &color, const QString &iconPath)
 {
     m_status->setText(text);
-    m_status->setStyleSheet(kStatusStyleSheet.arg(color.name()));
+    m_status->setStyleSheet(kStatusStyleSheet.arg(color.name().toUpper()));
     m_stateIcon->setPixmap(iconPath.isEmpty() ? QPixmap()
                                               : tinted(iconPath, color, devicePixelRatioF()));
     m_stateIcon->setVisible(!iconPath.isEmpty());

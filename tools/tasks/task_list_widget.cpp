@@ -7,6 +7,7 @@
 #include "tools/tasks/task_list_item.h"
 #include "tools/tasks/task_row.h"
 #include "widgets/icon_button.h"
+#include "widgets/plain_tool_tip.h"
 #include "widgets/theme.h"
 
 #include <QDir>
@@ -59,12 +60,10 @@ TaskListWidget::TaskListWidget(QWidget *parent)
 
 void TaskListWidget::addTask(const TaskRow &task)
 {
-    auto *entry = new QListWidgetItem(m_list);
-    entry->setSizeHint(QSize(0, FileRows::kHeight));
-    entry->setData(Qt::UserRole, task.id);
+    QListWidgetItem *entry = FileRows::append(*m_list, {task.id}).constFirst();
     auto *row = new TaskListItem;
     row->setTask(task);
-    row->setToolTip(QDir::toNativeSeparators(row->path()));
+    row->setToolTip(plainToolTip(QDir::toNativeSeparators(row->path())));
     m_list->setItemWidget(entry, row);
     m_rowOfTask.insert(task.id, row);
 }
@@ -82,11 +81,11 @@ void TaskListWidget::updateStatus(const QString &id, int status)
         if (const QString result = service.resultPath(id); !result.isEmpty()) {
             row->setPath(result);
         }
-        row->setToolTip(QDir::toNativeSeparators(row->path()));
+        row->setToolTip(plainToolTip(QDir::toNativeSeparators(row->path())));
     }
     row->setStatus(status);
     if (status == static_cast<int>(TaskStatus::Failed)) {
-        row->setToolTip(service.errorMessage(id));
+        row->setToolTip(plainToolTip(service.errorMessage(id)));
     }
 }
 
