@@ -5,20 +5,24 @@
 #include "tools/options/tool_options_panel.h"
 #include "widgets/modern_combo_box.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QListWidgetItem>
+#include <QMimeData>
 #include <QStandardPaths>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 #include <QWidget>
 
-/// A home of the test's own, with a desktop and documents where the system lets them be moved, and
-/// the folder in which relative paths begin.
+/// A home of the test's own, empty but for a desktop, which is moved there where the system lets it
+/// be moved; relative paths begin in it. One at a time.
 class ToolTestHome final
 {
 public:
@@ -26,9 +30,19 @@ public:
         : m_before(QDir::currentPath())
     {
         QStandardPaths::setTestModeEnabled(true);
-        qputenv("HOME", m_folder.path().toLocal8Bit());
-        QDir(m_folder.path()).mkdir(QStringLiteral("Desktop"));
-        QDir::setCurrent(m_folder.path());
+        qputenv("HOME", folder().toLocal8Bit());
+        // Hidden folders are those of the engine, which outlive a test.
+        const QFileInfoList old =
+            QDir(folder()).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        for (const QFileInfo &entry : old) {
+            if (entry.isDir()) {
+                QDir(entry.filePath()).removeRecursively();
+            } else {
+                QFile::remove(entry.filePath());
+            }
+        }
+        QDir(folder()).mkdir(QStringLiteral("Desktop"));
+        QDir::setCurrent(folder());
     }
     ~ToolTestHome() { QDir::setCurrent(m_before); }
     ToolTestHome(const ToolTestHome &) = delete;
@@ -37,9 +51,9 @@ public:
     /// Whether desktop and documents are those of the test.
     [[nodiscard]] bool isWhole() const
     {
-        return desktop().startsWith(m_folder.path()) && documents().startsWith(m_folder.path());
+        return desktop().startsWith(folder()) && documents().startsWith(folder());
     }
-    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
+    [[nodiscard]] static QString path(const QString &name) { return QDir(folder()).filePath(name); }
     [[nodiscard]] static QString desktop()
     {
         return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
@@ -50,7 +64,7 @@ public:
     }
 
     /// Writes a file, and the folders that it lies in, and returns its path.
-    [[nodiscard]] QString add(const QString &name, const QByteArray &data = "%PDF-1.7\n") const
+    [[nodiscard]] static QString add(const QString &name, const QByteArray &data = "%PDF-1.7\n")
     {
         const QString file = path(name);
         QDir().mkpath(QFileInfo(file).absolutePath());
@@ -60,7 +74,12 @@ public:
     }
 
 private:
-    QTemporaryDir m_folder;
+    static QString folder()
+    {
+        static const QTemporaryDir home;
+        return home.path();
+    }
+
     QString m_before;
 };
 
@@ -149,6 +168,35 @@ inline QStringList textsOf(const QWidget &parent, const char *objectName)
         texts.append(label->text());
     }
     return texts;
+}
+
+/// Drops addresses on the middle of a widget, as a file manager does that offers such actions;
+/// what the program made of it, or Qt::IgnoreAction when it took nothing.
+inline Qt::DropAction drop(QWidget &target, const QList<QUrl> &urls,
+                           Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    const QPoint middle = target.rect().center();
+    QDragEnterEvent enter(middle, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&target, &enter);
+    if (!enter.isAccepted()) {
+        return Qt::IgnoreAction;
+    }
+    QDragMoveEvent move(middle, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&target, &move);
+    QDropEvent event(QPointF(middle), offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&target, &event);
+    return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+}
+
+inline Qt::DropAction dropFiles(QWidget &target, const QStringList &paths)
+{
+    QList<QUrl> urls;
+    for (const QString &path : paths) {
+        urls.append(QUrl::fromLocalFile(path));
+    }
+    return drop(target, urls);
 }
 
 } // namespace ToolPageTest
