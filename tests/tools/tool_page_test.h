@@ -173,19 +173,20 @@ inline QStringList textsOf(const QWidget &parent, const char *objectName)
 /// Drops addresses on the middle of a widget, as a file manager does that offers such actions;
 /// what the program made of it, or Qt::IgnoreAction when it took nothing.
 inline Qt::DropAction drop(QWidget &target, const QList<QUrl> &urls,
-                           Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction)
+                           Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction,
+                           Qt::KeyboardModifiers keys = Qt::NoModifier)
 {
     QMimeData data;
     data.setUrls(urls);
     const QPoint middle = target.rect().center();
-    QDragEnterEvent enter(middle, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(middle, offered, &data, Qt::LeftButton, keys);
     QCoreApplication::sendEvent(&target, &enter);
-    if (!enter.isAccepted()) {
+    QDragMoveEvent move(middle, offered, &data, Qt::LeftButton, keys);
+    QCoreApplication::sendEvent(&target, &move);
+    if (!enter.isAccepted() || !move.isAccepted()) {
         return Qt::IgnoreAction;
     }
-    QDragMoveEvent move(middle, offered, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&target, &move);
-    QDropEvent event(QPointF(middle), offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent event(QPointF(middle), offered, &data, Qt::LeftButton, keys);
     QCoreApplication::sendEvent(&target, &event);
     return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
 }

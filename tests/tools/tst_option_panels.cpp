@@ -20,6 +20,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -149,6 +150,7 @@ private slots:
     void sourceIsKeptAtFirst();
     void orientationsExcludeEachOther();
     void switchesAreOffAtFirst();
+    void switchesAreNamed();
 
     void passwordMessages_data();
     void passwordMessages();
@@ -315,10 +317,13 @@ void TestOptionPanels::places()
 void TestOptionPanels::placesOpenUpwards()
 {
     const auto shown = panel();
-    shown->setGeometry(100, 100, ToolOptionsPanel::kWidth, 600);
+    shown->setGeometry(100, 10, ToolOptionsPanel::kWidth, 400);
     shown->show();
     QVERIFY(QTest::qWaitForWindowExposed(shown.get()));
     const ModernComboBox *box = shown->locationBox();
+    const int below = box->mapToGlobal(QPoint(0, box->height())).y();
+    QVERIFY2(shown->screen()->availableGeometry().bottom() > below + ComboPopup::kHeight + 20,
+             "there must be room for a list below");
     QTest::mouseClick(shown->locationBox(), Qt::LeftButton);
     QVERIFY(box->popup()->isVisible());
     QVERIFY(box->popup()->geometry().bottom() < box->mapToGlobal(QPoint()).y());
@@ -432,6 +437,15 @@ void TestOptionPanels::switchesAreOffAtFirst()
     QVERIFY(!images.isSinglePdf());
     const PdfConvertOptionsPanel convert;
     QVERIFY(!part<SwitchButton>(convert, "extractImagesSwitch")->isChecked());
+}
+
+void TestOptionPanels::switchesAreNamed()
+{
+    const ImageToPdfOptionsPanel images;
+    QCOMPARE(part<SwitchButton>(images, "singlePdfSwitch")->accessibleName(), u"转换为单个PDF"_s);
+    const PdfConvertOptionsPanel convert;
+    QCOMPARE(part<SwitchButton>(convert, "extractImagesSwitch")->accessibleName(),
+             u"提取单个图像"_s);
 }
 
 void TestOptionPanels::passwordMessages_data()

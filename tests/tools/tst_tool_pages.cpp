@@ -104,6 +104,7 @@ private slots:
     void dropTakesFilesAnywhere();
     void dropOfNoFileIsNothing();
     void dropThatMovesIsRefused();
+    void dropIsACopyWhateverKeysAreHeld();
     void tasksTakeNoDrops();
     void fileFromElsewhere_data();
     void fileFromElsewhere();
@@ -458,8 +459,26 @@ void TestToolPages::dropThatMovesIsRefused()
     const QList<QUrl> urls{QUrl::fromLocalFile(m_files[0])};
     QCOMPARE(drop(*dropZone(), urls, Qt::MoveAction), Qt::IgnoreAction);
     QCOMPARE(drop(*m_page->optionsPanel(), urls, Qt::MoveAction), Qt::IgnoreAction);
+    // From the moment on at which it comes.
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_page->optionsPanel(), &enter);
+    QVERIFY(!enter.isAccepted());
     QCoreApplication::processEvents();
     QVERIFY(m_page->inputFiles().isEmpty());
+}
+
+void TestToolPages::dropIsACopyWhateverKeysAreHeld()
+{
+    show(make<PdfMergePage>());
+    const Qt::DropActions both = Qt::CopyAction | Qt::MoveAction;
+    QCOMPARE(drop(*dropZone(), {QUrl::fromLocalFile(m_files[0])}, both, Qt::ShiftModifier),
+             Qt::CopyAction);
+    QCOMPARE(
+        drop(*m_page->optionsPanel(), {QUrl::fromLocalFile(m_files[1])}, both, Qt::ShiftModifier),
+        Qt::CopyAction);
+    QTRY_COMPARE(m_page->inputFiles(), (QStringList{m_files[0], m_files[1]}));
 }
 
 void TestToolPages::tasksTakeNoDrops()
@@ -534,9 +553,11 @@ void TestToolPages::statusesOfOtherPagesMeanNothing()
     other.addInputFile(m_files[1]);
     other.onStart();
     const QList<TaskListItem *> otherRows = other.findChild<TaskListWidget *>()->rows();
+    QCOMPARE(otherRows.size(), 1);
     show(make<PdfCompressPage>());
     m_page->addInputFile(m_files[0]);
     m_page->onStart();
+    QCOMPARE(tasks()->rows().size(), 1);
     const TaskListItem *row = tasks()->rows().constFirst();
     QTRY_COMPARE(statusOf(*row), u"失败"_s);
     QTRY_COMPARE(statusOf(*otherRows.constFirst()), u"失败"_s);
@@ -554,6 +575,7 @@ void TestToolPages::statusIsForwarded()
     show(make<PdfCompressPage>());
     m_page->addInputFile(m_files[0]);
     m_page->onStart();
+    QCOMPARE(tasks()->rows().size(), 1);
     const TaskListItem *row = tasks()->rows().constFirst();
     QCOMPARE(statusOf(*row), u"处理中..."_s);
     m_page->onTaskStatus(row->id(), 5);

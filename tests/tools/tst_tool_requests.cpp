@@ -89,6 +89,7 @@ private slots:
     void programFolderIsMadeWithTheRequest();
     void programFolderThatCannotBeMadeIsAskedForAllTheSame();
     void folderOfTheDialogIsTaken();
+    void folderIsTakenAsItStands();
     void requestOfNoPlaceIsEmpty();
 
 private:
@@ -582,6 +583,15 @@ void TestToolRequests::folderOfTheDialogIsTaken()
     answers.addFiles({});
     box->onItemClicked(box->item(3));
     QCOMPARE(page.optionsPanel()->buildRequest().outputPath, u"选择位置..."_s);
+}
+
+void TestToolRequests::folderIsTakenAsItStands()
+{
+    const PdfCompressPage page;
+    for (const QString &folder : {QString(chosen() + u'/'), u"relative"_s, u""_s}) {
+        QVERIFY(choosePlace(*page.optionsPanel(), Chosen, folder));
+        QCOMPARE(page.requestsFor({u"/x/a.pdf"_s}).constFirst().outputPath, in(folder, u"a.pdf"_s));
+    }
 }
 
 void TestToolRequests::requestOfNoPlaceIsEmpty()
