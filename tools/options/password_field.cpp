@@ -54,8 +54,7 @@ void PasswordField::showMessage(const QString &message)
 
 void PasswordField::setMessageVisible(bool visible)
 {
-    // A label without a text would be an empty line.
-    m_label->setVisible(visible && !m_label->text().isEmpty());
+    m_label->setVisible(visible);
 }
 
 void PasswordField::setError(bool error)

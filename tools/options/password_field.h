@@ -20,7 +20,7 @@ public:
     [[nodiscard]] QLabel *label() const { return m_label; }
 
     void showMessage(const QString &message);
-    /// Hides the message, or shows the last one again, if there was any.
+    /// Hides the message, or shows the last one again; an empty line if there was none.
     void setMessageVisible(bool visible);
     void setError(bool error);
 

@@ -18,6 +18,11 @@ PdfEncryOptionsPanel::PdfEncryOptionsPanel(QWidget *parent)
     addControl(m_second);
     addHeading(tr("保存选项"));
     addControl(m_save);
+    // What a field says when the other one is emptied before anything was wrong.
+    for (PasswordField *field : {m_first, m_second}) {
+        field->showMessage(tr("两个密码应该匹配"));
+        field->setMessageVisible(false);
+    }
     connect(m_first, &PasswordField::textChanged, this, &PdfEncryOptionsPanel::onFirstChanged);
     connect(m_second, &PasswordField::textChanged, this, &PdfEncryOptionsPanel::onSecondChanged);
 }
