@@ -89,11 +89,15 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollArea->setFocusPolicy(Qt::NoFocus);
     scrollArea->setWidget(sections);
+    // Shows that sections which are cut off there go on.
+    QLabel *cut = createSeparator(Qt::Horizontal, this);
+    cut->hide();
     // The bar takes its room from the margin, so that all controls of the panel end at one line.
     connect(scrollArea->verticalScrollBar(), &QScrollBar::rangeChanged, inset,
-            [inset](int minimum, int maximum) {
-                const int bar = maximum > minimum ? kScrollBarWidth : 0;
-                inset->setContentsMargins(kSide, 0, kSide - bar, 0);
+            [inset, cut](int minimum, int maximum) {
+                const bool scrolls = maximum > minimum;
+                cut->setVisible(scrolls);
+                inset->setContentsMargins(kSide, 0, kSide - (scrolls ? kScrollBarWidth : 0), 0);
             });
 
     auto *start = new IconButton(startText, this);
@@ -121,8 +125,7 @@ ToolOptionsPanel::ToolOptionsPanel(const QString &title, const QString &startTex
     column->addLayout(top);
     column->addSpacing(kPartGap);
     column->addWidget(scrollArea, 1);
-    // Shows that sections which are cut off here go on.
-    column->addWidget(createSeparator(Qt::Horizontal, this));
+    column->addWidget(cut);
     column->addSpacing(kPartGap);
     column->addLayout(bottom);
 }
