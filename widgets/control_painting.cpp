@@ -106,7 +106,7 @@ void ControlPainting::drawPath(QPainter &painter, const QRect &rect, const QStri
 QPixmap ControlPainting::pixmapOf(const QIcon &icon, const QSize &size, double ratio)
 {
     // Between two whole scales Qt takes the picture for the lower one, which is too coarse.
-    const QPixmap pixmap = icon.pixmap(size, std::ceil(ratio));
+    QPixmap pixmap = icon.pixmap(size, std::ceil(ratio));
     const QSize wanted = (QSizeF(size) * ratio).toSize();
     if (pixmap.width() <= wanted.width() && pixmap.height() <= wanted.height()) {
         return pixmap;

@@ -30,7 +30,7 @@ QString OutputNames::createFolder(const QString &folder, const QString &base)
 {
     const QDir parent(folder);
     const QString name = freeName(parent, base, QString(), QStringLiteral("%1 (%2)"));
-    const QString path = parent.filePath(name);
+    QString path = parent.filePath(name);
     QDir().mkpath(path);
     return path;
 }

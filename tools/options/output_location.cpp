@@ -21,8 +21,8 @@ struct Texts
 /// The folder of the program among the documents; it is there afterwards.
 QString programFolder()
 {
-    const QString path = QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
-                             .filePath(QStringLiteral("Quillora"));
+    QString path = QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+                       .filePath(QStringLiteral("Quillora"));
     QDir().mkpath(path);
     return path;
 }
