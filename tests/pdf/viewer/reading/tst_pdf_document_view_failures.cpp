@@ -76,6 +76,8 @@ private slots:
     void textAtTheEdgeOfTheViewIsNotSqueezed_data();
     void textAtTheEdgeOfTheViewIsNotSqueezed();
     void otherDocumentIsNotTakenForFailed();
+    void turnedPageIsNotTakenForFailed();
+    void failureIsForgottenOutOfSight();
 };
 
 void TestPdfDocumentViewFailures::failedPageSaysSo()
@@ -177,6 +179,32 @@ void TestPdfDocumentViewFailures::otherDocumentIsNotTakenForFailed()
     QTRY_VERIFY(isShownInView(shown, 0, failed()));
     shown.probe.hold();
     shown.model.setPages(recordsOfSizes({{300, 400}}), false);
+    QCoreApplication::processEvents();
+    QVERIFY(isShownInView(shown, 0, waiting(1)));
+}
+
+void TestPdfDocumentViewFailures::turnedPageIsNotTakenForFailed()
+{
+    ShownView shown({});
+    shown.view.setZoomFactor(1.0);
+    failFirstPage(shown, {{300, 400}});
+    QTRY_VERIFY(isShownInView(shown, 0, failed()));
+    shown.probe.hold();
+    shown.model.rotatePages({shown.model.pageAt(0)->id}, 90);
+    QCoreApplication::processEvents();
+    QVERIFY(isShownInView(shown, 0, waiting(1)));
+}
+
+void TestPdfDocumentViewFailures::failureIsForgottenOutOfSight()
+{
+    ShownView shown({});
+    shown.view.setZoomFactor(1.0);
+    failFirstPage(shown, QList<QSizeF>(30, QSizeF(300, 400)));
+    QTRY_VERIFY(isShownInView(shown, 0, failed()));
+    shown.scrollToY(shown.maximumScrollY());
+    QCoreApplication::processEvents();
+    shown.probe.hold();
+    shown.scrollToY(0);
     QCoreApplication::processEvents();
     QVERIFY(isShownInView(shown, 0, waiting(1)));
 }
