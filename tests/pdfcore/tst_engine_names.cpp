@@ -47,6 +47,7 @@ class TestEngineNames : public QObject
 private slots:
     void namesAreFoundAfterASave_data();
     void namesAreFoundAfterASave();
+    void strayNamesOfOldFilesAreValidAfterASave_data();
     void strayNamesOfOldFilesAreValidAfterASave();
     void strayNamesAreValidWhereverSomethingIsDrawn_data();
     void strayNamesAreValidWhereverSomethingIsDrawn();
@@ -98,10 +99,19 @@ void TestEngineNames::namesAreFoundAfterASave()
     }
 }
 
+void TestEngineNames::strayNamesOfOldFilesAreValidAfterASave_data()
+{
+    QTest::addColumn<Bytes>("contents");
+    QTest::newRow("contents in one") << Bytes("/Contents 4 0 R ");
+    QTest::newRow("contents in parts") << Bytes("/Contents[4 0 R]");
+}
+
 void TestEngineNames::strayNamesOfOldFilesAreValidAfterASave()
 {
+    QFETCH(const Bytes, contents);
     Folder folder;
-    const QString path = folder.add(u"in.pdf"_s, documentWith("1.1", "F#zz", "F#zz"));
+    const QString path = folder.add(
+        u"in.pdf"_s, documentWith("1.1", "F#zz", "F#zz").replace("/Contents 4 0 R ", contents));
     const QString target = folder.path(u"out.pdf"_s);
     const Outcome saved = save({filePage(path)}, target);
     QVERIFY2(saved.ok, qPrintable(saved.message));

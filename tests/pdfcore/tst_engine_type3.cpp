@@ -167,6 +167,17 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
                "/Resources << /ColorSpace << /DefaultCMYK [/ICCBased 7 0 R] >> >>"),
           swappedInk},
          Qt::magenta});
+    add("mask of a picture in ink",
+        {"1 0 0 0 k q BI /W 1 /H 1 /BPC 1 /IM true ID " + QByteArray(1, '\0') + " EI Q",
+         {},
+         {},
+         kCyan});
+    const QByteArray usesH =
+        "/Font << /H << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >> ";
+    add("letter of another font in ink",
+        {"1 0 0 0 k BT /H 4 Tf -0.05 -1 Td (I) Tj ET", usesH, {}, kCyan});
+    add("outline of a letter of another font in ink",
+        {kLines + "1 0 0 0 K 0.2 w BT 1 Tr /H 1 Tf 0.36 0.2 Td (I) Tj ET", usesH, {}, kCyan});
     add("shading", {"/S sh", "/Shading << /S " + shading + " >>", {}, kCyan});
     add("shading in RGB",
         {"/S sh",
