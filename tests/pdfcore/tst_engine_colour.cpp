@@ -537,6 +537,8 @@ void TestEngineColour::lab_data()
     const QByteArray usualBytes = "\x80\xCC\xA6";
     const QByteArray wide = lab("/Range [-128 127 -128 127]");
     const QByteArray wideBytes = "\x80\xBC\x9E";
+    const QByteArray uneven = lab("/Range [-100 100 0 60]");
+    const QByteArray unevenBytes = "\x80\xCC\x80";
     const auto fill = [](const QByteArray &space, const QByteArray &colour) -> Case {
         return {"/C cs " + colour + " sc" + kAll, "/ColorSpace << /C " + space + " >>", {}, {}};
     };
@@ -546,9 +548,13 @@ void TestEngineColour::lab_data()
     };
     row("fill", fill(usual, "50 60 30"), red);
     row("fill with wide limits", fill(wide, "50 60 30"), red);
+    row("fill with limits for each", fill(uneven, "50 60 30"), red);
     row("indexed fill", fill("[/Indexed " + wide + " 1 <00000080BC9E>]", "1"), red);
     row("picture", {kImage, kUsesX, {image(usual, usualBytes)}, {}}, red);
     row("picture with wide limits", {kImage, kUsesX, {image(wide, wideBytes)}, {}}, red);
+    row("picture with limits for each", {kImage, kUsesX, {image(uneven, unevenBytes)}, {}}, red);
+    row("indexed picture with limits for each",
+        {kImage, kUsesX, {image("[/Indexed " + uneven + " 1 <00000080CC80>]", "\x01")}, {}}, red);
     row("picture that says how it is decoded",
         {kImage, kUsesX, {image(usual, usualBytes, "/Decode [0 100 -100 100 -100 100]")}, {}}, red);
     row("indexed picture",

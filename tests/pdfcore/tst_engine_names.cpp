@@ -47,7 +47,10 @@ class TestEngineNames : public QObject
 private slots:
     void namesAreFoundAfterASave_data();
     void namesAreFoundAfterASave();
+    void strayNamesOfOldFilesAreValidAfterASave_data();
     void strayNamesOfOldFilesAreValidAfterASave();
+    void strayNamesAreValidWhereverSomethingIsDrawn_data();
+    void strayNamesAreValidWhereverSomethingIsDrawn();
 };
 
 void TestEngineNames::namesAreFoundAfterASave_data()
@@ -69,6 +72,9 @@ void TestEngineNames::namesAreFoundAfterASave_data()
         row("F#41", "FA");
         row("F#20#2fx", "F#20#2Fx");
         row("F#2341", "F#2341");
+        // An escape at the end of a name.
+        row("FA", "F#41");
+        row("F#20", "F#20");
     }
 }
 
@@ -93,10 +99,19 @@ void TestEngineNames::namesAreFoundAfterASave()
     }
 }
 
+void TestEngineNames::strayNamesOfOldFilesAreValidAfterASave_data()
+{
+    QTest::addColumn<Bytes>("contents");
+    QTest::newRow("contents in one") << Bytes("/Contents 4 0 R ");
+    QTest::newRow("contents in parts") << Bytes("/Contents[4 0 R]");
+}
+
 void TestEngineNames::strayNamesOfOldFilesAreValidAfterASave()
 {
+    QFETCH(const Bytes, contents);
     Folder folder;
-    const QString path = folder.add(u"in.pdf"_s, documentWith("1.1", "F#zz", "F#zz"));
+    const QString path = folder.add(
+        u"in.pdf"_s, documentWith("1.1", "F#zz", "F#zz").replace("/Contents 4 0 R ", contents));
     const QString target = folder.path(u"out.pdf"_s);
     const Outcome saved = save({filePage(path)}, target);
     QVERIFY2(saved.ok, qPrintable(saved.message));
@@ -104,6 +119,56 @@ void TestEngineNames::strayNamesOfOldFilesAreValidAfterASave()
     QVERIFY(content.contains("/F#23zz Do"));
     QCOMPARE(content.count("/F#23zz "), 4);
     QVERIFY(!content.contains("/F#zz"));
+}
+
+void TestEngineNames::strayNamesAreValidWhereverSomethingIsDrawn_data()
+{
+    QTest::addColumn<Bytes>("content");
+    QTest::addColumn<Bytes>("resources");
+    QTest::addColumn<QList<Bytes>>("objects");
+    // What fills its surroundings, under the name of F#zz, is object 6.
+    const Bytes inner = "/Resources << /XObject << /F#zz 6 0 R >> >>";
+    const Bytes box = " /BBox [0 0 200 200] ";
+    const Bytes red =
+        PdfFixture::streamBody("/Type /XObject /Subtype /Form" + box, "1 0 0 rg 0 0 200 200 re f");
+    const auto row = [&](const char *name, const Bytes &content, const Bytes &resources,
+                         const Bytes &part) {
+        QTest::newRow(name) << content << resources << QList<Bytes>{part, red};
+    };
+    row("tiling pattern", "/Pattern cs /P scn 0 0 200 200 re f", "/Pattern << /P 5 0 R >>",
+        PdfFixture::streamBody("/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /XStep "
+                               "200 /YStep 200" +
+                                   box + inner,
+                               "/F#zz Do"));
+    row("form", "/P Do", "/XObject << /P 5 0 R >>",
+        PdfFixture::streamBody("/Type /XObject /Subtype /Form" + box + inner, "/F#zz Do"));
+    QTest::newRow("letter")
+        << Bytes("BT /P 200 Tf 0 0 Td (A) Tj ET") << Bytes("/Font << /P 5 0 R >>")
+        << QList<Bytes>{"<< /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] "
+                        "/FontMatrix [1 0 0 1 0 0] /CharProcs << /A 7 0 R >> "
+                        "/Encoding << /Differences [65 /A] >> /FirstChar 65 "
+                        "/LastChar 65 /Widths [1] " +
+                            inner + " >>",
+                        red, PdfFixture::streamBody({}, "1 0 d0 0.005 0 0 0.005 0 0 cm /F#zz Do")};
+}
+
+void TestEngineNames::strayNamesAreValidWhereverSomethingIsDrawn()
+{
+    QFETCH(const Bytes, content);
+    QFETCH(const Bytes, resources);
+    QFETCH(const QList<Bytes>, objects);
+    Folder folder;
+    const QString path = folder.add(
+        u"in.pdf"_s,
+        PdfFixture::onePage(content, resources, objects).replace("%PDF-1.7", "%PDF-1.1"));
+    COMPARE_COLOUR(middle(render(filePage(path)).image), QColor(Qt::red), 1);
+    const QString target = folder.path(u"out.pdf"_s);
+    const Outcome saved = save({filePage(path)}, target);
+    QVERIFY2(saved.ok, qPrintable(saved.message));
+    COMPARE_COLOUR(middle(render(filePage(target)).image), QColor(Qt::red), 1);
+    const Bytes written = contentOf(target) + unpacked(contentOf(target));
+    QVERIFY(written.contains("/F#23zz Do"));
+    QVERIFY(!written.contains("/F#zz"));
 }
 
 QTEST_GUILESS_MAIN(TestEngineNames)

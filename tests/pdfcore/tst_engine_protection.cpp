@@ -132,6 +132,9 @@ private slots:
     void protectedAttachmentsAreNotLost();
     void protectedStreamsOrStringsNeedThePassword_data();
     void protectedStreamsOrStringsNeedThePassword();
+    void filterThatAsksAtOnceNeedsThePassword_data();
+    void filterThatAsksAtOnceNeedsThePassword();
+    void attachmentsOfDamagedFilesAreNotLost();
     void attachmentsThatAreNotThereAreNotMissed();
 };
 
@@ -342,6 +345,49 @@ void TestEngineProtection::protectedStreamsOrStringsNeedThePassword()
     QCOMPARE(inspect(path).error, PdfBackendError::PasswordRequired);
     QCOMPARE(inspect(path, u"wrong"_s).error, PdfBackendError::InvalidPassword);
     QVERIFY(inspect(path, kUser).ok);
+}
+
+void TestEngineProtection::filterThatAsksAtOnceNeedsThePassword_data()
+{
+    QTest::addColumn<QByteArray>("filter");
+    QTest::addColumn<bool>("opens");
+    const QByteArray same = "/CFM /AESV3 /Length 32";
+    QTest::newRow("when an attachment is opened")
+        << QByteArray("/Other << /AuthEvent /EFOpen " + same + " >>") << true;
+    QTest::newRow("when the document is opened")
+        << QByteArray("/Other << /AuthEvent /DocOpen " + same + " >>") << false;
+    QTest::newRow("nothing is said") << QByteArray("/Other << " + same + " >>") << false;
+    QTest::newRow("no filter") << QByteArray("/Other 9") << false;
+}
+
+void TestEngineProtection::filterThatAsksAtOnceNeedsThePassword()
+{
+    QFETCH(const QByteArray, filter);
+    QFETCH(const bool, opens);
+    QByteArray data = protectedAttachment(true);
+    QCOMPARE(data.count("/CF <<"), 1);
+    data.replace("/CF <<", QByteArray("/CF << " + filter));
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, data);
+    QCOMPARE(inspect(path).ok, opens);
+    QVERIFY(inspect(path, kUser).ok);
+}
+
+void TestEngineProtection::attachmentsOfDamagedFilesAreNotLost()
+{
+    // QPDF finds no trailer, which MuPDF recognises by what is in it.
+    QByteArray data = protectedAttachment(true);
+    data.replace("trailer", "tralier").replace("startxref\n", "startxref\n1");
+    Folder folder;
+    const QString path = folder.add(u"in.pdf"_s, data);
+    const QString target = folder.path(u"out.pdf"_s);
+    QCOMPARE(numbersIn(path, {}), QList<int>{1});
+    for (const QString &password : {QString(), u"wrong"_s}) {
+        const Outcome refused = save(pagesOf(path, {0}, password), target);
+        // It is the file that is at fault, before anything is written.
+        QCOMPARE(refused.error, PdfBackendError::InvalidDocument);
+        QVERIFY(!QFile::exists(target));
+    }
 }
 
 void TestEngineProtection::attachmentsThatAreNotThereAreNotMissed()

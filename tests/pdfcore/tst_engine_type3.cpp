@@ -116,6 +116,7 @@ private slots:
     void lettersInTilesAreWhole();
     void brokenPicturesLeaveTheRest();
     void deeplyNestedLettersAreShown();
+    void lettersOfManyFontsKeepTheirColours();
 };
 
 void TestEngineType3::lettersHaveTheColoursOfThePage_data()
@@ -166,6 +167,17 @@ void TestEngineType3::lettersHaveTheColoursOfThePage_data()
                "/Resources << /ColorSpace << /DefaultCMYK [/ICCBased 7 0 R] >> >>"),
           swappedInk},
          Qt::magenta});
+    add("mask of a picture in ink",
+        {"1 0 0 0 k q BI /W 1 /H 1 /BPC 1 /IM true ID " + QByteArray(1, '\0') + " EI Q",
+         {},
+         {},
+         kCyan});
+    const QByteArray usesH =
+        "/Font << /H << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >> ";
+    add("letter of another font in ink",
+        {"1 0 0 0 k BT /H 4 Tf -0.05 -1 Td (I) Tj ET", usesH, {}, kCyan});
+    add("outline of a letter of another font in ink",
+        {kLines + "1 0 0 0 K 0.2 w BT 1 Tr /H 1 Tf 0.36 0.2 Td (I) Tj ET", usesH, {}, kCyan});
     add("shading", {"/S sh", "/Shading << /S " + shading + " >>", {}, kCyan});
     add("shading in RGB",
         {"/S sh",
@@ -384,6 +396,39 @@ void TestEngineType3::deeplyNestedLettersAreShown()
     QVERIFY2(rendering.ok, qPrintable(rendering.message));
     COMPARE_COLOUR(middle(rendering.image), kCyan, kTolerance);
     COMPARE_COLOUR(rendering.image.pixelColor(175, 25), kYellow, kTolerance);
+}
+
+void TestEngineType3::lettersOfManyFontsKeepTheirColours()
+{
+    // Letters by turns in ink and in RGB, more fonts than the engine remembers, each used twice:
+    // what is known of one must not be taken for what is known of another.
+    constexpr int kFonts = 21;
+    constexpr int kFirst = 5;
+    QList<QByteArray> objects;
+    QByteArray names;
+    QByteArray line;
+    for (int i = 0; i < kFonts; ++i) {
+        const bool isInk = i % 2 != 0;
+        objects += font({kFirst + 2 * i + 1}, {});
+        objects += letter("1 0 d0 " + (isInk ? kCyanSquare : "0 1 0 rg" + kSquare));
+        const QByteArray name = "/F" + QByteArray::number(i);
+        names += name + ' ' + QByteArray::number(kFirst + 2 * i) + " 0 R ";
+        line += name + " 8 Tf 1 0 0 1 " + QByteArray::number(8 * i) + " %1 Tm (A) Tj ";
+    }
+    QByteArray content = "BT ";
+    for (const char *y : {"0", "100"}) {
+        content += QByteArray(line).replace("%1", y);
+    }
+    Folder folder;
+    const QString path = folder.add(
+        u"many.pdf"_s, PdfFixture::onePage(content + "ET", "/Font << " + names + " >>", objects));
+    const QImage image = render(filePage(path), kSize).image;
+    QVERIFY(!image.isNull());
+    for (int i = 0; i < kFonts; ++i) {
+        const QColor colour = i % 2 != 0 ? kCyan : QColor(Qt::green);
+        COMPARE_COLOUR(image.pixelColor(8 * i + 4, 195), colour, kTolerance);
+        COMPARE_COLOUR(image.pixelColor(8 * i + 4, 95), colour, kTolerance);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestEngineType3)

@@ -21,9 +21,9 @@ namespace {
 constexpr qsizetype kFilterBytes = 20;
 constexpr qsizetype kParameterBytes = 60;
 /// Bytes of a colour profile that is more than a few curves.
-constexpr qsizetype kLeastProfile = 16 * 1024;
+constexpr qsizetype kLeastProfile = qsizetype{16} * 1024;
 /// Bytes from which only the form of data that promises most is compressed with all effort.
-constexpr qsizetype kTryAll = 64 * 1024;
+constexpr qsizetype kTryAll = qsizetype{64} * 1024;
 /// Bytes that filters may give which QPDF undoes.
 constexpr qsizetype kMaxDecoded = qsizetype{64} * 1024 * 1024;
 /// How many times smaller data are without PNG filters when these do not help any more.

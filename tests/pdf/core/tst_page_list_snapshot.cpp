@@ -51,6 +51,7 @@ private slots:
     void firstSnapshotSharesTheWholeList();
     void commonStretchesAreShared_data();
     void commonStretchesAreShared();
+    void partsOfPartsComeBack();
     void similarSnapshotMayGo();
     void repeatedIdentifiersComeBack();
     void randomEditsComeBack();
@@ -74,6 +75,10 @@ void TestPageListSnapshot::listComesBackAsItWas_data()
     QTest::newRow("reversed") << hundred << Records(hundred.rbegin(), hundred.rend());
     QTest::newRow("second half first") << hundred << hundred.mid(50) + hundred.mid(0, 50);
     QTest::newRow("shorter") << hundred << hundred.mid(10, 3);
+    // Long enough to be shared.
+    QTest::newRow("beginning") << hundred << hundred.mid(0, 40);
+    QTest::newRow("middle") << hundred << hundred.mid(30, 40);
+    QTest::newRow("end") << hundred << hundred.mid(60);
     QTest::newRow("longer") << hundred.mid(20, 30) << hundred;
 
     Records changed = hundred;
@@ -157,6 +162,24 @@ void TestPageListSnapshot::commonStretchesAreShared()
     QVERIFY2(holdersOf(path) - before <= mostNewRecords,
              qPrintable(QString::number(holdersOf(path) - before)));
     QCOMPARE(second.pages(), list);
+}
+
+void TestPageListSnapshot::partsOfPartsComeBack()
+{
+    Records list = recordsOf(100, newPath());
+    std::vector<PageListSnapshot> snapshots;
+    QList<Records> lists;
+    snapshots.emplace_back(list, PageListSnapshot());
+    lists.append(list);
+    while (list.size() > 20) {
+        // From both ends, and what is left stays in one piece.
+        list = list.mid(6, list.size() - 13);
+        snapshots.emplace_back(list, snapshots.back());
+        lists.append(list);
+    }
+    for (qsizetype i = 0; i < lists.size(); ++i) {
+        QCOMPARE(snapshots.at(static_cast<std::size_t>(i)).pages(), lists.at(i));
+    }
 }
 
 void TestPageListSnapshot::similarSnapshotMayGo()

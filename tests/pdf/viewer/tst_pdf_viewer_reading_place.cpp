@@ -44,6 +44,7 @@ private slots:
     void pageGoneToAfterAnEditIsShown();
     void anotherDocumentBeginsAtItsStart();
     void clickedPageIsCurrentEverywhere();
+    void clickedPageStaysCurrentThroughUndo();
     void gridOpensAtThePageThatIsRead();
     void pageThatIsReadIsNotChosenWithAnother();
 
@@ -321,6 +322,37 @@ void TestPdfViewerReadingPlace::clickedPageIsCurrentEverywhere()
     QCOMPARE(shownPage(), clicked);
     const auto *list = m_shown->thumbnails().findChild<QListView *>(u"pdfThumbnailList"_s);
     QCOMPARE(list->currentIndex().row(), clicked);
+}
+
+void TestPdfViewerReadingPlace::clickedPageStaysCurrentThroughUndo()
+{
+    // The clicked page is in view, but another one is in its middle.
+    m_shown->view().setZoomFactor(1.0);
+    m_shown->view().goToPage(kRead);
+    QScrollBar *bar = m_shown->view().verticalScrollBar();
+    bar->setValue(bar->value() + 20);
+    settle();
+    const int clicked = kRead;
+    const PdfPageId id = m_shown->idAt(clicked);
+    const int top = topOf(id);
+    QVERIFY(top >= 0);
+    QVERIFY(topOf(m_shown->idAt(clicked + 1)) < m_shown->view().viewport()->height() / 2);
+    QCOMPARE(m_shown->view().currentPage(), clicked + 1);
+    edits().deletePages({m_shown->idAt(10)});
+    settle();
+    QTest::mouseClick(m_shown->view().viewport(), Qt::LeftButton, {},
+                      {m_shown->view().viewport()->width() / 2, top + 20});
+    settle();
+    QCOMPARE(m_shown->view().currentPage(), clicked - 1);
+    m_shown->history().undo();
+    settle();
+    QCOMPARE(m_shown->view().currentPage(), clicked);
+    QCOMPARE(shownPage(), clicked);
+    QCOMPARE(topOf(id), top);
+    m_shown->history().redo();
+    settle();
+    QCOMPARE(m_shown->view().currentPage(), clicked - 1);
+    QCOMPARE(shownPage(), clicked - 1);
 }
 
 void TestPdfViewerReadingPlace::gridOpensAtThePageThatIsRead()

@@ -75,6 +75,7 @@ private slots:
     void pagesOfAFileChangedByAnotherProgramFail();
     void savingPagesOfAFileChangedByAnotherProgramFails();
     void pagesOfAFileReplacedByAnotherProgramFail();
+    void pagesOfAFileWrittenAnewInPlaceFail();
     void pagesOfAMissingFileFail();
     void pagesWithoutAStateFollowTheFile();
     void inspectingTheSameStateAgainGivesTheSameOne();
@@ -82,6 +83,7 @@ private slots:
     void contentOfLivingProcessesStays();
     void folderWithoutALockIsRemovedOnceItIsOld();
     void freshFolderWithoutALockStays();
+    void whatALinkLeadsToStays();
     void savingGoesOnAfterTheFolderWasRemoved();
     void contentOnAnotherDiskIsCopied();
     void aFailedReplacementLeavesTheStateInItsFile();
@@ -291,6 +293,31 @@ void TestFileRevisions::pagesOfAFileReplacedByAnotherProgramFail()
     QVERIFY(!render(pages.at(0)).ok);
 }
 
+void TestFileRevisions::pagesOfAFileWrittenAnewInPlaceFail()
+{
+    // It is the same file with as many bytes, and yet not what was opened.
+    Folder folder;
+    const auto content = [](const QByteArray &colour) {
+        return PdfFixture::onePage(colour + " rg 0 0 200 200 re f", {}, {});
+    };
+    const QString path = folder.add(u"in.pdf"_s, content("1 0 0"));
+    const QDateTime modified = QFileInfo(path).lastModified();
+    const QList<PdfSourcePage> pages = openedPages(path);
+    QVERIFY(render(pages.at(0)).ok);
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray other = content("0 0 1");
+        QCOMPARE(file.write(other), other.size());
+        QVERIFY(file.flush());
+        QVERIFY(file.setFileTime(modified.addSecs(5), QFileDevice::FileModificationTime));
+    }
+    QVERIFY(!render(pages.at(0)).ok);
+    QVERIFY(!save(pages, folder.path(u"out.pdf"_s)).ok);
+    COMPARE_COLOUR(middle(render(filePage(path)).image), QColor(Qt::blue), 1);
+    QVERIFY(openedPages(path).at(0).revision != pages.at(0).revision);
+}
+
 void TestFileRevisions::pagesOfAMissingFileFail()
 {
     Folder folder;
@@ -375,6 +402,27 @@ void TestFileRevisions::freshFolderWithoutALockStays()
     PdfFileRevision::removeLeftOvers();
     QVERIFY(QFileInfo::exists(folder));
     QVERIFY(QDir().rmdir(folder));
+}
+
+void TestFileRevisions::whatALinkLeadsToStays()
+{
+    const QTemporaryDir other;
+    const QString file = other.filePath(u"1.pdf"_s);
+    QVERIFY(PdfFixture::write(file, "of somebody else"));
+    const QString link = supersededRoot() + u"/link"_s;
+    QVERIFY(QDir().mkpath(supersededRoot()));
+    if (!QFile::link(other.path(), link)) {
+        QSKIP("There are no links here.");
+    }
+    QProcess touch;
+    touch.start(u"touch"_s, {u"-d"_s, u"2 hours ago"_s, other.path()});
+    const bool isOld = touch.waitForFinished() && touch.exitCode() == 0;
+    PdfFileRevision::removeLeftOvers();
+    QVERIFY(QFile::remove(link));
+    if (!isOld) {
+        QSKIP("The time of a folder cannot be set.");
+    }
+    QVERIFY(QFileInfo::exists(file));
 }
 
 void TestFileRevisions::savingGoesOnAfterTheFolderWasRemoved()

@@ -79,6 +79,7 @@ private slots:
     void trimDropsTheFarthestImagesFirst();
     void roomCountsWhatIsOnItsWay();
     void urgentRequestsWaitForStaleOnes();
+    void clearedStoreHasItsBudgetBack();
     void clearedStoreDoesNotWaitForOldRequests();
     void cancelledRequestsCanBeRestarted();
     void imagesForOtherPurposesAreIgnored();
@@ -285,6 +286,21 @@ void TestPageThumbnailStore::urgentRequestsWaitForStaleOnes()
     QVERIFY(room.wait());
     f.request({kStale});
     QVERIFY(f.store.isPending(kStale + 1));
+}
+
+void TestPageThumbnailStore::clearedStoreHasItsBudgetBack()
+{
+    Fixture f;
+    f.store.setBudget(2 * kImageBytes);
+    f.request(rowsFrom(0, 3));
+    QTRY_COMPARE(f.store.heldCount(), 3);
+    QVERIFY(f.store.isOverBudget());
+    f.store.clear();
+    QCOMPARE(f.store.heldCount(), 0);
+    QVERIFY(!f.store.isOverBudget());
+    f.request(rowsFrom(3, 1));
+    QTRY_COMPARE(f.store.heldCount(), 1);
+    QVERIFY(!f.store.isOverBudget());
 }
 
 void TestPageThumbnailStore::clearedStoreDoesNotWaitForOldRequests()

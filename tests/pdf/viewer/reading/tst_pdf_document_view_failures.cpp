@@ -60,6 +60,22 @@ void failFirstPage(ShownView &shown, const QList<QSizeF> &sizes)
     QVERIFY(failures.wait());
 }
 
+/// Counts how often a widget is painted.
+class PaintCounter final : public QObject
+{
+public:
+    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
+
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 } // namespace
 
 /// Pages in the document view that there are no images of.
@@ -69,6 +85,7 @@ class TestPdfDocumentViewFailures final : public QObject
 
 private slots:
     void failedPageSaysSo();
+    void failureIsPaintedAsSoonAsItIsKnown();
     void failedPageSaysSoWhileItIsTriedAgain();
     void pageThatCanBeRenderedAgainIsShown();
     void sentenceStandsInThePartThatIsSeen();
@@ -76,6 +93,8 @@ private slots:
     void textAtTheEdgeOfTheViewIsNotSqueezed_data();
     void textAtTheEdgeOfTheViewIsNotSqueezed();
     void otherDocumentIsNotTakenForFailed();
+    void turnedPageIsNotTakenForFailed();
+    void failureIsForgottenOutOfSight();
 };
 
 void TestPdfDocumentViewFailures::failedPageSaysSo()
@@ -84,6 +103,23 @@ void TestPdfDocumentViewFailures::failedPageSaysSo()
     shown.view.setZoomFactor(1.0);
     failFirstPage(shown, {{300, 400}});
     QTRY_VERIFY(isShownInView(shown, 0, failed()));
+}
+
+void TestPdfDocumentViewFailures::failureIsPaintedAsSoonAsItIsKnown()
+{
+    ShownView shown({});
+    shown.view.setZoomFactor(1.0);
+    shown.probe.setFailing(0, true);
+    shown.probe.hold();
+    PaintCounter paints(*shown.view.viewport());
+    shown.model.setPages(recordsOfSizes({{300, 400}}), false);
+    QTRY_COMPARE(shown.probe.renderCount(0), 1);
+    QTRY_VERIFY(paints.count > 0);
+    QCoreApplication::processEvents();
+    paints.count = 0;
+    shown.probe.release();
+    QTRY_VERIFY(paints.count > 0);
+    QVERIFY(isShownInView(shown, 0, failed()));
 }
 
 void TestPdfDocumentViewFailures::failedPageSaysSoWhileItIsTriedAgain()
@@ -178,6 +214,32 @@ void TestPdfDocumentViewFailures::otherDocumentIsNotTakenForFailed()
     QTRY_VERIFY(isShownInView(shown, 0, failed()));
     shown.probe.hold();
     shown.model.setPages(recordsOfSizes({{300, 400}}), false);
+    QCoreApplication::processEvents();
+    QVERIFY(isShownInView(shown, 0, waiting(1)));
+}
+
+void TestPdfDocumentViewFailures::turnedPageIsNotTakenForFailed()
+{
+    ShownView shown({});
+    shown.view.setZoomFactor(1.0);
+    failFirstPage(shown, {{300, 400}});
+    QTRY_VERIFY(isShownInView(shown, 0, failed()));
+    shown.probe.hold();
+    shown.model.rotatePages({shown.model.pageAt(0)->id}, 90);
+    QCoreApplication::processEvents();
+    QVERIFY(isShownInView(shown, 0, waiting(1)));
+}
+
+void TestPdfDocumentViewFailures::failureIsForgottenOutOfSight()
+{
+    ShownView shown({});
+    shown.view.setZoomFactor(1.0);
+    failFirstPage(shown, QList<QSizeF>(30, QSizeF(300, 400)));
+    QTRY_VERIFY(isShownInView(shown, 0, failed()));
+    shown.scrollToY(shown.maximumScrollY());
+    QCoreApplication::processEvents();
+    shown.probe.hold();
+    shown.scrollToY(0);
     QCoreApplication::processEvents();
     QVERIFY(isShownInView(shown, 0, waiting(1)));
 }
