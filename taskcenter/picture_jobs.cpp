@@ -56,11 +56,17 @@ PdfOperationOutcome PictureJobs::pdfToImages(const TaskRequest &request,
         request.options.value(QStringLiteral("saveAsSeparateFiles")).toBool()
             ? PdfPictureExport::exportImages(source, target, cancel)
             : PdfPictureExport::exportPages(source, target, cancel);
-    if (outcome.isError() && !target.folder.isEmpty()) {
-        // It was made for the pictures. One with anything in it stays.
-        QDir().rmdir(target.folder);
+    if (outcome.isError()) {
+        removeUnused(request);
     }
     return outcome;
+}
+
+void PictureJobs::removeUnused(const TaskRequest &request)
+{
+    if (!request.outputPath.isEmpty()) {
+        QDir().rmdir(QDir::fromNativeSeparators(request.outputPath));
+    }
 }
 
 PdfOperationOutcome PictureJobs::imagesToPdf(const TaskRequest &request,

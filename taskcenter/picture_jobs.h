@@ -9,6 +9,9 @@
 namespace PictureJobs {
 
 PdfOperationOutcome pdfToImages(const TaskRequest &request, const PdfCancelFlag &cancel);
+/// Removes the folder for the pictures of a request, which was made for them, unless there is
+/// anything in it.
+void removeUnused(const TaskRequest &request);
 PdfOperationOutcome imagesToPdf(const TaskRequest &request, const PdfCancelFlag &cancel);
 
 } // namespace PictureJobs

@@ -97,6 +97,7 @@ void TaskCenter::Queue::add(Task task)
     const std::lock_guard lock(m_mutex);
     report(task.id, TaskStatus::Queued);
     if (m_isClosed) {
+        discardTaskJob(task.request);
         report(task.id, TaskStatus::Cancelled);
         return;
     }
@@ -122,6 +123,7 @@ void TaskCenter::Queue::cancel(const QString &id)
     const auto waiting = std::find_if(m_waiting.begin(), m_waiting.end(),
                                       [&](const Task &task) { return task.id == id; });
     if (waiting != m_waiting.end()) {
+        discardTaskJob(waiting->request);
         m_waiting.erase(waiting);
         report(id, TaskStatus::Cancelled);
     } else if (const auto running = m_running.constFind(id); running != m_running.constEnd()) {
@@ -135,6 +137,7 @@ void TaskCenter::Queue::shutdown()
         const std::lock_guard lock(m_mutex);
         m_isClosed = true;
         for (const Task &task : m_waiting) {
+            discardTaskJob(task.request);
             report(task.id, TaskStatus::Cancelled);
         }
         m_waiting.clear();

@@ -38,5 +38,14 @@ PdfOperationOutcome runTaskJob(const TaskRequest &request, const PdfCancelFlag &
         return runByType(request, cancel);
     } catch (const std::exception &exception) {
         return {PdfOperationError::WriteFailed, QString::fromUtf8(exception.what()), {}, {}};
+    } catch (...) {
+        return {PdfOperationError::WriteFailed, QStringLiteral("It ended unexpectedly."), {}, {}};
+    }
+}
+
+void discardTaskJob(const TaskRequest &request)
+{
+    if (static_cast<TaskType>(request.type) == TaskType::PdfToImages) {
+        PictureJobs::removeUnused(request);
     }
 }

@@ -7,3 +7,6 @@
 
 /// Checks a request and does what it asks for, on the calling thread. Does not throw.
 PdfOperationOutcome runTaskJob(const TaskRequest &request, const PdfCancelFlag &cancel);
+
+/// Removes what was prepared for a request that is not run.
+void discardTaskJob(const TaskRequest &request);

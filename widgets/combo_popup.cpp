@@ -158,6 +158,8 @@ void ComboPopup::focusOutEvent(QFocusEvent *event)
 void ComboPopup::hideEvent(QHideEvent *event)
 {
     m_box->window()->removeEventFilter(this);
+    // The box shows that its list is open.
+    m_box->update();
     QWidget::hideEvent(event);
 }
 

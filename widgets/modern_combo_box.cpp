@@ -4,12 +4,14 @@
 #include "widgets/combo_popup.h"
 #include "widgets/control_painting.h"
 #include "widgets/field_frame.h"
+#include "widgets/plain_tool_tip.h"
 #include "widgets/text_alignment.h"
 #include "widgets/theme.h"
 #include "widgets/widget_font.h"
 
 #include <QDir>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QPainter>
@@ -193,10 +195,10 @@ void ModernComboBox::togglePopup()
     }
     setDown(false);
     bool above = false;
+    m_popup->setFixedWidth(width());
     const QRect geometry = popupGeometry(&above);
     m_popup->list()->setCurrentItem(currentItem());
     m_popup->setFrameAtBottom(above);
-    m_popup->setFixedWidth(geometry.width());
     m_popup->move(geometry.topLeft());
     m_popup->show();
     update();
@@ -204,25 +206,27 @@ void ModernComboBox::togglePopup()
 
 QRect ModernComboBox::popupGeometry(bool *above) const
 {
-    const QRect available = screen()->availableGeometry();
+    // The window may be on two screens.
+    const QScreen *shown = QGuiApplication::screenAt(mapToGlobal(rect().center()));
+    const QRect available = (shown != nullptr ? shown : screen())->availableGeometry();
     const auto placedAt = [this](int y) {
         return QRect(mapToGlobal(QPoint(0, y)), QSize(width(), ComboPopup::kHeight));
     };
     const QRect below = placedAt(height() + kPopupGap);
     const QRect over = placedAt(-kPopupRise);
+    // What counts is what is seen of the pop-up: the frame, at the box's side.
+    const int frame = m_popup->frameRect().height();
+    const bool fitsAbove = over.bottom() + 1 - frame >= available.top();
+    const bool fitsBelow = below.top() + frame <= available.bottom() + 1;
     // At the edge of the screen the list goes to the other side of the box if there is room.
-    *above = m_opensUpwards;
-    if (m_opensUpwards && over.top() < available.top()) {
-        *above = below.bottom() > available.bottom();
-    } else if (!m_opensUpwards && below.bottom() > available.bottom()) {
-        *above = over.top() >= available.top();
-    }
+    *above = m_opensUpwards ? fitsAbove || !fitsBelow : !fitsBelow && fitsAbove;
     QRect geometry = *above ? over : below;
-    // Nothing of it is beyond the screen, but on a screen that is smaller than the list.
+    // Nothing that is seen is beyond the screen, but on a screen that is smaller than the list.
     const int lastLeft = std::max(available.right() + 1 - geometry.width(), available.left());
-    const int lastTop = std::max(available.bottom() + 1 - geometry.height(), available.top());
     geometry.moveLeft(std::clamp(geometry.left(), available.left(), lastLeft));
-    geometry.moveTop(std::clamp(geometry.top(), available.top(), lastTop));
+    const int hidden = *above ? geometry.height() - frame : 0;
+    const int lastTop = std::max(available.bottom() + 1 - frame, available.top());
+    geometry.moveTop(std::clamp(geometry.top() + hidden, available.top(), lastTop) - hidden);
     return geometry;
 }
 
@@ -239,7 +243,7 @@ void ModernComboBox::chooseFolder(const QPersistentModelIndex &index)
 
 void ModernComboBox::refreshTexts()
 {
-    setToolTip(QDir::toNativeSeparators(chosenFolder()));
+    setToolTip(plainToolTip(QDir::toNativeSeparators(chosenFolder())));
     setAccessibleName(shownText());
     update();
 }

@@ -33,6 +33,8 @@ PasswordInput::PasswordInput(QWidget *parent)
 {
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::IBeamCursor);
+    // A click beside the text means the field too; set before the proxy, which would get it.
+    setFocusPolicy(Qt::ClickFocus);
     setFocusProxy(m_edit);
     setMinimumHeight(kHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -6,7 +6,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QSet>
 #include <QSignalSpy>
 #include <QThread>
@@ -106,6 +108,8 @@ private slots:
     void completedTaskHasAResult();
     void tasksForOneNameGetTwoNames();
     void tasksOnOneSourceDisturbEachOtherNot();
+    void tasksThatReplaceOneSourceUndoNothing();
+    void tasksThatDoNotRunLeaveNoFolders();
     void waitingTaskIsCancelledAtOnce();
     void runningTaskIsCancelled();
     void finishedTaskIsNotCancelled();
@@ -392,6 +396,68 @@ void TestTaskCenter::tasksOnOneSourceDisturbEachOtherNot()
         QCOMPARE(inspect(center.resultPath(id), u"secret"_s).pageSizes.size(), 40);
     }
     QCOMPARE(results().size(), 6);
+}
+
+void TestTaskCenter::tasksThatReplaceOneSourceUndoNothing()
+{
+    // Photographs take longer to make smaller than to encrypt.
+    QImage photograph(3000, 2000, QImage::Format_RGB32);
+    QRandomGenerator random(1);
+    for (int y = 0; y < photograph.height(); ++y) {
+        auto *line = reinterpret_cast<quint32 *>(photograph.scanLine(y));
+        random.generate(line, line + photograph.width());
+    }
+    const QString picture = m_folder->path(u"photograph.jpg"_s);
+    QVERIFY(photograph.save(picture, "JPEG", 80));
+    const QString source = m_folder->path(u"photographs.pdf"_s);
+
+    TaskCenter center(2);
+    Reports reports(center);
+    TaskRequest request;
+    request.type = int(TaskType::ImagesToPdf);
+    request.inputFiles = {picture};
+    request.outputPath = source;
+    const QString making = center.submitTask(request);
+    QTRY_COMPARE_WITH_TIMEOUT(reports.of(making), kCompleted, kPatience);
+
+    request = {};
+    request.inputFile = source;
+    request.options = {{u"password"_s, u"secret"_s}, {u"saveOption"_s, 0}, {u"compressLevel"_s, 1}};
+    request.type = int(TaskType::Compress);
+    const QString compressing = center.submitTask(request);
+    request.type = int(TaskType::Encrypt);
+    const QString encrypting = center.submitTask(request);
+    QTRY_VERIFY_WITH_TIMEOUT(reports.areOver({encrypting, compressing}), kPatience);
+    const bool isEncrypted = reports.of(encrypting) == kCompleted;
+    QVERIFY(isEncrypted || reports.of(compressing) == kCompleted);
+    QCOMPARE(inspect(source).error == PdfBackendError::PasswordRequired, isEncrypted);
+}
+
+void TestTaskCenter::tasksThatDoNotRunLeaveNoFolders()
+{
+    TaskCenter center(1);
+    Reports reports(center);
+    const QString source = addMany(u"many.pdf"_s);
+    const QString first = center.submitTask(longMerge(source, u"a.pdf"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(reports.of(first), (QList<int>{0, 1}), kPatience);
+    const auto submit = [&](const QString &name) {
+        TaskRequest request;
+        request.type = int(TaskType::PdfToImages);
+        request.inputFiles = {m_small};
+        request.outputPath = m_folder->path(u"output/"_s + name);
+        QDir().mkdir(request.outputPath);
+        return center.submitTask(request);
+    };
+    const QString cancelled = submit(u"cancelled"_s);
+    submit(u"dropped"_s);
+    submit(u"in use"_s);
+    m_folder->add(u"output/in use/file"_s, "some bytes");
+    center.cancel(cancelled);
+    QVERIFY(!QFileInfo::exists(m_folder->path(u"output/cancelled"_s)));
+    center.shutdown();
+    submit(u"late"_s);
+    QCOMPARE(QDir(m_folder->path(u"output"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+             QStringList{u"in use"_s});
 }
 
 void TestTaskCenter::waitingTaskIsCancelledAtOnce()

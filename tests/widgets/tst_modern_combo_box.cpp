@@ -76,6 +76,7 @@ private slots:
     void listStandsAboveWhereAsked();
     void listStaysOnTheScreen_data();
     void listStaysOnTheScreen();
+    void shortListOpensUpwardsNearTheTop();
     void frameIsAsHighAsItsItems();
     void longListScrolls();
     void pressOnTheOpenBoxClosesTheList();
@@ -229,6 +230,19 @@ void TestModernComboBox::listStaysOnTheScreen()
     const bool isAbove = scene.popup().y() < scene.box->mapToGlobal(QPoint()).y();
     QCOMPARE(isAbove, above);
     QCOMPARE(scene.popup().frameRect().bottom() == scene.popup().rect().bottom(), above);
+}
+
+void TestModernComboBox::shortListOpensUpwardsNearTheTop()
+{
+    Scene scene(true);
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    // There is room for its three items, though not for a long list.
+    scene.window.move(available.left() + 100, available.top() + 150);
+    QTest::mousePress(scene.box, Qt::LeftButton);
+    QVERIFY(scene.popup().y() < available.top());
+    const QRect frame = scene.popup().frameRect().translated(scene.popup().pos());
+    QVERIFY(available.contains(frame));
+    QCOMPARE(frame.bottom() + 1, scene.box->mapToGlobal(QPoint()).y() - 8);
 }
 
 void TestModernComboBox::frameIsAsHighAsItsItems()

@@ -75,6 +75,7 @@ private slots:
     void eyeShowsAndHidesThePassword();
     void frameOfThePassword();
     void passwordLineFollowsPointerAndError();
+    void clickAnywhereInThePasswordFieldFocusesIt();
     void focusCountsMoreThanTheError();
     void pointerCountsMoreThanTheError();
     void focusRepaintsThePassword();
@@ -174,6 +175,24 @@ void TestTextFields::passwordLineFollowsPointerAndError()
     QCOMPARE(lineOf(input), kHovered);
     ControlTest::leave(input);
     QCOMPARE(lineOf(input), kNormal);
+}
+
+void TestTextFields::clickAnywhereInThePasswordFieldFocusesIt()
+{
+    QWidget window;
+    PasswordInput input(&window);
+    input.resize(200, 45);
+    window.resize(220, 60);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const QPoint places[] = {{100, 2}, {100, 42}, {15, 22}};
+    for (const QPoint place : places) {
+        input.lineEdit()->clearFocus();
+        QWidget *under = window.childAt(input.mapTo(&window, place));
+        QTest::mouseClick(under, Qt::LeftButton, {},
+                          under->mapFrom(&window, input.mapTo(&window, place)));
+        QVERIFY(input.lineEdit()->hasFocus());
+    }
 }
 
 void TestTextFields::focusCountsMoreThanTheError()

@@ -6,6 +6,8 @@
 #include <QSize>
 #include <QString>
 
+#include <stdexcept>
+
 namespace pdfcore {
 
 /// Outcome of a step inside the engine: an error value and a short sentence with the reason.
@@ -15,6 +17,15 @@ struct EngineError
     QString message;
 
     [[nodiscard]] bool isError() const { return code != PdfBackendError::None; }
+};
+
+/// Thrown where something cannot be written, as on a full disk, on the way through a library.
+class WriteError final : public std::runtime_error
+{
+public:
+    explicit WriteError(const QString &reason)
+        : std::runtime_error(reason.toStdString())
+    {}
 };
 
 /// What work that was cancelled ends with.

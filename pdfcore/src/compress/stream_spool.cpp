@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/compress/stream_spool.h"
 
+#include "pdfcore/src/base/engine_error.h"
+
 #include <qpdf/Pipeline.hh>
 
 #include <algorithm>
@@ -22,11 +24,9 @@ StreamSpool::~StreamSpool() = default;
 void StreamSpool::replace(QPDFObjectHandle stream, const QByteArray &data, const char *filter,
                           QPDFObjectHandle parameters)
 {
-    if (!m_file.isOpen() && !m_file.open()) {
-        throw std::runtime_error(m_file.errorString().toStdString());
-    }
-    if (!m_file.seek(m_end) || m_file.write(data) != data.size()) {
-        throw std::runtime_error(m_file.errorString().toStdString());
+    if ((!m_file.isOpen() && !m_file.open()) || !m_file.seek(m_end) ||
+        m_file.write(data) != data.size() || !m_file.flush()) {
+        throw WriteError(m_file.errorString());
     }
     m_places[stream.getObjGen()] = {m_end, data.size()};
     m_end += data.size();

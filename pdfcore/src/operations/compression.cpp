@@ -63,6 +63,7 @@ PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressi
         bool isUseless = false;
         WriteOptions options;
         options.isUseless = &isUseless;
+        options.replaced = pdfcore::replacedRevision(pages, placement);
         options.cancel = cancel;
         options.placed = &placed;
         options.sizeLimit = QFileInfo(source).size();
@@ -74,8 +75,10 @@ PdfOperationOutcome PdfCompression::compress(const QString &source, PdfCompressi
             pdfcore::writeTightly(written, to, cancel);
         };
         error = pdfcore::writeDocument(pages, placement, options);
-        // A document that cannot be made smaller stays as it is; a disk that is full is told.
-        const bool isUnwritable = error.code == PdfBackendError::WriteFailed && !isUseless;
+        // A document that cannot be made smaller stays as it is. A full disk is told, and a file
+        // that another operation has changed meanwhile.
+        const bool isUnwritable = (error.code == PdfBackendError::WriteFailed && !isUseless) ||
+                                  error.code == PdfBackendError::FileNotFound;
         if (error.isError() && !isUnwritable && !cancel.isSet()) {
             return pdfcore::copyFile(source, placement, cancel);
         }

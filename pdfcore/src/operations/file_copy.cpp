@@ -43,13 +43,16 @@ EngineError copyContent(QFile &from, AtomicFile &to, const PdfCancelFlag &cancel
 }
 
 /// Whether the copy reads like the file, which may have changed meanwhile.
-EngineError compare(QFile &file, const QString &copy)
+EngineError compare(QFile &file, const QString &copy, const PdfCancelFlag &cancel)
 {
     QFile written(copy);
     if (!file.seek(0) || !written.open(QIODevice::ReadOnly)) {
         return readError(file);
     }
     while (!file.atEnd() || !written.atEnd()) {
+        if (cancel.isSet()) {
+            return cancelledError(PdfBackendError::WriteFailed);
+        }
         if (file.read(kChunk) != written.read(kChunk)) {
             return {PdfBackendError::WriteFailed,
                     QStringLiteral("The copy reads otherwise than the file.")};
@@ -77,7 +80,7 @@ PdfOperationOutcome copyFile(const QString &source, const PdfPlacement &placemen
     }
     EngineError error = copyContent(from, to, cancel);
     if (!error.isError()) {
-        error = compare(from, to.temporaryPath());
+        error = compare(from, to.temporaryPath(), cancel);
     }
     if (!error.isError()) {
         error = placeResult(to, placement);

@@ -46,9 +46,8 @@ bool isEncrypted(const QString &source, const QString &password, EngineError *er
 }
 
 /// Writes a file anew with all of its pages.
-PdfOperationOutcome rewrite(const QString &source, const QString &password,
-                            const WriteOptions &options, const PdfPlacement &placement,
-                            const PdfCancelFlag &cancel)
+PdfOperationOutcome rewrite(const QString &source, const QString &password, WriteOptions options,
+                            const PdfPlacement &placement, const PdfCancelFlag &cancel)
 {
     QList<PdfSourcePage> pages;
     if (const EngineError error = addPages(source, password, &pages); error.isError()) {
@@ -57,6 +56,7 @@ PdfOperationOutcome rewrite(const QString &source, const QString &password,
     if (pages.isEmpty()) {
         return outcomeOf(noPagesError(), cancel, source);
     }
+    options.replaced = pdfcore::replacedRevision(pages, placement);
     return write(pages, placement, options, cancel, source);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "pdfcore/src/operations/source_pages.h"
 
+#include <QFileInfo>
+
 namespace pdfcore {
 
 EngineError addPages(const QString &source, const QString &password, QList<PdfSourcePage> *pages)
@@ -20,6 +22,15 @@ EngineError addPages(const QString &source, const QString &password, QList<PdfSo
         pages->append(page);
     }
     return {};
+}
+
+PdfFileRevisionPtr replacedRevision(const QList<PdfSourcePage> &pages,
+                                    const PdfPlacement &placement)
+{
+    const bool replacesSource =
+        placement.isReplacing() && !pages.isEmpty() &&
+        QFileInfo(placement.path()) == QFileInfo(pages.constFirst().filePath);
+    return replacesSource ? pages.constFirst().revision : PdfFileRevisionPtr();
 }
 
 } // namespace pdfcore

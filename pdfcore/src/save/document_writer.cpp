@@ -115,6 +115,8 @@ EngineError writeTo(const QList<PdfSourcePage> &pages, const WriteOptions &optio
         } else {
             writeQpdf(writer, pipeline);
         }
+    } catch (const WriteError &error) {
+        return {PdfBackendError::WriteFailed, QString::fromUtf8(error.what())};
     } catch (const std::exception &exception) {
         if (pipeline.hasFailed()) {
             return {PdfBackendError::WriteFailed, QString::fromUtf8(exception.what())};
@@ -204,7 +206,7 @@ EngineError writeDocument(const QList<PdfSourcePage> &pages, const PdfPlacement 
     if (options.cancel.isSet()) {
         return cancelledError(PdfBackendError::WriteFailed);
     }
-    if (EngineError error = placeResult(file, placement); error.isError()) {
+    if (EngineError error = placeResult(file, placement, options.replaced); error.isError()) {
         return error;
     }
     if (options.placed != nullptr) {

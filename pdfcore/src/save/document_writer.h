@@ -55,6 +55,9 @@ struct WriteOptions
     std::function<void(const QString &written, Pipeline &to)> rewrite;
     /// Whether documents of many pages are packed like others.
     bool packsManyPages = false;
+    /// What the file may replace only, if set. A document that is open may replace what others have
+    /// saved since; an operation on a file must not undo another one.
+    PdfFileRevisionPtr replaced;
     /// A file of as many bytes, or more, does not come into being; 0: any may.
     qint64 sizeLimit = 0;
     /// Becomes true, if not null, when a file was written that is of no use: it has that size, or

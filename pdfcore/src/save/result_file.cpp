@@ -74,11 +74,12 @@ EngineError checkResult(const QString &path, const QString &password, qsizetype 
     }
 }
 
-EngineError placeResult(AtomicFile &file, const PdfPlacement &placement)
+EngineError placeResult(AtomicFile &file, const PdfPlacement &placement,
+                        const PdfFileRevisionPtr &replaced)
 {
     QString reason;
     if (placement.isReplacing()) {
-        if (Engine::instance().revisions().replaceTarget(file, &reason)) {
+        if (Engine::instance().revisions().replaceTarget(file, &reason, replaced)) {
             return {};
         }
         return {PdfBackendError::WriteFailed, reason};

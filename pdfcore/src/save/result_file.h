@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
+#include "pdfcore/pdf_file_revision.h"
 #include "pdfcore/pdf_operation.h"
 #include "pdfcore/src/base/atomic_file.h"
 #include "pdfcore/src/base/engine_error.h"
@@ -24,6 +25,8 @@ void encryptFor(QPDFWriter &writer, const QString &password);
 EngineError checkResult(const QString &path, const QString &password, qsizetype pageCount);
 
 /// Gives a file that is complete its place. Revisions in use of a file that is replaced are kept.
-EngineError placeResult(AtomicFile &file, const PdfPlacement &placement);
+/// With `replaced` no other revision is replaced.
+EngineError placeResult(AtomicFile &file, const PdfPlacement &placement,
+                        const PdfFileRevisionPtr &replaced = {});
 
 } // namespace pdfcore

@@ -90,9 +90,14 @@ QString FileRevisions::locate(const PdfSourcePage &page, EngineError *outcome)
     return {};
 }
 
-bool FileRevisions::replaceTarget(AtomicFile &file, QString *reason)
+bool FileRevisions::replaceTarget(AtomicFile &file, QString *reason,
+                                  const PdfFileRevisionPtr &expected)
 {
     const std::lock_guard lock(m_replacing);
+    if (expected && !expected->m_content->isInFile(FileIdentity::of(file.target()))) {
+        *reason = QStringLiteral("The file was changed meanwhile.");
+        return false;
+    }
     const SessionPool::FileClosure closure(*m_sessions, file.target());
     Revisions superseded;
     if (!keepSuperseded(file.target(), &superseded, reason)) {

@@ -39,7 +39,10 @@ public:
     /// Puts a finished file in the place of its target. The content of the target is kept before
     /// for each of its revisions in use. On failure everything is as it was and the reason is in
     /// `reason`.
-    bool replaceTarget(AtomicFile &file, QString *reason);
+    ///
+    /// With `expected` it also fails unless the target still holds that revision, so that nothing
+    /// that was put there meanwhile is lost.
+    bool replaceTarget(AtomicFile &file, QString *reason, const PdfFileRevisionPtr &expected = {});
 
 private:
     using Revisions = std::vector<PdfFileRevisionPtr>;

@@ -87,6 +87,7 @@ private slots:
     void savingGoesOnAfterTheFolderWasRemoved();
     void contentOnAnotherDiskIsCopied();
     void aFailedReplacementLeavesTheStateInItsFile();
+    void anExpectedStateIsReplacedOnly();
     void statesBehindOneLinkHaveNumbersOfTheirOwn();
     void enginesHaveSessionsAndRevisionsOfTheirOwn();
     void aRevisionMayOutliveItsEngine();
@@ -475,6 +476,27 @@ void TestFileRevisions::aFailedReplacementLeavesTheStateInItsFile()
     QCOMPARE(keptFiles(), QStringList());
     QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
     QCOMPARE(openedPages(path).constFirst().revision, pages.constFirst().revision);
+}
+
+void TestFileRevisions::anExpectedStateIsReplacedOnly()
+{
+    Folder folder;
+    const QString path = folder.add(u"four.pdf"_s, PdfFixture::pagesByNumber(4));
+    const QList<PdfSourcePage> pages = openedPages(path);
+    pdfcore::FileRevisions &revisions = pdfcore::Engine::instance().revisions();
+    const auto replace = [&](const QByteArray &content, const PdfFileRevisionPtr &expected) {
+        pdfcore::AtomicFile file(path);
+        QString reason;
+        return file.open(&reason) && file.device().write(content) == content.size() &&
+               file.finishWriting(&reason) && revisions.replaceTarget(file, &reason, expected);
+    };
+    QVERIFY(replace(PdfFixture::pagesByNumber(3), pages.constFirst().revision));
+    // What the pages are of is kept elsewhere by now.
+    QVERIFY(!replace(PdfFixture::pagesByNumber(2), pages.constFirst().revision));
+    QCOMPARE(openedPages(path).size(), 3);
+    QVERIFY(replace(PdfFixture::pagesByNumber(2), openedPages(path).constFirst().revision));
+    QCOMPARE(openedPages(path).size(), 2);
+    QCOMPARE(numbersOf(pages), (QList<int>{0, 1, 2, 3}));
 }
 
 void TestFileRevisions::statesBehindOneLinkHaveNumbersOfTheirOwn()
