@@ -242,7 +242,7 @@ void TestFileDropZone::buttonOpensTheDialog()
     QVERIFY(answers.allGiven());
     QCOMPARE(chosen(selected), files);
     QCOMPARE(answers.fileDialogs().size(), 1);
-    const DialogAnswers::FileDialog &dialog = answers.fileDialogs().constFirst();
+    const DialogAnswers::FileDialog dialog = answers.fileDialogs().constFirst();
     QCOMPARE(dialog.title, u"选择 PDF"_s);
     QCOMPARE(dialog.filters, QStringList(u"PDF 文件 (*.pdf)"_s));
     QCOMPARE(dialog.mode, QFileDialog::ExistingFiles);
