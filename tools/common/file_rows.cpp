@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #include "tools/common/file_rows.h"
 
+#include "tools/common/separator_line.h"
 #include "widgets/scroll_bar_style.h"
 #include "widgets/theme.h"
 
 #include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QListWidget>
 #include <QSignalBlocker>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -30,6 +34,18 @@ QListWidget::item:selected { background: %4; color: %5; }
 )"};
 
 } // namespace
+
+void FileRows::arrange(QWidget &owner, QHBoxLayout *buttons, QListWidget *list)
+{
+    buttons->setContentsMargins(15, 0, 15, 0);
+    auto *column = new QVBoxLayout(&owner);
+    column->setContentsMargins(0, 10, 0, 10);
+    column->setSpacing(0);
+    column->addLayout(buttons);
+    column->addSpacing(10);
+    column->addWidget(createSeparator(Qt::Horizontal, &owner));
+    column->addWidget(list, 1);
+}
 
 void FileRows::prepare(QListWidget &list)
 {

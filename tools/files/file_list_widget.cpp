@@ -2,18 +2,15 @@
 #include "tools/files/file_list_widget.h"
 
 #include "tools/common/file_rows.h"
-#include "tools/common/separator_line.h"
 #include "tools/files/file_list_item.h"
 #include "widgets/icon_button.h"
 #include "widgets/theme.h"
 
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QListWidget>
 #include <QScrollBar>
 #include <QSet>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <chrono>
@@ -64,8 +61,6 @@ FileListWidget::FileListWidget(QWidget *parent)
     clear->setFixedWidth(std::max(clear->sizeHint().width(), kClearWidth));
     connect(clear, &IconButton::clicked, this, &FileListWidget::clearFiles);
 
-    QLabel *separator = createSeparator(Qt::Horizontal, this);
-
     FileRows::prepare(*m_list);
     m_list->setObjectName(QStringLiteral("fileList"));
     m_list->setStyleSheet(m_list->styleSheet() + FileListItem::rowStyleSheet());
@@ -73,18 +68,10 @@ FileListWidget::FileListWidget(QWidget *parent)
     m_list->setAutoScrollMargin(kScrollMargin);
 
     auto *buttons = new QHBoxLayout;
-    buttons->setContentsMargins(15, 0, 15, 0);
     buttons->addWidget(add);
     buttons->addStretch();
     buttons->addWidget(clear);
-
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 10, 0, 10);
-    column->setSpacing(0);
-    column->addLayout(buttons);
-    column->addSpacing(10);
-    column->addWidget(separator);
-    column->addWidget(m_list, 1);
+    FileRows::arrange(*this, buttons, m_list);
 
     m_scrollTimer.setInterval(kScrollInterval);
     m_scrollTimer.setTimerType(Qt::PreciseTimer);

@@ -35,7 +35,8 @@ ModernComboBox *OutputLocation::createBox(Source source, QWidget *parent)
     box->setObjectName(QStringLiteral("outputLocationBox"));
     box->setFixedHeight(kBoxHeight);
     const auto add = [box](const QString &text, Mode mode) {
-        box->addItem(text, {}, mode == Chosen)->setData(kModeRole, static_cast<int>(mode));
+        box->addItem(text, {}, mode == Chosen)
+            ->setData(ModernComboBox::kLocationRole, static_cast<int>(mode));
     };
     if (source == Source::Offered) {
         add(Texts::tr("原始文件"), SourceFolder);
@@ -50,7 +51,7 @@ ModernComboBox *OutputLocation::createBox(Source source, QWidget *parent)
 void OutputLocation::fill(const ModernComboBox &box, TaskRequest &request)
 {
     const QListWidgetItem *place = box.currentItem();
-    const int mode = place != nullptr ? place->data(kModeRole).toInt() : -1;
+    const int mode = place != nullptr ? place->data(ModernComboBox::kLocationRole).toInt() : -1;
     request.useSourceFolder = mode == SourceFolder;
     switch (mode) {
     case Desktop:
@@ -60,7 +61,7 @@ void OutputLocation::fill(const ModernComboBox &box, TaskRequest &request)
         request.outputPath = programFolder();
         break;
     case Chosen:
-        request.outputPath = place->data(kFolderRole).toString();
+        request.outputPath = place->data(ModernComboBox::kTextRole).toString();
         break;
     default:
         break;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: AGPL-3.0-or-later
 #pragma once
 
-#include <Qt>
-
 class ModernComboBox;
 class QWidget;
 struct TaskRequest;
@@ -10,18 +8,13 @@ struct TaskRequest;
 /// Where the results of a tool go: one of some folders, or one that the user chooses.
 namespace OutputLocation {
 
-/// The values of the items in kModeRole, which are stable.
+/// The values of the items in ModernComboBox::kLocationRole, which are stable.
 enum Mode : int {
     SourceFolder = 0, ///< Beside the source file.
     Desktop = 1,
     ProgramFolder = 2, ///< The program's own folder among the documents.
     Chosen = 3,
 };
-
-/// Holds the mode of an item.
-inline constexpr int kModeRole = Qt::UserRole + 4;
-/// Holds the folder of the item Chosen; its caption while none was chosen.
-inline constexpr int kFolderRole = Qt::UserRole + 1;
 
 /// Whether the folder of the source is among the places.
 enum class Source { Offered, LeftOut };

@@ -3,7 +3,6 @@
 
 #include "taskcenter/task_center.h"
 #include "tools/common/file_rows.h"
-#include "tools/common/separator_line.h"
 #include "tools/tasks/task_list_item.h"
 #include "tools/tasks/task_row.h"
 #include "widgets/icon_button.h"
@@ -12,9 +11,7 @@
 
 #include <QDir>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QListWidget>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -38,24 +35,14 @@ TaskListWidget::TaskListWidget(QWidget *parent)
     restartButton->setFixedSize(kRestartSize);
     connect(restartButton, &IconButton::clicked, this, &TaskListWidget::restart);
 
-    QLabel *separator = createSeparator(Qt::Horizontal, this);
-
     FileRows::prepare(*m_list);
     m_list->setObjectName(QStringLiteral("taskList"));
     m_list->setStyleSheet(m_list->styleSheet() + TaskListItem::rowStyleSheet());
 
     auto *buttons = new QHBoxLayout;
-    buttons->setContentsMargins(15, 0, 15, 0);
     buttons->addStretch();
     buttons->addWidget(restartButton);
-
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 10, 0, 10);
-    column->setSpacing(0);
-    column->addLayout(buttons);
-    column->addSpacing(10);
-    column->addWidget(separator);
-    column->addWidget(m_list, 1);
+    FileRows::arrange(*this, buttons, m_list);
 }
 
 void TaskListWidget::addTask(const TaskRow &task)
